@@ -1,0 +1,248 @@
+# The kinds of targets this tree consists of, and what they have in common.
+#
+#   ovra_shared_library   a library that others link
+#   ovra_runtime_module   a library that is opened by name at run time
+#   ovra_program          an executable that is installed
+#   ovra_data             files that are installed
+#   ovra_test             a GoogleTest program                      (OvraTesting.cmake)
+#
+#   ovra-options          language, warnings and platform definitions; linked by all of the above
+#   third-party-headers   Boost, nlohmann-json, CLI11 and stb, header-only
+#   demo-programs         everything that is installed, and nothing else
+#
+# Built libraries and programs lie in ${OVRA_STAGE_DIR} (bin/, lib/) just as they do once installed, so
+# that what looks for its installation from its own place finds the same picture in the build tree.
+
+include_guard(GLOBAL)
+
+if(NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    find_program(OVRA_CCACHE ccache)
+    mark_as_advanced(OVRA_CCACHE)
+    if(OVRA_CCACHE)
+        set(CMAKE_CXX_COMPILER_LAUNCHER "${OVRA_CCACHE}")
+    endif()
+endif()
+
+find_package(Threads REQUIRED)
+
+set(OVRA_STAGE_DIR "${PROJECT_BINARY_DIR}/stage")
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+if(NOT WIN32)
+    # Not on Windows, where the second of them would keep the inline members of an exported class out of
+    # the export table.
+    set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+    set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+endif()
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+
+add_custom_target(demo-programs)
+
+# --- what every target is compiled with ----------------------------------------------------------
+
+add_library(ovra-options INTERFACE)
+target_link_libraries(ovra-options INTERFACE Threads::Threads)
+if(MSVC)
+    target_compile_options(ovra-options INTERFACE /W4 /WX /permissive- /utf-8 /Zc:__cplusplus)
+else()
+    target_compile_options(ovra-options INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Werror)
+endif()
+if(WIN32)
+    target_compile_definitions(ovra-options INTERFACE _WIN32_WINNT=0x0A00 WIN32_LEAN_AND_MEAN NOMINMAX)
+    if(MINGW)
+        target_compile_options(ovra-options INTERFACE -Wa,-mbig-obj)
+        target_link_options(ovra-options INTERFACE LINKER:--dynamicbase,--nxcompat,--high-entropy-va)
+    endif()
+elseif(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # A unique symbol pins its library in the process: dlclose would never unload it.
+    target_compile_options(ovra-options INTERFACE -fno-gnu-unique)
+endif()
+
+# --- header-only libraries -----------------------------------------------------------------------
+
+add_library(third-party-headers INTERFACE)
+target_compile_definitions(third-party-headers INTERFACE BOOST_ALL_NO_LIB BOOST_DLL_USE_STD_FS)
+if(CMAKE_CROSSCOMPILING)
+    # The build machine's include folder as a whole would shadow the cross compiler's own headers.
+    # A folder of links shows it the header-only libraries alone.
+    set(OVRA_HEADERS_ROOT "/usr/include" CACHE PATH "Where boost/, nlohmann/, CLI/ and stb/ lie")
+    set(links "${PROJECT_BINARY_DIR}/headers")
+    file(MAKE_DIRECTORY "${links}")
+    foreach(library boost nlohmann CLI stb)
+        if(NOT EXISTS "${OVRA_HEADERS_ROOT}/${library}")
+            message(FATAL_ERROR "No headers of ${library} below ${OVRA_HEADERS_ROOT} (run scripts/setup)")
+        endif()
+        file(CREATE_LINK "${OVRA_HEADERS_ROOT}/${library}" "${links}/${library}" SYMBOLIC)
+    endforeach()
+    target_include_directories(third-party-headers SYSTEM INTERFACE "${links}")
+else()
+    foreach(header boost/version.hpp nlohmann/json.hpp CLI/CLI.hpp stb/stb_image_write.h)
+        string(MAKE_C_IDENTIFIER "OVRA_INCLUDE_${header}" variable)
+        find_path(${variable} ${header} REQUIRED)
+        mark_as_advanced(${variable})
+        target_include_directories(third-party-headers SYSTEM INTERFACE "${${variable}}")
+    endforeach()
+    target_link_libraries(third-party-headers INTERFACE ${CMAKE_DL_LIBS})
+endif()
+
+# --- the compiler's own DLLs ---------------------------------------------------------------------
+
+if(MINGW)
+    # One C++ run-time library for all modules of a process: exceptions and type comparison depend on it.
+    foreach(dll libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
+        execute_process(
+            COMMAND "${CMAKE_CXX_COMPILER}" -print-file-name=${dll}
+            OUTPUT_VARIABLE path OUTPUT_STRIP_TRAILING_WHITESPACE)
+        if(NOT EXISTS "${path}")
+            message(FATAL_ERROR "The compiler does not know where its ${dll} is")
+        endif()
+        configure_file("${path}" "${OVRA_STAGE_DIR}/bin/${dll}" COPYONLY)
+        install(FILES "${path}" DESTINATION bin)
+    endforeach()
+endif()
+
+# --- the kinds of targets ------------------------------------------------------------------------
+
+# What shared libraries and modules share. Not for use elsewhere.
+function(_ovra_library target)
+    target_link_libraries(${target} PRIVATE ovra-options)
+    if(MINGW)
+        # A DLL exports what is marked for export, even if that is nothing.
+        target_link_options(${target} PRIVATE LINKER:--exclude-all-symbols)
+    elseif(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+        target_link_options(${target} PRIVATE LINKER:-z,defs)
+    endif()
+endfunction()
+
+# ovra_shared_library(<target>
+#     EXPORT_MACRO <MACRO>          <MACRO>_BUILD is defined while the library itself is compiled
+#     SOURCES <file>...
+#     [PUBLIC_INCLUDE <dir>...]     for the library and whoever links it
+#     [PUBLIC_LINK <target>...]
+#     [PRIVATE_LINK <target>...]
+#     [FOR_TESTS])                  lies in tests/<target>/, is not installed
+#
+# <target>.dll in bin/ on Windows, lib<target>.so in lib/ elsewhere; staged and installed.
+function(ovra_shared_library target)
+    cmake_parse_arguments(PARSE_ARGV 1 arg
+        "FOR_TESTS" "EXPORT_MACRO" "SOURCES;PUBLIC_INCLUDE;PUBLIC_LINK;PRIVATE_LINK")
+    _ovra_check_arguments(ovra_shared_library ${target} "${arg_UNPARSED_ARGUMENTS}" "${arg_SOURCES}")
+    if(NOT arg_EXPORT_MACRO)
+        message(FATAL_ERROR "ovra_shared_library(${target}): EXPORT_MACRO is missing")
+    endif()
+
+    add_library(${target} SHARED ${arg_SOURCES})
+    _ovra_library(${target})
+    target_compile_definitions(${target} PRIVATE ${arg_EXPORT_MACRO}_BUILD)
+    target_include_directories(${target} PUBLIC ${arg_PUBLIC_INCLUDE})
+    target_link_libraries(${target} PUBLIC ${arg_PUBLIC_LINK} PRIVATE ${arg_PRIVATE_LINK})
+    if(WIN32)
+        set_target_properties(${target} PROPERTIES PREFIX "")
+    endif()
+
+    if(arg_FOR_TESTS)
+        _ovra_place_for_tests(${target})
+        return()
+    endif()
+    set_target_properties(${target} PROPERTIES
+        RUNTIME_OUTPUT_DIRECTORY "${OVRA_STAGE_DIR}/bin"
+        LIBRARY_OUTPUT_DIRECTORY "${OVRA_STAGE_DIR}/lib"
+        ARCHIVE_OUTPUT_DIRECTORY "${OVRA_STAGE_DIR}/lib"
+        INSTALL_RPATH "$ORIGIN"
+        BUILD_WITH_INSTALL_RPATH ON)
+    install(TARGETS ${target} RUNTIME DESTINATION bin LIBRARY DESTINATION lib ARCHIVE DESTINATION lib)
+    add_dependencies(demo-programs ${target})
+endfunction()
+
+# ovra_runtime_module(<target>
+#     SOURCES <file>...
+#     [LINK <target>...]
+#     [DEFINITIONS <definition>...]
+#     [OUTPUT_NAME <name>]          default: <target>
+#     [FOR_TESTS])                  lies in tests/<target>/, is not installed
+#
+# <name>.dll or <name>.so, without a prefix, in bin/ on both platforms; staged and installed.
+function(ovra_runtime_module target)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "FOR_TESTS" "OUTPUT_NAME" "SOURCES;LINK;DEFINITIONS")
+    _ovra_check_arguments(ovra_runtime_module ${target} "${arg_UNPARSED_ARGUMENTS}" "${arg_SOURCES}")
+
+    add_library(${target} MODULE ${arg_SOURCES})
+    _ovra_library(${target})
+    target_compile_definitions(${target} PRIVATE ${arg_DEFINITIONS})
+    target_link_libraries(${target} PRIVATE ${arg_LINK})
+    set_target_properties(${target} PROPERTIES PREFIX "")
+    if(arg_OUTPUT_NAME)
+        set_target_properties(${target} PROPERTIES OUTPUT_NAME "${arg_OUTPUT_NAME}")
+    endif()
+
+    if(arg_FOR_TESTS)
+        _ovra_place_for_tests(${target})
+        return()
+    endif()
+    set_target_properties(${target} PROPERTIES
+        LIBRARY_OUTPUT_DIRECTORY "${OVRA_STAGE_DIR}/bin"
+        INSTALL_RPATH "$ORIGIN/../lib"
+        BUILD_WITH_INSTALL_RPATH ON)
+    install(TARGETS ${target} LIBRARY DESTINATION bin)
+    add_dependencies(demo-programs ${target})
+endfunction()
+
+# ovra_program(<target>
+#     SOURCES <file>...
+#     [LINK <target>...]
+#     [OPENS <module>...])          built first: the program opens them at run time
+#
+# A console program in bin/; staged and installed.
+function(ovra_program target)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINK;OPENS")
+    _ovra_check_arguments(ovra_program ${target} "${arg_UNPARSED_ARGUMENTS}" "${arg_SOURCES}")
+
+    add_executable(${target} ${arg_SOURCES})
+    target_link_libraries(${target} PRIVATE ovra-options ${arg_LINK})
+    _ovra_opens(${target} "${arg_OPENS}")
+    set_target_properties(${target} PROPERTIES
+        RUNTIME_OUTPUT_DIRECTORY "${OVRA_STAGE_DIR}/bin"
+        INSTALL_RPATH "$ORIGIN/../lib"
+        BUILD_WITH_INSTALL_RPATH ON)
+    install(TARGETS ${target} RUNTIME DESTINATION bin)
+    add_dependencies(demo-programs ${target})
+endfunction()
+
+# ovra_data(<folder> <file>...)
+#
+# Files that belong into <folder> of the installation, and of the stage just so.
+function(ovra_data folder)
+    foreach(file IN LISTS ARGN)
+        cmake_path(GET file FILENAME name)
+        configure_file("${file}" "${OVRA_STAGE_DIR}/${folder}/${name}" COPYONLY)
+    endforeach()
+    install(FILES ${ARGN} DESTINATION "${folder}")
+endfunction()
+
+# --- details -------------------------------------------------------------------------------------
+
+function(_ovra_check_arguments function target unparsed sources)
+    if(unparsed)
+        message(FATAL_ERROR "${function}(${target}): unknown arguments ${unparsed}")
+    endif()
+    if(NOT sources)
+        message(FATAL_ERROR "${function}(${target}): SOURCES is missing")
+    endif()
+endfunction()
+
+# A folder of its own for each: two variants of one library bear the same file name.
+function(_ovra_place_for_tests target)
+    set(folder "${PROJECT_BINARY_DIR}/tests/${target}")
+    set_target_properties(${target} PROPERTIES
+        RUNTIME_OUTPUT_DIRECTORY "${folder}"
+        LIBRARY_OUTPUT_DIRECTORY "${folder}"
+        ARCHIVE_OUTPUT_DIRECTORY "${folder}")
+endfunction()
+
+function(_ovra_opens target modules)
+    foreach(module IN LISTS modules)
+        add_dependencies(${target} ${module})
+    endforeach()
+endfunction()

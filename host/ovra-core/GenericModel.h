@@ -1,0 +1,232 @@
+/// \file
+/// The generic part of the application's models: nodes with a parent and children.
+///
+///   - GenericModelNode                    a node
+///   - aspects::Parent, aspects::Children  its place in the tree
+///   - KeyedChildren                       children by key, as most nodes hold them
+///   - GenericModelNodeChildrenIterator    walks a snapshot of children
+///   - Guarded                             a field that one thread may read while another writes it
+///
+/// Nodes may be read and changed from any thread. A change is visible to who looks next; a walk
+/// that began before it goes on over what was there when it began.
+#pragma once
+
+#include "ovra-core/Export.h"
+
+#include <boost/enable_shared_from_this.hpp>
+#include <boost/make_shared.hpp>
+#include <boost/shared_ptr.hpp>
+#include <boost/weak_ptr.hpp>
+
+#include <cstddef>
+#include <map>
+#include <mutex>
+#include <utility>
+#include <vector>
+
+namespace ovra::core::models {
+
+class GenericModelNode;
+
+/// A value behind a lock of its own. What a write displaces is destroyed outside the lock.
+template <class T>
+class Guarded
+{
+public:
+    Guarded() = default;
+    explicit Guarded(T value) : m_value(std::move(value)) {}
+
+    T get() const
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_value;
+    }
+
+    void set(T value)
+    {
+        const std::lock_guard lock(m_mutex);
+        std::swap(m_value, value);
+    }
+
+private:
+    mutable std::mutex m_mutex;
+    T m_value{};
+};
+
+namespace aspects {
+
+/// The node that holds a node.
+class OVRA_CORE_API Parent
+{
+public:
+    /// Empty for a root, and for a node that was taken out of its parent.
+    boost::shared_ptr<GenericModelNode> get() const;
+    void set(const boost::weak_ptr<GenericModelNode>& parent);
+
+private:
+    Guarded<boost::weak_ptr<GenericModelNode>> m_parent;
+};
+
+/// The nodes that a node holds.
+class OVRA_CORE_API Children
+{
+public:
+    virtual ~Children();
+
+    /// Removes all children.
+    virtual void clear() = 0;
+    virtual std::size_t count() const = 0;
+
+protected:
+    /// Stands at the head of each clear().
+    void aboutToClear() const;
+};
+
+} // namespace aspects
+
+/// Base of every node. Held in boost::shared_ptr only.
+class OVRA_CORE_API GenericModelNode : public boost::enable_shared_from_this<GenericModelNode>
+{
+public:
+    virtual ~GenericModelNode();
+    GenericModelNode(const GenericModelNode&) = delete;
+    GenericModelNode& operator=(const GenericModelNode&) = delete;
+
+    aspects::Parent& _parent();
+
+    /// A node without children of its own has an empty set that stays empty.
+    virtual aspects::Children& _children();
+
+protected:
+    GenericModelNode();
+
+private:
+    aspects::Parent m_parent;
+};
+
+/// Walks the children that were there when it was made:
+/// `for (auto it = board->getDmas(); it->hasNext(); it->advance()) use(it->current());`
+/// For one thread.
+template <class Node>
+class GenericModelNodeChildrenIterator
+{
+public:
+    using Snapshot = std::vector<boost::shared_ptr<Node>>;
+
+    explicit GenericModelNodeChildrenIterator(boost::shared_ptr<const Snapshot> snapshot)
+        : m_snapshot(std::move(snapshot))
+    {}
+
+    bool hasNext() const { return m_position < m_snapshot->size(); }
+    /// Valid while hasNext() holds.
+    const boost::shared_ptr<Node>& current() const { return (*m_snapshot)[m_position]; }
+    void advance() { ++m_position; }
+
+private:
+    boost::shared_ptr<const Snapshot> m_snapshot;
+    std::size_t m_position = 0;
+};
+
+/// Children of one type, in ascending order of their keys. Adding a key that exists replaces the node.
+/// Walks share one immutable snapshot until the next change.
+template <class Key, class Node>
+class KeyedChildren final : public aspects::Children
+{
+public:
+    using Iterator = GenericModelNodeChildrenIterator<Node>;
+
+    /// \p owner becomes the parent of what is added.
+    void add(const Key& key, const boost::shared_ptr<Node>& node,
+             const boost::weak_ptr<GenericModelNode>& owner)
+    {
+        boost::shared_ptr<Node> displaced;
+        {
+            const std::lock_guard lock(m_mutex);
+            m_snapshot.reset();
+            displaced = std::exchange(m_nodes[key], node);
+            node->_parent().set(owner);
+        }
+        if (displaced && displaced != node)
+            displaced->_parent().set({});
+    }
+
+    /// False when there is none under \p key.
+    bool remove(const Key& key)
+    {
+        boost::shared_ptr<Node> removed;
+        {
+            const std::lock_guard lock(m_mutex);
+            const auto found = m_nodes.find(key);
+            if (found == m_nodes.end())
+                return false;
+            m_snapshot.reset();
+            removed = found->second;
+            m_nodes.erase(found);
+        }
+        removed->_parent().set({});
+        return true;
+    }
+
+    void clear() override
+    {
+        aboutToClear();
+        std::map<Key, boost::shared_ptr<Node>> removed;
+        boost::shared_ptr<const typename Iterator::Snapshot> oldSnapshot;
+        {
+            const std::lock_guard lock(m_mutex);
+            oldSnapshot.swap(m_snapshot);
+            removed.swap(m_nodes);
+        }
+        for (const auto& entry : removed)
+            entry.second->_parent().set({});
+    }
+
+    std::size_t count() const override
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_nodes.size();
+    }
+
+    /// Empty when there is none under \p key.
+    boost::shared_ptr<Node> find(const Key& key) const
+    {
+        const std::lock_guard lock(m_mutex);
+        const auto found = m_nodes.find(key);
+        return found == m_nodes.end() ? boost::shared_ptr<Node>() : found->second;
+    }
+
+    boost::shared_ptr<Iterator> iterate() const
+    {
+        const std::lock_guard lock(m_mutex);
+        if (!m_snapshot) {
+            auto snapshot = boost::make_shared<typename Iterator::Snapshot>();
+            snapshot->reserve(m_nodes.size());
+            for (const auto& entry : m_nodes)
+                snapshot->push_back(entry.second);
+            m_snapshot = snapshot;
+        }
+        return boost::make_shared<Iterator>(m_snapshot);
+    }
+
+private:
+    mutable std::mutex m_mutex;
+    std::map<Key, boost::shared_ptr<Node>> m_nodes;
+    mutable boost::shared_ptr<const typename Iterator::Snapshot> m_snapshot;
+};
+
+/// A node that only holds children of one type, such as a board's DMA channels.
+template <class Key, class Node>
+class EntryNode final : public GenericModelNode
+{
+public:
+    KeyedChildren<Key, Node>& _children() override { return m_children; }
+    void add(const Key& key, const boost::shared_ptr<Node>& node)
+    {
+        m_children.add(key, node, weak_from_this());
+    }
+
+private:
+    KeyedChildren<Key, Node> m_children;
+};
+
+} // namespace ovra::core::models

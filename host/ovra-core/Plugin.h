@@ -1,0 +1,39 @@
+/// \file
+/// Plugin: what a plug-in of the application derives from.
+#pragma once
+
+#include "ovra-core/Export.h"
+
+#include <boost/any.hpp>
+#include <boost/enable_shared_from_this.hpp>
+#include <boost/shared_ptr.hpp>
+
+#include <string>
+
+namespace ovra::core {
+
+class Command;
+
+template <class T>
+class EnableThisPtr : public boost::enable_shared_from_this<T>
+{};
+
+/// The application creates a plug-in, calls postConstruct, injects its dependencies by key, calls
+/// postInjection, and runs the two application commands at start and end. All on the GUI thread.
+/// The defaults do nothing and return no command.
+class OVRA_CORE_API Plugin : public EnableThisPtr<Plugin>
+{
+public:
+    Plugin();
+    Plugin(const Plugin& other);
+    Plugin& operator=(const Plugin& other);
+    virtual ~Plugin();
+
+    virtual void postConstruct();
+    virtual void injectDependency(const std::string& key, const boost::any& value);
+    virtual void postInjection();
+    virtual boost::shared_ptr<Command> createInitializationApplicationCommand();
+    virtual boost::shared_ptr<Command> createCleanupApplicationCommand();
+};
+
+} // namespace ovra::core

@@ -1,0 +1,45 @@
+/// \file
+/// The frame-grabber runtime as the host libraries use it: opened by its full path when it is first needed,
+/// once for an application, and not closed while the process lives.
+#pragma once
+
+#include "fglib5/CameraControl.h"
+#include "fglib5/Fglib5Types.h"
+#include "ovra-core/Export.h"
+
+#include <boost/shared_ptr.hpp>
+
+#include <string>
+
+namespace ovra::reference {
+
+/// The runtime's entries. Those that the host uses are never null, but for the camera control, which a
+/// runtime may lack as a whole: see hasCameraControl.
+struct Runtime
+{
+#define FGLIB5_ENTRY(result, name, symbol, parameters, arguments, missing) result(*name) parameters = nullptr;
+#include "fglib5/Fglib5Entries.inc"
+
+    FgCam_getCount_t* FgCam_getCount = nullptr;
+    FgCam_getPort_t* FgCam_getPort = nullptr;
+    FgCam_getString_t* FgCam_getString = nullptr;
+    FgCam_getInteger_t* FgCam_getInteger = nullptr;
+    FgCam_setInteger_t* FgCam_setInteger = nullptr;
+    FgCam_start_t* FgCam_start = nullptr;
+    FgCam_stop_t* FgCam_stop = nullptr;
+
+    bool hasCameraControl = false;
+};
+
+/// Any thread. Empty when there is no application, or no usable runtime.
+OVRA_CORE_API boost::shared_ptr<const Runtime> runtime();
+
+/// Any thread. As runtime(), but throws std::runtime_error with the file and the reason.
+OVRA_CORE_API boost::shared_ptr<const Runtime> requireRuntime();
+
+/// "what: description (code)".
+OVRA_CORE_API std::string failureText(const Runtime& runtime, const std::string& what, int code);
+/// The description of what failed last on this thread.
+OVRA_CORE_API std::string lastFailureText(const Runtime& runtime);
+
+} // namespace ovra::reference

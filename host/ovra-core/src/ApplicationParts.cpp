@@ -1,0 +1,99 @@
+#include "ApplicationParts.h"
+
+#include "ovra_log/reference/Journal.h"
+
+#include <boost/dll/runtime_symbol_info.hpp>
+#include <boost/dll/shared_library.hpp>
+
+#include <stdexcept>
+
+namespace ovra::reference {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+std::mutex currentMutex;
+boost::shared_ptr<ApplicationParts> current;
+
+fs::path absolutePath(const std::string& text)
+{
+    return fs::absolute(fs::path(text)).lexically_normal();
+}
+
+// An empty last component is a closing separator.
+std::string directoryText(const fs::path& directory)
+{
+    return (directory.has_filename() ? directory : directory.parent_path()).generic_string();
+}
+
+fs::path ownInstallation()
+{
+    const fs::path library = fs::absolute(boost::dll::this_line_location()).lexically_normal();
+    return library.parent_path().parent_path();
+}
+
+std::string runtimeDirectoryOf(const ApplicationOptions& options)
+{
+    return directoryText(options.runtimeDirectory.empty() ? ownInstallation()
+                                                          : absolutePath(options.runtimeDirectory));
+}
+
+fs::path runtimeLibraryOf(const ApplicationOptions& options, const std::string& runtimeDirectory)
+{
+    // Native separators: with others a Windows loader does not look beside the file for what it needs.
+    if (!options.runtimeLibrary.empty())
+        return absolutePath(options.runtimeLibrary).make_preferred();
+    fs::path library = fs::path(runtimeDirectory) / "bin" / "fglib5";
+    library += boost::dll::shared_library::suffix();
+    return library.make_preferred();
+}
+
+} // namespace
+
+void PluginFolder::startMonitor()
+{
+    probe("PluginManager::startMonitor");
+    m_monitoring = true;
+}
+
+void PluginFolder::stopMonitor()
+{
+    probe("PluginManager::stopMonitor");
+    m_monitoring = false;
+}
+
+bool PluginFolder::isMonitoring() const
+{
+    return m_monitoring;
+}
+
+ApplicationParts::ApplicationParts(const ApplicationOptions& options)
+    : runtimeDirectory(runtimeDirectoryOf(options)),
+      runtimeLibrary(runtimeLibraryOf(options, runtimeDirectory)),
+      entries(options.configurationFile),
+      processor(queue)
+{}
+
+boost::shared_ptr<ApplicationParts> currentApplication()
+{
+    const std::lock_guard lock(currentMutex);
+    return current;
+}
+
+void setCurrentApplication(const boost::shared_ptr<ApplicationParts>& parts)
+{
+    const std::lock_guard lock(currentMutex);
+    if (current)
+        throw std::logic_error("There is an application in this process already");
+    current = parts;
+}
+
+void clearCurrentApplication()
+{
+    boost::shared_ptr<ApplicationParts> cleared;
+    const std::lock_guard lock(currentMutex);
+    cleared.swap(current);
+}
+
+} // namespace ovra::reference

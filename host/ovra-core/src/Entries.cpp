@@ -1,0 +1,130 @@
+#include "Entries.h"
+
+#include "ovra_log/reference/Log.h"
+
+#include <charconv>
+#include <fstream>
+#include <system_error>
+
+namespace ovra::reference {
+
+namespace {
+
+std::string_view trimmed(std::string_view text)
+{
+    constexpr std::string_view blanks = " \t\r";
+    const auto first = text.find_first_not_of(blanks);
+    if (first == std::string_view::npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
+}
+
+std::optional<long long> integer(std::string_view text)
+{
+    long long value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error != std::errc{} || end != text.data() + text.size())
+        return std::nullopt;
+    return value;
+}
+
+void warn(const std::vector<std::string>& messages)
+{
+    for (const auto& message : messages)
+        log(LogLevel::Warning, message);
+}
+
+} // namespace
+
+Entries::Entries(std::filesystem::path file) : m_file(std::move(file)) {}
+
+std::optional<long long> Entries::get(const std::string& key)
+{
+    Messages messages;
+    std::optional<long long> value;
+    {
+        const std::lock_guard lock(m_mutex);
+        readOnce(messages);
+        if (const auto found = m_values.find(key); found != m_values.end())
+            value = found->second;
+    }
+    warn(messages);
+    return value;
+}
+
+void Entries::set(const std::string& key, long long value)
+{
+    Messages messages;
+    {
+        const std::lock_guard lock(m_mutex);
+        readOnce(messages);
+        m_values[key] = value;
+        const auto [place, isNew] = m_places.try_emplace(key, m_lines.size());
+        if (isNew)
+            m_lines.emplace_back();
+        m_lines[place->second] = key + '=' + std::to_string(value);
+        write(messages);
+    }
+    warn(messages);
+}
+
+void Entries::readOnce(Messages& messages)
+{
+    if (m_read)
+        return;
+    m_read = true;
+    if (m_file.empty())
+        return;
+    std::error_code error;
+    if (!std::filesystem::exists(m_file, error))
+        return;
+    std::ifstream stream(m_file);
+    if (!stream) {
+        messages.push_back(m_file.string() + ": cannot be read; entries have their defaults");
+        return;
+    }
+    for (std::string line; std::getline(stream, line);) {
+        readLine(line, m_lines.size() + 1, messages);
+        m_lines.push_back(std::move(line));
+    }
+}
+
+void Entries::readLine(const std::string& line, std::size_t number, Messages& messages)
+{
+    const std::string_view text = trimmed(line);
+    if (text.empty() || text.front() == '#')
+        return;
+    const auto separator = text.find('=');
+    const std::string key(trimmed(text.substr(0, separator)));
+    const auto value =
+        separator == std::string_view::npos ? std::nullopt : integer(trimmed(text.substr(separator + 1)));
+    if (key.empty() || !value) {
+        messages.push_back(m_file.string() + ':' + std::to_string(number) +
+                           ": expected key=integer, found \"" + std::string(text) + '"');
+        return;
+    }
+    m_values[key] = *value;
+    m_places[key] = number - 1;
+}
+
+void Entries::write(Messages& messages) const
+{
+    if (m_file.empty())
+        return;
+    // A reader, or a crash half-way, finds the old file or the new one, never a part.
+    std::filesystem::path fresh = m_file;
+    fresh += ".new";
+    std::ofstream stream(fresh);
+    for (const auto& line : m_lines)
+        stream << line << '\n';
+    stream.close();
+    std::error_code error;
+    if (!stream)
+        error = std::make_error_code(std::errc::io_error);
+    else
+        std::filesystem::rename(fresh, m_file, error);
+    if (error)
+        messages.push_back(m_file.string() + ": cannot be written (" + error.message() + ')');
+}
+
+} // namespace ovra::reference

@@ -1,0 +1,16 @@
+#include "ovra-core/EntryPoints.h"
+
+#include "ovra_log/reference/Journal.h"
+#include "ovra_log/reference/LibraryUse.h"
+
+void OvraCoreInit()
+{
+    ovra::reference::probe("OvraCoreInit");
+    ovra::reference::libraryStarted("ovra-core");
+}
+
+void OvraCoreDeinit()
+{
+    ovra::reference::probe("OvraCoreDeinit");
+    ovra::reference::libraryEnded("ovra-core");
+}

@@ -1,0 +1,90 @@
+/// \file
+/// Processor: the application's command processor.
+///
+/// The way of a three-phase command, and what else may happen to it:
+///
+///     submitted --> begun ------------> on the worker --> finished
+///                   (executeSync)       (executeAsync)    (executePostAsync)
+///                     |  failed, or terminated meanwhile     ^
+///                     +--------------------------------------+
+#pragma once
+
+#include "ovra-core/Command.h"
+#include "ovra-core/CommandProcessor.h"
+#include "ovra-core/reference/Application.h"
+
+#include <atomic>
+#include <condition_variable>
+#include <deque>
+#include <exception>
+#include <list>
+#include <mutex>
+#include <thread>
+
+namespace ovra::reference {
+
+class WorkQueue;
+
+class Processor final : public core::CommandProcessor
+{
+public:
+    /// On the GUI thread. \p queue must outlive shutDown().
+    explicit Processor(WorkQueue& queue);
+
+    void executeCommand(boost::shared_ptr<core::Command> command) override;
+    void terminateAsyncCommands() override;
+
+    void setErrorHandler(std::function<void(const PhaseFailure&)> handler);
+    bool idle() const;
+    bool onGuiThread() const;
+    /// GUI thread. Ends the worker and drops what has not run.
+    void shutDown();
+
+private:
+    using Phase = void (core::Command::*)();
+
+    /// A three-phase command from its synchronous phase on.
+    struct Running
+    {
+        boost::shared_ptr<core::Command> command;
+        std::exception_ptr asyncFailure; // written on the worker, read once it has handed the command back
+    };
+    using RunningCommands = std::list<Running>;
+
+    void submit(const boost::shared_ptr<core::Command>& command);
+    void runSynchronous(core::Command& command);
+    void begin(const boost::shared_ptr<core::Command>& command);
+    void finish(RunningCommands::iterator running);
+    void finishIfRunning(const Running* running);
+
+    /// False when it failed; the failure has been reported then.
+    bool runPhase(core::Command& command, Phase phase, const char* name);
+    void leavePhase();
+    void report(const core::Command& command, const char* phase, std::exception_ptr exception);
+
+    void work();
+    /// Waits until the worker is between two phases, and keeps it from starting another.
+    void stopWorker();
+
+    WorkQueue& m_queue;
+    const std::thread::id m_guiThread;
+    std::atomic<int> m_open{0};             // submitted and not yet done with
+    std::atomic<bool> m_terminating{false}; // no three-phase command begins, no asynchronous phase starts
+    std::atomic<bool> m_terminated{false};  // no phase runs
+
+    // Touched on the GUI thread only.
+    std::function<void(const PhaseFailure&)> m_errorHandler;
+    RunningCommands m_running;
+    std::deque<boost::shared_ptr<core::Command>>
+        m_waiting;   // three-phase, until the present phase has returned
+    int m_depth = 0; // phases on the GUI thread's stack
+
+    std::mutex m_workerMutex;
+    std::condition_variable m_workerChanged;
+    std::deque<Running*> m_forWorker;
+    bool m_workerBusy = false;
+    bool m_workerEnds = false;
+    std::thread m_worker;
+};
+
+} // namespace ovra::reference

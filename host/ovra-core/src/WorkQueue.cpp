@@ -1,0 +1,137 @@
+#include "WorkQueue.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace ovra::reference {
+
+namespace {
+// How long a condition that no queued work brings about may go unnoticed.
+constexpr std::chrono::milliseconds lookInterval{5};
+} // namespace
+
+void WorkQueue::post(Work work)
+{
+    std::function<void()> wakeUp;
+    {
+        const std::lock_guard lock(m_mutex);
+        if (m_closed)
+            return;
+        m_work.push_back(std::move(work));
+        if (!m_waiting)
+            wakeUp = m_wakeUp;
+        m_changed.notify_all();
+    }
+    if (wakeUp)
+        wakeUp();
+}
+
+void WorkQueue::setWakeUpCallback(std::function<void()> callback)
+{
+    const std::lock_guard lock(m_mutex);
+    m_wakeUp.swap(callback);
+}
+
+void WorkQueue::quit()
+{
+    const std::lock_guard lock(m_mutex);
+    m_quit = true;
+    m_changed.notify_all();
+}
+
+void WorkQueue::exec()
+{
+    while (const auto work = takeUnlessQuit())
+        (*work)();
+    announceRest();
+}
+
+void WorkQueue::processEvents()
+{
+    std::size_t remaining = 0;
+    {
+        const std::lock_guard lock(m_mutex);
+        remaining = m_work.size();
+    }
+    // Work that this work queues waits for the next time: a front end's own loop gets its turn.
+    for (; remaining > 0; --remaining) {
+        const auto work = takeNow();
+        if (!work)
+            return;
+        (*work)();
+    }
+}
+
+bool WorkQueue::pumpUntil(const std::function<bool()>& condition, std::chrono::milliseconds limit)
+{
+    const auto deadline = Clock::now() + limit;
+    while (!condition()) {
+        const auto now = Clock::now();
+        if (now >= deadline)
+            return false;
+        if (const auto work = takeUntil(std::min(deadline, now + lookInterval)))
+            (*work)();
+    }
+    announceRest();
+    return true;
+}
+
+void WorkQueue::close()
+{
+    std::deque<Work> dropped;
+    std::function<void()> wakeUp;
+    const std::lock_guard lock(m_mutex);
+    m_closed = true;
+    dropped.swap(m_work);
+    wakeUp.swap(m_wakeUp);
+}
+
+std::optional<WorkQueue::Work> WorkQueue::takeUnlessQuit()
+{
+    std::unique_lock lock(m_mutex);
+    m_waiting = true;
+    m_changed.wait(lock, [this] { return m_quit || !m_work.empty(); });
+    m_waiting = false;
+    if (std::exchange(m_quit, false))
+        return std::nullopt;
+    return pop();
+}
+
+std::optional<WorkQueue::Work> WorkQueue::takeUntil(Clock::time_point deadline)
+{
+    std::unique_lock lock(m_mutex);
+    m_waiting = true;
+    m_changed.wait_until(lock, deadline, [this] { return !m_work.empty(); });
+    m_waiting = false;
+    return pop();
+}
+
+std::optional<WorkQueue::Work> WorkQueue::takeNow()
+{
+    const std::lock_guard lock(m_mutex);
+    return pop();
+}
+
+std::optional<WorkQueue::Work> WorkQueue::pop()
+{
+    if (m_work.empty())
+        return std::nullopt;
+    std::optional<Work> work(std::move(m_work.front()));
+    m_work.pop_front();
+    return work;
+}
+
+// Work that arrived while the loop waited woke nobody else; who leaves it behind has to.
+void WorkQueue::announceRest()
+{
+    std::function<void()> wakeUp;
+    {
+        const std::lock_guard lock(m_mutex);
+        if (!m_work.empty())
+            wakeUp = m_wakeUp;
+    }
+    if (wakeUp)
+        wakeUp();
+}
+
+} // namespace ovra::reference

@@ -1,0 +1,13 @@
+/// \file
+/// Linkage of what ovra-lib-display-fglib exports.
+#pragma once
+
+#if defined(_WIN32)
+#if defined(OVRA_DISPLAY_FGLIB_API_BUILD)
+#define OVRA_DISPLAY_FGLIB_API __declspec(dllexport)
+#else
+#define OVRA_DISPLAY_FGLIB_API __declspec(dllimport)
+#endif
+#else
+#define OVRA_DISPLAY_FGLIB_API __attribute__((visibility("default")))
+#endif

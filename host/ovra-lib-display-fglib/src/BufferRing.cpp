@@ -1,0 +1,65 @@
+#include "BufferRing.h"
+
+#include "ovra_log/reference/Log.h"
+
+#include <algorithm>
+#include <mutex>
+#include <stdexcept>
+#include <string>
+
+namespace ovra::display {
+
+namespace {
+
+// The client's functions keep one plain number for all groups. To look at what is left, to take it and to
+// write it down must be one step for all of them: the functions are called under this lock.
+std::mutex budgetMutex;
+
+unsigned int affordable(const MemoryBudget& budget, std::size_t imageBytes, unsigned int wanted)
+{
+    const unsigned long long used = budget.used();
+    const unsigned long long total = budget.total();
+    const unsigned long long left = total > used ? total - used : 0;
+    const unsigned long long fitting = imageBytes == 0 ? wanted : left / imageBytes;
+    return static_cast<unsigned int>(std::max(1ULL, std::min<unsigned long long>(wanted, fitting)));
+}
+
+} // namespace
+
+BufferRing::BufferRing(boost::shared_ptr<const reference::Runtime> runtime, Fg_Struct_s* handle,
+                       Geometry geometry, unsigned int wanted, MemoryBudget budget)
+    : m_runtime(std::move(runtime)),
+      m_handle(handle),
+      m_geometry(geometry),
+      m_budget(budget)
+{
+    const std::lock_guard lock(budgetMutex);
+    m_count = affordable(m_budget, m_geometry.bytes(), wanted);
+    m_ring = m_runtime->Fg_AllocMemEx(m_handle, m_geometry.bytes() * m_count, m_count);
+    if (!m_ring)
+        throw std::runtime_error(std::to_string(m_count) + " image buffers of " +
+                                 std::to_string(m_geometry.width) + " x " +
+                                 std::to_string(m_geometry.height) +
+                                 " could not be allocated: " + reference::lastFailureText(*m_runtime));
+    m_budget.update(bytes());
+}
+
+BufferRing::~BufferRing()
+{
+    int code = FG_OK;
+    {
+        const std::lock_guard lock(budgetMutex);
+        code = m_runtime->Fg_FreeMemEx(m_handle, m_ring);
+        m_budget.update(-bytes());
+    }
+    if (code != FG_OK)
+        reference::log(reference::LogLevel::Error,
+                       reference::failureText(*m_runtime, "Image buffers could not be given back", code));
+}
+
+long long BufferRing::bytes() const
+{
+    return static_cast<long long>(m_geometry.bytes() * m_count);
+}
+
+} // namespace ovra::display

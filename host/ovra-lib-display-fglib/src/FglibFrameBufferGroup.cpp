@@ -1,0 +1,483 @@
+#include "ovra-lib-display-fglib/FglibFrameBufferGroup.h"
+
+#include "BufferRing.h"
+#include "ovra_log/reference/Journal.h"
+#include "ovra_log/reference/LiveObjects.h"
+#include "ovra_log/reference/Log.h"
+
+#include <atomic>
+#include <condition_variable>
+#include <exception>
+#include <mutex>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace ovra::display {
+
+using reference::log;
+using reference::LogLevel;
+using reference::probe;
+
+namespace {
+constexpr unsigned int defaultTimeoutSeconds = 10;
+}
+
+/// What the group is about:
+///
+///   | running | paused | resume |                                                                       |
+///   |---------|--------|--------|-----------------------------------------------------------------------|
+///   | no      | no     | no     | stopped                                                               |
+///   | yes     | no     | no     | the runtime acquires                                                  |
+///   | no      | yes    | yes/no | the channel changes; afterwards the acquisition goes on, or does not  |
+///
+/// Two locks. `control` lets one change happen after the other: the runtime's calls that start, stop and
+/// allocate, the client's memory functions and messages are made under it, because that is what must not
+/// overlap. `mutex` guards the fields; nothing foreign is called under it. A wait for an image holds neither:
+/// it is counted in `waiters`, and buffers are not freed while there are any.
+struct FglibFrameBufferGroup::State
+{
+    boost::shared_ptr<const reference::Runtime> runtime;
+    Fg_Struct_s* handle = nullptr;
+    unsigned int dma = 0;
+    MemoryBudget budget{};
+
+    std::mutex control;
+
+    mutable std::mutex mutex;
+    std::condition_variable changed;
+    std::unique_ptr<BufferRing> ring; // replaced under control and mutex
+    Geometry geometry;
+    unsigned int requested = 0;
+    bool running = false;
+    bool paused = false;
+    bool resume = false;
+    bool released = false;
+    int images = 0;           // to take in this acquisition, negative: without end
+    std::int64_t newest = 0;  // number of the newest image that was handed out
+    std::int64_t earlier = 0; // images handed out before the last pause: the runtime counts anew after it
+    int waiters = 0;
+
+    std::atomic<unsigned int> timeoutSeconds{defaultTimeoutSeconds};
+    std::vector<std::uint8_t> copy; // of the image handed out; touched in waitForImage only
+
+    Geometry readGeometry() const;
+    int readInteger(int parameter, const char* name) const;
+    void writeInteger(int parameter, const char* name, int value);
+
+    void start(int imageCount);
+    void stop();
+    void startRuntime();
+    void stopRuntime();
+    bool pause();
+    void unpause();
+    void makeRing(Geometry size, unsigned int buffers);
+    void dropRing();
+    void takeUpGeometry();
+    void goOnWithNewGeometry();
+    void changeBufferCount(unsigned int buffers);
+    void release();
+
+    enum class Wait
+    {
+        Delivered,
+        Interrupted, // by a pause after which the acquisition goes on
+        Ended,
+        Failed // the runtime gave up, not the client
+    };
+    Wait waitOnce(std::int64_t after, Image& image, FgFrameIndex& number);
+    FgFrameIndex fetch(FgFrameIndex wanted, FgBufferRing_s* source, std::size_t bytes);
+
+    std::string text(const std::string& message) const
+    {
+        return "DMA " + std::to_string(dma) + ": " + message;
+    }
+    [[noreturn]] void fail(const std::string& what, int code) const
+    {
+        throw std::runtime_error(reference::failureText(*runtime, text(what), code));
+    }
+    void requireBuffers() const
+    {
+        if (released)
+            throw std::runtime_error(text("the channel's buffers were given back"));
+    }
+};
+
+int FglibFrameBufferGroup::State::readInteger(int parameter, const char* name) const
+{
+    std::int32_t value = 0;
+    const int code = runtime->Fg_getParameter(handle, parameter, &value, dma);
+    if (code != FG_OK)
+        fail(std::string(name) + " could not be read", code);
+    return value;
+}
+
+void FglibFrameBufferGroup::State::writeInteger(int parameter, const char* name, int value)
+{
+    requireBuffers();
+    // Images of another size must not arrive in the present buffers: here the buffers follow at once.
+    const bool mine = running && pause();
+    const std::int32_t number = value;
+    const int code = runtime->Fg_setParameterWithType(handle, parameter, &number, dma, FG_TYPE_INT32);
+    if (mine)
+        goOnWithNewGeometry();
+    if (code != FG_OK)
+        fail(std::string(name) + " = " + std::to_string(value) + " was refused", code);
+}
+
+Geometry FglibFrameBufferGroup::State::readGeometry() const
+{
+    return {readInteger(FG_WIDTH, "FG_WIDTH"), readInteger(FG_HEIGHT, "FG_HEIGHT")};
+}
+
+// --- starting and stopping: under control ---------------------------------------------------------
+
+void FglibFrameBufferGroup::State::start(int imageCount)
+{
+    requireBuffers();
+    stop();
+    {
+        const std::lock_guard lock(mutex);
+        images = imageCount;
+        newest = 0;
+        earlier = 0;
+        resume = paused;
+        if (paused)
+            return;
+    }
+    takeUpGeometry();
+    startRuntime();
+}
+
+void FglibFrameBufferGroup::State::stop()
+{
+    {
+        const std::lock_guard lock(mutex);
+        resume = false;
+        changed.notify_all();
+    }
+    stopRuntime();
+}
+
+void FglibFrameBufferGroup::State::startRuntime()
+{
+    const FgFrameIndex frames = images < 0 ? FG_GRAB_INFINITE : images - earlier;
+    if (frames == 0)
+        return;
+    const int code = runtime->Fg_AcquireEx(handle, dma, frames, FG_ACQUIRE_STANDARD, ring->get());
+    if (code != FG_OK)
+        fail("acquisition could not be started", code);
+    const std::lock_guard lock(mutex);
+    running = true;
+}
+
+// When it returns nobody is in the runtime on account of the ring.
+void FglibFrameBufferGroup::State::stopRuntime()
+{
+    {
+        const std::lock_guard lock(mutex);
+        if (!std::exchange(running, false))
+            return;
+    }
+    const int code = runtime->Fg_stopAcquireEx(handle, dma, ring->get(), 0);
+    if (code != FG_OK && code != FG_NOT_ACQUIRING)
+        log(LogLevel::Error,
+            reference::failureText(*runtime, text("acquisition could not be stopped"), code));
+    std::unique_lock lock(mutex);
+    changed.wait(lock, [this] { return waiters == 0; });
+}
+
+/// True when it was this call that paused, and the caller has to unpause.
+bool FglibFrameBufferGroup::State::pause()
+{
+    {
+        const std::lock_guard lock(mutex);
+        if (paused)
+            return false;
+        paused = true;
+        resume = running;
+    }
+    stopRuntime();
+    const std::lock_guard lock(mutex);
+    earlier = newest;
+    return true;
+}
+
+void FglibFrameBufferGroup::State::unpause()
+{
+    bool goOn = false;
+    {
+        const std::lock_guard lock(mutex);
+        goOn = resume && ring;
+    }
+    try {
+        if (goOn)
+            startRuntime();
+    } catch (const std::exception& error) {
+        log(LogLevel::Error, error.what());
+    }
+    const std::lock_guard lock(mutex);
+    paused = false;
+    resume = false;
+    changed.notify_all();
+}
+
+// --- buffers: under control, with the runtime stopped ----------------------------------------------
+
+void FglibFrameBufferGroup::State::makeRing(Geometry size, unsigned int buffers)
+{
+    auto made = std::make_unique<BufferRing>(runtime, handle, size, buffers, budget);
+    const std::lock_guard lock(mutex);
+    ring = std::move(made);
+    geometry = size;
+}
+
+void FglibFrameBufferGroup::State::dropRing()
+{
+    std::unique_ptr<BufferRing> dropped;
+    {
+        const std::lock_guard lock(mutex);
+        dropped = std::move(ring);
+    }
+}
+
+void FglibFrameBufferGroup::State::takeUpGeometry()
+{
+    const Geometry size = readGeometry();
+    if (ring && ring->geometry() == size)
+        return;
+    dropRing(); // first, so that its bytes are free for the new one
+    makeRing(size, requested);
+}
+
+void FglibFrameBufferGroup::State::goOnWithNewGeometry()
+{
+    std::exception_ptr failure;
+    try {
+        takeUpGeometry();
+    } catch (const std::runtime_error&) {
+        failure = std::current_exception();
+    }
+    unpause();
+    if (failure)
+        std::rethrow_exception(failure);
+}
+
+void FglibFrameBufferGroup::State::changeBufferCount(unsigned int buffers)
+{
+    const unsigned int before = ring ? ring->count() : 1;
+    const Geometry size = geometry;
+    dropRing();
+    try {
+        makeRing(size, buffers);
+    } catch (const std::runtime_error&) {
+        makeRing(size, before);
+        throw;
+    }
+}
+
+void FglibFrameBufferGroup::State::release()
+{
+    stop();
+    dropRing();
+    const std::lock_guard lock(mutex);
+    released = true;
+    paused = false;
+}
+
+// --- images ------------------------------------------------------------------------------------------
+
+/// Waits in the runtime, without the lock, for a picture of at least the number \p wanted, and copies the
+/// newest. A negative result is the runtime's code.
+FgFrameIndex FglibFrameBufferGroup::State::fetch(FgFrameIndex wanted, FgBufferRing_s* source,
+                                                 std::size_t bytes)
+{
+    const FgFrameIndex number = runtime->Fg_getLastPicNumberBlockingEx(
+        handle, wanted, dma, static_cast<int>(timeoutSeconds.load()), source);
+    if (number < wanted)
+        return number < 0 ? number : FG_TIMEOUT;
+    const auto* const pixels =
+        static_cast<const std::uint8_t*>(runtime->Fg_getImagePtrEx(handle, number, dma, source));
+    if (!pixels)
+        return FG_INVALID_MEMORY;
+    copy.assign(pixels, pixels + bytes);
+    return number;
+}
+
+FglibFrameBufferGroup::State::Wait FglibFrameBufferGroup::State::waitOnce(std::int64_t after, Image& image,
+                                                                          FgFrameIndex& number)
+{
+    std::unique_lock lock(mutex);
+    changed.wait(lock, [this] { return !paused || !resume; });
+    if (!running)
+        return Wait::Ended;
+    const std::int64_t base = earlier;
+    const Geometry size = ring->geometry();
+    FgBufferRing_s* const source = ring->get();
+    ++waiters;
+    lock.unlock();
+    number = fetch(after - base + 1, source, size.bytes());
+    lock.lock();
+    --waiters;
+    changed.notify_all();
+    if (number > 0) {
+        newest = base + number;
+        image = {copy.data(), size.width, size.height, newest};
+        return Wait::Delivered;
+    }
+    if (running)
+        return Wait::Failed;
+    return paused && resume ? Wait::Interrupted : Wait::Ended;
+}
+
+// --- the group ------------------------------------------------------------------------------------------
+
+FglibFrameBufferGroup::FglibFrameBufferGroup() : m_state(std::make_unique<State>()) {}
+
+FglibFrameBufferGroup::~FglibFrameBufferGroup()
+{
+    const std::lock_guard control(m_state->control);
+    if (m_state->ring)
+        m_state->release();
+}
+
+boost::shared_ptr<FglibFrameBufferGroup>
+FglibFrameBufferGroup::create(Fg_Struct_s* handle, int boardIndex, unsigned int dmaIndex,
+                              unsigned int buffers, UsedMemory usedMemory, TotalMemory totalMemory,
+                              UpdateUsedMemory updateUsedMemory)
+{
+    probe("FglibFrameBufferGroup::create", "board=", boardIndex, " dma=", dmaIndex, " buffers=", buffers);
+    const auto group = reference::liveObject(new FglibFrameBufferGroup);
+    State& state = *group->m_state;
+    state.runtime = reference::requireRuntime();
+    state.handle = handle;
+    state.dma = dmaIndex;
+    state.budget = {usedMemory, totalMemory, updateUsedMemory};
+    state.requested = buffers;
+    state.makeRing(state.readGeometry(), buffers);
+    return group;
+}
+
+void FglibFrameBufferGroup::setBufferCount(int buffers)
+{
+    probe("FglibFrameBufferGroup::setBufferCount", "dma=", m_state->dma, " buffers=", buffers);
+    if (buffers < 1)
+        throw std::invalid_argument(
+            m_state->text(std::to_string(buffers) + " buffers: at least 1 is needed"));
+    const std::lock_guard control(m_state->control);
+    {
+        const std::lock_guard lock(m_state->mutex);
+        m_state->requested = static_cast<unsigned int>(buffers);
+    }
+    // A request that comes after an unload finds nothing that it could change.
+    if (m_state->released)
+        return;
+    const bool mine = m_state->pause();
+    std::exception_ptr failure;
+    try {
+        m_state->changeBufferCount(static_cast<unsigned int>(buffers));
+    } catch (const std::runtime_error&) {
+        failure = std::current_exception();
+    }
+    if (mine)
+        m_state->unpause();
+    if (failure)
+        std::rethrow_exception(failure);
+}
+
+unsigned int FglibFrameBufferGroup::requestedBufferCount() const
+{
+    probe("FglibFrameBufferGroup::requestedBufferCount", "dma=", m_state->dma);
+    const std::lock_guard lock(m_state->mutex);
+    return m_state->requested;
+}
+
+unsigned int FglibFrameBufferGroup::bufferCount() const
+{
+    probe("FglibFrameBufferGroup::bufferCount", "dma=", m_state->dma);
+    const std::lock_guard lock(m_state->mutex);
+    return m_state->ring ? m_state->ring->count() : 0;
+}
+
+void FglibFrameBufferGroup::releaseBuffers()
+{
+    probe("FglibFrameBufferGroup::releaseBuffers", "dma=", m_state->dma);
+    const std::lock_guard control(m_state->control);
+    m_state->release();
+}
+
+int FglibFrameBufferGroup::width() const
+{
+    const std::lock_guard lock(m_state->mutex);
+    return m_state->geometry.width;
+}
+
+int FglibFrameBufferGroup::height() const
+{
+    const std::lock_guard lock(m_state->mutex);
+    return m_state->geometry.height;
+}
+
+void FglibFrameBufferGroup::startAcquisition(int images)
+{
+    const std::lock_guard control(m_state->control);
+    m_state->start(images);
+}
+
+void FglibFrameBufferGroup::stopAcquisition()
+{
+    const std::lock_guard control(m_state->control);
+    m_state->stop();
+}
+
+bool FglibFrameBufferGroup::waitForImage(std::int64_t after, Image& image)
+{
+    State::Wait result = State::Wait::Interrupted;
+    FgFrameIndex number = 0;
+    while (result == State::Wait::Interrupted)
+        result = m_state->waitOnce(after, image, number);
+    if (result == State::Wait::Failed)
+        log(LogLevel::Warning,
+            reference::failureText(*m_state->runtime, m_state->text("no image"), static_cast<int>(number)));
+    return result == State::Wait::Delivered;
+}
+
+unsigned int FglibFrameBufferGroup::dmaIndex() const
+{
+    return m_state->dma;
+}
+
+void FglibFrameBufferGroup::setTimeout(unsigned int seconds)
+{
+    probe("FglibFrameBufferGroup::setTimeout", "dma=", m_state->dma, " seconds=", seconds);
+    m_state->timeoutSeconds = seconds;
+}
+
+void FglibFrameBufferGroup::setWidth(int width)
+{
+    probe("FglibFrameBufferGroup::setWidth", "dma=", m_state->dma, " width=", width);
+    const std::lock_guard control(m_state->control);
+    m_state->writeInteger(FG_WIDTH, "FG_WIDTH", width);
+}
+
+void FglibFrameBufferGroup::setHeight(int height)
+{
+    probe("FglibFrameBufferGroup::setHeight", "dma=", m_state->dma, " height=", height);
+    const std::lock_guard control(m_state->control);
+    m_state->writeInteger(FG_HEIGHT, "FG_HEIGHT", height);
+}
+
+void FglibFrameBufferGroup::notifyGeometryMayHaveChangedSlot(int width, int height, bool begin)
+{
+    probe("FglibFrameBufferGroup::notifyGeometryMayHaveChangedSlot", "dma=", m_state->dma, " width=", width,
+          " height=", height, " begin=", begin);
+    const std::lock_guard control(m_state->control);
+    if (m_state->released)
+        return;
+    m_state->pause();
+    if (!begin)
+        m_state->goOnWithNewGeometry();
+}
+
+} // namespace ovra::display

@@ -1,0 +1,276 @@
+#include "ovra-lib-display/DisplayScene.h"
+
+#include "ovra_log/reference/Journal.h"
+#include "ovra_log/reference/LiveObjects.h"
+#include "ovra_log/reference/Log.h"
+
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <exception>
+#include <map>
+#include <mutex>
+#include <stdexcept>
+#include <string>
+#include <thread>
+
+namespace ovra::display {
+
+using reference::log;
+using reference::LogLevel;
+using reference::probe;
+
+DisplaySceneVisualizer::~DisplaySceneVisualizer() = default;
+
+namespace {
+
+/// Waits for a thread at the end of a scope, however the scope ends.
+struct Joined
+{
+    std::thread& thread;
+    ~Joined() { thread.join(); }
+};
+
+} // namespace
+
+/// Two locks. `control` makes a start, a stop and a change of the group wait for each other; it is held while
+/// the group does what it is told and while the grabbing thread ends, neither of which comes back here.
+/// `mutex` guards the fields; nothing foreign is called under it.
+struct DisplayScene::State
+{
+    using Clock = std::chrono::steady_clock;
+
+    std::mutex control;
+    std::thread grabber; // guarded by control
+
+    mutable std::mutex mutex;
+    std::map<int, boost::shared_ptr<FrameBufferGroup>> groups;
+    std::condition_variable showingEnded;
+    DisplaySceneVisualizer* visualizer = nullptr;
+    bool showing = false;        // the visualizer is being called
+    std::uint64_t showCount = 0; // how often it was, by any start
+    DisplayStatistics statistics;
+
+    std::atomic<bool> grabbing{false};
+    std::atomic<bool> stopping{false};
+    std::atomic<std::thread::id> grabberId{};
+    std::atomic<int> dma{-1}; // of the group that images come from, for the record
+
+    boost::shared_ptr<FrameBufferGroup> group() const
+    {
+        const std::lock_guard lock(mutex);
+        const auto found = groups.find(0);
+        return found == groups.end() ? boost::shared_ptr<FrameBufferGroup>() : found->second;
+    }
+
+    void setGroup(int position, const boost::shared_ptr<FrameBufferGroup>& next);
+    void start(int images);
+    void stop();
+    void grab(FrameBufferGroup& source, int images);
+    void take(const Image& image, std::int64_t previous, Clock::time_point started);
+    void show(const Image& image);
+    void refuseGrabber(const char* operation) const;
+};
+
+void DisplayScene::State::setGroup(int position, const boost::shared_ptr<FrameBufferGroup>& next)
+{
+    boost::shared_ptr<FrameBufferGroup> displaced; // released outside the lock
+    const std::lock_guard lock(mutex);
+    auto& place = groups[position];
+    displaced = place;
+    place = next;
+    if (position == 0)
+        dma = next ? static_cast<int>(next->dmaIndex()) : -1;
+    if (!next)
+        groups.erase(position);
+}
+
+void DisplayScene::State::start(int images)
+{
+    const auto source = group();
+    if (!source)
+        return;
+    {
+        const std::lock_guard lock(mutex);
+        statistics = {};
+    }
+    source->startAcquisition(images);
+    stopping = false;
+    grabbing = true;
+    try {
+        grabber = std::thread([this, source, images] { grab(*source, images); });
+    } catch (...) {
+        grabbing = false;
+        source->stopAcquisition();
+        throw;
+    }
+}
+
+void DisplayScene::State::stop()
+{
+    if (!grabber.joinable())
+        return;
+    stopping = true;
+    const Joined joined{grabber};
+    if (const auto source = group())
+        source->stopAcquisition();
+}
+
+void DisplayScene::State::grab(FrameBufferGroup& source, int images)
+{
+    grabberId = std::this_thread::get_id();
+    const auto started = Clock::now();
+    std::int64_t newest = 0;
+    Image image;
+    try {
+        while (!stopping && (images < 0 || newest < images) && source.waitForImage(newest, image)) {
+            if (stopping)
+                break;
+            take(image, newest, started);
+            newest = image.number;
+        }
+        source.stopAcquisition();
+    } catch (const std::exception& error) {
+        log(LogLevel::Error,
+            "DMA " + std::to_string(source.dmaIndex()) + ": grabbing ended: " + error.what());
+    }
+    grabberId = std::thread::id();
+    grabbing = false;
+}
+
+void DisplayScene::State::take(const Image& image, std::int64_t previous, Clock::time_point started)
+{
+    {
+        const std::lock_guard lock(mutex);
+        statistics.received = image.number;
+        statistics.skipped += image.number - previous - 1;
+        statistics.seconds = std::chrono::duration<double>(Clock::now() - started).count();
+    }
+    show(image);
+}
+
+void DisplayScene::State::show(const Image& image)
+{
+    DisplaySceneVisualizer* present = nullptr;
+    {
+        const std::lock_guard lock(mutex);
+        if (!visualizer)
+            return;
+        present = visualizer;
+        showing = true;
+        ++showCount;
+        ++statistics.shown;
+    }
+    try {
+        present->showImage(image);
+    } catch (const std::exception& error) {
+        log(LogLevel::Error, "Showing an image of DMA " + std::to_string(dma) + " failed: " + error.what());
+    } catch (...) {
+        log(LogLevel::Error, "Showing an image of DMA " + std::to_string(dma) + " failed");
+    }
+    const std::lock_guard lock(mutex);
+    showing = false;
+    showingEnded.notify_all();
+}
+
+// A visualizer that stopped its own scene would wait for itself.
+void DisplayScene::State::refuseGrabber(const char* operation) const
+{
+    if (grabberId.load() == std::this_thread::get_id())
+        throw std::logic_error(std::string("DisplayScene::") + operation +
+                               " must not be called by its visualizer");
+}
+
+DisplayScene::DisplayScene() : m_state(std::make_unique<State>()) {}
+
+DisplayScene::~DisplayScene()
+{
+    try {
+        const std::lock_guard lock(m_state->control);
+        m_state->stop();
+    } catch (const std::exception& error) {
+        log(LogLevel::Error, std::string("A display scene could not be stopped: ") + error.what());
+    }
+}
+
+boost::shared_ptr<DisplayScene> DisplayScene::create()
+{
+    probe("DisplayScene::create");
+    return reference::liveObject(new DisplayScene);
+}
+
+void DisplayScene::addFrameBufferGroup(int position, const boost::shared_ptr<FrameBufferGroup>& group)
+{
+    probe("DisplayScene::addFrameBufferGroup", "position=", position);
+    m_state->refuseGrabber("addFrameBufferGroup");
+    const std::lock_guard lock(m_state->control);
+    if (position == 0)
+        m_state->stop();
+    m_state->setGroup(position, group);
+}
+
+void DisplayScene::removeFrameBufferGroup(int position)
+{
+    probe("DisplayScene::removeFrameBufferGroup", "position=", position, " dma=", m_state->dma);
+    m_state->refuseGrabber("removeFrameBufferGroup");
+    const std::lock_guard lock(m_state->control);
+    if (position == 0)
+        m_state->stop();
+    m_state->setGroup(position, {});
+}
+
+void DisplayScene::setVisualizer(DisplaySceneVisualizer* visualizer)
+{
+    probe("DisplayScene::setVisualizer", "dma=", m_state->dma, visualizer ? " set" : " null");
+    m_state->refuseGrabber("setVisualizer");
+    std::unique_lock lock(m_state->mutex);
+    m_state->visualizer = visualizer;
+    const auto count = m_state->showCount;
+    m_state->showingEnded.wait(lock, [&] { return !m_state->showing || m_state->showCount != count; });
+}
+
+void DisplayScene::startGrabbing(int images)
+{
+    probe("DisplayScene::startGrabbing", "dma=", m_state->dma, " images=", images);
+    m_state->refuseGrabber("startGrabbing");
+    const std::lock_guard lock(m_state->control);
+    m_state->stop();
+    m_state->start(images);
+}
+
+void DisplayScene::stopGrabbing()
+{
+    probe("DisplayScene::stopGrabbing", "dma=", m_state->dma);
+    m_state->refuseGrabber("stopGrabbing");
+    const std::lock_guard lock(m_state->control);
+    m_state->stop();
+}
+
+bool DisplayScene::isGrabbing() const
+{
+    probe("DisplayScene::isGrabbing", "dma=", m_state->dma);
+    return m_state->grabbing;
+}
+
+int DisplayScene::width() const
+{
+    probe("DisplayScene::width", "dma=", m_state->dma);
+    const auto group = m_state->group();
+    return group ? group->width() : 0;
+}
+
+int DisplayScene::height() const
+{
+    probe("DisplayScene::height", "dma=", m_state->dma);
+    const auto group = m_state->group();
+    return group ? group->height() : 0;
+}
+
+DisplayStatistics DisplayScene::statistics() const
+{
+    probe("DisplayScene::statistics", "dma=", m_state->dma);
+    const std::lock_guard lock(m_state->mutex);
+    return m_state->statistics;
+}
+
+} // namespace ovra::display

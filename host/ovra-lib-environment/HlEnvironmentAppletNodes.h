@@ -1,0 +1,187 @@
+/// \file
+/// The structure of a loaded applet: processes, DMA channels, logical camera ports.
+///
+/// The board owns them by index; among each other they are linked weakly, so what the board drops is gone
+/// from every link. Numbers are 0 until they are set.
+#pragma once
+
+#include "ovra-core/GenericModel.h"
+#include "ovra-lib-environment/Export.h"
+
+#include <atomic>
+#include <string>
+
+struct FgRegisterInfo_s;
+
+namespace ovra::display {
+class DisplayScene;
+class FrameBufferGroup;
+} // namespace ovra::display
+
+namespace ovra::core::models {
+
+class FgLibModel;
+class HlEnvironmentDmaNode;
+class HlEnvironmentLogicalPortNode;
+class HlEnvironmentPortNode;
+class HlEnvironmentProcessNode;
+
+/// Nodes of one type that are linked weakly, in the order in which they were added.
+template <class Node>
+class WeakLinks
+{
+public:
+    using Iterator = GenericModelNodeChildrenIterator<Node>;
+
+    void add(const boost::weak_ptr<Node>& node)
+    {
+        const std::lock_guard lock(m_mutex);
+        m_nodes.push_back(node);
+    }
+
+    /// Walks the nodes that still exist.
+    boost::shared_ptr<Iterator> iterate() const
+    {
+        auto alive = boost::make_shared<typename Iterator::Snapshot>();
+        const std::lock_guard lock(m_mutex);
+        for (const auto& node : m_nodes)
+            if (auto strong = node.lock())
+                alive->push_back(strong);
+        return boost::make_shared<Iterator>(alive);
+    }
+
+private:
+    mutable std::mutex m_mutex;
+    std::vector<boost::weak_ptr<Node>> m_nodes;
+};
+
+/// A process of an applet: a group of DMA channels and camera ports that work together.
+class OVRA_ENVIRONMENT_API HlEnvironmentProcessNode : public GenericModelNode
+{
+public:
+    static boost::shared_ptr<HlEnvironmentProcessNode> create();
+
+    unsigned int getIndex() const;
+    void setIndex(unsigned int index);
+    bool getAllInputsAvailableEntry() const;
+    void setAllInputsAvailableEntry(bool available);
+
+    boost::shared_ptr<GenericModelNodeChildrenIterator<HlEnvironmentDmaNode>> getDmas() const;
+    unsigned int getDmasEntryChildCount() const;
+    void addDma(const boost::weak_ptr<HlEnvironmentDmaNode>& dma);
+
+    boost::shared_ptr<GenericModelNodeChildrenIterator<HlEnvironmentLogicalPortNode>> getLogicalPorts() const;
+    void addLogicalPort(const boost::weak_ptr<HlEnvironmentLogicalPortNode>& port);
+
+private:
+    HlEnvironmentProcessNode();
+
+    std::atomic<unsigned int> m_index{0};
+    std::atomic<bool> m_allInputsAvailable{false};
+    WeakLinks<HlEnvironmentDmaNode> m_dmas;
+    WeakLinks<HlEnvironmentLogicalPortNode> m_logicalPorts;
+};
+
+/// A DMA channel: images of one kind on their way from the board into memory.
+class OVRA_ENVIRONMENT_API HlEnvironmentDmaNode : public GenericModelNode
+{
+public:
+    static boost::shared_ptr<HlEnvironmentDmaNode> create();
+    ~HlEnvironmentDmaNode() override;
+
+    /// Global on the board, not within the process.
+    unsigned int getIndex() const;
+    void setIndex(unsigned int index);
+    unsigned int getProcess() const;
+    void setProcess(unsigned int process);
+    unsigned int getBoard() const;
+    void setBoard(unsigned int board);
+    std::string getSortKey() const;
+    void setSortKey(const std::string& key);
+
+    boost::shared_ptr<GenericModelNodeChildrenIterator<HlEnvironmentProcessNode>> getProcesses() const;
+    void addProcess(const boost::weak_ptr<HlEnvironmentProcessNode>& process);
+
+    /// Longest wait for an image, in seconds.
+    unsigned int getAcqTimeout() const;
+    void setAcqTimeout(unsigned int seconds);
+    /// Number of image buffers that were asked for, and that there are.
+    unsigned int getAcqBuffersRequested() const;
+    void setAcqBuffersRequested(unsigned int buffers);
+    unsigned int getAcqBuffersCurrent() const;
+    void setAcqBuffersCurrent(unsigned int buffers);
+
+    /// The channel's parameters as the runtime describes them; owned by the board handle.
+    FgRegisterInfo_s* getFrontendRegInfoPointer() const;
+    void setFrontendRegInfoPointer(FgRegisterInfo_s* info);
+    boost::shared_ptr<FgLibModel> getFrontendRegInfoModel() const;
+    void setFrontendRegInfoModel(const boost::shared_ptr<FgLibModel>& model);
+
+    boost::shared_ptr<display::FrameBufferGroup> getFrameBufferGroup() const;
+    void setFrameBufferGroup(const boost::shared_ptr<display::FrameBufferGroup>& group);
+    boost::shared_ptr<display::DisplayScene> getDisplayScene() const;
+    void setDisplayScene(const boost::shared_ptr<display::DisplayScene>& scene);
+
+private:
+    HlEnvironmentDmaNode();
+
+    std::atomic<unsigned int> m_index{0};
+    std::atomic<unsigned int> m_process{0};
+    std::atomic<unsigned int> m_board{0};
+    std::atomic<unsigned int> m_acqTimeout{0};
+    std::atomic<unsigned int> m_acqBuffersRequested{0};
+    std::atomic<unsigned int> m_acqBuffersCurrent{0};
+    std::atomic<FgRegisterInfo_s*> m_regInfo{nullptr};
+    Guarded<std::string> m_sortKey;
+    WeakLinks<HlEnvironmentProcessNode> m_processes;
+    Guarded<boost::shared_ptr<FgLibModel>> m_regInfoModel;
+    Guarded<boost::shared_ptr<display::FrameBufferGroup>> m_frameBufferGroup;
+    Guarded<boost::shared_ptr<display::DisplayScene>> m_displayScene;
+};
+
+/// A camera port as the applet sees it.
+class OVRA_ENVIRONMENT_API HlEnvironmentLogicalPortNode : public GenericModelNode
+{
+public:
+    static boost::shared_ptr<HlEnvironmentLogicalPortNode> create();
+
+    unsigned int getIndex() const;
+    void setIndex(unsigned int index);
+    unsigned int getProcess() const;
+    void setProcess(unsigned int process);
+    unsigned int getBoard() const;
+    void setBoard(unsigned int board);
+    unsigned int getBoardSerial() const;
+    void setBoardSerial(unsigned int serial);
+    /// "CL-FULL", "CL-MEDIUM", "CL-BASE", or empty.
+    std::string getPortType() const;
+    void setPortType(const std::string& type);
+
+    /// The port has an image generator, and it is switched on in place of the camera.
+    bool getGeneratorAvailable() const;
+    void setGeneratorAvailable(bool available);
+    bool getGeneratorActive() const;
+    void setGeneratorActive(bool active);
+
+    /// A camera-link camera, which is not controlled through this port, is present.
+    bool getClCameraPresent() const;
+    void setClCameraPresent(bool present);
+
+    boost::shared_ptr<HlEnvironmentPortNode> getMappedPortEntry() const;
+    void setMappedPortEntry(const boost::shared_ptr<HlEnvironmentPortNode>& port);
+
+private:
+    HlEnvironmentLogicalPortNode();
+
+    std::atomic<unsigned int> m_index{0};
+    std::atomic<unsigned int> m_process{0};
+    std::atomic<unsigned int> m_board{0};
+    std::atomic<unsigned int> m_boardSerial{0};
+    std::atomic<bool> m_generatorAvailable{false};
+    std::atomic<bool> m_generatorActive{false};
+    std::atomic<bool> m_clCameraPresent{false};
+    Guarded<std::string> m_portType;
+    Guarded<boost::shared_ptr<HlEnvironmentPortNode>> m_mappedPort;
+};
+
+} // namespace ovra::core::models

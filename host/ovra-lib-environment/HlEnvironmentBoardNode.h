@@ -1,0 +1,119 @@
+/// \file
+/// HlEnvironmentBoardNode: a frame-grabber board.
+#pragma once
+
+#include "ovra-lib-environment/Export.h"
+#include "ovra-lib-environment/HlEnvironmentAppletNodes.h"
+
+#include <boost/signals2/connection.hpp>
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <string>
+
+struct Fg_Struct_s;
+struct FgRegisterInfo_s;
+
+namespace ovra::reference {
+class BoardHandleObserver;
+}
+
+namespace ovra::core::models {
+
+class FgLibEventsModel;
+class FgLibModel;
+class HlEnvironmentFileNode;
+class HlEnvironmentPortNode;
+
+/// Identity is fixed; the rest describes the applet that is loaded. A board without one has no handle, no
+/// children, no models and no loaded-applet entry.
+class OVRA_ENVIRONMENT_API HlEnvironmentBoardNode : public GenericModelNode
+{
+public:
+    static boost::shared_ptr<HlEnvironmentBoardNode>
+    create(int index, unsigned int serial, std::uint16_t boardType, const std::string& boardName);
+    ~HlEnvironmentBoardNode() override;
+
+    /// Position among the machine's boards; what the runtime calls the board index.
+    int getIndex() const;
+    unsigned int getSerial() const;
+    std::uint16_t getBoardType() const;
+    const std::string& getBoardName() const;
+
+    /// The runtime's handle of the loaded applet; the node is its only owner. Every change stands between
+    /// beginHandleChange and endHandleChange, which observers see as one update. At the end of a change that
+    /// leaves a handle, the board creates its physical ports and attaches the cameras plugged into them: a
+    /// port for each camera of the board, and for each index below. A change that stands alone is a bracket
+    /// of its own.
+    Fg_Struct_s* getBoardHandle() const;
+    void setBoardHandle(Fg_Struct_s* handle);
+    virtual void beginHandleChange();
+    virtual void endHandleChange();
+
+    // Children by index; adding an index that exists replaces the node.
+    void addProcessesEntry(unsigned int index, const boost::shared_ptr<HlEnvironmentProcessNode>& process);
+    void addDmasEntry(unsigned int index, const boost::shared_ptr<HlEnvironmentDmaNode>& dma);
+    void addLogicalPortsEntry(unsigned int index,
+                              const boost::shared_ptr<HlEnvironmentLogicalPortNode>& port);
+    boost::shared_ptr<GenericModelNodeChildrenIterator<HlEnvironmentProcessNode>> getProcesses() const;
+    boost::shared_ptr<GenericModelNodeChildrenIterator<HlEnvironmentDmaNode>> getDmas() const;
+    boost::shared_ptr<GenericModelNodeChildrenIterator<HlEnvironmentLogicalPortNode>> getLogicalPorts() const;
+    boost::shared_ptr<GenericModelNodeChildrenIterator<HlEnvironmentPortNode>> getPorts() const;
+    /// Physical port; empty when the board has none of this index.
+    boost::shared_ptr<HlEnvironmentPortNode> getPortsEntry(unsigned int index) const;
+
+    // The nodes that hold the children; each has this board as its parent.
+    boost::shared_ptr<GenericModelNode> getDmasEntryNode() const;
+    boost::shared_ptr<GenericModelNode> getProcessesEntryNode() const;
+    boost::shared_ptr<GenericModelNode> getLogicalPortsEntryNode() const;
+    boost::shared_ptr<GenericModelNode> getPhysicalPortsEntryNode() const;
+
+    boost::shared_ptr<HlEnvironmentFileNode> getLoadedAppletEntry() const;
+    void setLoadedAppletEntry(const boost::shared_ptr<HlEnvironmentFileNode>& file);
+    bool getBoardSelectedForViewEntry() const;
+    void setBoardSelectedForViewEntry(bool selected);
+
+    boost::shared_ptr<FgLibEventsModel> getFglibEventsModel() const;
+    void setFglibEventsModel(const boost::shared_ptr<FgLibEventsModel>& events);
+    /// The board keeps the connection; replacing it ends the one before.
+    void
+    setFglibEventsSignalConnection(const boost::shared_ptr<boost::signals2::scoped_connection>& connection);
+
+    /// Parameters of an applet that has them once, not for each DMA channel.
+    FgRegisterInfo_s* getNoDmaFrontendRegInfoPointer() const;
+    void setNoDmaFrontendRegInfoPointer(FgRegisterInfo_s* info);
+    boost::shared_ptr<FgLibModel> getNoDmaFrontendRegInfoModel() const;
+    void setNoDmaFrontendRegInfoModel(const boost::shared_ptr<FgLibModel>& model);
+
+protected:
+    HlEnvironmentBoardNode(int index, unsigned int serial, std::uint16_t boardType,
+                           const std::string& boardName);
+
+private:
+    struct HandleChange;
+    friend class reference::BoardHandleObserver;
+
+    void beginChange();
+    void endChange();
+    void createPhysicalPorts();
+
+    const int m_index;
+    const unsigned int m_serial;
+    const std::uint16_t m_boardType;
+    const std::string m_boardName;
+    std::atomic<Fg_Struct_s*> m_handle{nullptr};
+    const std::unique_ptr<HandleChange> m_change;
+    std::atomic<bool> m_selectedForView{false};
+    std::atomic<FgRegisterInfo_s*> m_noDmaRegInfo{nullptr};
+    boost::shared_ptr<EntryNode<unsigned int, HlEnvironmentProcessNode>> m_processes;
+    boost::shared_ptr<EntryNode<unsigned int, HlEnvironmentDmaNode>> m_dmas;
+    boost::shared_ptr<EntryNode<unsigned int, HlEnvironmentLogicalPortNode>> m_logicalPorts;
+    boost::shared_ptr<EntryNode<unsigned int, HlEnvironmentPortNode>> m_ports;
+    Guarded<boost::shared_ptr<HlEnvironmentFileNode>> m_loadedApplet;
+    Guarded<boost::shared_ptr<FgLibEventsModel>> m_eventsModel;
+    Guarded<boost::shared_ptr<boost::signals2::scoped_connection>> m_eventsConnection;
+    Guarded<boost::shared_ptr<FgLibModel>> m_noDmaRegInfoModel;
+};
+
+} // namespace ovra::core::models

@@ -1,0 +1,63 @@
+/// \file
+/// What is plugged together outside the applet: physical ports and cameras.
+#pragma once
+
+#include "ovra-core/GenericModel.h"
+#include "ovra-lib-environment/Export.h"
+
+#include <string>
+
+namespace ovra::core::models {
+
+class GenICamModel;
+class HlEnvironmentLogicalPortNode;
+
+/// A camera that is plugged into a board.
+class OVRA_ENVIRONMENT_API HlEnvironmentCameraNode : public GenericModelNode
+{
+public:
+    static boost::shared_ptr<HlEnvironmentCameraNode> create(const std::string& name, unsigned int board,
+                                                             unsigned int port);
+
+    /// Model and serial number.
+    const std::string& getName() const;
+    unsigned int getBoard() const;
+    unsigned int getPort() const;
+
+    /// The camera's description and controls; empty when it has none.
+    boost::shared_ptr<GenICamModel> getGenICamModelEntry() const;
+    void setGenICamModelEntry(boost::shared_ptr<GenICamModel> model) const;
+
+private:
+    HlEnvironmentCameraNode(const std::string& name, unsigned int board, unsigned int port);
+
+    const std::string m_name;
+    const unsigned int m_board;
+    const unsigned int m_port;
+    mutable Guarded<boost::shared_ptr<GenICamModel>> m_model;
+};
+
+/// A connector of a board.
+class OVRA_ENVIRONMENT_API HlEnvironmentPortNode : public GenericModelNode
+{
+public:
+    static boost::shared_ptr<HlEnvironmentPortNode> create(unsigned int index);
+
+    unsigned int getIndex() const;
+
+    boost::shared_ptr<HlEnvironmentCameraNode> getConnectedCameraEntry() const;
+    void setConnectedCameraEntry(const boost::shared_ptr<HlEnvironmentCameraNode>& camera);
+
+    /// Held weakly.
+    boost::shared_ptr<HlEnvironmentLogicalPortNode> getMappedLogicalPortEntry() const;
+    void setMappedLogicalPortEntry(const boost::weak_ptr<HlEnvironmentLogicalPortNode>& port);
+
+private:
+    explicit HlEnvironmentPortNode(unsigned int index);
+
+    const unsigned int m_index;
+    Guarded<boost::shared_ptr<HlEnvironmentCameraNode>> m_camera;
+    Guarded<boost::weak_ptr<HlEnvironmentLogicalPortNode>> m_logicalPort;
+};
+
+} // namespace ovra::core::models

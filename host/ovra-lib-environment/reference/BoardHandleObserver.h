@@ -1,0 +1,30 @@
+/// \file
+/// Tells of changes of board handles, as the application's views would be told.
+#pragma once
+
+#include "ovra-lib-environment/Export.h"
+
+#include <boost/shared_ptr.hpp>
+#include <boost/signals2/signal.hpp>
+
+struct Fg_Struct_s;
+
+namespace ovra::core::models {
+class HlEnvironmentBoardNode;
+}
+
+namespace ovra::reference {
+
+class OVRA_ENVIRONMENT_API BoardHandleObserver
+{
+public:
+    using Signal = boost::signals2::signal<void(Fg_Struct_s* handle)>;
+
+    /// Calls \p slot once for each change bracket that leaves another handle than it found: on the thread
+    /// that ends the bracket, after the physical ports were made.
+    static boost::signals2::connection
+    connect(const boost::shared_ptr<core::models::HlEnvironmentBoardNode>& board,
+            const Signal::slot_type& slot);
+};
+
+} // namespace ovra::reference

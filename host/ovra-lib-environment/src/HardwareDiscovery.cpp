@@ -1,0 +1,190 @@
+#include "HardwareDiscovery.h"
+
+#include "PluggedCameras.h"
+#include "ovra-core/reference/Runtime.h"
+#include "ovra-lib-genicam-model/GenICamModel.h"
+#include "ovra_log/reference/Log.h"
+
+#include <array>
+#include <charconv>
+#include <map>
+#include <stdexcept>
+#include <system_error>
+#include <vector>
+
+namespace ovra::core::models {
+
+using reference::Runtime;
+
+namespace {
+
+struct FoundBoard
+{
+    int index;
+    unsigned int serial;
+    std::uint16_t type;
+    std::string name;
+};
+
+struct FoundCamera
+{
+    unsigned int board;
+    unsigned int port;
+    std::string name;
+};
+
+std::string systemText(const Runtime& runtime, FgInfoSelector selector, unsigned int argument)
+{
+    std::array<char, 256> text{};
+    std::size_t bytes = text.size();
+    const int code = runtime.Fg_getSystemInformation(nullptr, selector, argument, text.data(), &bytes);
+    if (code != FG_OK)
+        throw std::runtime_error(
+            reference::failureText(runtime, "System information could not be read", code));
+    text.back() = '\0';
+    return text.data();
+}
+
+unsigned int number(const std::string& text, int base, const char* what)
+{
+    unsigned int value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value, base);
+    if (error != std::errc{} || end != text.data() + text.size())
+        throw std::runtime_error(std::string("The frame-grabber runtime gives \"") + text + "\" as " + what);
+    return value;
+}
+
+FoundBoard findBoard(const Runtime& runtime, unsigned int index)
+{
+    const int type = runtime.Fg_getBoardType(static_cast<int>(index));
+    if (type < 0)
+        throw std::runtime_error(reference::failureText(
+            runtime, "Type of board " + std::to_string(index) + " could not be read", type));
+    const char* const name = runtime.Fg_getBoardNameByType(type);
+    const unsigned int serial =
+        number(systemText(runtime, FG_INFO_BOARD_SERIAL, index), 16, "a board's serial");
+    return {static_cast<int>(index), serial, static_cast<std::uint16_t>(type), name ? name : "unknown board"};
+}
+
+std::vector<FoundBoard> findBoards(const Runtime& runtime)
+{
+    std::vector<FoundBoard> boards;
+    const unsigned int count =
+        number(systemText(runtime, FG_INFO_NR_OF_BOARDS, 0), 10, "the number of boards");
+    for (unsigned int index = 0; index < count; ++index)
+        boards.push_back(findBoard(runtime, index));
+    return boards;
+}
+
+std::string cameraText(const Runtime& runtime, unsigned int board, unsigned int port, FgCamString selector)
+{
+    std::array<char, 256> text{};
+    if (runtime.FgCam_getString(board, port, selector, text.data(), text.size()) != FG_OK)
+        return "unknown";
+    text.back() = '\0';
+    return text.data();
+}
+
+void findCamerasOf(const Runtime& runtime, unsigned int board, std::vector<FoundCamera>& cameras)
+{
+    const int count = runtime.FgCam_getCount(board);
+    for (int position = 0; position < count; ++position) {
+        const int port = runtime.FgCam_getPort(board, static_cast<unsigned int>(position));
+        if (port < 0)
+            continue;
+        const auto plug = static_cast<unsigned int>(port);
+        cameras.push_back({board, plug,
+                           cameraText(runtime, board, plug, FGCAM_MODEL) + ' ' +
+                               cameraText(runtime, board, plug, FGCAM_SERIAL)});
+    }
+}
+
+std::vector<FoundCamera> findCameras(const Runtime& runtime, std::size_t boards)
+{
+    std::vector<FoundCamera> cameras;
+    if (runtime.hasCameraControl)
+        for (unsigned int board = 0; board < boards; ++board)
+            findCamerasOf(runtime, board, cameras);
+    return cameras;
+}
+
+bool same(const HlEnvironmentBoardNode& node, const FoundBoard& board)
+{
+    return node.getIndex() == board.index && node.getBoardType() == board.type &&
+           node.getBoardName() == board.name;
+}
+
+// The keys order cameras as people count them.
+std::string keyOf(const FoundCamera& camera)
+{
+    const auto padded = [](unsigned int number) {
+        const std::string digits = std::to_string(number);
+        return std::string(digits.size() < 4 ? 4 - digits.size() : 0, '0') + digits;
+    };
+    return "board-" + padded(camera.board) + "-port-" + padded(camera.port);
+}
+
+// A board that carries an applet stays in the model even when the runtime does not list it any more: its
+// handle has to be given back through its node.
+bool mayGo(const HlEnvironmentBoardNode& board)
+{
+    return board.getBoardHandle() == nullptr;
+}
+
+void updateBoards(HlEnvironmentBoardSourceNode& source, const std::vector<FoundBoard>& found)
+{
+    std::map<unsigned int, FoundBoard> bySerial;
+    for (const auto& board : found)
+        bySerial.emplace(board.serial, board);
+    for (const auto nodes = source.getBoards(); nodes->hasNext(); nodes->advance())
+        if (!bySerial.contains(nodes->current()->getSerial()) && mayGo(*nodes->current()))
+            source.removeChild(nodes->current()->getSerial());
+    for (const auto& [serial, board] : bySerial) {
+        const auto node = source.getChild(serial);
+        if (!node || (!same(*node, board) && mayGo(*node)))
+            source.addChild(serial,
+                            HlEnvironmentBoardNode::create(board.index, serial, board.type, board.name));
+    }
+}
+
+void updateCameras(HlEnvironmentRootNode& root, const std::vector<FoundCamera>& found)
+{
+    std::map<std::string, FoundCamera> byKey;
+    for (const auto& camera : found)
+        byKey.emplace(keyOf(camera), camera);
+    for (const auto nodes = root.getCameras(); nodes->hasNext(); nodes->advance()) {
+        const auto& node = *nodes->current();
+        const std::string key = keyOf({node.getBoard(), node.getPort(), {}});
+        if (!byKey.contains(key))
+            root.removeCamera(key);
+    }
+    for (const auto& [key, camera] : byKey) {
+        auto node = root.getCamera(key);
+        const bool isNew = !node || node->getName() != camera.name;
+        if (isNew)
+            node = HlEnvironmentCameraNode::create(camera.name, camera.board, camera.port);
+        if (!node->getGenICamModelEntry())
+            node->setGenICamModelEntry(GenICamModel::create(camera.board, camera.port));
+        if (isNew)
+            root.addCamera(key, node);
+    }
+}
+
+} // namespace
+
+void discoverHardware(HlEnvironmentRootNode& root)
+{
+    const auto runtime = reference::requireRuntime();
+    if (runtime->Fg_InitLibraries(nullptr) != FG_OK)
+        throw std::runtime_error(reference::lastFailureText(*runtime));
+    const auto boards = findBoards(*runtime);
+    const auto cameras = findCameras(*runtime, boards.size());
+
+    const auto source = root.getSourcesEntry("ovra");
+    updateBoards(*source, boards);
+    updateCameras(root, cameras);
+    for (const auto nodes = source->getBoards(); nodes->hasNext(); nodes->advance())
+        attachCameras(*nodes->current());
+}
+
+} // namespace ovra::core::models

@@ -1,0 +1,16 @@
+#include "ovra-lib-fglib-model/EntryPoints.h"
+
+#include "ovra_log/reference/Journal.h"
+#include "ovra_log/reference/LibraryUse.h"
+
+void OvraFglibModelInit()
+{
+    ovra::reference::probe("OvraFglibModelInit");
+    ovra::reference::libraryStarted("ovra-lib-fglib-model");
+}
+
+void OvraFglibModelDeinit()
+{
+    ovra::reference::probe("OvraFglibModelDeinit");
+    ovra::reference::libraryEnded("ovra-lib-fglib-model");
+}

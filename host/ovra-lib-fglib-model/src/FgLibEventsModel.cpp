@@ -1,0 +1,179 @@
+#include "ovra-lib-fglib-model/FgLibEventsModel.h"
+
+#include "ovra-core/reference/Runtime.h"
+#include "ovra-lib-environment/HlEnvironmentBoardNode.h"
+#include "ovra_log/reference/Journal.h"
+#include "ovra_log/reference/LiveObjects.h"
+#include "ovra_log/reference/Log.h"
+
+#include <exception>
+#include <map>
+#include <mutex>
+#include <utility>
+
+namespace ovra::core::models {
+
+using reference::log;
+using reference::LogLevel;
+using reference::probe;
+using reference::Runtime;
+using reference::Unrecorded;
+
+namespace {
+
+/// Where events go. The runtime is given a number for it and no pointer: a registration that could not be
+/// taken back, and that calls when the model is gone, then finds nothing.
+struct Delivery
+{
+    FgLibEventsModel::EventSignal signal;
+    std::map<std::uint64_t, std::string> names; // by bit
+};
+
+class Deliveries
+{
+public:
+    static Deliveries& instance()
+    {
+        // Never destroyed: models may outlive it otherwise, at the end of the process.
+        static auto* const deliveries = new Deliveries;
+        return *deliveries;
+    }
+
+    std::uintptr_t add(const std::shared_ptr<Delivery>& delivery)
+    {
+        const std::lock_guard lock(m_mutex);
+        m_byNumber[++m_last] = delivery;
+        return m_last;
+    }
+
+    void remove(std::uintptr_t number)
+    {
+        const std::lock_guard lock(m_mutex);
+        m_byNumber.erase(number);
+    }
+
+    std::shared_ptr<Delivery> find(std::uintptr_t number)
+    {
+        const std::lock_guard lock(m_mutex);
+        const auto found = m_byNumber.find(number);
+        return found == m_byNumber.end() ? nullptr : found->second.lock();
+    }
+
+private:
+    std::mutex m_mutex;
+    std::uintptr_t m_last = 0;
+    std::map<std::uintptr_t, std::weak_ptr<Delivery>> m_byNumber;
+};
+
+void deliver(const Delivery& delivery, std::uint64_t events, const FgEventInfo& info)
+{
+    for (const auto& [bit, name] : delivery.names)
+        if (events & bit)
+            delivery.signal(name, info.timestampNs, info.frame);
+}
+
+extern "C" int onEvents(std::uint64_t events, void* userData, const FgEventInfo* info)
+{
+    const auto delivery = Deliveries::instance().find(reinterpret_cast<std::uintptr_t>(userData));
+    if (!delivery)
+        return 0;
+    try {
+        deliver(*delivery, events, info ? *info : FgEventInfo{});
+    } catch (const std::exception& error) {
+        log(LogLevel::Error, std::string("An event could not be delivered: ") + error.what());
+    }
+    return 0;
+}
+
+std::map<std::uint64_t, std::string> eventNames(const Runtime& runtime, Fg_Struct_s* handle)
+{
+    std::map<std::uint64_t, std::string> names;
+    const int count = runtime.Fg_getEventCount(handle);
+    for (int position = 0; position < count && position < 64; ++position) {
+        const std::uint64_t bit = std::uint64_t{1} << position;
+        if (const char* const name = runtime.Fg_getEventName(handle, bit))
+            names[bit] = name;
+    }
+    return names;
+}
+
+} // namespace
+
+struct FgLibEventsModel::State
+{
+    const std::shared_ptr<Delivery> delivery = std::make_shared<Delivery>();
+    boost::shared_ptr<const Runtime> runtime;
+    boost::weak_ptr<HlEnvironmentBoardNode> board;
+    Fg_Struct_s* handle = nullptr; // null: nothing is registered
+    std::uint64_t mask = 0;
+    std::uintptr_t number = 0;
+
+    void registerAll();
+    void unregister();
+};
+
+void FgLibEventsModel::State::registerAll()
+{
+    delivery->names = eventNames(*runtime, handle);
+    for (const auto& [bit, name] : delivery->names)
+        mask |= bit;
+    number = Deliveries::instance().add(delivery);
+    if (mask == 0)
+        return;
+    int code = runtime->Fg_registerEventCallback(handle, mask, onEvents, reinterpret_cast<void*>(number), 0,
+                                                 nullptr);
+    if (code == FG_OK)
+        code = runtime->Fg_activateEvents(handle, mask, 1);
+    if (code != FG_OK)
+        log(LogLevel::Warning,
+            reference::failureText(*runtime, "The board's events are not available", code));
+}
+
+void FgLibEventsModel::State::unregister()
+{
+    Deliveries::instance().remove(number);
+    delivery->signal.disconnect_all_slots();
+    const auto present = board.lock();
+    // With the handle the registration is gone, and the number of a handle may have been given to another.
+    if (mask == 0 || !present || present->getBoardHandle() != handle)
+        return;
+    runtime->Fg_activateEvents(handle, mask, 0);
+    const int code = runtime->Fg_registerEventCallback(handle, mask, nullptr, nullptr, 0, nullptr);
+    if (code != FG_OK)
+        log(LogLevel::Warning,
+            reference::failureText(*runtime, "The board's events could not be ended", code));
+}
+
+FgLibEventsModel::FgLibEventsModel() : m_state(std::make_unique<State>()) {}
+
+FgLibEventsModel::~FgLibEventsModel()
+{
+    const Unrecorded own;
+    if (m_state->handle)
+        m_state->unregister();
+}
+
+boost::shared_ptr<FgLibEventsModel>
+FgLibEventsModel::create(const boost::shared_ptr<HlEnvironmentBoardNode>& board)
+{
+    probe("FgLibEventsModel::create");
+    const Unrecorded own;
+    const auto model = reference::liveObject(new FgLibEventsModel);
+    State& state = *model->m_state;
+    Fg_Struct_s* const handle = board->getBoardHandle();
+    if (!handle)
+        return model;
+    state.runtime = reference::requireRuntime();
+    state.board = board;
+    state.handle = handle;
+    state.registerAll();
+    return model;
+}
+
+boost::signals2::connection FgLibEventsModel::connectEvent(const EventSignal::slot_type& slot)
+{
+    probe("FgLibEventsModel::connectEvent");
+    return m_state->delivery->signal.connect(slot);
+}
+
+} // namespace ovra::core::models

@@ -1,0 +1,296 @@
+#include "ovra-lib-fglib-model/FgLibModel.h"
+
+#include "ovra-core/reference/Runtime.h"
+#include "ovra-lib-display-fglib/FglibFrameBufferGroup.h"
+#include "ovra-lib-environment/HlEnvironmentBoardNode.h"
+#include "ovra_log/reference/Journal.h"
+#include "ovra_log/reference/LiveObjects.h"
+#include "ovra_log/reference/Log.h"
+
+#include <algorithm>
+#include <mutex>
+#include <optional>
+#include <stdexcept>
+
+namespace ovra::core::models {
+
+using display::FglibFrameBufferGroup;
+using parameters::Parameter;
+using parameters::Value;
+using reference::probe;
+using reference::Runtime;
+using reference::Unrecorded;
+
+namespace {
+
+/// A parameter without its value, and how the runtime passes the value.
+struct Description
+{
+    Parameter parameter;
+    FgValueType type;
+};
+
+Value emptyValue(FgValueType type)
+{
+    switch (type) {
+    case FG_TYPE_DOUBLE:
+        return 0.0;
+    case FG_TYPE_STRING:
+        return std::string();
+    default:
+        return std::int64_t{0};
+    }
+}
+
+Description describe(const FgRegisterDescription& source)
+{
+    const auto text = [](const char* given) { return std::string(given ? given : ""); };
+    return {{source.id, text(source.name), text(source.unit), source.minimum, source.maximum, source.step,
+             source.writable != 0, emptyValue(source.type)},
+            source.type};
+}
+
+bool shapesImage(int parameter)
+{
+    return parameter == FG_WIDTH || parameter == FG_HEIGHT;
+}
+
+/// One DMA channel of a board handle, as far as parameters go. Results are the runtime's codes.
+class Channel
+{
+public:
+    Channel(const Runtime& runtime, Fg_Struct_s* handle, unsigned int dma)
+        : m_runtime(runtime),
+          m_handle(handle),
+          m_dma(dma)
+    {}
+
+    int read(const Description& what, Value& value) const
+    {
+        switch (what.type) {
+        case FG_TYPE_INT32:
+            return readNumber<std::int32_t, std::int64_t>(what, value);
+        case FG_TYPE_UINT32:
+            return readNumber<std::uint32_t, std::int64_t>(what, value);
+        case FG_TYPE_INT64:
+            return readNumber<std::int64_t, std::int64_t>(what, value);
+        case FG_TYPE_UINT64:
+            return readNumber<std::uint64_t, std::int64_t>(what, value);
+        case FG_TYPE_DOUBLE:
+            return readNumber<double, double>(what, value);
+        case FG_TYPE_STRING:
+            return readText(what, value);
+        case FG_TYPE_INVALID:
+            break;
+        }
+        return FG_INVALID_TYPE;
+    }
+
+    int write(const Description& what, const Value& value) const
+    {
+        switch (what.type) {
+        case FG_TYPE_INT32:
+            return writeNumber<std::int32_t, std::int64_t>(what, value);
+        case FG_TYPE_UINT32:
+            return writeNumber<std::uint32_t, std::int64_t>(what, value);
+        case FG_TYPE_INT64:
+            return writeNumber<std::int64_t, std::int64_t>(what, value);
+        case FG_TYPE_UINT64:
+            return writeNumber<std::uint64_t, std::int64_t>(what, value);
+        case FG_TYPE_DOUBLE:
+            return writeNumber<double, double>(what, value);
+        case FG_TYPE_STRING:
+            return m_runtime.Fg_setParameterWithType(m_handle, what.parameter.id,
+                                                     std::get<std::string>(value).c_str(), m_dma, what.type);
+        case FG_TYPE_INVALID:
+            break;
+        }
+        return FG_INVALID_TYPE;
+    }
+
+private:
+    template <class Raw, class Kept>
+    int readNumber(const Description& what, Value& value) const
+    {
+        Raw raw{};
+        const int code =
+            m_runtime.Fg_getParameterWithType(m_handle, what.parameter.id, &raw, m_dma, what.type);
+        if (code == FG_OK)
+            value = static_cast<Kept>(raw);
+        return code;
+    }
+
+    template <class Raw, class Kept>
+    int writeNumber(const Description& what, const Value& value) const
+    {
+        const Kept kept = std::get<Kept>(value);
+        const auto raw = static_cast<Raw>(kept);
+        if (static_cast<Kept>(raw) != kept)
+            return FG_VALUE_OUT_OF_RANGE;
+        return m_runtime.Fg_setParameterWithType(m_handle, what.parameter.id, &raw, m_dma, what.type);
+    }
+
+    int readText(const Description& what, Value& value) const
+    {
+        char* text = nullptr;
+        const int code =
+            m_runtime.Fg_getParameterWithType(m_handle, what.parameter.id, &text, m_dma, what.type);
+        if (code != FG_OK)
+            return code;
+        value = std::string(text ? text : "");
+        m_runtime.Fg_freeParameterStringWithType(m_handle, what.parameter.id, &text, m_dma, what.type);
+        return FG_OK;
+    }
+
+    const Runtime& m_runtime;
+    Fg_Struct_s* const m_handle;
+    const unsigned int m_dma;
+};
+
+} // namespace
+
+struct FgLibModel::State
+{
+    using Groups = std::vector<boost::shared_ptr<FglibFrameBufferGroup>>;
+
+    boost::shared_ptr<const Runtime> runtime;
+    FgRegisterInfo_s* info = nullptr;
+    std::string place; // for messages
+
+    // Held while the runtime is called: when stop() returns, nobody uses the handle.
+    mutable std::mutex mutex;
+    Fg_Struct_s* handle = nullptr; // null once stopped
+    std::vector<Description> descriptions;
+    Groups groups;
+
+    std::optional<Description> find(const std::string& name) const;
+    Groups groupsOf(unsigned int dma) const;
+    int write(const Description& description, unsigned int dma, const Value& value) const;
+};
+
+std::optional<Description> FgLibModel::State::find(const std::string& name) const
+{
+    const std::lock_guard lock(mutex);
+    for (const auto& description : descriptions)
+        if (description.parameter.name == name)
+            return description;
+    return std::nullopt;
+}
+
+FgLibModel::State::Groups FgLibModel::State::groupsOf(unsigned int dma) const
+{
+    const std::lock_guard lock(mutex);
+    Groups chosen;
+    std::copy_if(groups.begin(), groups.end(), std::back_inserter(chosen),
+                 [dma](const auto& group) { return group->dmaIndex() == dma; });
+    return chosen;
+}
+
+int FgLibModel::State::write(const Description& description, unsigned int dma, const Value& value) const
+{
+    const std::lock_guard lock(mutex);
+    if (!handle)
+        return FG_INVALID_HANDLE;
+    return Channel(*runtime, handle, dma).write(description, value);
+}
+
+FgLibModel::FgLibModel() : m_state(std::make_unique<State>()) {}
+FgLibModel::~FgLibModel() = default;
+
+boost::shared_ptr<FgLibModel> FgLibModel::create(Fg_Struct_s* handle, unsigned int dma,
+                                                 FgRegisterInfo_s* info,
+                                                 const boost::shared_ptr<HlEnvironmentBoardNode>& board,
+                                                 bool noDma)
+{
+    probe("FgLibModel::create", "dma=", dma, " noDma=", noDma);
+    const Unrecorded own;
+    const auto model = reference::liveObject(new FgLibModel);
+    State& state = *model->m_state;
+    state.runtime = reference::requireRuntime();
+    state.handle = handle;
+    state.info = info;
+    if (board)
+        state.place = "Board " + std::to_string(board->getIndex());
+    return model;
+}
+
+void FgLibModel::init()
+{
+    probe("FgLibModel::init", m_state->place);
+    const std::lock_guard lock(m_state->mutex);
+    m_state->descriptions.clear();
+    if (!m_state->handle || !m_state->info)
+        return;
+    std::transform(m_state->info->parameters, m_state->info->parameters + m_state->info->count,
+                   std::back_inserter(m_state->descriptions), describe);
+}
+
+void FgLibModel::stop()
+{
+    probe("FgLibModel::stop", m_state->place);
+    const std::lock_guard lock(m_state->mutex);
+    m_state->handle = nullptr;
+    m_state->info = nullptr;
+    m_state->descriptions.clear();
+}
+
+void FgLibModel::addFrameBufferGroup(const boost::shared_ptr<FglibFrameBufferGroup>& group)
+{
+    probe("FgLibModel::addFrameBufferGroup", m_state->place, group ? " set" : " null");
+    if (!group)
+        return;
+    const std::lock_guard lock(m_state->mutex);
+    m_state->groups.push_back(group);
+}
+
+void FgLibModel::removeFrameBufferGroup(const boost::shared_ptr<FglibFrameBufferGroup>& group)
+{
+    probe("FgLibModel::removeFrameBufferGroup", m_state->place, group ? " set" : " null");
+    const std::lock_guard lock(m_state->mutex);
+    std::erase(m_state->groups, group); // the caller holds one more reference: nothing is destroyed here
+}
+
+std::vector<Parameter> FgLibModel::parameters(unsigned int dma) const
+{
+    probe("FgLibModel::parameters", m_state->place, " dma=", dma);
+    std::vector<Parameter> readable;
+    std::vector<std::string> failures;
+    {
+        const std::lock_guard lock(m_state->mutex);
+        const Channel channel(*m_state->runtime, m_state->handle, dma);
+        for (const auto& description : m_state->descriptions) {
+            Parameter parameter = description.parameter;
+            const int code = channel.read(description, parameter.value);
+            if (code == FG_OK)
+                readable.push_back(std::move(parameter));
+            else
+                failures.push_back(reference::failureText(
+                    *m_state->runtime, m_state->place + ": " + parameter.name + " could not be read", code));
+        }
+    }
+    for (const auto& failure : failures)
+        reference::log(reference::LogLevel::Warning, failure);
+    return readable;
+}
+
+void FgLibModel::setParameter(const std::string& name, unsigned int dma, const std::string& text)
+{
+    probe("FgLibModel::setParameter", m_state->place, " dma=", dma, ' ', name, '=', text);
+    const Unrecorded own;
+    const auto description = m_state->find(name);
+    if (!description)
+        throw std::invalid_argument(m_state->place + " has no parameter " + name);
+    const Value value = parameters::fromText(description->parameter, text);
+
+    const auto concerned = shapesImage(description->parameter.id) ? m_state->groupsOf(dma) : State::Groups();
+    for (const auto& group : concerned)
+        group->notifyGeometryMayHaveChangedSlot(0, 0, true);
+    const int code = m_state->write(*description, dma, value);
+    for (const auto& group : concerned)
+        group->notifyGeometryMayHaveChangedSlot(0, 0, false);
+    if (code != FG_OK)
+        throw std::runtime_error(reference::failureText(
+            *m_state->runtime, m_state->place + ": " + name + " = " + text + " was refused", code));
+}
+
+} // namespace ovra::core::models

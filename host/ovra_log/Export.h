@@ -1,0 +1,13 @@
+/// \file
+/// Linkage of what ovra_log exports.
+#pragma once
+
+#if defined(_WIN32)
+#if defined(OVRA_LOG_API_BUILD)
+#define OVRA_LOG_API __declspec(dllexport)
+#else
+#define OVRA_LOG_API __declspec(dllimport)
+#endif
+#else
+#define OVRA_LOG_API __attribute__((visibility("default")))
+#endif

@@ -1,0 +1,152 @@
+#include "ovra_log/reference/Journal.h"
+
+#include <boost/core/demangle.hpp>
+
+#include <mutex>
+
+namespace ovra::reference {
+
+namespace {
+
+struct Record
+{
+    std::mutex mutex;
+    std::vector<std::string> lines;
+    std::size_t calls = 0;
+    std::size_t callsUntilFault = 0; // 0: none is armed
+    std::string faultPrefix;
+    bool faultStruck = false;
+};
+
+Record& theRecord()
+{
+    static Record record;
+    return record;
+}
+
+thread_local int unrecordedScopes = 0;
+
+} // namespace
+
+namespace detail {
+
+constinit std::atomic<bool> recording{false};
+
+void record(const std::string& line)
+{
+    if (unrecordedScopes > 0)
+        return;
+    Record& record = theRecord();
+    const std::lock_guard lock(record.mutex);
+    if (!recording)
+        return;
+    record.lines.push_back(line);
+    ++record.calls;
+    if (record.callsUntilFault == 0 || !line.starts_with(record.faultPrefix))
+        return;
+    if (--record.callsUntilFault > 0)
+        return;
+    record.faultStruck = true;
+    throw ReferenceFault(line);
+}
+
+} // namespace detail
+
+ReferenceFault::ReferenceFault(const std::string& line) : std::runtime_error("Fault asked for at " + line) {}
+ReferenceFault::ReferenceFault(const ReferenceFault&) = default;
+ReferenceFault::~ReferenceFault() = default;
+
+void Journal::start()
+{
+    Record& record = theRecord();
+    const std::lock_guard lock(record.mutex);
+    record.lines.clear();
+    record.calls = 0;
+    record.callsUntilFault = 0;
+    record.faultStruck = false;
+    detail::recording = true;
+}
+
+void Journal::stop()
+{
+    Record& record = theRecord();
+    const std::lock_guard lock(record.mutex);
+    record.callsUntilFault = 0;
+    detail::recording = false;
+}
+
+void Journal::clear()
+{
+    Record& record = theRecord();
+    const std::lock_guard lock(record.mutex);
+    record.lines.clear();
+    record.calls = 0;
+}
+
+std::vector<std::string> Journal::lines()
+{
+    Record& record = theRecord();
+    const std::lock_guard lock(record.mutex);
+    return record.lines;
+}
+
+std::size_t Journal::calls()
+{
+    Record& record = theRecord();
+    const std::lock_guard lock(record.mutex);
+    return record.calls;
+}
+
+void Journal::throwAt(std::size_t n, const std::string& prefix)
+{
+    Record& record = theRecord();
+    const std::lock_guard lock(record.mutex);
+    record.callsUntilFault = n;
+    record.faultPrefix = prefix;
+    record.faultStruck = false;
+}
+
+bool Journal::faultStruck()
+{
+    Record& record = theRecord();
+    const std::lock_guard lock(record.mutex);
+    return record.faultStruck;
+}
+
+void Journal::note(const std::string& line)
+{
+    Record& record = theRecord();
+    const std::lock_guard lock(record.mutex);
+    if (detail::recording)
+        record.lines.push_back(line);
+}
+
+Unrecorded::Unrecorded()
+{
+    ++unrecordedScopes;
+}
+
+Unrecorded::~Unrecorded()
+{
+    --unrecordedScopes;
+}
+
+std::ostream& operator<<(std::ostream& stream, Hex number)
+{
+    const std::ios_base::fmtflags flags = stream.setf(std::ios_base::hex, std::ios_base::basefield);
+    stream << number.value;
+    stream.flags(flags);
+    return stream;
+}
+
+std::ostream& operator<<(std::ostream& stream, ClassName name)
+{
+    return stream << readableName(name.type);
+}
+
+std::string readableName(const std::type_info& type)
+{
+    return boost::core::demangle(type.name());
+}
+
+} // namespace ovra::reference

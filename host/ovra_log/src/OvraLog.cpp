@@ -1,0 +1,135 @@
+#include "ovra_log/OvraLog.h"
+
+#include "ovra_log/reference/Journal.h"
+#include "ovra_log/reference/Log.h"
+
+#include <atomic>
+#include <condition_variable>
+#include <filesystem>
+#include <memory>
+#include <mutex>
+#include <utility>
+
+namespace {
+
+using ovra::reference::probe;
+
+struct Listener
+{
+    tOvraLogMessageCallback callback;
+    void* userData;
+    int running = 0; // calls under way, on any thread
+};
+
+struct Dispatch
+{
+    std::mutex mutex;
+    std::condition_variable callEnded;
+    int starts = 0;
+    std::shared_ptr<Listener> listener;
+};
+
+Dispatch& theDispatch()
+{
+    static Dispatch dispatch;
+    return dispatch;
+}
+
+// Threads are numbered in the order in which they first log: the same on every platform, and short to read.
+unsigned long threadNumber()
+{
+    static std::atomic<unsigned long> last{0};
+    thread_local const unsigned long number = ++last;
+    return number;
+}
+
+// One call of the listener. While it lives, the listener is not taken away.
+class ListenerCall
+{
+public:
+    ListenerCall()
+    {
+        Dispatch& dispatch = theDispatch();
+        const std::lock_guard lock(dispatch.mutex);
+        if (dispatch.starts == 0 || !dispatch.listener)
+            return;
+        m_listener = dispatch.listener;
+        ++m_listener->running;
+    }
+
+    ~ListenerCall()
+    {
+        if (!m_listener)
+            return;
+        Dispatch& dispatch = theDispatch();
+        const std::lock_guard lock(dispatch.mutex);
+        --m_listener->running;
+        dispatch.callEnded.notify_all();
+    }
+
+    ListenerCall(const ListenerCall&) = delete;
+    ListenerCall& operator=(const ListenerCall&) = delete;
+
+    const Listener* listener() const { return m_listener.get(); }
+
+private:
+    std::shared_ptr<Listener> m_listener;
+};
+
+void deliver(unsigned long level, const char* file, unsigned int line, const char* text,
+             unsigned int tagCount, const tOvraLogTag* tags)
+{
+    const ListenerCall call;
+    if (const Listener* listener = call.listener())
+        listener->callback(level, threadNumber(), file, line, text, tagCount, tags, listener->userData);
+}
+
+} // namespace
+
+void OvraLogInit()
+{
+    probe("OvraLogInit");
+    Dispatch& dispatch = theDispatch();
+    const std::lock_guard lock(dispatch.mutex);
+    ++dispatch.starts;
+}
+
+void OvraLogDeinit()
+{
+    probe("OvraLogDeinit");
+    Dispatch& dispatch = theDispatch();
+    const std::lock_guard lock(dispatch.mutex);
+    if (dispatch.starts > 0)
+        --dispatch.starts;
+}
+
+void OvraLogSetMessageCallback(tOvraLogMessageCallback callback, void* userData)
+{
+    probe("OvraLogSetMessageCallback", callback ? "set" : "null");
+    std::shared_ptr<Listener> next;
+    if (callback)
+        next = std::make_shared<Listener>(Listener{callback, userData});
+
+    Dispatch& dispatch = theDispatch();
+    std::unique_lock lock(dispatch.mutex);
+    dispatch.listener.swap(next);
+    if (next)
+        dispatch.callEnded.wait(lock, [&] { return next->running == 0; });
+}
+
+void OvraLogMessage(unsigned long level, const char* file, unsigned int line, const char* text,
+                    unsigned int tagCount, const tOvraLogTag* tags)
+{
+    probe("OvraLogMessage", "level=", level, ' ', text);
+    deliver(level, file, line, text, tagCount, tags);
+}
+
+void ovra::reference::log(LogLevel level, const std::string& text, std::source_location place) noexcept
+{
+    try {
+        const std::string file = std::filesystem::path(place.file_name()).filename().string();
+        deliver(static_cast<unsigned long>(level), file.c_str(), place.line(), text.c_str(), 0, nullptr);
+    } catch (...) {
+        // A message may come from a place that cannot pass an exception on, and there is nobody left to tell.
+    }
+}

@@ -1,0 +1,309 @@
+// How images get from a group to a visualizer.
+
+#include "LogCollector.h"
+
+#include "ovra-lib-display/DisplayScene.h"
+
+#include <boost/make_shared.hpp>
+#include <gmock/gmock.h>
+
+#include <atomic>
+#include <condition_variable>
+#include <future>
+#include <mutex>
+#include <thread>
+
+namespace {
+
+using namespace ovra::display;
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+/// A group that delivers what the test tells it to.
+class FakeGroup : public FrameBufferGroup
+{
+public:
+    void deliver(std::int64_t number)
+    {
+        const std::lock_guard lock(m_mutex);
+        m_newest = number;
+        m_changed.notify_all();
+    }
+    std::vector<std::string> calls() const
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_calls;
+    }
+    bool acquiring() const
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_acquiring;
+    }
+    std::atomic<bool> refusesToStart{false};
+
+    void setBufferCount(int) override {}
+    unsigned int requestedBufferCount() const override { return 1; }
+    unsigned int bufferCount() const override { return 1; }
+    void releaseBuffers() override {}
+    int width() const override { return 640; }
+    int height() const override { return 480; }
+    unsigned int dmaIndex() const override { return 3; }
+
+    void startAcquisition(int images) override
+    {
+        if (refusesToStart)
+            throw std::runtime_error("no cable");
+        const std::lock_guard lock(m_mutex);
+        m_calls.push_back("start " + std::to_string(images));
+        m_acquiring = true;
+        m_newest = 0;
+    }
+    void stopAcquisition() override
+    {
+        const std::lock_guard lock(m_mutex);
+        if (m_acquiring)
+            m_calls.push_back("stop");
+        m_acquiring = false;
+        m_changed.notify_all();
+    }
+    bool waitForImage(std::int64_t after, Image& image) override
+    {
+        std::unique_lock lock(m_mutex);
+        m_changed.wait(lock, [&] { return !m_acquiring || m_newest > after; });
+        if (!m_acquiring)
+            return false;
+        image = {&m_pixel, 1, 1, m_newest};
+        return true;
+    }
+
+private:
+    mutable std::mutex m_mutex;
+    std::condition_variable m_changed;
+    std::vector<std::string> m_calls;
+    bool m_acquiring = false;
+    std::int64_t m_newest = 0;
+    std::uint8_t m_pixel = 0;
+};
+
+/// Notes the numbers of images, and can be held inside a call.
+class Screen : public DisplaySceneVisualizer
+{
+public:
+    void showImage(const Image& image) override
+    {
+        std::unique_lock lock(m_mutex);
+        m_numbers.push_back(image.number);
+        m_changed.notify_all();
+        m_changed.wait(lock, [this] { return !m_held; });
+        if (inCall)
+            inCall();
+    }
+    void hold(bool held)
+    {
+        const std::lock_guard lock(m_mutex);
+        m_held = held;
+        m_changed.notify_all();
+    }
+    std::vector<std::int64_t> waitFor(std::size_t images)
+    {
+        std::unique_lock lock(m_mutex);
+        m_changed.wait_for(lock, 20s, [&] { return m_numbers.size() >= images; });
+        return m_numbers;
+    }
+    std::function<void()> inCall;
+
+private:
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    std::vector<std::int64_t> m_numbers;
+    bool m_held = false;
+};
+
+class DisplaySceneTest : public testing::Test
+{
+protected:
+    DisplaySceneTest()
+    {
+        scene->addFrameBufferGroup(0, group);
+        scene->setVisualizer(&screen);
+    }
+    ~DisplaySceneTest() override
+    {
+        screen.hold(false);
+        scene->stopGrabbing();
+    }
+
+    boost::shared_ptr<FakeGroup> group = boost::make_shared<FakeGroup>();
+    Screen screen;
+    boost::shared_ptr<DisplayScene> scene = DisplayScene::create();
+};
+
+TEST_F(DisplaySceneTest, ShowsTheNewestImageAndCountsThoseItOvertook)
+{
+    scene->startGrabbing(-1);
+    screen.hold(true);
+    group->deliver(1);
+    EXPECT_THAT(screen.waitFor(1), ElementsAre(1));
+    group->deliver(2);
+    group->deliver(3);
+    group->deliver(7);
+    screen.hold(false);
+    EXPECT_THAT(screen.waitFor(2), ElementsAre(1, 7));
+    const auto statistics = scene->statistics();
+    EXPECT_EQ(statistics.received, 7);
+    EXPECT_EQ(statistics.shown, 2);
+    EXPECT_EQ(statistics.skipped, 5);
+    EXPECT_GE(statistics.seconds, 0);
+}
+
+TEST_F(DisplaySceneTest, HasTheSizeOfItsGroup)
+{
+    EXPECT_EQ(scene->width(), 640);
+    EXPECT_EQ(scene->height(), 480);
+    scene->removeFrameBufferGroup(0);
+    EXPECT_EQ(scene->width(), 0);
+    EXPECT_EQ(scene->height(), 0);
+}
+
+TEST_F(DisplaySceneTest, HandsNothingOnOnceItHasStopped)
+{
+    scene->startGrabbing(-1);
+    group->deliver(1);
+    screen.waitFor(1);
+    scene->stopGrabbing();
+    EXPECT_FALSE(scene->isGrabbing());
+    EXPECT_FALSE(group->acquiring());
+    group->deliver(2);
+    EXPECT_THAT(screen.waitFor(1), ElementsAre(1));
+    EXPECT_THAT(group->calls(), ElementsAre("start -1", "stop"));
+}
+
+TEST_F(DisplaySceneTest, WaitsForTheVisualizerThatIsBeingCalledWhenItStops)
+{
+    scene->startGrabbing(-1);
+    screen.hold(true);
+    group->deliver(1);
+    screen.waitFor(1);
+    auto stopped = std::async(std::launch::async, [this] { scene->stopGrabbing(); });
+    EXPECT_EQ(stopped.wait_for(20ms), std::future_status::timeout);
+    screen.hold(false);
+    stopped.get();
+}
+
+TEST_F(DisplaySceneTest, WaitsForTheVisualizerThatIsTakenOff)
+{
+    scene->startGrabbing(-1);
+    screen.hold(true);
+    group->deliver(1);
+    screen.waitFor(1);
+    auto detached = std::async(std::launch::async, [this] { scene->setVisualizer(nullptr); });
+    EXPECT_EQ(detached.wait_for(20ms), std::future_status::timeout);
+    screen.hold(false);
+    detached.get();
+    group->deliver(2);
+    scene->stopGrabbing();
+    EXPECT_THAT(screen.waitFor(1), ElementsAre(1));
+}
+
+TEST_F(DisplaySceneTest, EndsByItselfAfterTheImagesAskedFor)
+{
+    scene->startGrabbing(2);
+    group->deliver(1);
+    screen.waitFor(1);
+    EXPECT_TRUE(scene->isGrabbing());
+    group->deliver(2);
+    EXPECT_THAT(screen.waitFor(2), ElementsAre(1, 2));
+    while (scene->isGrabbing())
+        std::this_thread::yield();
+    EXPECT_FALSE(group->acquiring());
+}
+
+TEST_F(DisplaySceneTest, StartsAnewWhileItGrabs)
+{
+    scene->startGrabbing(-1);
+    group->deliver(5);
+    screen.waitFor(1);
+    scene->startGrabbing(10);
+    EXPECT_EQ(scene->statistics().received, 0);
+    group->deliver(1);
+    EXPECT_THAT(screen.waitFor(2), ElementsAre(5, 1));
+    EXPECT_THAT(group->calls(), ElementsAre("start -1", "stop", "start 10"));
+}
+
+TEST_F(DisplaySceneTest, StopsWhenItsGroupIsRemoved)
+{
+    scene->startGrabbing(-1);
+    scene->removeFrameBufferGroup(0);
+    EXPECT_FALSE(scene->isGrabbing());
+    EXPECT_FALSE(group->acquiring());
+    scene->startGrabbing(-1);
+    EXPECT_FALSE(scene->isGrabbing());
+}
+
+TEST_F(DisplaySceneTest, PassesOnThatItsGroupCannotStart)
+{
+    group->refusesToStart = true;
+    EXPECT_THROW(scene->startGrabbing(-1), std::runtime_error);
+    EXPECT_FALSE(scene->isGrabbing());
+    scene->stopGrabbing();
+}
+
+TEST_F(DisplaySceneTest, GoesOnAfterAVisualizerThatThrows)
+{
+    const LogCollector log;
+    screen.inCall = [] { throw std::runtime_error("no window"); };
+    scene->startGrabbing(-1);
+    group->deliver(1);
+    screen.waitFor(1);
+    group->deliver(2);
+    EXPECT_THAT(screen.waitFor(2), ElementsAre(1, 2));
+    scene->stopGrabbing();
+    EXPECT_THAT(log.texts(), testing::Each(testing::AllOf(HasSubstr("DMA 3"), HasSubstr("no window"))));
+    EXPECT_EQ(log.texts().size(), 2U);
+}
+
+TEST_F(DisplaySceneTest, RefusesToBeStoppedByItsVisualizer)
+{
+    std::promise<bool> refused;
+    screen.inCall = [&] {
+        try {
+            scene->stopGrabbing();
+            refused.set_value(false);
+        } catch (const std::logic_error&) {
+            refused.set_value(true);
+        }
+    };
+    scene->startGrabbing(1);
+    group->deliver(1);
+    EXPECT_TRUE(refused.get_future().get());
+}
+
+TEST_F(DisplaySceneTest, MayBeStartedAndStoppedFromSeveralThreads)
+{
+    std::atomic<bool> ends{false};
+    std::thread images([&] {
+        for (std::int64_t number = 1; !ends; ++number)
+            group->deliver(number);
+    });
+    std::vector<std::thread> users;
+    for (int user = 0; user < 3; ++user)
+        users.emplace_back([this, user] {
+            for (int round = 0; round < 30; ++round) {
+                scene->startGrabbing(-1);
+                scene->setVisualizer(user % 2 ? nullptr : &screen);
+                scene->statistics();
+                scene->stopGrabbing();
+            }
+        });
+    for (auto& user : users)
+        user.join();
+    ends = true;
+    images.join();
+    scene->stopGrabbing();
+    EXPECT_FALSE(scene->isGrabbing());
+    EXPECT_FALSE(group->acquiring());
+}
+
+} // namespace

@@ -1,0 +1,147 @@
+// Applet files and what follows them, as far as it needs no runtime.
+
+#include "LogCollector.h"
+#include "TemporaryFolder.h"
+
+#include "ovra-core/reference/Application.h"
+#include "ovra-lib-environment/Environment.h"
+#include "ovra-lib-environment/HlEnvironmentFileNode.h"
+#include "ovra-lib-environment/HlEnvironmentModel.h"
+
+#include <gmock/gmock.h>
+
+namespace {
+
+using namespace std::chrono_literals;
+using ovra::core::Environment;
+using ovra::reference::Application;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+class EnvironmentTest : public testing::Test
+{
+protected:
+    auto files() { return environment->model()->root()->getFilesEntryNode(); }
+
+    /// Paths below the installation.
+    std::vector<std::string> paths()
+    {
+        std::vector<std::string> all;
+        for (const auto each = files()->getAllFiles(); each->hasNext(); each->advance())
+            all.push_back(each->current()->getFilePath().substr(folder.text().size() + 1));
+        return all;
+    }
+    testing::AssertionResult becomes(const std::vector<std::string>& expected)
+    {
+        if (application.pumpUntil([&] { return paths() == expected; }, 20s))
+            return testing::AssertionSuccess();
+        return testing::AssertionFailure() << "there is " << testing::PrintToString(paths());
+    }
+
+    TemporaryFolder folder;
+    LogCollector log;
+    Application application{
+        {.runtimeDirectory = folder.text(), .runtimeLibrary = {}, .configurationFile = {}}};
+    boost::shared_ptr<Environment> environment = Environment::create();
+};
+
+TEST_F(EnvironmentTest, SaysThatTheRuntimeIsMissingAndKeepsItsModel)
+{
+    EXPECT_THAT([&] { environment->discoverResourcesOnce(); },
+                testing::ThrowsMessage<std::runtime_error>(HasSubstr(folder.path().filename().string())));
+    EXPECT_TRUE(environment->model()->root()->getSourcesEntry("ovra"));
+    EXPECT_THAT(paths(), IsEmpty());
+}
+
+TEST_F(EnvironmentTest, FollowsFilesThatComeAndGoWhileItMonitors)
+{
+    folder.write("Hardware Applets/model/one.hap", "x");
+    folder.write("Hardware Applets/model/readme.txt", "x");
+    environment->startMonitor();
+    environment->startMonitor();
+    EXPECT_TRUE(becomes({"Hardware Applets/model/one.hap"}));
+    folder.write("dll/deep/er/two.dll", "x");
+    EXPECT_TRUE(becomes({"Hardware Applets/model/one.hap", "dll/deep/er/two.dll"}));
+    std::filesystem::remove(folder.path() / "Hardware Applets/model/one.hap");
+    EXPECT_TRUE(becomes({"dll/deep/er/two.dll"}));
+    environment->stopMonitor();
+    EXPECT_THAT(log.texts(2), testing::Contains(HasSubstr("Applet file removed: ")));
+}
+
+TEST_F(EnvironmentTest, LooksNoMoreOnceTheMonitorHasStopped)
+{
+    environment->startMonitor();
+    environment->stopMonitor();
+    folder.write("dll/late.dll", "x");
+    EXPECT_FALSE(application.pumpUntil([&] { return !paths().empty(); }, 400ms));
+}
+
+TEST_F(EnvironmentTest, StopsItsMonitorWithoutWaitingForTheNextLook)
+{
+    const auto started = std::chrono::steady_clock::now();
+    for (int round = 0; round < 80; ++round) {
+        environment->startMonitor();
+        environment->stopMonitor();
+    }
+    EXPECT_LT(std::chrono::steady_clock::now() - started, 10s); // a wait each would make it twice that
+}
+
+TEST_F(EnvironmentTest, ReadsAFileThatIsAddedOnlyWithAutoScan)
+{
+    folder.write("dll/early.dll", "x");
+    environment->startMonitor();
+    ASSERT_TRUE(becomes({"dll/early.dll"}));
+    const auto node = files()->getAllFilesEntry(folder.text() + "/dll/early.dll");
+    EXPECT_EQ(node->getBrokenReason(), "");
+    EXPECT_EQ(node->getNrOfProcesses(), -1);
+
+    environment->enableAutoScan(true);
+    folder.write("dll/later.dll", "x");
+    ASSERT_TRUE(becomes({"dll/early.dll", "dll/later.dll"}));
+    environment->stopMonitor();
+    EXPECT_THAT(files()->getAllFilesEntry(folder.text() + "/dll/later.dll")->getBrokenReason(), Not(""));
+}
+
+TEST_F(EnvironmentTest, MarksABrokenFileWithOneWarning)
+{
+    folder.write("elsewhere/broken.hap", "x");
+    const std::string path = folder.text() + "/elsewhere/broken.hap";
+    environment->forceSingleFileAddition(path);
+    const auto node = files()->getAllFilesEntry(path);
+    ASSERT_TRUE(node);
+    EXPECT_EQ(node->getFileName(), "broken.hap");
+    EXPECT_EQ(node->getType(), "");
+    EXPECT_THAT(node->getBrokenReason(), HasSubstr("fglib5"));
+    EXPECT_THAT(log.texts(), ElementsAre(testing::StartsWith(path + ": ")));
+}
+
+TEST_F(EnvironmentTest, KeepsAFileThatWasAddedSinglyUntilItIsGone)
+{
+    folder.write("elsewhere/single.hap", "x");
+    environment->forceSingleFileAddition(folder.text() + "/elsewhere/single.hap");
+    folder.write("dll/other.dll", "x");
+    environment->startMonitor();
+    EXPECT_TRUE(becomes({"dll/other.dll", "elsewhere/single.hap"}));
+    std::filesystem::remove(folder.path() / "elsewhere/single.hap");
+    EXPECT_TRUE(becomes({"dll/other.dll"}));
+}
+
+TEST_F(EnvironmentTest, AddsNoFileThatIsNotThere)
+{
+    environment->forceSingleFileAddition(folder.text() + "/nothing.hap");
+    EXPECT_EQ(files()->getAllFilesEntryChildCount(), 0U);
+}
+
+TEST_F(EnvironmentTest, KeepsTheNodeOfAFileThatIsAddedAgain)
+{
+    folder.write("again.hap", "x");
+    const std::string path = folder.text() + "/again.hap";
+    environment->forceSingleFileAddition(path);
+    const auto node = files()->getAllFilesEntry(path);
+    environment->forceSingleFileAddition(path);
+    EXPECT_EQ(files()->getAllFilesEntry(path), node);
+}
+
+} // namespace

@@ -1,0 +1,91 @@
+// The message log.
+
+#include "LogCollector.h"
+
+#include "ovra_log/reference/Log.h"
+
+#include <gmock/gmock.h>
+
+#include <atomic>
+#include <future>
+#include <stdexcept>
+#include <thread>
+
+namespace {
+
+using ovra::reference::log;
+using ovra::reference::LogLevel;
+using testing::ElementsAre;
+
+void say(const char* text)
+{
+    OvraLogMessage(2, "file", 1, text, 0, nullptr);
+}
+
+TEST(Log, DropsMessagesBeforeItStartsAndAfterItEnds)
+{
+    std::vector<std::string> seen;
+    {
+        const LogCollector collector;
+        say("within");
+        OvraLogDeinit();
+        say("ended");
+        OvraLogInit();
+        say("again");
+        seen = collector.texts(2);
+    }
+    EXPECT_THAT(seen, ElementsAre("within", "again"));
+}
+
+TEST(Log, LetsAListenerLog)
+{
+    static std::atomic<int> depth;
+    depth = 0;
+    OvraLogInit();
+    OvraLogSetMessageCallback(
+        [](auto, auto, auto, auto, auto, auto, auto, auto) {
+            if (++depth == 1)
+                say("from the listener");
+        },
+        nullptr);
+    say("first");
+    OvraLogSetMessageCallback(nullptr, nullptr);
+    OvraLogDeinit();
+    EXPECT_EQ(depth, 2);
+}
+
+TEST(Log, WaitsForTheListenerThatIsTakenOff)
+{
+    struct Listener
+    {
+        std::promise<void> entered, go;
+    } listener;
+    OvraLogInit();
+    OvraLogSetMessageCallback(
+        [](auto, auto, auto, auto, auto, auto, auto, void* userData) {
+            auto& self = *static_cast<Listener*>(userData);
+            self.entered.set_value();
+            self.go.get_future().wait();
+        },
+        &listener);
+    std::thread other([] { say("held"); });
+    listener.entered.get_future().wait();
+    auto taken = std::async(std::launch::async, [] { OvraLogSetMessageCallback(nullptr, nullptr); });
+    EXPECT_EQ(taken.wait_for(std::chrono::milliseconds(20)), std::future_status::timeout);
+    listener.go.set_value();
+    taken.get();
+    other.join();
+    OvraLogDeinit();
+}
+
+TEST(Log, KeepsFailuresOfAListenerFromTheHost)
+{
+    OvraLogInit();
+    OvraLogSetMessageCallback(
+        [](auto, auto, auto, auto, auto, auto, auto, auto) { throw std::runtime_error("view"); }, nullptr);
+    EXPECT_NO_THROW(log(LogLevel::Error, "message"));
+    OvraLogSetMessageCallback(nullptr, nullptr);
+    OvraLogDeinit();
+}
+
+} // namespace

@@ -1,0 +1,22 @@
+/// \file
+/// Start-up and shut-down of ovra-lib-gui-core.
+///
+/// The host calls OvraGuiCoreInit after it has loaded the library and OvraGuiCoreDeinit before it unloads it.
+#pragma once
+
+#include "gui-core/Export.h"
+
+extern "C" {
+
+/// Starts the host libraries this one stands on: core, environment, parameters, display, display-fglib and
+/// fglib-model, in this order. Each call starts them again (they count) and needs one OvraGuiCoreDeinit.
+///
+/// Any thread; concurrent calls wait for each other. An exception of a host library's start-up passes
+/// through; what was started before it stays started until the balancing OvraGuiCoreDeinit.
+OVRA_GUI_CORE_API void OvraGuiCoreInit();
+
+/// Takes one OvraGuiCoreInit back. The last one shuts the host libraries down, in the order of their
+/// start-ups and as often as they were started, and destroys the library's process-wide objects. Any thread.
+OVRA_GUI_CORE_API void OvraGuiCoreDeinit();
+
+} // extern "C"

@@ -1,0 +1,13 @@
+/// \file
+/// Linkage of what ovra-lib-gui-core exports.
+#pragma once
+
+#if defined(_WIN32)
+#if defined(OVRA_GUI_CORE_API_BUILD)
+#define OVRA_GUI_CORE_API __declspec(dllexport)
+#else
+#define OVRA_GUI_CORE_API __declspec(dllimport)
+#endif
+#else
+#define OVRA_GUI_CORE_API __attribute__((visibility("default")))
+#endif

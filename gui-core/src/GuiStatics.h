@@ -1,0 +1,38 @@
+/// \file
+/// GuiStatics: links Gui's static functions to the state of the Gui that was created last.
+#pragma once
+
+#include "gui-core/Gui.h"
+#include "platform/GuardedSingleton.h"
+
+#include "ovra-lib-environment/Environment.h"
+
+#include <boost/shared_ptr.hpp>
+#include <boost/weak_ptr.hpp>
+
+#include <atomic>
+
+namespace ovra::gui {
+
+/// What a Gui owns.
+struct Gui::State
+{
+    boost::shared_ptr<Views> views;
+    boost::shared_ptr<core::Environment> environment = core::Environment::create();
+    SyncMode syncMode = SyncProcess;
+    bool streamChannelManagementEnabled = false;
+    // Groups change it on the worker and on the GUI thread.
+    std::atomic<unsigned long long> usedDmaMemory{0};
+};
+
+/// Holds the state weakly: it dies with its Gui, and the static functions then find nothing.
+class GuiStatics : public templates::patterns::GuardedSingleton<GuiStatics>
+{
+public:
+    boost::weak_ptr<Gui::State> state;
+
+    /// The current state; empty without a Gui.
+    static boost::shared_ptr<Gui::State> currentState() { return instance().state.lock(); }
+};
+
+} // namespace ovra::gui

@@ -1,0 +1,110 @@
+#include "LibraryInitController.h"
+
+#include "platform/SpinLockVariableGuard.h"
+
+#include <atomic>
+#include <cstdio>
+#include <memory>
+#include <utility>
+
+namespace ovra::gui {
+
+using templates::patterns::GuardedSingletonBase;
+using templates::platform::SpinLockVariableGuard;
+
+namespace {
+
+// Turned on by hand, for a look at the order of start-ups and shut-downs without a debugger.
+constexpr bool CONSOLE_TRACE = false;
+
+std::atomic<std::int32_t> controllerLock{0};
+std::atomic<std::uint32_t> controllerOwner{0};
+std::uint32_t uses = 0;
+std::unique_ptr<LibraryInitController> controller;
+
+void trace([[maybe_unused]] const char* step)
+{
+    if constexpr (CONSOLE_TRACE)
+        std::printf("LibraryInitController [%s] - Instance: %p\n", step,
+                    static_cast<void*>(controller.get()));
+}
+
+void traceUse([[maybe_unused]] const char* step, [[maybe_unused]] std::uint32_t count)
+{
+    if constexpr (CONSOLE_TRACE)
+        std::printf("LibraryInitController [%s] - Instance: %p - Use Count: %u\n", step,
+                    static_cast<void*>(controller.get()), count);
+}
+
+} // namespace
+
+std::uint32_t LibraryInitController::acquire()
+{
+    const SpinLockVariableGuard guard(&controllerLock, &controllerOwner);
+    const std::uint32_t count = uses + 1;
+    // One is there already when a host library starts this one again while it is being shut down.
+    if (count == 1 && !controller) {
+        controller = std::make_unique<LibraryInitController>();
+        trace("Create ");
+    }
+    uses = count;
+    traceUse("Init   ", count);
+    return count;
+}
+
+void LibraryInitController::registerLibrary(Function startUp, Function shutDown)
+{
+    const SpinLockVariableGuard guard(&controllerLock, &controllerOwner);
+    if (controller)
+        controller->m_shutDowns.push_back(shutDown);
+    startUp();
+}
+
+void LibraryInitController::registerSingleton(GuardedSingletonBase& singleton)
+{
+    const SpinLockVariableGuard guard(&controllerLock, &controllerOwner);
+    if (controller)
+        controller->m_singletons.push_back(&singleton);
+}
+
+void LibraryInitController::release()
+{
+    const SpinLockVariableGuard guard(&controllerLock, &controllerOwner);
+    traceUse("Deinit ", uses - 1);
+    --uses;
+    if (uses != 0)
+        return;
+    controller->shutDown();
+    if (uses != 0)
+        return; // started again meanwhile
+    trace("Destroy");
+    controller.reset();
+}
+
+std::uint32_t LibraryInitController::useCount()
+{
+    const SpinLockVariableGuard guard(&controllerLock, &controllerOwner);
+    return uses;
+}
+
+void LibraryInitController::shutDown()
+{
+    // Both lists are taken out first: what is being shut down may register anew, and that is for the next
+    // shut-down. First started, first stopped: the host's libraries are used to that order.
+    for (const Function function : std::exchange(m_shutDowns, {}))
+        function();
+
+    for (GuardedSingletonBase* singleton : std::exchange(m_singletons, {})) {
+        singleton->beforeDestruction();
+        std::atomic<GuardedSingletonBase*>& pointer = singleton->instancePointer();
+        delete singleton;
+        pointer = nullptr;
+    }
+}
+
+} // namespace ovra::gui
+
+void ovra::templates::patterns::registerSingleton(GuardedSingletonBase& singleton)
+{
+    ovra::gui::LibraryInitController::registerSingleton(singleton);
+}

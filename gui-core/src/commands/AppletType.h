@@ -1,0 +1,25 @@
+/// \file
+/// AppletType: which of the kinds of applet file one is.
+#pragma once
+
+namespace ovra::core::models {
+class HlEnvironmentFileNode;
+}
+
+namespace ovra::gui::commands {
+
+enum class AppletType
+{
+    LegacyDll, ///< a library that is asked for its layout itself
+    Dll,       ///< a library whose layout the runtime knows
+    Hap,       ///< a hardware applet; its parameters belong to the applet, not to DMA channels
+    Unknown,
+};
+
+/// Decides by the file's type and wrapped flag. Letter case counts.
+AppletType appletType(const core::models::HlEnvironmentFileNode& file);
+
+/// As in "Detected applet type: HAP".
+const char* appletTypeName(AppletType type);
+
+} // namespace ovra::gui::commands

@@ -1,0 +1,98 @@
+#include "gui-core/InitializeApplicationCommand.h"
+
+#include "LogForwarding.h"
+#include "commands/EventPosting.h"
+#include "platform/ProcessEnvironment.h"
+
+#include "gui-core/Gui.h"
+#include "gui-core/Views.h"
+
+#include "ovra-core/HarloApplication.h"
+#include "ovra-core/PluginManager.h"
+#include "ovra-lib-environment/Environment.h"
+#include "ovra-lib-environment/HlEnvironmentFileNode.h"
+#include "ovra-lib-environment/HlEnvironmentModel.h"
+#include "ovra_log/OvraLog.h"
+
+#include <boost/make_shared.hpp>
+
+#include <string>
+#include <vector>
+
+namespace ovra::gui::commands {
+
+namespace {
+
+void scanAppletFiles(core::models::HlEnvironmentRootNode& root)
+{
+    const auto collection = root.getFilesEntryNode();
+    const int count = static_cast<int>(collection->getAllFilesEntryChildCount());
+    // Collected before the first scan: files that come or go meanwhile do not disturb the numbering.
+    std::vector<boost::shared_ptr<core::models::HlEnvironmentFileNode>> files;
+    for (const auto all = collection->getAllFiles(); all->hasNext(); all->advance())
+        files.push_back(all->current());
+
+    // Count and walk are taken one right after the other; should a file come or go between them, the smaller
+    // one holds.
+    for (int i = 1; i <= count && i <= static_cast<int>(files.size()); ++i) {
+        const auto& file = files[static_cast<std::size_t>(i - 1)];
+        postSplashMessage("Scanning File " + std::to_string(i) + "/" + std::to_string(count) + " (" +
+                          file->getFileName() + ")");
+        file->scan();
+    }
+}
+
+} // namespace
+
+boost::shared_ptr<InitializeApplicationCommand> InitializeApplicationCommand::create()
+{
+    return boost::make_shared<InitializeApplicationCommand>();
+}
+
+InitializeApplicationCommand::InitializeApplicationCommand() : Command(Command::Asynchronous) {}
+InitializeApplicationCommand::InitializeApplicationCommand(const InitializeApplicationCommand& other) =
+    default;
+InitializeApplicationCommand&
+InitializeApplicationCommand::operator=(const InitializeApplicationCommand& other) = default;
+InitializeApplicationCommand::~InitializeApplicationCommand() = default;
+
+void InitializeApplicationCommand::executeSync()
+{
+    // Before anything is started that reads it.
+    templates::platform::setEnvironmentVariable("OVRA_ENABLE_DRA", "On");
+    OvraLogInit();
+    const auto views = Gui::views();
+    views->onInitializeBegin();
+    OvraLogSetMessageCallback(&forwardLogMessage, nullptr);
+    views->onLoggingInstalled();
+    views->onInitializeSync();
+    views->showSplashscreenMessage("Starting...");
+}
+
+void InitializeApplicationCommand::executeAsync()
+{
+    const auto environment = Gui::environment();
+    const auto root = environment->model()->root();
+
+    postSplashMessage("Discovering Resources...");
+    environment->enableAutoScan(false);
+    environment->discoverResourcesOnce();
+    environment->discoverResources();
+
+    postSplashMessage("Scanning Applets...");
+    scanAppletFiles(*root);
+
+    environment->enableAutoScan(true);
+    environment->startMonitor();
+    core::HarloApplication::pluginmanager()->startMonitor();
+}
+
+void InitializeApplicationCommand::executePostAsync()
+{
+    postSplashMessage("Filling Caches...");
+    Gui::views()->fillCaches();
+    postSplashMessage("Initialization done.");
+    Gui::views()->onInitializationDone();
+}
+
+} // namespace ovra::gui::commands

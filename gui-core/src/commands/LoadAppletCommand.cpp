@@ -1,0 +1,233 @@
+#include "gui-core/LoadAppletCommand.h"
+
+#include "commands/AcquisitionObjects.h"
+#include "commands/AppletStructure.h"
+#include "commands/AppletType.h"
+#include "commands/BoardHandle.h"
+#include "commands/BoardLookup.h"
+#include "commands/BoardResources.h"
+#include "commands/BoardTeardown.h"
+#include "commands/EventPosting.h"
+#include "commands/HandleGuard.h"
+#include "commands/LegacyApplet.h"
+#include "commands/StatusText.h"
+#include "platform/SharedLibrary.h"
+
+#include "gui-core/Gui.h"
+#include "gui-core/RescanAppletsCommand.h"
+#include "gui-core/UnloadAppletCommand.h"
+#include "gui-core/Views.h"
+
+#include "fglib5/Fglib5.h"
+
+#include "ovra-lib-display-fglib/FglibFrameBufferGroup.h"
+#include "ovra-lib-environment/HlEnvironmentBoardNode.h"
+#include "ovra-lib-environment/HlEnvironmentFileNode.h"
+
+#include <boost/make_shared.hpp>
+
+namespace ovra::gui::commands {
+
+using core::models::HlEnvironmentBoardNode;
+using core::models::HlEnvironmentFileNode;
+
+struct LoadAppletCommand::Request
+{
+    unsigned int boardSerial;
+    std::string appletFile;
+    std::string mcfFile;
+    boost::shared_ptr<HlEnvironmentBoardNode> board;
+    boost::shared_ptr<HlEnvironmentFileNode> file;
+    bool loadable = false; ///< board and file were found, and the board was unloaded
+    bool accepted = false; ///< this request holds the loading slot
+};
+
+namespace {
+
+/// One load at a time. Only the GUI thread looks at it.
+bool loadInProgress = false;
+
+/// Gives the loading slot back at the end of a scope, whatever the front end does in it.
+struct [[nodiscard]] LoadingSlotRelease
+{
+    LoadingSlotRelease() = default;
+    ~LoadingSlotRelease() { loadInProgress = false; }
+    LoadingSlotRelease(const LoadingSlotRelease&) = delete;
+    LoadingSlotRelease& operator=(const LoadingSlotRelease&) = delete;
+};
+
+bool buildLegacyDll(HlEnvironmentBoardNode& board, const std::string& appletPath, UnfinishedLoad& unfinished)
+{
+    constexpr bool freeOnDestruction = false; // the guard below closes it
+    SharedLibrary applet(appletPath, freeOnDestruction);
+    if (!applet.load()) {
+        postLoadError("Opening applet DLL failed!");
+        unfinished.reset();
+        return false;
+    }
+    const HandleGuard guard(&applet);
+    const auto layout = askLegacyApplet(applet);
+    if (!layout) {
+        postLoadError("Resolving info function of applet DLL failed!");
+        unfinished.reset();
+        return false;
+    }
+    buildLegacyStructure(board, *layout);
+    return true;
+}
+
+/// On failure the user has been told and the board is reset.
+bool buildStructure(HlEnvironmentBoardNode& board, const HlEnvironmentFileNode& file, AppletType type,
+                    const std::string& appletPath, UnfinishedLoad& unfinished)
+{
+    const std::string detected = std::string("Detected applet type: ") + appletTypeName(type);
+    if (type == AppletType::Unknown) {
+        postLoadError(detected);
+        unfinished.reset();
+        return false;
+    }
+    postLoadStatus(detected);
+    if (type == AppletType::LegacyDll)
+        return buildLegacyDll(board, appletPath, unfinished);
+    if (buildRuntimeStructure(board, file))
+        return true;
+    unfinished.reset();
+    return false;
+}
+
+/// Displays take up the geometry that a configuration may have changed.
+void announceGeometry(const HlEnvironmentBoardNode& board)
+{
+    for (const auto dmas = board.getDmas(); dmas->hasNext(); dmas->advance()) {
+        // Applet loading makes groups of this kind only.
+        const auto group = boost::static_pointer_cast<display::FglibFrameBufferGroup>(
+            dmas->current()->getFrameBufferGroup());
+        if (!group)
+            continue;
+        group->notifyGeometryMayHaveChangedSlot(0, 0, true);
+        group->notifyGeometryMayHaveChangedSlot(0, 0, false);
+    }
+}
+
+void applyMcf(const HlEnvironmentBoardNode& board, const std::string& mcfFile)
+{
+    postLoadStatus("Loading Configuration from MCF.");
+    const int code = Fg_loadConfig(board.getBoardHandle(), mcfFile.c_str());
+    if (code != FG_OK) {
+        postLoadWarning("...Error loading MCF: " + statusDescription(nullptr, code) + " (" +
+                        std::to_string(code) + ")");
+        return;
+    }
+    postLoadStatus("Loading Configuration from MCF succeeded.");
+    announceGeometry(board);
+}
+
+} // namespace
+
+boost::shared_ptr<LoadAppletCommand> LoadAppletCommand::create(int boardSerial, const std::string& appletFile,
+                                                               const std::string& mcfFile)
+{
+    return boost::make_shared<LoadAppletCommand>(boardSerial, appletFile, mcfFile);
+}
+
+LoadAppletCommand::LoadAppletCommand(int boardSerial, const std::string& appletFile,
+                                     const std::string& mcfFile)
+    : Command(Command::Asynchronous),
+      m_request(boost::make_shared<Request>())
+{
+    m_request->boardSerial = static_cast<unsigned int>(boardSerial);
+    m_request->appletFile = appletFile;
+    m_request->mcfFile = mcfFile;
+}
+
+LoadAppletCommand::LoadAppletCommand(const LoadAppletCommand& other) = default;
+LoadAppletCommand& LoadAppletCommand::operator=(const LoadAppletCommand& other) = default;
+LoadAppletCommand::~LoadAppletCommand() = default;
+
+void LoadAppletCommand::executeSync()
+{
+    Request& request = *m_request;
+    if (loadInProgress) {
+        request.accepted = false;
+        return;
+    }
+    loadInProgress = true;
+    request.accepted = true;
+    request.loadable = false;
+
+    const auto views = Gui::views();
+    views->onLoadAppletStarted();
+
+    request.board = findBoard(request.boardSerial);
+    if (!request.board) {
+        views->showLoadAppletError("Invalid board serial: " + std::to_string(request.boardSerial));
+        return;
+    }
+    views->showLoadingBoard(std::to_string(request.board->getIndex()) + " - " +
+                            request.board->getBoardName());
+
+    request.file = findAppletFile(request.appletFile);
+    if (!request.file) {
+        views->showLoadAppletError("Invalid applet file: " + request.appletFile);
+        return;
+    }
+    views->showLoadingApplet(request.file->getFileName());
+
+    execute(UnloadAppletCommand::create(static_cast<int>(request.boardSerial)));
+    request.loadable = true;
+}
+
+void LoadAppletCommand::executeAsync()
+{
+    const Request& request = *m_request;
+    if (!request.accepted || !request.loadable)
+        return;
+    HlEnvironmentBoardNode& board = *request.board;
+    const HlEnvironmentFileNode& file = *request.file;
+
+    UnfinishedLoad unfinished(board);
+    postLoadStatus("Loading applet '" + file.getFileName() + "' on board " +
+                   std::to_string(board.getIndex()) + " ...");
+    if (!initialiseBoard(board, request.appletFile)) {
+        unfinished.done();
+        return;
+    }
+    postLoadStatus("Loading succeeded.");
+
+    postLoadStatus("Reading applet structure ...");
+    const AppletType type = appletType(file);
+    if (!buildStructure(board, file, type, request.appletFile, unfinished))
+        return;
+    logStructure(board);
+    mapLogicalPorts(board);
+    createEventsModel(board);
+    createRegisterInformation(board, type);
+    createAcquisitionObjects(board);
+    registerBoardResources(board, type);
+    board.setLoadedAppletEntry(request.file);
+    board.setBoardSelectedForViewEntry(true);
+    unfinished.done();
+
+    // Whatever comes of the configuration, the applet stays.
+    if (!request.mcfFile.empty())
+        applyMcf(board, request.mcfFile);
+}
+
+void LoadAppletCommand::executePostAsync()
+{
+    Request& request = *m_request;
+    if (!request.accepted)
+        return;
+    {
+        const LoadingSlotRelease release;
+        request.board.reset();
+        request.file.reset();
+        const auto views = Gui::views();
+        views->onLoadAppletFinished();
+        views->ensure_board_selection(request.boardSerial);
+        views->update_dma_memory();
+    }
+    execute(RescanAppletsCommand::create());
+}
+
+} // namespace ovra::gui::commands

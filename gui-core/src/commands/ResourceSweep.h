@@ -1,0 +1,80 @@
+/// \file
+/// The reach of a start or stop: the global resources of a board and process, or of more.
+#pragma once
+
+#include "gui-core/Gui.h"
+
+#include "ovra-lib-environment/Environment.h"
+#include "ovra-lib-environment/HlEnvironmentAppletNodes.h"
+#include "ovra-lib-environment/HlEnvironmentGlobalResourceModel.h"
+
+#include <optional>
+
+namespace ovra::gui::commands {
+
+/// Any board, or any process.
+inline constexpr unsigned int ANY = 0xFFFFFFFF;
+
+/// Which nodes a sweep takes in.
+struct ResourceFilter
+{
+    unsigned int board = ANY;
+    unsigned int process = ANY;
+
+    /// For DMA and logical-port nodes.
+    template <class Node>
+    bool accepts(const Node& node) const
+    {
+        return (board == ANY || node.getBoard() == board) && (process == ANY || node.getProcess() == process);
+    }
+};
+
+/// The node that an acquisition command was made for: a DMA channel, or else a logical port.
+struct AcquisitionTarget
+{
+    boost::shared_ptr<core::models::HlEnvironmentDmaNode> dma;
+    boost::shared_ptr<core::models::HlEnvironmentLogicalPortNode> port;
+
+    bool isEmpty() const { return !dma && !port; }
+};
+
+/// How far \p mode widens a start or stop of \p target. Empty when there is nothing to sweep: in the mode for
+/// a single channel, in one that does not exist, and for a target that is not there.
+std::optional<ResourceFilter> widenedReach(const AcquisitionTarget& target, Gui::SyncMode mode);
+
+namespace detail {
+
+template <class Node, class Action>
+void forEachResource(core::Environment::GlobalResourceType type, const ResourceFilter& filter, Action& action)
+{
+    const auto root = Gui::environment()->globalResourceModel()->root();
+    for (const auto resources = root->getChildren(); resources->hasNext(); resources->advance()) {
+        const auto& resource = *resources->current();
+        if (resource.getType() != type)
+            continue;
+        // The type tells the class of the node.
+        const auto node = boost::static_pointer_cast<Node>(resource.getResource().lock());
+        if (node && filter.accepts(*node))
+            action(*node);
+    }
+}
+
+} // namespace detail
+
+/// Calls \p action for each DMA channel that the filter takes in, in the order of the resource keys.
+template <class Action>
+void forEachDma(const ResourceFilter& filter, Action action)
+{
+    detail::forEachResource<core::models::HlEnvironmentDmaNode>(core::Environment::ResourceDma, filter,
+                                                                action);
+}
+
+/// Likewise for each logical port.
+template <class Action>
+void forEachLogicalPort(const ResourceFilter& filter, Action action)
+{
+    detail::forEachResource<core::models::HlEnvironmentLogicalPortNode>(
+        core::Environment::ResourceLogicalPort, filter, action);
+}
+
+} // namespace ovra::gui::commands

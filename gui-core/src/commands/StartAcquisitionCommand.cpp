@@ -1,0 +1,108 @@
+#include "gui-core/StartAcquisitionCommand.h"
+
+#include "commands/CameraOfPort.h"
+#include "commands/DimensionCheck.h"
+#include "commands/ResourceSweep.h"
+
+#include "gui-core/Gui.h"
+#include "gui-core/Views.h"
+
+#include "ovra-core/HarloApplication.h"
+#include "ovra-lib-display/DisplayScene.h"
+#include "ovra-lib-genicam-model/GenICamModel.h"
+
+#include <boost/make_shared.hpp>
+
+#include <utility>
+
+namespace ovra::gui::commands {
+
+using core::models::HlEnvironmentDmaNode;
+using core::models::HlEnvironmentLogicalPortNode;
+
+struct StartAcquisitionCommand::Request
+{
+    AcquisitionTarget target;
+    int grabArgument;
+};
+
+namespace {
+
+void startDma(const HlEnvironmentDmaNode& dma, int grabArgument)
+{
+    if (const auto scene = dma.getDisplayScene())
+        scene->startGrabbing(grabArgument);
+}
+
+/// Unlike the stop, the start does not ask for a camera-link camera on the port. The difference is meant.
+void startCamera(const HlEnvironmentLogicalPortNode& port)
+{
+    if (port.getGeneratorActive())
+        return;
+    if (const auto camera = cameraOfPort(port))
+        camera->restartAcquisition();
+}
+
+} // namespace
+
+boost::shared_ptr<StartAcquisitionCommand>
+StartAcquisitionCommand::create(boost::shared_ptr<HlEnvironmentDmaNode> dma, int grabArgument)
+{
+    return boost::make_shared<StartAcquisitionCommand>(std::move(dma), grabArgument);
+}
+
+boost::shared_ptr<StartAcquisitionCommand>
+StartAcquisitionCommand::create(boost::shared_ptr<HlEnvironmentLogicalPortNode> port, int grabArgument)
+{
+    return boost::make_shared<StartAcquisitionCommand>(std::move(port), grabArgument);
+}
+
+StartAcquisitionCommand::StartAcquisitionCommand(boost::shared_ptr<HlEnvironmentDmaNode> dma,
+                                                 int grabArgument)
+    : Command(Command::Asynchronous),
+      m_request(boost::make_shared<Request>(Request{{std::move(dma), {}}, grabArgument}))
+{}
+
+StartAcquisitionCommand::StartAcquisitionCommand(boost::shared_ptr<HlEnvironmentLogicalPortNode> port,
+                                                 int grabArgument)
+    : Command(Command::Asynchronous),
+      m_request(boost::make_shared<Request>(Request{{{}, std::move(port)}, grabArgument}))
+{}
+
+StartAcquisitionCommand::StartAcquisitionCommand(const StartAcquisitionCommand& other) = default;
+StartAcquisitionCommand& StartAcquisitionCommand::operator=(const StartAcquisitionCommand& other) = default;
+StartAcquisitionCommand::~StartAcquisitionCommand() = default;
+
+void StartAcquisitionCommand::executeSync()
+{
+    if (core::HarloApplication::getConfigIntEntry("gui.preferences.sync_dma_and_camera_dimensions", 1) == 0)
+        return;
+    // Nothing to compare for a single channel, on purpose: it is started as it is.
+    if (const auto reach = widenedReach(m_request->target, Gui::getSyncMode()))
+        checkDimensions(*reach);
+}
+
+void StartAcquisitionCommand::executeAsync()
+{
+    const AcquisitionTarget& target = m_request->target;
+    const int grabArgument = m_request->grabArgument;
+    const Gui::SyncMode mode = Gui::getSyncMode();
+
+    if (mode == Gui::SyncNone) {
+        if (target.dma)
+            startDma(*target.dma, grabArgument);
+        else if (target.port)
+            startCamera(*target.port);
+    } else if (const auto reach = widenedReach(target, mode)) {
+        // Every channel is ready before the first camera sends.
+        forEachDma(*reach, [grabArgument](const HlEnvironmentDmaNode& dma) { startDma(dma, grabArgument); });
+        forEachLogicalPort(*reach, &startCamera);
+    }
+}
+
+void StartAcquisitionCommand::executePostAsync()
+{
+    Gui::views()->update_acquisition_state();
+}
+
+} // namespace ovra::gui::commands

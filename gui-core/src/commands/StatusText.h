@@ -1,0 +1,20 @@
+/// \file
+/// How a status of the frame-grabber runtime is written for the user.
+#pragma once
+
+#include <string>
+
+struct Fg_Struct_s;
+
+namespace ovra::gui::commands {
+
+/// The runtime's words for \p code; "Unknown Error Code" when it has none. \p handle may be null.
+std::string statusDescription(Fg_Struct_s* handle, int code);
+
+/// "code (description)".
+std::string statusText(Fg_Struct_s* handle, int code);
+
+/// As statusText, for the runtime's last error without a board.
+std::string lastErrorText();
+
+} // namespace ovra::gui::commands

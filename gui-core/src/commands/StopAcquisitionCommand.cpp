@@ -1,0 +1,95 @@
+#include "gui-core/StopAcquisitionCommand.h"
+
+#include "commands/CameraOfPort.h"
+#include "commands/ResourceSweep.h"
+
+#include "gui-core/Gui.h"
+#include "gui-core/Views.h"
+
+#include "ovra-lib-display/DisplayScene.h"
+#include "ovra-lib-genicam-model/GenICamModel.h"
+
+#include <boost/make_shared.hpp>
+
+#include <utility>
+
+namespace ovra::gui::commands {
+
+using core::models::HlEnvironmentDmaNode;
+using core::models::HlEnvironmentLogicalPortNode;
+
+struct StopAcquisitionCommand::Request
+{
+    AcquisitionTarget target;
+};
+
+namespace {
+
+void stopDma(const HlEnvironmentDmaNode& dma)
+{
+    if (const auto scene = dma.getDisplayScene())
+        scene->stopGrabbing();
+}
+
+/// Leaves a camera-link camera alone, though a start does not: see StartAcquisitionCommand.
+void stopCamera(const HlEnvironmentLogicalPortNode& port)
+{
+    if (port.getGeneratorActive() || port.getClCameraPresent())
+        return;
+    if (const auto camera = cameraOfPort(port))
+        camera->stopAcquisition();
+}
+
+} // namespace
+
+boost::shared_ptr<StopAcquisitionCommand>
+StopAcquisitionCommand::create(boost::shared_ptr<HlEnvironmentDmaNode> dma)
+{
+    return boost::make_shared<StopAcquisitionCommand>(std::move(dma));
+}
+
+boost::shared_ptr<StopAcquisitionCommand>
+StopAcquisitionCommand::create(boost::shared_ptr<HlEnvironmentLogicalPortNode> port)
+{
+    return boost::make_shared<StopAcquisitionCommand>(std::move(port));
+}
+
+StopAcquisitionCommand::StopAcquisitionCommand(boost::shared_ptr<HlEnvironmentDmaNode> dma)
+    : Command(Command::Asynchronous),
+      m_request(boost::make_shared<Request>(Request{{std::move(dma), {}}}))
+{}
+
+StopAcquisitionCommand::StopAcquisitionCommand(boost::shared_ptr<HlEnvironmentLogicalPortNode> port)
+    : Command(Command::Asynchronous),
+      m_request(boost::make_shared<Request>(Request{{{}, std::move(port)}}))
+{}
+
+StopAcquisitionCommand::StopAcquisitionCommand(const StopAcquisitionCommand& other) = default;
+StopAcquisitionCommand& StopAcquisitionCommand::operator=(const StopAcquisitionCommand& other) = default;
+StopAcquisitionCommand::~StopAcquisitionCommand() = default;
+
+void StopAcquisitionCommand::executeSync() {}
+
+void StopAcquisitionCommand::executeAsync()
+{
+    const AcquisitionTarget& target = m_request->target;
+    const Gui::SyncMode mode = Gui::getSyncMode();
+
+    if (mode == Gui::SyncNone) {
+        if (target.dma)
+            stopDma(*target.dma);
+        else if (target.port)
+            stopCamera(*target.port);
+    } else if (const auto reach = widenedReach(target, mode)) {
+        // The reverse of the start: no camera sends to a channel that has stopped.
+        forEachLogicalPort(*reach, &stopCamera);
+        forEachDma(*reach, &stopDma);
+    }
+}
+
+void StopAcquisitionCommand::executePostAsync()
+{
+    Gui::views()->update_acquisition_state();
+}
+
+} // namespace ovra::gui::commands

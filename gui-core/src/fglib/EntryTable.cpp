@@ -1,0 +1,67 @@
+#include "fglib/EntryTable.h"
+
+#include "fglib/RuntimeLibrary.h"
+#include "platform/SharedLibrary.h"
+
+namespace ovra::gui::fglib {
+
+EntryTable entryTable;
+
+namespace {
+
+constexpr int ENTRY_COUNT = 0
+#define FGLIB5_ENTRY(result, name, symbol, parameters, arguments, missing) +1
+#include "fglib5/Fglib5Entries.inc"
+    ;
+static_assert(ENTRY_COUNT == 106, "an entry was added to, or lost from, the runtime's interface");
+
+/// One look-up's results, before they are published.
+struct FoundEntries
+{
+#define FGLIB5_ENTRY(result, name, symbol, parameters, arguments, missing) void* name;
+#include "fglib5/Fglib5Entries.inc"
+};
+
+void* locateInLibrary(const void* library, const char* symbol)
+{
+    return static_cast<const SharedLibrary*>(library)->locate(symbol);
+}
+
+template <class Entry>
+void store(std::atomic<Entry>& slot, void* found, std::memory_order order)
+{
+    slot.store(reinterpret_cast<Entry>(found), order);
+}
+
+} // namespace
+
+void resolveEntries(void* (*locate)(const void* context, const char* symbol), const void* context)
+{
+    FoundEntries found;
+#define FGLIB5_ENTRY(result, name, symbol, parameters, arguments, missing) \
+    found.name = locate(context, symbol);
+#define FGLIB5_SECOND_LOOKUP(name) found.name = locate(context, #name);
+#include "fglib5/Fglib5Entries.inc"
+
+#define FGLIB5_ENTRY(result, name, symbol, parameters, arguments, missing) \
+    if (static_cast<void*>(&entryTable.name) != &entryTable.Fg_InitEx)     \
+        store(entryTable.name, found.name, std::memory_order_relaxed);
+#include "fglib5/Fglib5Entries.inc"
+    store(entryTable.Fg_InitEx, found.Fg_InitEx, std::memory_order_release);
+}
+
+int bindFglib(const char* directory)
+{
+    const auto runtime = openRuntimeLibrary("fglib5", directory);
+    if (!runtime)
+        return FG_RUNTIME_UNAVAILABLE;
+    resolveEntries(&locateInLibrary, runtime.get());
+    return FG_OK;
+}
+
+int bindFglibFromDirectory(const char* directory)
+{
+    return directory ? bindFglib(directory) : FG_INVALID_ARGUMENT;
+}
+
+} // namespace ovra::gui::fglib

@@ -1,0 +1,44 @@
+/// \file
+/// The table of the frame-grabber runtime's entries, and what fills it.
+///
+/// The library calls the runtime only through the functions of fglib5/Fglib5.h, which Forwarders.cpp defines:
+/// each binds the table on the first call and forwards to its slot. What a missing entry means stands beside
+/// the entry in Fglib5Entries.inc.
+#pragma once
+
+#include "fglib5/Fglib5Types.h"
+
+#include <atomic>
+
+namespace ovra::gui::fglib {
+
+/// Null slots: not bound yet, or the runtime lacks the entry. There is no separate flag: the table counts as
+/// bound when Fg_InitEx is there. It is stored last, so who sees it bound sees every other slot as well.
+struct EntryTable
+{
+#define FGLIB5_ENTRY(result, name, symbol, parameters, arguments, missing) \
+    std::atomic<result(*) parameters> name{nullptr};
+#include "fglib5/Fglib5Entries.inc"
+};
+
+extern EntryTable entryTable;
+
+/// Loads the runtime from \p directory, or from the installation directory when it is null, and fills the
+/// table. Returns FG_OK, or FG_RUNTIME_UNAVAILABLE when it cannot be loaded; the table is then as it was. A
+/// name that the runtime lacks is no error. Safe from several threads at once: they store the same values.
+int bindFglib(const char* directory);
+
+/// As bindFglib, for a host that knows the directory: null is refused with FG_INVALID_ARGUMENT.
+int bindFglibFromDirectory(const char* directory);
+
+/// Calls bindFglib unless the table is bound. A failure shows as null slots; the next call tries again.
+inline void ensureFglibBound(const char* directory)
+{
+    if (!entryTable.Fg_InitEx.load(std::memory_order_acquire)) [[unlikely]]
+        bindFglib(directory);
+}
+
+/// Looks every entry up with \p locate and stores what it gives, null or not.
+void resolveEntries(void* (*locate)(const void* context, const char* symbol), const void* context);
+
+} // namespace ovra::gui::fglib

@@ -1,0 +1,42 @@
+/// \file
+/// SpinLockVariableGuard: a scoped spin lock over words that the caller owns.
+///
+///   | lock word | owner word         | constructor                     | destructor             |
+///   |-----------|--------------------|---------------------------------|------------------------|
+///   | 0         | none, 0 or another | takes the lock                  | releases it            |
+///   | 1         | the calling thread | goes on: the thread is inside   | leaves the lock alone  |
+///   | 1         | none or another    | spins until the lock is free    | releases it            |
+///
+/// Unfair, and it never yields: for a few loads and stores, such as one-time initialisation. Not for anything
+/// that may block. Without an owner word a second guard on the same thread spins for ever.
+///
+/// Uncontended it costs one compare-and-swap, one exchange and, with an owner word, two stores.
+///
+///     static std::atomic<std::int32_t> lock{0};
+///     static std::atomic<std::uint32_t> owner{0};
+///     const SpinLockVariableGuard guard(&lock, &owner);
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+
+namespace ovra::templates::platform {
+
+/// Words have static storage as a rule and outlive the guard. Any thread.
+class [[nodiscard]] SpinLockVariableGuard
+{
+public:
+    /// \p owner may be null.
+    explicit SpinLockVariableGuard(std::atomic<std::int32_t>* lock,
+                                   std::atomic<std::uint32_t>* owner = nullptr);
+    virtual ~SpinLockVariableGuard();
+    SpinLockVariableGuard(const SpinLockVariableGuard&) = delete;
+    SpinLockVariableGuard& operator=(const SpinLockVariableGuard&) = delete;
+
+private:
+    std::atomic<std::int32_t>* m_lock;
+    std::atomic<std::uint32_t>* m_owner;
+    bool m_acquired;
+};
+
+} // namespace ovra::templates::platform

@@ -1,0 +1,57 @@
+#include "platform/Module.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+#include <dlfcn.h>
+
+namespace ovra::templates::platform {
+
+void* openModule(const std::string& path, ModuleError& error)
+{
+    errno = 0;
+    void* module = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (!module) {
+        // The loader reports in words; not every failure of it has a number.
+        error.number = errno != 0 ? static_cast<std::uint32_t>(errno) : static_cast<std::uint32_t>(ENOENT);
+        const char* text = dlerror();
+        error.text = text ? text : "";
+    }
+    return module;
+}
+
+void closeModule(void* module)
+{
+    dlclose(module);
+}
+
+void* locateSymbol(void* module, const char* name)
+{
+    return dlsym(module, name);
+}
+
+std::size_t moduleFileName(const void* address, char* buffer, std::size_t size)
+{
+    Dl_info info{};
+    if (dladdr(address, &info) == 0 || !info.dli_fname)
+        return 0;
+    // The loader keeps the path as it was given, relative or with "..": only the real one shows the folders
+    // above.
+    const std::unique_ptr<char, decltype(&std::free)> path(realpath(info.dli_fname, nullptr), &std::free);
+    if (!path)
+        return 0;
+    const std::size_t length = std::strlen(path.get());
+    if (length >= size)
+        return size;
+    std::memcpy(buffer, path.get(), length + 1);
+    return length;
+}
+
+bool processIsEnding()
+{
+    return false; // threads are still there when destructors run
+}
+
+} // namespace ovra::templates::platform

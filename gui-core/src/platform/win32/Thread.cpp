@@ -1,0 +1,12 @@
+#include "platform/Thread.h"
+
+#include <windows.h>
+
+namespace ovra::templates::platform {
+
+std::uint32_t currentThreadId()
+{
+    return GetCurrentThreadId();
+}
+
+} // namespace ovra::templates::platform

@@ -1,0 +1,231 @@
+#include "DestroySingleton.h"
+#include "GuiStatics.h"
+#include "LogForwarding.h"
+#include "RecordingViews.h"
+
+#include "gui-core/EntryPoints.h"
+#include "gui-core/Gui.h"
+
+#include "ovra-core/HarloApplication.h"
+#include "ovra-core/reference/Application.h"
+#include "ovra_log/OvraLog.h"
+#include "ovra_log/reference/Journal.h"
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <cstring>
+#include <iterator>
+#include <memory>
+#include <tuple>
+
+using ovra::gui::Gui;
+using ovra::gui::Views;
+using ovra::tests::RecordingViews;
+
+namespace {
+
+struct DestroyGui
+{
+    void operator()(Gui* gui) const { Gui::destroyInstance(gui); }
+};
+
+using OwnedGui = std::unique_ptr<Gui, DestroyGui>;
+
+OwnedGui createGui()
+{
+    return OwnedGui(Gui::createInstance());
+}
+
+void expectDefaults()
+{
+    EXPECT_FALSE(Gui::views());
+    EXPECT_FALSE(Gui::environment());
+    EXPECT_EQ(Gui::getSyncMode(), Gui::SyncNone);
+    EXPECT_FALSE(Gui::isStreamChannelManagementEnabled());
+    EXPECT_EQ(Gui::getUsedDmaMemory(), 0U);
+    EXPECT_EQ(Gui::getTotalDmaMemory(), 0U);
+}
+
+boost::any viewsValue(const boost::shared_ptr<RecordingViews>& views)
+{
+    return boost::any(boost::shared_ptr<Views>(views));
+}
+
+} // namespace
+
+TEST(GuiState, WithoutAGuiEveryFunctionGivesItsDefaultAndChangesNothing)
+{
+    ovra::reference::Application application;
+    ovra::core::HarloApplication::setConfigEntry("gui.preferences.max_dma_buffersize", 5);
+    expectDefaults();
+    Gui::setSyncMode(Gui::SyncAllBoards);
+    Gui::setStreamChannelManagementEnabled(true);
+    Gui::updateUsedMemory(100);
+    expectDefaults();
+    {
+        const auto gui = createGui();
+        EXPECT_EQ(Gui::getTotalDmaMemory(), 5ULL << 20);
+    }
+    expectDefaults();
+    Gui::destroyInstance(nullptr);
+}
+
+TEST(GuiState, ANewGuiHasItsInitialValues)
+{
+    ovra::reference::Application application;
+    const auto gui = createGui();
+    EXPECT_FALSE(Gui::views());
+    EXPECT_TRUE(Gui::environment());
+    EXPECT_EQ(Gui::getSyncMode(), Gui::SyncProcess);
+    EXPECT_FALSE(Gui::isStreamChannelManagementEnabled());
+    EXPECT_EQ(Gui::getUsedDmaMemory(), 0U);
+    EXPECT_EQ(Gui::getTotalDmaMemory(), 1073741824U);
+}
+
+TEST(GuiState, UsedMemoryIsAPlainSumThatMayWrap)
+{
+    const auto gui = createGui();
+    Gui::updateUsedMemory(3000);
+    Gui::updateUsedMemory(-3000);
+    EXPECT_EQ(Gui::getUsedDmaMemory(), 0U);
+    Gui::updateUsedMemory(-1);
+    EXPECT_EQ(Gui::getUsedDmaMemory(), 0xFFFFFFFFFFFFFFFFULL);
+}
+
+TEST(GuiState, ASecondGuiTakesTheStaticFunctionsOver)
+{
+    auto first = createGui();
+    Gui::setSyncMode(Gui::SyncBoard);
+    auto second = createGui();
+    EXPECT_EQ(Gui::getSyncMode(), Gui::SyncProcess);
+    Gui::setStreamChannelManagementEnabled(true);
+    first.reset();
+    EXPECT_TRUE(Gui::isStreamChannelManagementEnabled());
+    second.reset();
+    expectDefaults();
+}
+
+TEST(GuiState, AFinalDeinitForgetsTheGuiOfBefore)
+{
+    ovra::tests::destroySingleton<ovra::gui::GuiStatics>(); // one that an earlier test made belongs to nobody
+    OvraGuiCoreInit();
+    const auto gui = createGui();
+    EXPECT_EQ(Gui::getSyncMode(), Gui::SyncProcess);
+    OvraGuiCoreDeinit();
+    expectDefaults();
+}
+
+TEST(GuiInjection, TakesViewsByItsExactKeyAndReplacesThem)
+{
+    const auto gui = createGui();
+    const auto first = boost::make_shared<RecordingViews>();
+    const auto second = boost::make_shared<RecordingViews>();
+    for (const char* key : {"", "view", "viewsX", "Views"})
+        gui->injectDependency(key, viewsValue(first));
+    EXPECT_FALSE(Gui::views());
+    gui->injectDependency("views", viewsValue(first));
+    EXPECT_EQ(Gui::views(), first);
+    gui->injectDependency("views", viewsValue(second));
+    EXPECT_EQ(Gui::views(), second);
+}
+
+TEST(GuiInjection, ViewsOfAnotherTypeThrowAndTheOnesBeforeStay)
+{
+    const auto gui = createGui();
+    const auto views = boost::make_shared<RecordingViews>();
+    gui->injectDependency("views", viewsValue(views));
+    // The very object, but not under the type that the key asks for.
+    EXPECT_THROW(gui->injectDependency("views", boost::any(views)), boost::bad_any_cast);
+    EXPECT_THROW(gui->injectDependency("views", boost::any(7)), boost::bad_any_cast);
+    EXPECT_EQ(Gui::views(), views);
+}
+
+TEST(GuiInjection, PassesTheConnectorOnToTheEnvironmentAndNothingElse)
+{
+    const auto gui = createGui();
+    ovra::reference::Journal::start();
+    gui->injectDependency("connector", boost::any(7));
+    gui->injectDependency("connectors", boost::any(7));
+    gui->injectDependency("views", viewsValue(boost::make_shared<RecordingViews>()));
+    const auto lines = ovra::reference::Journal::lines();
+    ovra::reference::Journal::stop();
+    ASSERT_EQ(lines.size(), 1U);
+    EXPECT_EQ(lines[0].rfind("Environment::injectDependency", 0), 0U) << lines[0];
+}
+
+TEST(LogForwarding, ReachesTheFrontEndAndIsDroppedWithoutOne)
+{
+    ovra::gui::forwardLogMessage(1, 2, "file", 3, "lost", 0, nullptr, nullptr);
+    const auto gui = createGui();
+    const auto views = boost::make_shared<RecordingViews>();
+    gui->injectDependency("views", viewsValue(views));
+    int userData = 0;
+    const tOvraLogTag tag{9, "tag"};
+    ovra::gui::forwardLogMessage(1, 2, "file", 3, "found", 1, &tag, &userData);
+    EXPECT_EQ(views->logMessages(), std::vector<std::string>{"found"});
+    EXPECT_EQ(views->lastLogArguments,
+              std::make_tuple(1UL, 2UL, std::string("file"), 3U, 1U, &tag, static_cast<void*>(&userData)));
+}
+
+namespace {
+
+/// Place of a virtual operation in the table of virtual functions, counted from the first. In the ABI of both
+/// platforms a pointer to a virtual member function begins with its offset in the table, in bytes, plus one.
+template <class Operation>
+std::size_t slot(Operation operation)
+{
+    std::size_t offset = 0;
+    std::memcpy(&offset, &operation, sizeof(offset));
+    return (offset - 1) / sizeof(void*);
+}
+
+} // namespace
+
+// Front ends are compiled apart from the library: an operation that moves breaks them all without a word.
+TEST(ViewsInterface, KeepsEveryOperationInItsSlot)
+{
+    const std::size_t slots[] = {
+        slot(&Views::postConstruct),
+        slot(&Views::injectDependency),
+        slot(&Views::postInjection),
+        slot(&Views::createInitializationApplicationCommand),
+        slot(&Views::createCleanupApplicationCommand),
+        slot(&Views::onInitializeBegin),
+        slot(&Views::onCleanup),
+        slot(&Views::onLoggingInstalled),
+        slot(&Views::onInitializeSync),
+        slot(&Views::onInitializationDone),
+        slot(&Views::showSplashscreenMessage),
+        slot(&Views::onLoadAppletStarted),
+        slot(&Views::onLoadAppletFinished),
+        slot(&Views::showLoadAppletError),
+        slot(&Views::showLoadAppletWarning),
+        slot(&Views::showLoadAppletStatus),
+        slot(&Views::showLoadingBoard),
+        slot(&Views::showLoadingApplet),
+        slot(&Views::logMsgCallback),
+        slot(&Views::connectFglibEvents),
+        slot(&Views::fillCaches),
+        slot(&Views::showBoardLinkConfigurationInHardwareDialog),
+        slot(&Views::showBoardInHardwareDialog),
+        slot(&Views::showBoardInCameraDialog),
+        slot(&Views::showBoardInAppletsDialog),
+        slot(&Views::raiseCameraDialog),
+        slot(&Views::isInitialized),
+        slot(&Views::reservedSlot1),
+        slot(&Views::reservedSlot2),
+        slot(&Views::update_acquisition_state),
+        slot(&Views::applet_unloaded),
+        slot(&Views::ensure_board_selection),
+        slot(&Views::showErrorMessage),
+        slot(&Views::update_dma_memory),
+        slot(&Views::update_selected_views),
+        slot(&Views::setRescanInProgress),
+        slot(&Views::reservedSlot3),
+        slot(&Views::showChoiceDialog),
+    };
+    // The destructor takes the first two slots.
+    for (std::size_t i = 0; i < std::size(slots); ++i)
+        EXPECT_EQ(slots[i], i + 2) << "operation " << i;
+}

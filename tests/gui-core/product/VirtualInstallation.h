@@ -1,0 +1,57 @@
+/// \file
+/// VirtualInstallation: a throw-away installation in a temporary folder, for one test.
+///
+/// It has two boards: 0, serial a1b2c3, a "test-alpha", and 1, serial beef, a "test-beta". On board 0 there
+/// are cameras at port 0 (64 x 48) and port 1 (32 x 16), on board 1 one at port 0 (64 x 48).
+#pragma once
+
+#include <boost/dll/shared_library.hpp>
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+
+namespace ovra::tests {
+
+inline constexpr int ALPHA_SERIAL = 0xa1b2c3;
+inline constexpr int BETA_SERIAL = 0xbeef;
+
+class VirtualInstallation
+{
+public:
+    VirtualInstallation();
+    ~VirtualInstallation();
+    VirtualInstallation(const VirtualInstallation&) = delete;
+    VirtualInstallation& operator=(const VirtualInstallation&) = delete;
+
+    /// With "/" between folders, as the environment keeps paths.
+    std::string folder() const { return m_folder.generic_string(); }
+    /// The simulated runtime, which is that of the build.
+    std::string runtimeLibrary() const { return m_runtimeFile.string(); }
+
+    /// Writes a file, folders included, and returns its path.
+    std::string write(const std::string& path, const std::string& content);
+
+    /// Writes an applet for a board model. \p body is the part of the description behind name and board type.
+    /// Returns the path under which the environment knows the file.
+    std::string addAlphaApplet(const std::string& fileName, const std::string& body);
+    std::string addBetaApplet(const std::string& fileName, const std::string& body);
+
+    /// Lets the \p nth call of a runtime entry from now on fail with \p code.
+    void failCall(const std::string& entry, std::uint64_t nth, int code);
+    void forgetFaults();
+    /// Calls of an entry so far; of all with "*".
+    std::int64_t calls(const std::string& entry) const;
+    /// What the runtime has given out and not got back, of a kind of FgSimLive.
+    std::int64_t live(int kind) const;
+
+private:
+    std::string addApplet(const std::string& folder, int boardType, const std::string& fileName,
+                          const std::string& body);
+
+    std::filesystem::path m_folder;
+    std::filesystem::path m_runtimeFile;
+    boost::dll::shared_library m_runtime;
+};
+
+} // namespace ovra::tests

@@ -45,7 +45,11 @@ add_custom_target(demo-programs)
 add_library(ovra-options INTERFACE)
 target_link_libraries(ovra-options INTERFACE Threads::Threads)
 if(MSVC)
-    target_compile_options(ovra-options INTERFACE /W4 /WX /permissive- /utf-8 /Zc:__cplusplus)
+    # /EHs: what has C linkage may throw too. C4251, C4275: exported classes with members of Boost's types; all
+    # modules of a process are built by one compiler.
+    target_compile_options(ovra-options INTERFACE
+        /W4 /WX /permissive- /utf-8 /Zc:__cplusplus /EHs /wd4251 /wd4275)
+    target_compile_definitions(ovra-options INTERFACE _CRT_SECURE_NO_WARNINGS) # getenv is good enough
 else()
     target_compile_options(ovra-options INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Werror)
 endif()

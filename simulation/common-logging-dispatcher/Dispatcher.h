@@ -1,0 +1,71 @@
+/// \file
+/// The dispatcher proper: one client, loggers by tag, lines in a file.
+#pragma once
+
+#include "fglib5/LoggingDispatcher.h"
+
+#include <condition_variable>
+#include <cstdint>
+#include <fstream>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace simulation {
+
+class Dispatcher
+{
+public:
+    static Dispatcher& instance();
+
+    void connect(void* client, LoggingOnDisconnect onDisconnect, LoggingOnSetLevel onSetLevel);
+    /// Tells the client of the thresholds that it is called back for while it connects.
+    void announceLevels();
+    /// The client goes: waits until nothing of it is being called, except by the calling thread itself.
+    void release(void* client);
+    /// The dispatcher goes: takes no more messages and tells the client.
+    void disconnect();
+
+    struct Logger
+    {
+        std::uint64_t id;
+        std::uint32_t threshold;
+    };
+
+    /// The logger of a tag, made on its first use; ids start at 1.
+    Logger logger(const std::string& tag);
+    std::uint64_t knownId(const std::string& tag);
+    void setLevel(const std::string& tag, std::uint32_t threshold);
+    void log(std::uint64_t id, std::uint32_t level, const char* text);
+    std::uint64_t messages();
+
+private:
+    struct Client
+    {
+        void* object;
+        LoggingOnDisconnect onDisconnect;
+        LoggingOnSetLevel onSetLevel;
+    };
+
+    /// Calls \p call(client), if there is one, without the lock.
+    template <class Call>
+    void callClient(std::unique_lock<std::mutex>& lock, std::optional<Client> client, Call call);
+    void readEnvironment();
+    Logger& loggerLocked(const std::string& tag);
+
+    std::mutex mutex_;
+    std::condition_variable quiet_;
+    unsigned int calls_ = 0; ///< of the client that are under way
+    std::optional<Client> client_;
+    std::uint32_t defaultThreshold_ = 7;
+    std::map<std::string, std::uint32_t> thresholds_;
+    std::vector<std::string> announced_;
+    std::map<std::string, Logger> loggers_;
+    std::vector<std::string> tags_; ///< of the loggers by id - 1
+    std::ofstream file_;
+    std::uint64_t messages_ = 0;
+};
+
+} // namespace simulation

@@ -1,0 +1,74 @@
+#include "Dispatcher.h"
+#include "DispatcherControl.h"
+
+#if defined(_WIN32)
+#define DISPATCHER_EXPORT __declspec(dllexport)
+#else
+#define DISPATCHER_EXPORT __attribute__((visibility("default")))
+#endif
+
+using simulation::Dispatcher;
+
+namespace {
+
+std::string tagOf(const char* tag)
+{
+    return tag == nullptr ? std::string() : tag;
+}
+
+} // namespace
+
+extern "C" {
+
+static void registerLogger(const char* tag, std::uint64_t* loggerId, std::uint32_t* threshold)
+{
+    const auto logger = Dispatcher::instance().logger(tagOf(tag));
+    *loggerId = logger.id;
+    *threshold = logger.threshold;
+}
+
+// The two further arguments have no place in a line.
+static void takeMessage(std::uint64_t loggerId, std::uint32_t level, const char* text, std::uint64_t,
+                        std::uint64_t)
+{
+    Dispatcher::instance().log(loggerId, level, text == nullptr ? "" : text);
+}
+
+static void connectClient(void* client, LoggingOnDisconnect onDisconnect, LoggingOnSetLevel onSetLevel,
+                          LoggingRegisterFunction* registerFunction, LoggingLogFunction* logFunction)
+{
+    *registerFunction = &registerLogger;
+    *logFunction = &takeMessage;
+    Dispatcher::instance().connect(client, onDisconnect, onSetLevel);
+    Dispatcher::instance().announceLevels();
+}
+
+static void releaseClient(void* client)
+{
+    Dispatcher::instance().release(client);
+}
+
+DISPATCHER_EXPORT LoggingDispatcherDescriptor logging_dispatcher_descriptor = {&connectClient,
+                                                                               &releaseClient};
+
+DISPATCHER_EXPORT void LogSim_setLevel(const char* tag, std::uint32_t threshold)
+{
+    Dispatcher::instance().setLevel(tagOf(tag), threshold);
+}
+
+DISPATCHER_EXPORT void LogSim_disconnect()
+{
+    Dispatcher::instance().disconnect();
+}
+
+DISPATCHER_EXPORT std::uint64_t LogSim_loggerId(const char* tag)
+{
+    return Dispatcher::instance().knownId(tagOf(tag));
+}
+
+DISPATCHER_EXPORT std::uint64_t LogSim_messageCount()
+{
+    return Dispatcher::instance().messages();
+}
+
+} // extern "C"

@@ -1,0 +1,24 @@
+/// \file
+/// Block letters of 5 x 7 dots.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+namespace simulation {
+
+inline constexpr int blockLetterColumns = 5;
+inline constexpr int blockLetterRows = 7;
+
+/// One letter, a byte a row from the top; its bit 4 is the leftmost dot.
+using BlockLetter = std::array<std::uint8_t, blockLetterRows>;
+
+/// A-Z, 0-9, - . and /; anything else is a blank.
+BlockLetter blockLetter(char letter);
+
+constexpr bool blockLetterDot(const BlockLetter& letter, int column, int row)
+{
+    return ((letter[static_cast<std::size_t>(row)] >> (blockLetterColumns - 1 - column)) & 1) != 0;
+}
+
+} // namespace simulation

@@ -1,0 +1,142 @@
+#include "Board.h"
+
+#include "Failure.h"
+
+#include "fglib5/CameraControl.h"
+
+#include <iterator>
+#include <utility>
+
+namespace simulation {
+
+void Board::plugIn(const CameraDescription& camera)
+{
+    cameras_.emplace(camera.port, Camera{camera, camera.width, camera.height, nullptr});
+}
+
+void Board::occupy(std::shared_ptr<Grabber> grabber)
+{
+    const std::lock_guard lock(mutex_);
+    if (grabber_)
+        throw Failure(FG_ALREADY_INITIALISED,
+                      "The board carries the applet '" + grabber_->applet().name + "' already");
+    grabber_ = std::move(grabber);
+    for (const auto& [port, camera] : cameras_)
+        grabber_->setCameraStream(port, camera.stream);
+}
+
+void Board::vacate()
+{
+    const std::lock_guard lock(mutex_);
+    grabber_.reset();
+}
+
+bool Board::occupied() const
+{
+    const std::lock_guard lock(mutex_);
+    return grabber_ != nullptr;
+}
+
+std::shared_ptr<Grabber> Board::grabber() const
+{
+    const std::lock_guard lock(mutex_);
+    return grabber_;
+}
+
+int Board::cameras() const
+{
+    return static_cast<int>(cameras_.size());
+}
+
+int Board::portOf(unsigned int position) const
+{
+    if (position >= cameras_.size())
+        throw Failure(FG_INVALID_ARGUMENT, "The board has no camera " + std::to_string(position));
+    return static_cast<int>(std::next(cameras_.begin(), static_cast<std::ptrdiff_t>(position))->first);
+}
+
+const Board::Camera& Board::at(unsigned int port) const
+{
+    const auto found = cameras_.find(port);
+    if (found == cameras_.end())
+        throw Failure(FG_INVALID_ARGUMENT, "No camera is plugged into port " + std::to_string(port));
+    return found->second;
+}
+
+Board::Camera& Board::at(unsigned int port)
+{
+    return const_cast<Camera&>(std::as_const(*this).at(port));
+}
+
+const CameraDescription& Board::camera(unsigned int port) const
+{
+    return at(port).description;
+}
+
+int Board::cameraInteger(unsigned int port, int selector) const
+{
+    const std::lock_guard lock(mutex_);
+    const auto& camera = at(port);
+    switch (selector) {
+    case FGCAM_WIDTH:
+        return camera.width;
+    case FGCAM_HEIGHT:
+        return camera.height;
+    case FGCAM_SENSOR_WIDTH:
+        return camera.description.sensorWidth;
+    case FGCAM_SENSOR_HEIGHT:
+        return camera.description.sensorHeight;
+    case FGCAM_ACQUIRING:
+        return camera.stream ? 1 : 0;
+    default:
+        throw Failure(FG_INVALID_PARAMETER, "A camera has no integer " + std::to_string(selector));
+    }
+}
+
+void Board::setCameraInteger(unsigned int port, int selector, int value)
+{
+    const std::lock_guard lock(mutex_);
+    auto& camera = at(port);
+    if (selector != FGCAM_WIDTH && selector != FGCAM_HEIGHT)
+        throw Failure(FG_NOT_WRITABLE, "Only the size of a camera can be written");
+    const bool width = selector == FGCAM_WIDTH;
+    const int largest = width ? camera.description.sensorWidth : camera.description.sensorHeight;
+    if (value < 1 || value > largest)
+        throw Failure(FG_VALUE_OUT_OF_RANGE, std::string("The camera's ") + (width ? "width" : "height") +
+                                                 " is 1 to " + std::to_string(largest) + ", " +
+                                                 std::to_string(value) + " is outside");
+    if (camera.stream)
+        throw Failure(FG_NOT_WRITABLE, "The camera's size cannot be written while it acquires");
+    (width ? camera.width : camera.height) = value;
+}
+
+void Board::startCamera(unsigned int port)
+{
+    std::unique_lock lock(mutex_);
+    const auto& camera = at(port);
+    const int width = camera.width, height = camera.height;
+    lock.unlock(); // drawing takes a while
+    auto images = FrameCycle::ofScene(camera.description.scene, width, height);
+    setStream(port,
+              std::make_shared<const Stream>(std::move(images), camera.description.frameRate,
+                                             std::chrono::steady_clock::now()),
+              "FG_CAMERA_STARTED");
+}
+
+void Board::stopCamera(unsigned int port)
+{
+    setStream(port, nullptr, "FG_CAMERA_STOPPED");
+}
+
+void Board::setStream(unsigned int port, std::shared_ptr<const Stream> stream, const char* event)
+{
+    const std::lock_guard lock(mutex_);
+    auto& camera = at(port);
+    camera.stream = std::move(stream);
+    if (!grabber_)
+        return;
+    grabber_->setCameraStream(port, camera.stream);
+    grabber_->events().raise(grabber_->events().maskOf(event), 0);
+}
+
+} // namespace simulation

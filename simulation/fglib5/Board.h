@@ -1,0 +1,58 @@
+/// \file
+/// A board of the machine with the cameras plugged into it.
+#pragma once
+
+#include "FrameCycle.h"
+#include "Grabber.h"
+#include "MachineDescription.h"
+
+#include <map>
+#include <memory>
+#include <mutex>
+
+namespace simulation {
+
+class Board
+{
+public:
+    explicit Board(BoardDescription description) : description_(std::move(description)) {}
+
+    const BoardDescription& description() const { return description_; }
+    void plugIn(const CameraDescription& camera);
+
+    /// Puts an applet on the board. Throws FG_ALREADY_INITIALISED.
+    void occupy(std::shared_ptr<Grabber> grabber);
+    void vacate();
+    bool occupied() const;
+    /// Null while the board is vacant.
+    std::shared_ptr<Grabber> grabber() const;
+
+    // Cameras. All throw FG_INVALID_ARGUMENT for a port without a camera.
+    int cameras() const;
+    int portOf(unsigned int position) const;
+    const CameraDescription& camera(unsigned int port) const;
+    int cameraInteger(unsigned int port, int selector) const;
+    void setCameraInteger(unsigned int port, int selector, int value);
+    void startCamera(unsigned int port);
+    void stopCamera(unsigned int port);
+
+private:
+    struct Camera
+    {
+        CameraDescription description;
+        int width;
+        int height;
+        std::shared_ptr<const Stream> stream; ///< null while it does not acquire
+    };
+
+    const Camera& at(unsigned int port) const;
+    Camera& at(unsigned int port);
+    void setStream(unsigned int port, std::shared_ptr<const Stream> stream, const char* event);
+
+    const BoardDescription description_;
+    mutable std::mutex mutex_; ///< may be held while a channel's lock is taken, not the reverse
+    std::map<unsigned int, Camera> cameras_;
+    std::shared_ptr<Grabber> grabber_;
+};
+
+} // namespace simulation

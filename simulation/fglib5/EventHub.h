@@ -1,0 +1,81 @@
+/// \file
+/// The events of one board handle.
+///
+/// An event is recorded while it is activated. It then wakes one Fg_eventWait that asks for it, and is handed
+/// to the callbacks registered for it, on the hub's own thread. Waiters and callbacks do not take events from
+/// each other.
+#pragma once
+
+#include "fglib5/Fglib5Types.h"
+
+#include <array>
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <cstdint>
+#include <deque>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace simulation {
+
+class EventHub
+{
+public:
+    explicit EventHub(std::vector<std::string> names);
+    ~EventHub();
+    EventHub(const EventHub&) = delete;
+    EventHub& operator=(const EventHub&) = delete;
+
+    int count() const { return static_cast<int>(names_.size()); }
+    /// 0 for an unknown name.
+    std::uint64_t maskOf(const std::string& name) const;
+    /// Of the lowest event in \p mask; null where there is none.
+    const char* nameOf(std::uint64_t mask) const;
+
+    /// One branch while none of the events is activated.
+    void raise(std::uint64_t mask, FgFrameIndex frame);
+
+    void activate(std::uint64_t mask, bool on);
+    void clear(std::uint64_t mask);
+    /// The events of \p mask that have happened, which are then forgotten. Throws FG_TIMEOUT.
+    std::uint64_t wait(std::uint64_t mask, std::chrono::milliseconds timeout, FgEventInfo* info);
+    /// A null callback unregisters; the old one has returned for the last time when this returns (except from
+    /// within it).
+    void setCallback(std::uint64_t mask, FgEventCallback callback, void* userData);
+
+    /// Wakes all waiters and ends the callbacks, for good.
+    void close();
+
+private:
+    struct Callback
+    {
+        std::uint64_t mask;
+        FgEventCallback function;
+        void* userData;
+    };
+
+    void run();
+    void record(std::uint64_t event, FgFrameIndex frame);
+
+    const std::vector<std::string> names_;
+    const std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+    std::atomic<std::uint64_t> active_{0};
+
+    std::mutex mutex_;
+    std::condition_variable happened_; ///< for waiters
+    std::condition_variable queued_;   ///< for the thread
+    std::condition_variable idle_;     ///< for who unregisters
+    std::uint64_t pending_ = 0;
+    std::array<FgEventInfo, 64> latest_{};
+    std::deque<FgEventInfo> queue_;
+    unsigned int dropped_ = 0;
+    std::vector<Callback> callbacks_;
+    bool calling_ = false;
+    bool closed_ = false;
+    std::thread thread_;
+};
+
+} // namespace simulation

@@ -1,0 +1,219 @@
+#include "JsonReader.h"
+
+#include "NumberText.h"
+
+#include <algorithm>
+#include <cctype>
+#include <charconv>
+#include <fstream>
+#include <iterator>
+
+namespace simulation {
+
+namespace {
+
+std::string listed(std::initializer_list<std::string_view> words)
+{
+    std::string list;
+    for (const auto word : words)
+        list += (list.empty() ? "'" : ", '") + std::string(word) + "'";
+    return list;
+}
+
+bool isNameCharacter(char c)
+{
+    return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '-' || c == '_' || c == '.';
+}
+
+// "[json.exception.parse_error.101] parse error at line 3, column 5: syntax error while ..." -> from "line 3"
+// on.
+std::string withoutPrefix(const std::string& message)
+{
+    const auto place = message.find(" at line ");
+    return place == std::string::npos ? message : message.substr(place + 4);
+}
+
+} // namespace
+
+std::string readFile(const std::filesystem::path& file)
+{
+    if (std::filesystem::is_directory(file))
+        throw std::ios_base::failure("a folder");
+    std::ifstream stream;
+    stream.exceptions(std::ios::badbit | std::ios::failbit);
+    stream.open(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+void JsonSource::fail(const std::string& place, const std::string& line) const
+{
+    throw Failure(code, kind + " " + file.string() + ": " + (place.empty() ? "" : place + ": ") + line);
+}
+
+JsonDocument::JsonDocument(JsonSource source) : source_(std::move(source))
+{
+    std::string content;
+    try {
+        content = readFile(source_.file);
+    } catch (const std::ios_base::failure&) {
+        source_.fail("", "expected a readable file, found none");
+    }
+    parse(content);
+}
+
+JsonDocument::JsonDocument(JsonSource source, const std::string& content) : source_(std::move(source))
+{
+    parse(content);
+}
+
+void JsonDocument::parse(const std::string& content)
+{
+    try {
+        json_ = nlohmann::json::parse(content);
+    } catch (const nlohmann::json::exception& failure) {
+        source_.fail("", withoutPrefix(failure.what()));
+    }
+}
+
+const JsonField& JsonField::object(std::initializer_list<std::string_view> known) const
+{
+    if (!given() || !value_->is_object())
+        expected("an object");
+    for (const auto& [name, value] : value_->items())
+        if (std::ranges::find(known, name) == known.end())
+            source_->fail(place_ + "/" + name, "expected one of " + listed(known) + ", found '" + name + "'");
+    return *this;
+}
+
+JsonField JsonField::operator[](std::string_view name) const
+{
+    const auto entry = value_->find(name);
+    return {*source_, entry == value_->end() ? nullptr : &*entry, place_ + "/" + std::string(name)};
+}
+
+std::vector<JsonField> JsonField::elements() const
+{
+    std::vector<JsonField> fields;
+    if (!given())
+        return fields;
+    if (!value_->is_array())
+        expected("a list");
+    for (const auto& element : *value_)
+        fields.emplace_back(*source_, &element, place_ + "/" + std::to_string(fields.size()));
+    return fields;
+}
+
+std::int64_t JsonField::integer(std::int64_t minimum, std::int64_t maximum) const
+{
+    const auto range = "a whole number from " + std::to_string(minimum) + " to " + std::to_string(maximum);
+    if (!given() || !value_->is_number_integer())
+        expected(range);
+    const auto tooLarge = value_->is_number_unsigned() && value_->get<std::uint64_t>() > INT64_MAX;
+    const auto number = value_->get<std::int64_t>();
+    if (tooLarge || number < minimum || number > maximum)
+        source_->fail(place_, "expected " + range + ", found " + value_->dump());
+    return number;
+}
+
+std::int64_t JsonField::integerOr(std::int64_t fallback, std::int64_t minimum, std::int64_t maximum) const
+{
+    return given() ? integer(minimum, maximum) : fallback;
+}
+
+double JsonField::number(double minimum, double maximum) const
+{
+    const auto range = "a number from " + numberText(minimum) + " to " + numberText(maximum);
+    if (!given() || !value_->is_number())
+        expected(range);
+    const auto number = value_->get<double>();
+    if (!(number >= minimum && number <= maximum))
+        source_->fail(place_, "expected " + range + ", found " + value_->dump());
+    return number;
+}
+
+double JsonField::numberOr(double fallback, double minimum, double maximum) const
+{
+    return given() ? number(minimum, maximum) : fallback;
+}
+
+bool JsonField::booleanOr(bool fallback) const
+{
+    if (!given())
+        return fallback;
+    if (!value_->is_boolean())
+        expected("true or false");
+    return value_->get<bool>();
+}
+
+std::string JsonField::text() const
+{
+    if (!given() || !value_->is_string())
+        expected("a text");
+    return value_->get<std::string>();
+}
+
+std::string JsonField::textOr(const std::string& fallback) const
+{
+    return given() ? text() : fallback;
+}
+
+std::string JsonField::choice(std::initializer_list<std::string_view> choices) const
+{
+    if (!given() || !value_->is_string())
+        expected("one of " + listed(choices));
+    auto chosen = value_->get<std::string>();
+    if (std::ranges::find(choices, chosen) == choices.end())
+        source_->fail(place_, "expected one of " + listed(choices) + ", found '" + chosen + "'");
+    return chosen;
+}
+
+std::string JsonField::name() const
+{
+    const std::string what = "a name of letters, digits, '-', '_' or '.'";
+    if (!given() || !value_->is_string())
+        expected(what);
+    auto chosen = value_->get<std::string>();
+    if (chosen.empty() || chosen.front() == '.' || !std::ranges::all_of(chosen, isNameCharacter))
+        source_->fail(place_, "expected " + what + ", found '" + chosen + "'");
+    return chosen;
+}
+
+std::uint32_t JsonField::hexadecimal() const
+{
+    if (!given() || !value_->is_string())
+        expected("a hexadecimal text");
+    const auto digits = value_->get<std::string>();
+    std::uint32_t number = 0;
+    const auto* end = digits.data() + digits.size();
+    const auto [stop, error] = std::from_chars(digits.data(), end, number, 16);
+    if (digits.empty() || stop != end || error != std::errc())
+        source_->fail(place_, "expected a hexadecimal text of up to eight digits, found '" + digits + "'");
+    return number;
+}
+
+void JsonField::expected(const std::string& what) const
+{
+    source_->fail(place_, "expected " + what + ", found " + found());
+}
+
+std::string JsonField::found() const
+{
+    if (!given())
+        return "nothing";
+    switch (value_->type()) {
+    case nlohmann::json::value_t::object:
+        return "an object";
+    case nlohmann::json::value_t::array:
+        return "a list";
+    case nlohmann::json::value_t::string:
+        return "a text";
+    case nlohmann::json::value_t::boolean:
+        return "true or false";
+    case nlohmann::json::value_t::null:
+        return "null";
+    default:
+        return "a number";
+    }
+}
+
+} // namespace simulation

@@ -1,0 +1,24 @@
+/// \file
+/// Numbers as people and configuration files write them.
+#pragma once
+
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <cstdint>
+#include <string>
+
+namespace simulation {
+
+/// The shortest text that is read back as the same number, without an exponent where the number is whole.
+inline std::string numberText(double number)
+{
+    constexpr double exactIntegers = 9007199254740992.0;
+    if (std::trunc(number) == number && std::abs(number) < exactIntegers)
+        return std::to_string(static_cast<std::int64_t>(number));
+    std::array<char, 32> digits{};
+    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
+    return {digits.data(), end};
+}
+
+} // namespace simulation

@@ -1,0 +1,188 @@
+#include "Probe.h"
+
+#include "Failure.h"
+
+#include <algorithm>
+#include <chrono>
+#include <thread>
+
+namespace simulation {
+
+namespace {
+
+constexpr std::array names = {
+#define FGLIB5_ENTRY(result, name, symbol, parameters, arguments, missing) #name,
+#include "fglib5/Fglib5Entries.inc"
+#define NAMED(name, parameters, arguments) #name,
+    FGCAM_ENTRIES(NAMED)
+#undef NAMED
+};
+static_assert(names.size() == static_cast<std::size_t>(Entry::count));
+
+// How many entries of this thread are under way: an entry called by another one is indented in the journal.
+constinit thread_local unsigned int depth = 0;
+
+} // namespace
+
+Probe& Probe::instance()
+{
+    static auto* probe = new Probe; // outlives every thread that may still call in while the process ends
+    return *probe;
+}
+
+Probe::Visit::Visit(Entry entry) : plannedCode_(0)
+{
+    auto& probe = instance();
+    const auto index = static_cast<std::size_t>(entry);
+    probe.counts_[index].fetch_add(1, std::memory_order_relaxed);
+    if (probe.watched_.load(std::memory_order_relaxed))
+        plannedCode_ = probe.arriveWatched(index);
+    ++depth;
+}
+
+Probe::Visit::~Visit()
+{
+    --depth;
+}
+
+int Probe::arriveWatched(std::size_t entry)
+{
+    int code = 0;
+    std::uint32_t delay = 0;
+    {
+        const std::lock_guard lock(mutex_);
+        code = takeFault(entry);
+        delay = delayOf(entry);
+        if (journalOn_)
+            journal_.push_back(std::string(2UL * depth, ' ') + names[entry] +
+                               (code == 0 ? std::string() : " -> " + std::to_string(code)));
+    }
+    if (delay > 0)
+        std::this_thread::sleep_for(std::chrono::microseconds(delay));
+    return code;
+}
+
+int Probe::takeFault(std::size_t entry)
+{
+    int code = 0;
+    // Every plan counts this call, also when an earlier one already makes it fail.
+    std::erase_if(faults_, [&](Fault& fault) {
+        if (fault.entry != entry && fault.entry != anyEntry)
+            return false;
+        const bool everyCall = fault.callsLeft == 0;
+        const bool due = everyCall || --fault.callsLeft == 0;
+        if (due && code == 0)
+            code = fault.code;
+        return due && !everyCall;
+    });
+    updateWatched();
+    return code;
+}
+
+std::uint32_t Probe::delayOf(std::size_t entry) const
+{
+    std::uint32_t longest = 0;
+    for (const auto& delay : delays_)
+        if (delay.entry == entry || delay.entry == anyEntry)
+            longest = std::max(longest, delay.microseconds);
+    return longest;
+}
+
+void Probe::addFault(std::string_view entry, std::uint64_t nth, int code, Origin origin)
+{
+    if (code >= 0)
+        throw Failure(FG_INVALID_ARGUMENT, "A planned fault needs a code below 0");
+    const auto index = entryNamed(entry);
+    const std::lock_guard lock(mutex_);
+    faults_.push_back({index, nth, code, origin});
+    updateWatched();
+}
+
+void Probe::setDelay(std::string_view entry, std::uint32_t microseconds, Origin origin)
+{
+    const auto index = entryNamed(entry);
+    const std::lock_guard lock(mutex_);
+    std::erase_if(delays_, [&](const Delay& delay) { return delay.entry == index; });
+    if (microseconds > 0)
+        delays_.push_back({index, microseconds, origin});
+    updateWatched();
+}
+
+void Probe::clearFaults()
+{
+    const std::lock_guard lock(mutex_);
+    faults_.clear();
+    updateWatched();
+}
+
+void Probe::clearPlansOf(Origin origin)
+{
+    const std::lock_guard lock(mutex_);
+    std::erase_if(faults_, [&](const Fault& fault) { return fault.origin == origin; });
+    std::erase_if(delays_, [&](const Delay& delay) { return delay.origin == origin; });
+    updateWatched();
+}
+
+std::int64_t Probe::calls(std::string_view entry) const
+{
+    const auto index = entryNamed(entry);
+    return index == anyEntry ? totalCalls() : static_cast<std::int64_t>(counts_[index].load());
+}
+
+std::int64_t Probe::totalCalls() const
+{
+    std::uint64_t total = 0;
+    for (const auto& count : counts_)
+        total += count.load();
+    return static_cast<std::int64_t>(total);
+}
+
+void Probe::resetCounts()
+{
+    for (auto& count : counts_)
+        count.store(0);
+}
+
+void Probe::setJournal(bool on)
+{
+    const std::lock_guard lock(mutex_);
+    if (on)
+        journal_.clear();
+    journalOn_ = on;
+    updateWatched();
+}
+
+std::string Probe::journal() const
+{
+    const std::lock_guard lock(mutex_);
+    std::string text;
+    for (const auto& line : journal_)
+        text += line + '\n';
+    return text;
+}
+
+bool Probe::isEntry(std::string_view name)
+{
+    return name.empty() || name == "*" || std::ranges::find(names, name) != names.end();
+}
+
+const char* Probe::nameOf(Entry entry)
+{
+    return names[static_cast<std::size_t>(entry)];
+}
+
+std::size_t Probe::entryNamed(std::string_view name)
+{
+    if (!isEntry(name))
+        throw Failure(FG_INVALID_ARGUMENT, "The runtime has no entry '" + std::string(name) + "'");
+    if (name.empty() || name == "*")
+        return anyEntry;
+    return static_cast<std::size_t>(std::ranges::find(names, name) - names.begin());
+}
+
+void Probe::updateWatched()
+{
+    watched_.store(journalOn_ || !faults_.empty() || !delays_.empty(), std::memory_order_relaxed);
+}
+
+} // namespace simulation

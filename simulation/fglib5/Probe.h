@@ -1,0 +1,98 @@
+/// \file
+/// The probe that every call of an entry passes: it counts, and on demand delays, fails and writes down.
+///
+/// While nothing but counting is asked for, a call costs one increment and one branch.
+#pragma once
+
+#include "Entries.h"
+
+#include <array>
+#include <atomic>
+#include <cstdint>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace simulation {
+
+class Probe
+{
+public:
+    static Probe& instance();
+
+    /// One call of an entry, from its arrival to its return.
+    class Visit
+    {
+    public:
+        explicit Visit(Entry entry);
+        ~Visit();
+        Visit(const Visit&) = delete;
+        Visit& operator=(const Visit&) = delete;
+
+        /// The code with which this call has to fail, 0 for none.
+        int plannedCode() const noexcept { return plannedCode_; }
+
+    private:
+        int plannedCode_;
+    };
+
+    /// A plan of the machine description goes when the next machine is loaded; one of a client's stays.
+    enum class Origin
+    {
+        machine,
+        client
+    };
+
+    /// \p entry as in SimulationControl.h. Throws FG_INVALID_ARGUMENT.
+    void addFault(std::string_view entry, std::uint64_t nth, int code, Origin origin = Origin::client);
+    void setDelay(std::string_view entry, std::uint32_t microseconds, Origin origin = Origin::client);
+    void clearFaults();
+    void clearPlansOf(Origin origin);
+
+    std::int64_t calls(std::string_view entry) const;
+    std::int64_t totalCalls() const;
+    void resetCounts();
+
+    void setJournal(bool on);
+    std::string journal() const;
+
+    static bool isEntry(std::string_view name);
+    static const char* nameOf(Entry entry);
+
+private:
+    static constexpr auto entryCount = static_cast<std::size_t>(Entry::count);
+    static constexpr std::size_t anyEntry = entryCount;
+
+    struct Fault
+    {
+        std::size_t entry;
+        std::uint64_t callsLeft; ///< 0: every call
+        int code;
+        Origin origin;
+    };
+
+    struct Delay
+    {
+        std::size_t entry;
+        std::uint32_t microseconds;
+        Origin origin;
+    };
+
+    static std::size_t entryNamed(std::string_view name);
+    int arriveWatched(std::size_t entry);
+    int takeFault(std::size_t entry);
+    std::uint32_t delayOf(std::size_t entry) const;
+    void updateWatched();
+
+    std::array<std::atomic<std::uint64_t>, entryCount> counts_{};
+    std::atomic<bool> watched_{false};
+
+    mutable std::mutex mutex_;
+    std::vector<Fault> faults_;
+    std::vector<Delay> delays_;
+    bool journalOn_ = false;
+    std::vector<std::string> journal_;
+};
+
+} // namespace simulation

@@ -1,0 +1,153 @@
+#include "Fixture.h"
+
+#include <boost/dll/shared_library.hpp>
+
+#include <fstream>
+#include <map>
+#include <random>
+#include <sstream>
+
+namespace simulation::tests {
+
+namespace {
+
+boost::dll::shared_library& opened(const char* file)
+{
+    static auto* libraries = new std::map<std::string, boost::dll::shared_library>; // stay open
+    auto& library = (*libraries)[file];
+    if (!library.is_loaded())
+        library.load(file);
+    return library;
+}
+
+template <class Function>
+void bind(Function*& slot, const char* name)
+{
+    slot = reinterpret_cast<Function*>(symbolOf(OVRA_RUNTIME, name));
+    if (slot == nullptr)
+        throw std::runtime_error(std::string("The runtime does not export ") + name);
+}
+
+const Runtime& sharedRuntime()
+{
+    static const auto* runtime = new Runtime;
+    return *runtime;
+}
+
+} // namespace
+
+void* symbolOf(const char* library, const char* name)
+{
+    auto& module = opened(library);
+    return module.has(name) ? reinterpret_cast<void*>(&module.get<int()>(name)) : nullptr;
+}
+
+Runtime::Runtime()
+{
+#define FGLIB5_ENTRY(result, name, symbol, parameters, arguments, missing) bind(name, #name);
+#include "fglib5/Fglib5Entries.inc"
+#define OVRA_BOUND(name) bind(name, #name);
+    OVRA_BESIDE(OVRA_BOUND)
+#undef OVRA_BOUND
+}
+
+const char* const smallMachine = R"({
+    "name": "Small",
+    "boards": [
+        {"model": "quad", "boardType": 7, "serial": "ab12", "ports": 4},
+        {"model": "dual", "boardType": 8, "serial": "F00D", "ports": 2}
+    ],
+    "cameras": [
+        {"board": 0, "port": 0, "model": "Small", "serial": "1", "interface": "gige",
+         "sensorWidth": 40, "sensorHeight": 30, "frameRate": 200, "scene": "landscape"},
+        {"board": 0, "port": 1, "model": "Fast", "serial": "2", "interface": "coaxpress",
+         "sensorWidth": 32, "sensorHeight": 8, "frameRate": 0}
+    ]
+})";
+
+const char* const smallApplet = R"({
+    "format": "virtual-applet-1", "name": "Small", "boardType": 7, "tags": ["interface=cl-full", "x"],
+    "processes": [{"dmas": [0, 1], "ports": [0, 1]}, {"dmas": [4], "ports": [3, -1]}],
+    "dmas": [
+        {"index": 0, "width": 40, "height": 30, "maxWidth": 64, "maxHeight": 64,
+         "generator": {"pattern": "ramp", "frameRate": 0}},
+        {"index": 1, "width": 40, "height": 30, "generator": {"pattern": "checkerboard", "frameRate": 100}},
+        {"index": 4, "width": 8, "height": 8}
+    ],
+    "parameters": [
+        {"name": "GAIN", "id": 10001, "type": "double", "unit": "dB", "min": -2, "max": 4, "default": 0.5, "scope": "dma"},
+        {"name": "MODE", "id": 10002, "type": "uint32", "min": 2, "max": 10, "step": 4, "default": 2},
+        {"name": "LABEL", "id": 10003, "type": "string", "default": "a"},
+        {"name": "COUNTER", "id": 10004, "type": "int64", "default": 5000000000, "writable": false}
+    ]
+})";
+
+SimulationTest::SimulationTest() : runtime(sharedRuntime())
+{
+    std::random_device random;
+    folder_ = std::filesystem::temp_directory_path() / ("ovra-simulation-" + std::to_string(random()));
+    std::filesystem::create_directories(folder_);
+    runtime.FgSim_clearFaults();
+    runtime.FgSim_setJournal(0);
+    runtime.FgSim_resetCounts();
+}
+
+SimulationTest::~SimulationTest()
+{
+    runtime.FgSim_clearFaults();
+    for (auto* grabber : open_)
+        runtime.Fg_FreeGrabber(grabber);
+    runtime.Fg_FreeLibraries();
+    for (const int kind : {FGSIM_BOARD_HANDLES, FGSIM_RINGS, FGSIM_RING_BYTES, FGSIM_ACQUIRING_CHANNELS,
+                           FGSIM_APPLET_ITERATORS})
+        EXPECT_EQ(runtime.FgSim_live(kind), 0) << "left over of kind " << kind;
+    std::error_code ignored; // Windows keeps an opened applet library
+    std::filesystem::remove_all(folder_, ignored);
+}
+
+std::string SimulationTest::write(const std::string& name, const std::string& content) const
+{
+    const auto file = folder_ / name;
+    std::filesystem::create_directories(file.parent_path());
+    std::ofstream(file, std::ios::binary) << content;
+    return file.string();
+}
+
+std::string SimulationTest::read(const std::string& file)
+{
+    std::ostringstream content;
+    content << std::ifstream(std::filesystem::path(file), std::ios::binary).rdbuf();
+    return content.str();
+}
+
+int SimulationTest::useMachine(const std::string& content) const
+{
+    runtime.Fg_FreeLibraries();
+    runtime.FgSim_setMachine(write("machine.json", content).c_str());
+    return runtime.Fg_InitLibraries(nullptr);
+}
+
+Fg_Struct* SimulationTest::open(const std::string& content)
+{
+    auto* grabber = runtime.Fg_Init(write("Hardware Applets/quad/Small.hap", content).c_str(), 0);
+    if (grabber != nullptr)
+        open_.push_back(grabber);
+    return grabber;
+}
+
+void SimulationTest::free(Fg_Struct*& grabber)
+{
+    EXPECT_EQ(runtime.Fg_FreeGrabber(grabber), FG_OK);
+    std::erase(open_, grabber);
+    grabber = nullptr;
+}
+
+std::string with(std::string text, const std::string& from, const std::string& to)
+{
+    const auto place = text.find(from);
+    if (place == std::string::npos)
+        throw std::logic_error("Nothing to replace: " + from);
+    return text.replace(place, from.size(), to);
+}
+
+} // namespace simulation::tests

@@ -1,0 +1,96 @@
+// What a board holds: loading, unloading, structure.
+#include "Arguments.h"
+#include "CommandTable.h"
+#include "Console.h"
+#include "Descriptions.h"
+#include "Lookup.h"
+#include "Printer.h"
+
+#include "gui-core/LoadAppletCommand.h"
+#include "gui-core/UnloadAppletCommand.h"
+#include "ovra-lib-display/DisplayScene.h"
+#include "ovra-lib-environment/HlEnvironmentBoardNode.h"
+#include "ovra-lib-environment/HlEnvironmentFileNode.h"
+
+namespace ovra::console {
+
+namespace {
+
+void load(Console& console, const Arguments& arguments)
+{
+    const auto board = findBoard(arguments.text(0));
+    const auto applet = findApplet(*board, arguments.text(1));
+    const std::string mcf = arguments.count() > 2 ? arguments.text(2) : "";
+
+    const auto errorsBefore = console.printer.errorCount();
+    console.run(gui::commands::LoadAppletCommand::create(static_cast<int>(board->getSerial()),
+                                                         applet->getFilePath(), mcf));
+    if (!board->getLoadedAppletEntry() && console.printer.errorCount() == errorsBefore)
+        throw CommandError("the applet was not loaded");
+}
+
+void unload(Console& console, const Arguments& arguments)
+{
+    const auto board = findLoadedBoard(arguments.text(0));
+    console.run(gui::commands::UnloadAppletCommand::create(static_cast<int>(board->getSerial())));
+    if (!board->getLoadedAppletEntry())
+        console.printer.line("Board " + std::to_string(board->getIndex()) + " is empty.");
+}
+
+void showDma(Printer& printer, const core::models::HlEnvironmentDmaNode& dma)
+{
+    const auto scene = dma.getDisplayScene();
+    printer.line("    DMA " + std::to_string(dma.getIndex()) + ": " +
+                 (scene ? sizeText(scene->width(), scene->height()) : "no display") +
+                 ", buffers: " + std::to_string(dma.getAcqBuffersCurrent()) +
+                 ", timeout: " + std::to_string(dma.getAcqTimeout()) + " s");
+}
+
+void showPort(Printer& printer, const core::models::HlEnvironmentLogicalPortNode& port)
+{
+    const std::string type = port.getPortType();
+    printer.line("    port " + std::to_string(port.getIndex()) + (type.empty() ? "" : " (" + type + ")") +
+                 ": " + portConnection(port));
+}
+
+void showBoardStructure(Printer& printer, const core::models::HlEnvironmentBoardNode& board)
+{
+    printer.line(boardTitle(board) + ": " + board.getLoadedAppletEntry()->getFileName());
+    for (const auto& process : listOf(board.getProcesses())) {
+        printer.line("  process " + std::to_string(process->getIndex()));
+        for (const auto& dma : listOf(process->getDmas()))
+            showDma(printer, *dma);
+        for (const auto& port : listOf(process->getLogicalPorts()))
+            showPort(printer, *port);
+    }
+}
+
+void showStructure(Console& console, const Arguments& arguments)
+{
+    if (arguments.count() > 0)
+        return showBoardStructure(console.printer, *findLoadedBoard(arguments.text(0)));
+
+    bool shown = false;
+    for (const auto& board : allBoards()) {
+        if (!board->getLoadedAppletEntry())
+            continue;
+        showBoardStructure(console.printer, *board);
+        shown = true;
+    }
+    if (!shown)
+        console.printer.line("No board holds an applet.");
+}
+
+} // namespace
+
+std::vector<CommandEntry> appletCommands()
+{
+    return {
+        {"load", "BOARD APPLET [MCF]", "loads an applet onto a board, and then a configuration file", 2, 3,
+         load},
+        {"structure", "[BOARD]", "shows processes, DMA channels, ports and cameras", 0, 1, showStructure},
+        {"unload", "BOARD", "takes the applet off a board", 1, 1, unload},
+    };
+}
+
+} // namespace ovra::console

@@ -1,0 +1,64 @@
+#include "ChoiceDialog.h"
+
+#include "Printer.h"
+
+#include <istream>
+#include <optional>
+#include <sstream>
+
+namespace ovra::console {
+
+namespace {
+
+constexpr int lastButton = 2;
+
+std::optional<ChoiceDialog::Answer> readAnswer(const std::string& line)
+{
+    std::istringstream words(line);
+    int button = 0;
+    if (!(words >> button) || button < 0 || button > lastButton)
+        return std::nullopt;
+    std::string option;
+    words >> option;
+    if (!option.empty() && option != "remember")
+        return std::nullopt;
+    return ChoiceDialog::Answer{button, !option.empty()};
+}
+
+} // namespace
+
+ChoiceDialog::ChoiceDialog(Printer& printer, std::istream* user)
+    : m_printer(printer),
+      m_user(user),
+      m_answer{lastButton, false}
+{}
+
+void ChoiceDialog::setAnswer(const Answer& answer)
+{
+    m_answer = answer;
+}
+
+ChoiceDialog::Answer ChoiceDialog::ask(const std::string& question, const std::array<std::string, 3>& buttons)
+{
+    m_printer.line(question);
+    for (std::size_t i = 0; i < buttons.size(); ++i)
+        m_printer.line("  " + std::to_string(i) + "  " + buttons.at(i));
+
+    const Answer answer = m_user ? askUser() : m_answer;
+    m_printer.line("Answer: " + buttons.at(static_cast<std::size_t>(answer.button)) +
+                   (answer.remember ? ", from now on." : "."));
+    return answer;
+}
+
+ChoiceDialog::Answer ChoiceDialog::askUser()
+{
+    for (std::string line;;) {
+        m_printer.prompt("0, 1 or 2 [remember]: ");
+        if (!std::getline(*m_user, line))
+            return {lastButton, false};
+        if (const auto answer = readAnswer(line))
+            return *answer;
+    }
+}
+
+} // namespace ovra::console

@@ -1,0 +1,40 @@
+/// \file
+/// ChoiceDialog: a question with three possible answers.
+#pragma once
+
+#include <array>
+#include <iosfwd>
+#include <string>
+
+namespace ovra::console {
+
+class Printer;
+
+class ChoiceDialog
+{
+public:
+    struct Answer
+    {
+        int button; ///< 0, 1 or 2
+        bool remember;
+    };
+
+    /// \param user  where answers are read; null: setAnswer gives them
+    ChoiceDialog(Printer& printer, std::istream* user);
+
+    /// The answer to the questions that come from now on; button 2 at first.
+    void setAnswer(const Answer& answer);
+
+    /// Prints the question and the answer. Asks a user until the answer makes sense; takes button 2 at the
+    /// end of input.
+    Answer ask(const std::string& question, const std::array<std::string, 3>& buttons);
+
+private:
+    Answer askUser();
+
+    Printer& m_printer;
+    std::istream* const m_user;
+    Answer m_answer;
+};
+
+} // namespace ovra::console

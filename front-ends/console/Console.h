@@ -1,0 +1,45 @@
+/// \file
+/// Console: what the commands of a session work with.
+#pragma once
+
+#include <boost/shared_ptr.hpp>
+
+#include <chrono>
+#include <filesystem>
+#include <functional>
+
+namespace ovra::core {
+class Command;
+}
+
+namespace ovra::reference {
+class Application;
+}
+
+namespace ovra::console {
+
+class ChoiceDialog;
+class ConsoleViews;
+class ImageCollection;
+class Printer;
+
+/// GUI thread. What it refers to outlives it.
+struct Console
+{
+    reference::Application& application;
+    Printer& printer;
+    ConsoleViews& views;
+    ChoiceDialog& dialog;
+    ImageCollection& images;
+    std::filesystem::path outputFolder; ///< where pictures with a relative name go
+    bool ended = false;                 ///< set to end the session after the present line
+
+    /// Has the application run \p command, and lets the loop run until nothing is left to do for it. Throws
+    /// CommandError when that takes longer than a minute.
+    void run(const boost::shared_ptr<core::Command>& command);
+
+    /// Lets the loop run until \p condition holds; false when \p limit passed first.
+    bool waitUntil(const std::function<bool()>& condition, std::chrono::milliseconds limit);
+};
+
+} // namespace ovra::console

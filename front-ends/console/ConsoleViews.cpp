@@ -1,0 +1,177 @@
+#include "ConsoleViews.h"
+
+#include "ChoiceDialog.h"
+#include "Descriptions.h"
+#include "ImageCollection.h"
+#include "Lookup.h"
+#include "Printer.h"
+
+#include "ovra-lib-fglib-model/FgLibEventsModel.h"
+
+#include <boost/make_shared.hpp>
+
+#include <array>
+
+namespace ovra::console {
+
+namespace {
+
+const char* levelName(unsigned long level)
+{
+    constexpr std::array names{"error", "warning", "information", "debug"};
+    return level < names.size() ? names[level] : "message";
+}
+
+} // namespace
+
+ConsoleViews::ConsoleViews(Printer& printer, ImageCollection& images, ChoiceDialog& dialog)
+    : m_printer(printer),
+      m_images(images),
+      m_dialog(dialog),
+      m_events(std::make_shared<EventCounter>())
+{}
+
+void ConsoleViews::setLogShown(bool shown)
+{
+    m_logShown = shown;
+}
+
+std::map<std::string, std::int64_t> ConsoleViews::eventCounts() const
+{
+    return m_events->counts();
+}
+
+void ConsoleViews::onInitializeBegin() {}
+
+void ConsoleViews::onCleanup()
+{
+    m_initialized = false;
+    m_printer.line("Application closed.");
+}
+
+void ConsoleViews::onLoggingInstalled() {}
+
+void ConsoleViews::onInitializeSync() {}
+
+void ConsoleViews::onInitializationDone()
+{
+    m_initialized = true;
+}
+
+void ConsoleViews::showSplashscreenMessage(const std::string& message)
+{
+    m_printer.progress(message);
+}
+
+void ConsoleViews::onLoadAppletStarted() {}
+
+void ConsoleViews::onLoadAppletFinished()
+{
+    m_printer.endProgress();
+}
+
+void ConsoleViews::showLoadAppletError(const std::string& message)
+{
+    m_printer.error(message);
+}
+
+void ConsoleViews::showLoadAppletWarning(const std::string& message)
+{
+    m_printer.warning(message);
+}
+
+void ConsoleViews::showLoadAppletStatus(const std::string& message)
+{
+    m_printer.line(message);
+}
+
+void ConsoleViews::showLoadingBoard(const std::string& caption)
+{
+    m_caption = caption;
+}
+
+void ConsoleViews::showLoadingApplet(const std::string& fileName)
+{
+    m_printer.line("[" + m_caption + "] " + fileName);
+}
+
+void ConsoleViews::logMsgCallback(unsigned long level, unsigned long threadId, const char* file,
+                                  unsigned int line, const char* text, unsigned int, const tOvraLogTag*,
+                                  void*)
+{
+    if (!m_logShown)
+        return;
+    m_printer.line("log " + std::string(levelName(level)) + ": " + text + " (thread " +
+                   std::to_string(threadId) + ", " + file + ":" + std::to_string(line) + ")");
+}
+
+boost::shared_ptr<boost::signals2::scoped_connection>
+ConsoleViews::connectFglibEvents(boost::shared_ptr<core::models::FgLibEventsModel> events)
+{
+    return boost::make_shared<boost::signals2::scoped_connection>(
+        events->connectEvent([counter = m_events](const std::string& name, std::uint64_t, std::int64_t) {
+            counter->count(name);
+        }));
+}
+
+void ConsoleViews::fillCaches() {}
+
+bool ConsoleViews::isInitialized() const
+{
+    return m_initialized;
+}
+
+void ConsoleViews::reservedSlot1() {}
+
+void ConsoleViews::reservedSlot2() {}
+
+void ConsoleViews::update_acquisition_state()
+{
+    m_printer.line(acquisitionText());
+}
+
+void ConsoleViews::applet_unloaded()
+{
+    m_images.dropUnloaded();
+}
+
+// Comes at the end of every load, also of one that failed and left a board without channels.
+void ConsoleViews::ensure_board_selection(unsigned int board)
+{
+    if (const auto node = boardOfSerial(board))
+        m_images.attach(node);
+}
+
+void ConsoleViews::showErrorMessage(const std::string& title, const std::string& message)
+{
+    m_printer.error(title + ": " + message);
+}
+
+void ConsoleViews::update_dma_memory()
+{
+    const std::string text = memoryText();
+    if (text != m_memory)
+        m_printer.line(text);
+    m_memory = text;
+}
+
+void ConsoleViews::setRescanInProgress(bool inProgress)
+{
+    if (inProgress)
+        m_printer.status("Looking for boards and applets ...");
+    else
+        m_printer.endProgress();
+}
+
+void ConsoleViews::reservedSlot3() {}
+
+int ConsoleViews::showChoiceDialog(const std::string& title, const std::string& message,
+                                   const std::string& button0, const std::string& button1,
+                                   const std::string& button2, bool* remember)
+{
+    const auto answer = m_dialog.ask(title + ": " + message, {button0, button1, button2});
+    *remember = answer.remember;
+    return answer.button;
+}
+
+} // namespace ovra::console

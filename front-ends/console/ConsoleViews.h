@@ -1,0 +1,76 @@
+/// \file
+/// ConsoleViews: the front end's side of the library, as lines of text.
+#pragma once
+
+#include "EventCounter.h"
+
+#include "gui-core/Views.h"
+
+#include <atomic>
+#include <memory>
+#include <string>
+
+namespace ovra::console {
+
+class ChoiceDialog;
+class ImageCollection;
+class Printer;
+
+/// GUI thread but for logMsgCallback and connectFglibEvents. Printer, images and dialog outlive it.
+class ConsoleViews final : public gui::Views
+{
+public:
+    ConsoleViews(Printer& printer, ImageCollection& images, ChoiceDialog& dialog);
+
+    /// Whether messages of the host's log are printed. They are not at first.
+    void setLogShown(bool shown);
+    std::map<std::string, std::int64_t> eventCounts() const;
+
+    void onInitializeBegin() override;
+    void onCleanup() override;
+    void onLoggingInstalled() override;
+    void onInitializeSync() override;
+    void onInitializationDone() override;
+    void showSplashscreenMessage(const std::string& message) override;
+
+    void onLoadAppletStarted() override;
+    void onLoadAppletFinished() override;
+    void showLoadAppletError(const std::string& message) override;
+    void showLoadAppletWarning(const std::string& message) override;
+    void showLoadAppletStatus(const std::string& message) override;
+    void showLoadingBoard(const std::string& caption) override;
+    void showLoadingApplet(const std::string& fileName) override;
+
+    void logMsgCallback(unsigned long level, unsigned long threadId, const char* file, unsigned int line,
+                        const char* text, unsigned int tagCount, const tOvraLogTag* tags,
+                        void* userData) override;
+    boost::shared_ptr<boost::signals2::scoped_connection>
+    connectFglibEvents(boost::shared_ptr<core::models::FgLibEventsModel> events) override;
+
+    void fillCaches() override;
+    bool isInitialized() const override;
+    void reservedSlot1() override;
+    void reservedSlot2() override;
+    void update_acquisition_state() override;
+    void applet_unloaded() override;
+    void ensure_board_selection(unsigned int board) override;
+    void showErrorMessage(const std::string& title, const std::string& message) override;
+    void update_dma_memory() override;
+    void setRescanInProgress(bool inProgress) override;
+    void reservedSlot3() override;
+    int showChoiceDialog(const std::string& title, const std::string& message, const std::string& button0,
+                         const std::string& button1, const std::string& button2, bool* remember) override;
+
+private:
+    Printer& m_printer;
+    ImageCollection& m_images;
+    ChoiceDialog& m_dialog;
+    std::string m_caption;
+    std::string m_memory; ///< the figures that were told last
+    bool m_initialized = false;
+    std::atomic<bool> m_logShown{false};
+    // Shared with the subscriptions, which a board may hold longer than the library holds the views.
+    const std::shared_ptr<EventCounter> m_events;
+};
+
+} // namespace ovra::console

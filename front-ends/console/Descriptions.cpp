@@ -1,0 +1,108 @@
+#include "Descriptions.h"
+
+#include "Lookup.h"
+
+#include "gui-core/Gui.h"
+#include "ovra-lib-display/DisplayScene.h"
+#include "ovra-lib-environment/HlEnvironmentBoardNode.h"
+#include "ovra-lib-environment/HlEnvironmentHardwareNodes.h"
+#include "ovra-lib-genicam-model/GenICamModel.h"
+
+#include <iomanip>
+#include <sstream>
+
+namespace ovra::console {
+
+namespace {
+
+boost::shared_ptr<core::models::GenICamModel>
+cameraModel(const core::models::HlEnvironmentLogicalPortNode& port)
+{
+    const auto physical = port.getMappedPortEntry();
+    const auto camera = physical ? physical->getConnectedCameraEntry() : nullptr;
+    return camera ? camera->getGenICamModelEntry() : nullptr;
+}
+
+std::string mebibytes(unsigned long long bytes)
+{
+    constexpr double bytesPerMebibyte = 1024.0 * 1024.0;
+    std::ostringstream text;
+    text << std::fixed << std::setprecision(1) << static_cast<double>(bytes) / bytesPerMebibyte;
+    return text.str();
+}
+
+void append(std::string& list, const std::string& item)
+{
+    list += (list.empty() ? "" : ", ") + item;
+}
+
+void appendAcquisition(std::string& list, const core::models::HlEnvironmentBoardNode& board)
+{
+    for (const auto& dma : listOf(board.getDmas())) {
+        const auto scene = dma->getDisplayScene();
+        if (scene && scene->isGrabbing())
+            append(list, channelTitle(board, *dma));
+    }
+    for (const auto& port : listOf(board.getLogicalPorts())) {
+        const auto camera = cameraModel(*port);
+        if (camera && camera->isAcquiring())
+            append(list, "camera of board " + std::to_string(board.getIndex()) + " port " +
+                             std::to_string(port->getIndex()));
+    }
+}
+
+} // namespace
+
+std::string serialText(const core::models::HlEnvironmentBoardNode& board)
+{
+    std::ostringstream text;
+    text << std::hex << board.getSerial();
+    return text.str();
+}
+
+std::string boardTitle(const core::models::HlEnvironmentBoardNode& board)
+{
+    return "board " + std::to_string(board.getIndex()) + " - " + board.getBoardName();
+}
+
+std::string channelTitle(const core::models::HlEnvironmentBoardNode& board,
+                         const core::models::HlEnvironmentDmaNode& dma)
+{
+    return "board " + std::to_string(board.getIndex()) + " DMA " + std::to_string(dma.getIndex());
+}
+
+std::string sizeText(int width, int height)
+{
+    return std::to_string(width) + " x " + std::to_string(height);
+}
+
+std::string portConnection(const core::models::HlEnvironmentLogicalPortNode& port)
+{
+    const auto physical = port.getMappedPortEntry();
+    if (!physical)
+        return "no connector";
+    std::string text = "connector " + std::to_string(physical->getIndex());
+    const auto camera = physical->getConnectedCameraEntry();
+    if (!camera)
+        return text + ", no camera";
+    text += ", camera " + camera->getName();
+    if (const auto model = camera->getGenICamModelEntry())
+        text += ", " + sizeText(model->width(), model->height());
+    return text;
+}
+
+std::string acquisitionText()
+{
+    std::string list;
+    for (const auto& board : allBoards())
+        appendAcquisition(list, *board);
+    return list.empty() ? "Nothing acquires." : "Acquiring: " + list + ".";
+}
+
+std::string memoryText()
+{
+    return "DMA memory: " + mebibytes(gui::Gui::getUsedDmaMemory()) + " of " +
+           mebibytes(gui::Gui::getTotalDmaMemory()) + " MiB used.";
+}
+
+} // namespace ovra::console

@@ -1,0 +1,33 @@
+/// \file
+/// What the console says of boards, channels and memory.
+#pragma once
+
+#include <string>
+
+namespace ovra::core::models {
+class HlEnvironmentBoardNode;
+class HlEnvironmentDmaNode;
+class HlEnvironmentLogicalPortNode;
+} // namespace ovra::core::models
+
+namespace ovra::console {
+
+/// "1d0a3f"
+std::string serialText(const core::models::HlEnvironmentBoardNode& board);
+/// "board 0 - name"
+std::string boardTitle(const core::models::HlEnvironmentBoardNode& board);
+/// "board 0 DMA 1"
+std::string channelTitle(const core::models::HlEnvironmentBoardNode& board,
+                         const core::models::HlEnvironmentDmaNode& dma);
+/// "1024 x 768"
+std::string sizeText(int width, int height);
+
+/// What is between a logical port and its camera, and the camera.
+std::string portConnection(const core::models::HlEnvironmentLogicalPortNode& port);
+
+/// Which channels and cameras acquire.
+std::string acquisitionText();
+/// Memory of all DMA buffers, and its limit.
+std::string memoryText();
+
+} // namespace ovra::console

@@ -1,0 +1,17 @@
+#include "EventCounter.h"
+
+namespace ovra::console {
+
+void EventCounter::count(const std::string& name)
+{
+    const std::lock_guard lock(m_mutex);
+    ++m_counts[name];
+}
+
+std::map<std::string, std::int64_t> EventCounter::counts() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_counts;
+}
+
+} // namespace ovra::console

@@ -1,0 +1,24 @@
+/// \file
+/// The program's command line.
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace ovra::console {
+
+/// Texts are paths; empty where not given.
+struct Options
+{
+    std::string script;
+    std::string outputFolder;
+    std::string machine;
+    std::string runtimeFolder;
+    std::string configurationFile;
+    std::optional<int> logLevel;
+};
+
+/// Empty when the program has done all it should: \p exitCode says how it ended.
+std::optional<Options> parseOptions(int argumentCount, char** arguments, int& exitCode);
+
+} // namespace ovra::console

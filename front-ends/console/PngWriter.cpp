@@ -1,0 +1,41 @@
+#include "PngWriter.h"
+
+#include <fstream>
+#include <ios>
+#include <stdexcept>
+#include <system_error>
+
+#define STB_IMAGE_WRITE_IMPLEMENTATION
+#define STB_IMAGE_WRITE_STATIC
+#define STBI_WRITE_NO_STDIO
+#include <stb/stb_image_write.h>
+
+namespace ovra::console {
+
+namespace {
+
+constexpr int greyComponents = 1;
+
+void append(void* file, void* bytes, int count)
+{
+    static_cast<std::ofstream*>(file)->write(static_cast<const char*>(bytes), count);
+}
+
+} // namespace
+
+void writePng(const std::filesystem::path& file, const StoredImage& image)
+{
+    std::error_code ignored; // a folder that is still missing shows when the file is opened
+    if (file.has_parent_path())
+        std::filesystem::create_directories(file.parent_path(), ignored);
+
+    std::ofstream stream(file, std::ios::binary | std::ios::trunc);
+    const bool encoded =
+        stream && stbi_write_png_to_func(append, &stream, image.width, image.height, greyComponents,
+                                         image.pixels.data(), image.width) != 0;
+    stream.close();
+    if (!encoded || !stream)
+        throw std::runtime_error("cannot write the picture " + file.string());
+}
+
+} // namespace ovra::console

@@ -1,0 +1,174 @@
+#include "Session.h"
+
+#include "ChoiceDialog.h"
+#include "CommandTable.h"
+#include "Console.h"
+#include "ConsoleViews.h"
+#include "ImageCollection.h"
+#include "LineParser.h"
+#include "Lookup.h"
+#include "Platform.h"
+#include "Printer.h"
+
+#include "gui-core/EntryPoints.h"
+#include "gui-core/Gui.h"
+#include "gui-core/UnloadAppletCommand.h"
+#include "ovra-core/reference/Application.h"
+#include "ovra-lib-environment/HlEnvironmentBoardNode.h"
+
+#include <boost/make_shared.hpp>
+
+#include <atomic>
+#include <exception>
+#include <future>
+#include <istream>
+#include <optional>
+
+namespace ovra::console {
+
+namespace {
+
+constexpr std::chrono::minutes longestStart{5};
+constexpr std::chrono::hours untilItComes{1};
+
+/// A start-up of the library and its shut-down.
+class LibraryUse
+{
+public:
+    LibraryUse() { OvraGuiCoreInit(); }
+    ~LibraryUse() { OvraGuiCoreDeinit(); }
+    LibraryUse(const LibraryUse&) = delete;
+    LibraryUse& operator=(const LibraryUse&) = delete;
+};
+
+// The runtime and the log dispatcher read these when they are loaded, which the library's start-up may cause.
+void exportOptions(const Options& options)
+{
+    if (!options.machine.empty())
+        setEnvironmentVariable("OVRA_MACHINE", options.machine);
+    if (options.logLevel)
+        setEnvironmentVariable("OVRA_LOG_LEVEL", std::to_string(*options.logLevel));
+}
+
+std::string withoutNamespaces(const std::string& className)
+{
+    return className.substr(className.rfind(':') + 1); // all of it where there is none
+}
+
+void reportFailures(reference::Application& application, Printer& printer)
+{
+    application.setErrorHandler([&printer](const reference::PhaseFailure& failure) {
+        printer.error(failure.message + " (" + withoutNamespaces(failure.command) + "::" + failure.phase +
+                      ")");
+    });
+}
+
+/// The next line; empty at the end. The application goes on while a user thinks or a pipe is silent.
+std::optional<std::string> nextLine(reference::Application& application, std::istream& input)
+{
+    std::atomic<bool> there{false};
+    auto reading = std::async(std::launch::async, [&] {
+        std::string line;
+        const bool complete = static_cast<bool>(std::getline(input, line));
+        if (line.ends_with('\r')) // a script that was written on the other platform
+            line.pop_back();
+        there = true;
+        application.post([] {});
+        return complete ? std::optional(line) : std::nullopt;
+    });
+    while (!application.pumpUntil([&] { return there.load(); }, untilItComes)) {
+    }
+    return reading.get();
+}
+
+void runLine(Console& console, const std::string& line, InputKind kind)
+{
+    try {
+        const auto words = splitLine(line);
+        if (words.empty())
+            return;
+        if (kind == InputKind::Lines)
+            console.printer.line("> " + line);
+        runCommand(console, words);
+    } catch (const std::exception& error) {
+        console.printer.error(error.what());
+    }
+    console.printer.endProgress();
+}
+
+void runLines(Console& console, std::istream& input, InputKind kind)
+{
+    for (int number = 1; !console.ended; ++number) {
+        if (kind == InputKind::Terminal)
+            console.printer.prompt("ovra> ");
+        const auto line = nextLine(console.application, input);
+        if (!line)
+            break;
+        if (kind == InputKind::Lines)
+            console.printer.setPlace("line " + std::to_string(number));
+        runLine(console, *line, kind);
+    }
+    console.printer.setPlace("");
+    if (kind == InputKind::Terminal && !console.ended)
+        console.printer.line(""); // the end of input left the cursor behind the prompt
+}
+
+void unload(Console& console, const BoardNode& board)
+{
+    try {
+        console.run(gui::commands::UnloadAppletCommand::create(static_cast<int>(board->getSerial())));
+    } catch (const std::exception& error) {
+        console.printer.error(error.what());
+    }
+}
+
+// The clean-up command leaves boards as they are.
+void unloadAll(Console& console)
+{
+    for (const auto& board : allBoards())
+        if (board->getLoadedAppletEntry())
+            unload(console, board);
+}
+
+bool startApplication(Console& console)
+{
+    const auto errorsBefore = console.printer.errorCount();
+    console.application.startPlugins();
+    const bool idle = console.waitUntil([&] { return console.application.idle(); }, longestStart);
+    console.printer.endProgress();
+    if (!idle)
+        console.printer.error("the application is not ready after five minutes");
+    return console.printer.errorCount() == errorsBefore;
+}
+
+} // namespace
+
+bool runSession(const Options& options, Printer& printer, std::istream& input, InputKind kind)
+{
+    exportOptions(options);
+
+    // The order of these is the order of start and, backwards, of the end: the application destroys the
+    // plug-in, then the library shuts down.
+    std::optional<LibraryUse> library;
+    ImageCollection images;
+    ChoiceDialog dialog(printer, kind == InputKind::Terminal ? &input : nullptr);
+    reference::Application application({.runtimeDirectory = options.runtimeFolder,
+                                        .runtimeLibrary = {},
+                                        .configurationFile = options.configurationFile});
+    library.emplace();
+    reportFailures(application, printer);
+
+    const auto views = boost::make_shared<ConsoleViews>(printer, images, dialog);
+    const boost::shared_ptr<gui::Gui> plugin(gui::Gui::createInstance(), gui::Gui::destroyInstance);
+    application.addPlugin(plugin, {{"views", boost::shared_ptr<gui::Views>(views)}});
+
+    Console console{application, printer, *views, dialog, images, options.outputFolder};
+    if (startApplication(console)) {
+        runLines(console, input, kind);
+        unloadAll(console);
+    }
+    application.stopPlugins();
+    return printer.errorCount() == 0;
+}
+
+} // namespace ovra::console

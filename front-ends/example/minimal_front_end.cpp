@@ -1,0 +1,55 @@
+// A complete front end: starts the application, lists the boards, ends.
+#include "gui-core/EntryPoints.h"
+#include "gui-core/Gui.h"
+#include "gui-core/Views.h"
+#include "ovra-core/reference/Application.h"
+#include "ovra-lib-environment/Environment.h"
+#include "ovra-lib-environment/HlEnvironmentBoardNode.h"
+#include "ovra-lib-environment/HlEnvironmentModel.h"
+#include <boost/make_shared.hpp>
+#include <iostream>
+using namespace ovra;
+
+// What this front end does not show stands two by two.
+// clang-format off
+struct MinimalViews final : gui::Views
+{
+    using Text = const std::string&;
+    void showSplashscreenMessage(Text message) override { std::cout << message << '\n'; }
+    void showErrorMessage(Text title, Text message) override { std::cerr << title << ": " << message << '\n'; }
+    int showChoiceDialog(Text, Text, Text, Text, Text, bool*) override { return 2; } // ignore
+    boost::shared_ptr<boost::signals2::scoped_connection>
+    connectFglibEvents(boost::shared_ptr<core::models::FgLibEventsModel>) override { return {}; }
+    void onInitializeBegin() override {}         void onInitializeSync() override {}
+    void onLoggingInstalled() override {}        void onInitializationDone() override {}
+    void onLoadAppletStarted() override {}       void onLoadAppletFinished() override {}
+    void showLoadingBoard(Text) override {}      void showLoadingApplet(Text) override {}
+    void showLoadAppletStatus(Text) override {}  void showLoadAppletWarning(Text) override {}
+    void showLoadAppletError(Text) override {}   void update_acquisition_state() override {}
+    void applet_unloaded() override {}           void setRescanInProgress(bool) override {}
+    void reservedSlot1() override {}             void reservedSlot2() override {}
+    void reservedSlot3() override {}             void onCleanup() override {}
+};
+// clang-format on
+
+void listBoards()
+{
+    reference::Application application; // destroys the plug-in at its own end
+    application.setErrorHandler([](const auto& failure) { std::cerr << failure.message << '\n'; });
+    boost::shared_ptr<gui::Views> views = boost::make_shared<MinimalViews>();
+    boost::shared_ptr<gui::Gui> plugin(gui::Gui::createInstance(), gui::Gui::destroyInstance);
+    application.addPlugin(plugin, {{"views", views}});
+    application.startPlugins();
+    application.pumpUntil([&] { return application.idle(); }, std::chrono::minutes(1));
+    if (const auto boards = gui::Gui::environment()->model()->root()->getSourcesEntry("ovra"))
+        for (const auto board = boards->getBoards(); board->hasNext(); board->advance())
+            std::cout << board->current()->getIndex() << " - " << board->current()->getBoardName() << '\n';
+    application.stopPlugins();
+}
+
+int main()
+{
+    OvraGuiCoreInit();
+    listBoards();
+    OvraGuiCoreDeinit();
+}

@@ -1,0 +1,82 @@
+#include "Picture.h"
+#include "Workspace.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+using namespace ovra::tests;
+using testing::Contains;
+using testing::IsEmpty;
+
+namespace {
+
+/// A picture of the demo: its size is that of the channel it comes from. A camera's picture has nearly all
+/// shades, a generator's has those of its pattern.
+struct Expected
+{
+    const char* name;
+    int width, height;
+    int greyValues; ///< at least
+};
+
+constexpr Expected pictures[] = {
+    {"landscape.png", 1024, 768, 200},
+    {"bottles.png", 960, 720, 200},
+    {"chart-of-another-size.png", 1000, 768, 200},
+    {"chart.png", 1024, 768, 200},
+    {"landscape-again.png", 1024, 768, 200},
+    {"circuit-board.png", 1280, 1024, 200},
+    {"ramp.png", 640, 480, 256},
+    {"checkerboard.png", 640, 480, 2},
+};
+
+struct Demo : testing::Test
+{
+    Picture picture(const char* name) const { return readPng(workspace.path("out") / name); }
+
+    const Workspace workspace;
+    const Outcome outcome =
+        workspace.console("", {"--script", OVRA_DEMO_SCRIPT, "--output-dir", workspace.path("out").string()});
+};
+
+/// Mean difference between a pixel and the one below it.
+double roughness(const Picture& picture)
+{
+    const auto width = static_cast<std::size_t>(picture.width);
+    double sum = 0;
+    for (std::size_t i = width; i < picture.pixels.size(); ++i)
+        sum += std::abs(picture.pixels[i] - picture.pixels[i - width]);
+    return sum / static_cast<double>(picture.pixels.size() - width);
+}
+
+TEST_F(Demo, RunsWithoutErrorFromTheFirstMessageToTheLast)
+{
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.text();
+    EXPECT_THAT(outcome.linesWith("error:"), IsEmpty()) << outcome.text();
+    EXPECT_EQ(outcome.lines.front(), "Starting...");
+    EXPECT_EQ(outcome.lines.back(), "Application closed.");
+    EXPECT_THAT(outcome.lines, Contains("Initialization done."));
+
+    const auto memory = outcome.linesWith("DMA memory: ");
+    ASSERT_FALSE(memory.empty());
+    EXPECT_TRUE(memory.back().starts_with("DMA memory: 0.0 of ")) << outcome.text();
+}
+
+TEST_F(Demo, SavesAPictureOfEveryChannelThatShowsWhetherItsSizeFits)
+{
+    for (const auto& expected : pictures) {
+        SCOPED_TRACE(expected.name);
+        ASSERT_TRUE(std::filesystem::exists(workspace.path("out") / expected.name)) << outcome.text();
+        const auto saved = picture(expected.name);
+        EXPECT_EQ(saved.width, expected.width);
+        EXPECT_EQ(saved.height, expected.height);
+        EXPECT_GE(saved.greyValues(), expected.greyValues);
+    }
+
+    // Lines of the wrong length shift each row against the one above it.
+    EXPECT_GT(roughness(picture("chart-of-another-size.png")), 2 * roughness(picture("chart.png")));
+}
+
+} // namespace

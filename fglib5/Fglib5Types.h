@@ -23,8 +23,7 @@ using Fg_Struct = Fg_Struct_s;
 
 /// A ring of image buffers. Fg_AllocMemEx makes it with memory: its `bytes` are those of the whole ring,
 /// which `frames` buffers share evenly. Fg_AllocMemHead makes it without; Fg_AddMem then gives it one buffer
-/// after the other
-/// (`index` from 0). Image n lies in buffer (n - 1) modulo the number of buffers.
+/// after the other (`index` from 0). Image n lies in buffer (n - 1) modulo the number of buffers.
 struct FgBufferRing_s;
 using FgBufferRing = FgBufferRing_s;
 

@@ -1,5 +1,7 @@
 #include "platform/ReadWriteLock.h"
 
+#include "platform/CriticalSectionGuard.h"
+
 namespace ovra::templates::platform {
 
 ReadWriteLock::ReadWriteLock() = default;

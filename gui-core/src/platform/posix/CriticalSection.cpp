@@ -1,40 +1,38 @@
-#include "platform/CriticalSection.h"
+#include "native/CriticalSection.h"
 
-#include <new>
-
-#include <pthread.h>
+#include <ctime>
+#include <sched.h>
 
 namespace ovra::templates::platform {
 
 namespace {
 
-static_assert(sizeof(pthread_mutex_t) <= 8 * sizeof(void*) && alignof(pthread_mutex_t) <= alignof(void*));
+constexpr int SPINS = 64;
+constexpr int YIELDS = 64;
+constexpr long SLEEP_NANOSECONDS = 50'000;
 
-pthread_mutex_t* native(unsigned char* storage)
+/// Who holds the section may need this processor, and may have a lower priority than the one that waits: in
+/// the end only sleeping lets it go on.
+void giveWay(int turn)
 {
-    return std::launder(reinterpret_cast<pthread_mutex_t*>(storage));
+    if (turn < SPINS)
+        return;
+    if (turn < SPINS + YIELDS) {
+        sched_yield();
+        return;
+    }
+    const timespec moment{0, SLEEP_NANOSECONDS};
+    nanosleep(&moment, nullptr);
 }
 
 } // namespace
 
-CriticalSection::CriticalSection() : m_storage{}
+void CriticalSection::enterContended()
 {
-    pthread_mutex_init(::new (m_storage) pthread_mutex_t, nullptr);
-}
-
-CriticalSection::~CriticalSection()
-{
-    pthread_mutex_destroy(native(m_storage));
-}
-
-void CriticalSection::enter()
-{
-    pthread_mutex_lock(native(m_storage));
-}
-
-void CriticalSection::leave()
-{
-    pthread_mutex_unlock(native(m_storage));
+    for (int turn = 0; m_taken.exchange(true, std::memory_order_acquire);) {
+        while (m_taken.load(std::memory_order_relaxed))
+            giveWay(turn < SPINS + YIELDS ? turn++ : turn);
+    }
 }
 
 } // namespace ovra::templates::platform

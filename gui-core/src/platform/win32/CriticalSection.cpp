@@ -1,4 +1,4 @@
-#include "platform/CriticalSection.h"
+#include "native/CriticalSection.h"
 
 #include <new>
 

@@ -1,4 +1,4 @@
-#include "platform/ManualResetEvent.h"
+#include "native/ManualResetEvent.h"
 
 #include <system_error>
 

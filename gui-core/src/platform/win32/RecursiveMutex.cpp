@@ -1,4 +1,4 @@
-#include "platform/RecursiveMutex.h"
+#include "native/RecursiveMutex.h"
 
 #include <system_error>
 

@@ -2,9 +2,6 @@
 /// ManualResetEvent: a signal that stays until it is taken back.
 #pragma once
 
-#include <atomic>
-#include <cstdint>
-
 namespace ovra::templates::platform {
 
 /// Initially signalled. wait() returns at once while it is signalled, and blocks otherwise until set(). Any
@@ -23,9 +20,7 @@ public:
     void wait();
 
 private:
-    // One of the two serves, depending on the platform.
-    void* m_handle = nullptr;
-    std::atomic<std::uint32_t> m_signalled{1};
+    void* m_handle;
 };
 
 } // namespace ovra::templates::platform

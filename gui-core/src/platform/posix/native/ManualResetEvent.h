@@ -1,0 +1,42 @@
+/// \file
+/// ManualResetEvent: a signal that stays until it is taken back.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+
+namespace ovra::templates::platform {
+
+/// Initially signalled. wait() returns at once while it is signalled, and blocks otherwise until set(). Any
+/// thread. No system call while nobody waits: set() is one atomic exchange and a load, reset() a store.
+class ManualResetEvent
+{
+public:
+    ManualResetEvent() = default;
+    ManualResetEvent(const ManualResetEvent&) = delete;
+    ManualResetEvent& operator=(const ManualResetEvent&) = delete;
+
+    void set()
+    {
+        // Sequentially consistent, as in sleep(): either the waiter sees the signal or this sees the waiter.
+        m_signalled.store(1);
+        if (m_waiters.load() != 0) [[unlikely]]
+            m_signalled.notify_all();
+    }
+
+    void reset() { m_signalled.store(0, std::memory_order_relaxed); }
+
+    void wait()
+    {
+        if (m_signalled.load(std::memory_order_acquire) == 0) [[unlikely]]
+            sleep();
+    }
+
+private:
+    void sleep();
+
+    std::atomic<std::uint32_t> m_signalled{1};
+    std::atomic<std::uint32_t> m_waiters{0};
+};
+
+} // namespace ovra::templates::platform

@@ -1,0 +1,39 @@
+/// \file
+/// RecursiveMutex: a mutex that its owner may take again.
+#pragma once
+
+#include <cstdint>
+#include <mutex>
+
+namespace ovra::templates::platform {
+
+/// See platform/RecursiveMutex.h.
+class RecursiveMutex
+{
+public:
+    RecursiveMutex() = default;
+    virtual ~RecursiveMutex() = default;
+    RecursiveMutex(const RecursiveMutex&) = delete;
+    RecursiveMutex& operator=(const RecursiveMutex&) = delete;
+
+    void lock()
+    {
+        m_mutex.lock();
+        ++m_lockCount;
+    }
+
+    /// Only by the thread that holds the mutex.
+    void unlock()
+    {
+        // Counted while the mutex is still held, so that no other thread counts at the same time.
+        --m_lockCount;
+        m_mutex.unlock();
+    }
+
+private:
+    std::recursive_mutex m_mutex;
+    // How often it is held; for a look in the debugger, nothing decides on it.
+    std::int32_t m_lockCount = 0;
+};
+
+} // namespace ovra::templates::platform

@@ -1,0 +1,1 @@
+// Nothing: the yardstick of loading a library.

@@ -190,6 +190,17 @@ TEST(ConsoleSession, BoardsThatAreStillLoadedAtTheEndAreUnloaded)
     EXPECT_EQ(outcome.exitCode, 0) << outcome.text();
 }
 
+TEST(ConsoleProgram, ShowsTheLibrarysOwnTwoLinesWhenTheirLevelIsAskedFor)
+{
+    const Workspace workspace;
+    const auto wanted =
+        workspace.console("quit\n", {"--log-level", "2"}).linesWith("2 guard.library thread-id=");
+    ASSERT_THAT(wanted, SizeIs(2));
+    EXPECT_THAT(wanted[0], EndsWith("|LIBRARY INIT: OvraGuiCore (useCount: 1)"));
+    EXPECT_THAT(wanted[1], EndsWith("|LIBRARY DEINIT: OvraGuiCore (useCount: 1)"));
+    EXPECT_THAT(workspace.console("quit\n").linesWith("2 guard.library"), IsEmpty());
+}
+
 TEST(ConsoleProgram, TellsItsVersion)
 {
     const auto outcome = Workspace().console("", {"--version"});

@@ -24,7 +24,7 @@ struct Expected
 constexpr Expected pictures[] = {
     {"landscape.png", 1024, 768, 200},
     {"bottles.png", 960, 720, 200},
-    {"chart-of-another-size.png", 1000, 768, 200},
+    {"chart-of-another-size.png", 1023, 768, 200},
     {"chart.png", 1024, 768, 200},
     {"landscape-again.png", 1024, 768, 200},
     {"circuit-board.png", 1280, 1024, 200},
@@ -75,8 +75,8 @@ TEST_F(Demo, SavesAPictureOfEveryChannelThatShowsWhetherItsSizeFits)
         EXPECT_GE(saved.greyValues(), expected.greyValues);
     }
 
-    // Lines of the wrong length shift each row against the one above it.
-    EXPECT_GT(roughness(picture("chart-of-another-size.png")), 2 * roughness(picture("chart.png")));
+    // Lines that are a pixel too long shift each row against the one above it: every upright edge slants.
+    EXPECT_GT(roughness(picture("chart-of-another-size.png")), 1.2 * roughness(picture("chart.png")));
 }
 
 } // namespace

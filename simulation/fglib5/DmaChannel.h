@@ -1,14 +1,12 @@
 /// \file
 /// A DMA channel: takes the images of its camera or its generator into a ring of buffers.
 ///
-/// | state     | images                                    | Fg_AcquireEx | Fg_stopAcquireEx  | blocked
-/// reader   |
-/// |-----------|-------------------------------------------|--------------|-------------------|------------------|
-/// | stopped   | none                                      | -> acquiring | nothing to do     |
-/// FG_NOT_ACQUIRING | | acquiring | while the camera or the generator is on   | refused      | -> stopped |
-/// waits            | | finished  | none: all wanted images are there         | -> acquiring | -> stopped |
-/// FG_NOT_ACQUIRING | | closed    | none: the board is being freed            | refused      | nothing to do
-/// | FG_NOT_ACQUIRING |
+/// | state     | images                       | start       | stop       | blocked reader   |
+/// |-----------|------------------------------|-------------|------------|------------------|
+/// | stopped   | none                         | > acquiring | no effect  | FG_NOT_ACQUIRING |
+/// | acquiring | while camera or generator on | refused     | > stopped  | waits            |
+/// | finished  | all wanted ones are there    | > acquiring | > stopped  | FG_NOT_ACQUIRING |
+/// | closed    | none, the board is freed     | refused     | no effect  | FG_NOT_ACQUIRING |
 ///
 /// Safe from any thread.
 #pragma once

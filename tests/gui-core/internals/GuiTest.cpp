@@ -13,9 +13,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstddef>
-#include <cstring>
-#include <iterator>
 #include <memory>
 #include <tuple>
 
@@ -166,66 +163,4 @@ TEST(LogForwarding, ReachesTheFrontEndAndIsDroppedWithoutOne)
     EXPECT_EQ(views->logMessages(), std::vector<std::string>{"found"});
     EXPECT_EQ(views->lastLogArguments,
               std::make_tuple(1UL, 2UL, std::string("file"), 3U, 1U, &tag, static_cast<void*>(&userData)));
-}
-
-namespace {
-
-/// Place of a virtual operation in the table of virtual functions, counted from the first. In the ABI of both
-/// platforms a pointer to a virtual member function begins with its offset in the table, in bytes, plus one.
-template <class Operation>
-std::size_t slot(Operation operation)
-{
-    std::size_t offset = 0;
-    std::memcpy(&offset, &operation, sizeof(offset));
-    return (offset - 1) / sizeof(void*);
-}
-
-} // namespace
-
-// Front ends are compiled apart from the library: an operation that moves breaks them all without a word.
-TEST(ViewsInterface, KeepsEveryOperationInItsSlot)
-{
-    const std::size_t slots[] = {
-        slot(&Views::postConstruct),
-        slot(&Views::injectDependency),
-        slot(&Views::postInjection),
-        slot(&Views::createInitializationApplicationCommand),
-        slot(&Views::createCleanupApplicationCommand),
-        slot(&Views::onInitializeBegin),
-        slot(&Views::onCleanup),
-        slot(&Views::onLoggingInstalled),
-        slot(&Views::onInitializeSync),
-        slot(&Views::onInitializationDone),
-        slot(&Views::showSplashscreenMessage),
-        slot(&Views::onLoadAppletStarted),
-        slot(&Views::onLoadAppletFinished),
-        slot(&Views::showLoadAppletError),
-        slot(&Views::showLoadAppletWarning),
-        slot(&Views::showLoadAppletStatus),
-        slot(&Views::showLoadingBoard),
-        slot(&Views::showLoadingApplet),
-        slot(&Views::logMsgCallback),
-        slot(&Views::connectFglibEvents),
-        slot(&Views::fillCaches),
-        slot(&Views::showBoardLinkConfigurationInHardwareDialog),
-        slot(&Views::showBoardInHardwareDialog),
-        slot(&Views::showBoardInCameraDialog),
-        slot(&Views::showBoardInAppletsDialog),
-        slot(&Views::raiseCameraDialog),
-        slot(&Views::isInitialized),
-        slot(&Views::reservedSlot1),
-        slot(&Views::reservedSlot2),
-        slot(&Views::update_acquisition_state),
-        slot(&Views::applet_unloaded),
-        slot(&Views::ensure_board_selection),
-        slot(&Views::showErrorMessage),
-        slot(&Views::update_dma_memory),
-        slot(&Views::update_selected_views),
-        slot(&Views::setRescanInProgress),
-        slot(&Views::reservedSlot3),
-        slot(&Views::showChoiceDialog),
-    };
-    // The destructor takes the first two slots.
-    for (std::size_t i = 0; i < std::size(slots); ++i)
-        EXPECT_EQ(slots[i], i + 2) << "operation " << i;
 }

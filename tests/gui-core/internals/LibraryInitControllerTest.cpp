@@ -1,5 +1,6 @@
 #include "LibraryInitController.h"
 #include "DestroySingleton.h"
+#include "GuiStatics.h"
 
 #include "gui-core/EntryPoints.h"
 
@@ -187,6 +188,35 @@ TEST_F(Controller, AHostStartThatThrowsPassesThroughAndTheNextInitSucceeds)
     Journal::stop();
     OvraGuiCoreDeinit();
     OvraGuiCoreDeinit();
+    EXPECT_EQ(LibraryInitController::useCount(), 0U);
+}
+
+TEST_F(Controller, AThousandRoundsLeaveNothingBehind)
+{
+    for (int round = 0; round < 1000; ++round) {
+        OvraGuiCoreInit();
+        ovra::gui::GuiStatics::instance();
+        OvraGuiCoreDeinit();
+        ASSERT_EQ(ovra::gui::GuiStatics::instance().state.lock(), nullptr);
+        ovra::tests::destroySingleton<ovra::gui::GuiStatics>();
+    }
+    EXPECT_EQ(LibraryInitController::useCount(), 0U);
+    EXPECT_EQ(ovra::reference::libraryUses("ovra-lib-fglib-model"), 0);
+    // What else might be left is for the leak detector of the sanitized build to find.
+}
+
+TEST_F(Controller, AHostLibraryThatStartsTheLibraryAgainWhileItIsStoppedFindsItStarted)
+{
+    LibraryInitController::acquire();
+    LibraryInitController::registerLibrary(&startUp, [] {
+        LibraryInitController::acquire();
+        LibraryInitController::registerLibrary(&startUp, &shutDownB);
+    });
+    LibraryInitController::release();
+    EXPECT_EQ(LibraryInitController::useCount(), 1U);
+    EXPECT_EQ(events, (std::vector<std::string>{"start", "start"}));
+    LibraryInitController::release();
+    EXPECT_EQ(events.back(), "shut down B");
     EXPECT_EQ(LibraryInitController::useCount(), 0U);
 }
 

@@ -1,6 +1,12 @@
 #include "Product.h"
 
+#include "gui-core/CleanupApplicationCommand.h"
+#include "gui-core/InitializeApplicationCommand.h"
+#include "gui-core/LoadAppletCommand.h"
 #include "gui-core/RescanAppletsCommand.h"
+#include "gui-core/StartAcquisitionCommand.h"
+#include "gui-core/StopAcquisitionCommand.h"
+#include "gui-core/UnloadAppletCommand.h"
 
 #include "ovra-lib-environment/Environment.h"
 #include "ovra-lib-environment/HlEnvironmentHardwareNodes.h"
@@ -166,6 +172,40 @@ TEST_F(Lifecycle, ARescanThatFailsStillEndsForTheUser)
     run(gui::commands::RescanAppletsCommand::create());
     EXPECT_EQ(views->lines(), (Lines{"setRescanInProgress(true)", "setRescanInProgress(false)"}));
     EXPECT_EQ(failures.size(), 1U);
+}
+
+namespace {
+
+/// Compiles and links only when the class exports what a command exports.
+template <class Command, class... Arguments>
+void createCopyAndAssign(const Arguments&... arguments)
+{
+    const boost::shared_ptr<core::Command> created = Command::create(arguments...);
+    Command first(arguments...);
+    const Command second(first);
+    first = second;
+    EXPECT_EQ(created->type(), first.type());
+}
+
+} // namespace
+
+TEST(CommandClasses, ExportTheirFactoryConstructorsAndAssignment)
+{
+    using namespace gui::commands;
+    const boost::shared_ptr<core::models::HlEnvironmentDmaNode> dma;
+    const boost::shared_ptr<core::models::HlEnvironmentLogicalPortNode> port;
+    createCopyAndAssign<InitializeApplicationCommand>();
+    createCopyAndAssign<CleanupApplicationCommand>();
+    createCopyAndAssign<RescanAppletsCommand>();
+    createCopyAndAssign<LoadAppletCommand>(1, std::string("applet"), std::string("mcf"));
+    createCopyAndAssign<UnloadAppletCommand>(1);
+    createCopyAndAssign<StartAcquisitionCommand>(dma, 1);
+    createCopyAndAssign<StartAcquisitionCommand>(port, 1);
+    createCopyAndAssign<StopAcquisitionCommand>(dma);
+    createCopyAndAssign<StopAcquisitionCommand>(port);
+    EXPECT_EQ(CleanupApplicationCommand().type(), core::Command::Cleanup);
+    EXPECT_EQ(UnloadAppletCommand(1).type(), core::Command::Synchronous);
+    EXPECT_EQ(StopAcquisitionCommand(dma).type(), core::Command::Asynchronous);
 }
 
 } // namespace ovra::tests

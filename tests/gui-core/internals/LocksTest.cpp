@@ -7,7 +7,6 @@
 
 #include <atomic>
 #include <functional>
-#include <latch>
 #include <thread>
 #include <vector>
 
@@ -15,13 +14,32 @@ using namespace ovra::templates::platform;
 
 namespace {
 
+/// Where threads wait until all have come. Not std::latch, which loses wake-ups with the cross compiler's library.
+class MeetingPoint
+{
+public:
+    explicit MeetingPoint(int count) : m_missing(count) {}
+
+    void arriveAndWait()
+    {
+        --m_missing;
+        while (m_missing > 0)
+            std::this_thread::yield();
+    }
+
+    bool complete() const { return m_missing == 0; }
+
+private:
+    std::atomic<int> m_missing;
+};
+
 void onThreads(int count, const std::function<void(int)>& work)
 {
-    std::latch start(count);
+    MeetingPoint start(count);
     std::vector<std::jthread> threads;
     for (int i = 0; i < count; ++i)
         threads.emplace_back([&, i] {
-            start.arrive_and_wait();
+            start.arriveAndWait();
             work(i);
         });
 }
@@ -164,13 +182,13 @@ TEST_P(LocksWithThreads, WritersAreAloneAndReadersSeeWholeWrites)
 TEST_P(LocksWithThreads, ReadersAreInsideTogether)
 {
     ReadWriteLock lock;
-    std::latch allInside(GetParam());
+    MeetingPoint allInside(GetParam());
     // Hangs, and fails by the time limit, if one reader keeps another out.
     onThreads(GetParam(), [&](int) {
         const ReadWriteLockGuard guard(&lock, ReadWriteLockGuard::Read);
-        allInside.arrive_and_wait();
+        allInside.arriveAndWait();
     });
-    EXPECT_TRUE(allInside.try_wait());
+    EXPECT_TRUE(allInside.complete());
 }
 
 TEST(ReadWriteLocks, AReaderThatComesAndGoesStopsEnteringOnceAWriterWaits)

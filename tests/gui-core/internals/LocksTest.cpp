@@ -1,7 +1,7 @@
+#include "native/Thread.h"
 #include "platform/ReadWriteLock.h"
 #include "platform/RecursiveMutex.h"
 #include "platform/SpinLockVariableGuard.h"
-#include "platform/Thread.h"
 
 #include <gtest/gtest.h>
 
@@ -14,7 +14,8 @@ using namespace ovra::templates::platform;
 
 namespace {
 
-/// Where threads wait until all have come. Not std::latch, which loses wake-ups with the cross compiler's library.
+/// Where threads wait until all have come. Not std::latch, which loses wake-ups with the cross compiler's
+/// library.
 class MeetingPoint
 {
 public:

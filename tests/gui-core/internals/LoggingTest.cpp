@@ -1,9 +1,9 @@
 #include "TemporaryInstallation.h"
 
+#include "native/Thread.h"
 #include "platform/Logging.h"
 #include "platform/ProcessEnvironment.h"
 #include "platform/SharedLibrary.h"
-#include "platform/Thread.h"
 
 #include "fglib/RuntimeLibrary.h"
 #include "gui-core/EntryPoints.h"

@@ -1,4 +1,4 @@
-#include "platform/Thread.h"
+#include "native/Thread.h"
 
 #include <windows.h>
 

@@ -27,5 +27,5 @@ foreach(library
         IMPORTED_LOCATION "${OVRA_HOST_SDK_${library}}"
         IMPORTED_IMPLIB "${OVRA_HOST_SDK_${library}}")
     target_include_directories(${library} INTERFACE "${OVRA_HOST_SDK}/include")
-    target_link_libraries(${library} INTERFACE third-party-headers)
+    target_link_libraries(${library} INTERFACE boost-headers)
 endforeach()

@@ -7,7 +7,8 @@
 #   ovra_test             a GoogleTest program                      (OvraTesting.cmake)
 #
 #   ovra-options          language, warnings and platform definitions; linked by all of the above
-#   third-party-headers   Boost, nlohmann-json, CLI11 and stb, header-only
+#   boost-headers         Boost, header-only
+#   third-party-headers   the same, and nlohmann-json, CLI11 and stb
 #   demo-programs         everything that is installed, and nothing else
 #
 # Built libraries and programs lie in ${OVRA_STAGE_DIR} (bin/, lib/) just as they do once installed, so
@@ -45,8 +46,8 @@ add_custom_target(demo-programs)
 add_library(ovra-options INTERFACE)
 target_link_libraries(ovra-options INTERFACE Threads::Threads)
 if(MSVC)
-    # /EHs: what has C linkage may throw too. C4251, C4275: exported classes with members of Boost's types; all
-    # modules of a process are built by one compiler.
+    # /EHs: what has C linkage may throw too. C4251, C4275: exported classes with members of Boost's types;
+    # all modules of a process are built by one compiler.
     target_compile_options(ovra-options INTERFACE
         /W4 /WX /permissive- /utf-8 /Zc:__cplusplus /EHs /wd4251 /wd4275)
     target_compile_definitions(ovra-options INTERFACE _CRT_SECURE_NO_WARNINGS) # getenv is good enough
@@ -66,30 +67,39 @@ endif()
 
 # --- header-only libraries -----------------------------------------------------------------------
 
+# boost-headers is all that the product needs; third-party-headers is what the programs around it need.
+add_library(boost-headers INTERFACE)
+target_compile_definitions(boost-headers INTERFACE BOOST_ALL_NO_LIB BOOST_DLL_USE_STD_FS)
 add_library(third-party-headers INTERFACE)
-target_compile_definitions(third-party-headers INTERFACE BOOST_ALL_NO_LIB BOOST_DLL_USE_STD_FS)
-if(CMAKE_CROSSCOMPILING)
-    # The build machine's include folder as a whole would shadow the cross compiler's own headers.
-    # A folder of links shows it the header-only libraries alone.
-    set(OVRA_HEADERS_ROOT "/usr/include" CACHE PATH "Where boost/, nlohmann/, CLI/ and stb/ lie")
-    set(links "${PROJECT_BINARY_DIR}/headers")
-    file(MAKE_DIRECTORY "${links}")
-    foreach(library boost nlohmann CLI stb)
-        if(NOT EXISTS "${OVRA_HEADERS_ROOT}/${library}")
-            message(FATAL_ERROR "No headers of ${library} below ${OVRA_HEADERS_ROOT} (run scripts/setup)")
+target_link_libraries(third-party-headers INTERFACE boost-headers)
+
+# _ovra_headers(<target> <folder> <header>): lets <target> find <folder>/<header>.
+function(_ovra_headers target folder header)
+    if(CMAKE_CROSSCOMPILING)
+        # The build machine's include folder as a whole would shadow the cross compiler's own headers. A folder of
+        # links shows it the header-only libraries alone.
+        set(OVRA_HEADERS_ROOT "/usr/include" CACHE PATH "Where boost/, nlohmann/, CLI/ and stb/ lie")
+        if(NOT EXISTS "${OVRA_HEADERS_ROOT}/${folder}/${header}")
+            message(FATAL_ERROR "No ${folder}/${header} below ${OVRA_HEADERS_ROOT} (run scripts/setup)")
         endif()
-        file(CREATE_LINK "${OVRA_HEADERS_ROOT}/${library}" "${links}/${library}" SYMBOLIC)
-    endforeach()
-    target_include_directories(third-party-headers SYSTEM INTERFACE "${links}")
-else()
-    foreach(header boost/version.hpp nlohmann/json.hpp CLI/CLI.hpp stb/stb_image_write.h)
-        string(MAKE_C_IDENTIFIER "OVRA_INCLUDE_${header}" variable)
-        find_path(${variable} ${header} REQUIRED)
-        mark_as_advanced(${variable})
-        target_include_directories(third-party-headers SYSTEM INTERFACE "${${variable}}")
-    endforeach()
-    target_link_libraries(third-party-headers INTERFACE ${CMAKE_DL_LIBS})
+        set(links "${PROJECT_BINARY_DIR}/headers")
+        file(MAKE_DIRECTORY "${links}")
+        file(CREATE_LINK "${OVRA_HEADERS_ROOT}/${folder}" "${links}/${folder}" SYMBOLIC)
+        target_include_directories(${target} SYSTEM INTERFACE "${links}")
+    else()
+        find_path(OVRA_INCLUDE_${folder} "${folder}/${header}" REQUIRED)
+        mark_as_advanced(OVRA_INCLUDE_${folder})
+        target_include_directories(${target} SYSTEM INTERFACE "${OVRA_INCLUDE_${folder}}")
+    endif()
+endfunction()
+
+_ovra_headers(boost-headers boost version.hpp)
+if(NOT OVRA_HOST_SDK)
+    _ovra_headers(third-party-headers nlohmann json.hpp)
+    _ovra_headers(third-party-headers CLI CLI.hpp)
+    _ovra_headers(third-party-headers stb stb_image_write.h)
 endif()
+target_link_libraries(third-party-headers INTERFACE ${CMAKE_DL_LIBS})
 
 # --- the compiler's own DLLs ---------------------------------------------------------------------
 

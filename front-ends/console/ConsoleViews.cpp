@@ -99,6 +99,13 @@ void ConsoleViews::logMsgCallback(unsigned long level, unsigned long threadId, c
                                   unsigned int line, const char* text, unsigned int, const tOvraLogTag*,
                                   void*)
 {
+    constexpr unsigned long error = 0;
+    constexpr unsigned long warning = 1;
+    // A broken file, or a channel that gets no image, must not go unseen because the log is not shown.
+    if (!m_logShown && level == error)
+        m_printer.error(text);
+    if (!m_logShown && level == warning)
+        m_printer.warning(text);
     if (!m_logShown)
         return;
     m_printer.line("log " + std::string(levelName(level)) + ": " + text + " (thread " +

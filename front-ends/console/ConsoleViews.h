@@ -22,7 +22,7 @@ class ConsoleViews final : public gui::Views
 public:
     ConsoleViews(Printer& printer, ImageCollection& images, ChoiceDialog& dialog);
 
-    /// Whether messages of the host's log are printed. They are not at first.
+    /// Whether all messages of the host's log are printed. At first only its warnings and errors are.
     void setLogShown(bool shown);
     std::map<std::string, std::int64_t> eventCounts() const;
 

@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <system_error>
 
 namespace {
 
@@ -15,8 +16,10 @@ using namespace ovra::console;
 
 bool runScript(const Options& options, Printer& printer)
 {
-    std::ifstream script(std::filesystem::path(options.script));
-    if (!script) {
+    const std::filesystem::path file(options.script);
+    std::error_code none; // a file that cannot be looked at cannot be opened either
+    std::ifstream script(file);
+    if (!script || std::filesystem::is_directory(file, none)) {
         printer.error("cannot read the script " + options.script);
         return false;
     }

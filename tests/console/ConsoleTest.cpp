@@ -6,6 +6,7 @@
 #include <algorithm>
 
 using namespace ovra::tests;
+using testing::AllOf;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::EndsWith;
@@ -71,6 +72,23 @@ TEST(ConsoleErrors, AScriptThatCannotBeReadIsNamed)
     const auto outcome = Workspace().console("", {"--script", "no-such-script.txt"});
     EXPECT_THAT(outcome.lines, ElementsAre("error: cannot read the script no-such-script.txt"));
     EXPECT_EQ(outcome.exitCode, 1);
+
+    const Workspace workspace;
+    const std::string folder = workspace.path("").string();
+    const auto ofAFolder = workspace.console("", {"--script", folder});
+    EXPECT_THAT(ofAFolder.lines, ElementsAre("error: cannot read the script " + folder));
+    EXPECT_EQ(ofAFolder.exitCode, 1);
+}
+
+TEST(ConsoleErrors, ABrokenLineOfTheConfigurationIsToldAndKept)
+{
+    const Workspace workspace;
+    const auto file = workspace.write("entries.txt", "gui.some.entry=1\nno entry at all\n");
+    const auto outcome =
+        workspace.console("sync-mode 0\nload 0 SingleAreaGray.hap\nquit\n", {"--config", file.string()});
+    EXPECT_THAT(outcome.lines,
+                Contains(AllOf(StartsWith("warning: "), HasSubstr("entries.txt"), HasSubstr("2"))))
+        << outcome.text();
 }
 
 /// A machine description that cannot be used, and what the message says beside the file's name.

@@ -51,7 +51,8 @@ double roughness(const Picture& picture)
     return sum / static_cast<double>(picture.pixels.size() - width);
 }
 
-TEST_F(Demo, RunsWithoutErrorFromTheFirstMessageToTheLast)
+// One test, because each would play the whole demo.
+TEST_F(Demo, RunsWithoutErrorAndSavesAPictureOfEveryChannelThatShowsWhetherItsSizeFits)
 {
     EXPECT_EQ(outcome.exitCode, 0) << outcome.text();
     EXPECT_THAT(outcome.linesWith("error:"), IsEmpty()) << outcome.text();
@@ -62,10 +63,7 @@ TEST_F(Demo, RunsWithoutErrorFromTheFirstMessageToTheLast)
     const auto memory = outcome.linesWith("DMA memory: ");
     ASSERT_FALSE(memory.empty());
     EXPECT_TRUE(memory.back().starts_with("DMA memory: 0.0 of ")) << outcome.text();
-}
 
-TEST_F(Demo, SavesAPictureOfEveryChannelThatShowsWhetherItsSizeFits)
-{
     for (const auto& expected : pictures) {
         SCOPED_TRACE(expected.name);
         ASSERT_TRUE(std::filesystem::exists(workspace.path("out") / expected.name)) << outcome.text();

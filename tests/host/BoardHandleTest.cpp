@@ -4,6 +4,7 @@
 #include "ovra-lib-environment/HlEnvironmentHardwareNodes.h"
 #include "ovra-lib-environment/HlEnvironmentModel.h"
 #include "ovra-lib-environment/reference/BoardHandleObserver.h"
+#include "ovra_log/OvraLog.h"
 #include "ovra_log/reference/Journal.h"
 
 #include <gmock/gmock.h>
@@ -80,6 +81,20 @@ TEST_F(BoardHandleTest, IgnoresAnEndWithoutABeginning)
     board->endHandleChange();
     board->setBoardHandle(handle(1));
     EXPECT_THAT(seen, ElementsAre(handle(1)));
+}
+
+TEST_F(BoardHandleTest, LetsAListenerOfTheLogAskAndChangeTheBoardAtAnEndWithoutABeginning)
+{
+    OvraLogInit();
+    OvraLogSetMessageCallback(
+        [](auto, auto, auto, auto, auto, auto, auto, void* userData) {
+            static_cast<HlEnvironmentBoardNode*>(userData)->setBoardHandle(handle(2));
+        },
+        board.get());
+    board->endHandleChange();
+    OvraLogSetMessageCallback(nullptr, nullptr);
+    OvraLogDeinit();
+    EXPECT_THAT(seen, ElementsAre(handle(2)));
 }
 
 TEST_F(BoardHandleTest, CreatesPhysicalPortsWithTheirCamerasBeforeTheUpdateIsSeen)

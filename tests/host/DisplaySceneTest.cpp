@@ -1,6 +1,7 @@
 // How images get from a group to a visualizer.
 
 #include "LogCollector.h"
+#include "RecordScope.h"
 
 #include "ovra-lib-display/DisplayScene.h"
 
@@ -42,6 +43,8 @@ public:
         return m_acquiring;
     }
     std::atomic<bool> refusesToStart{false};
+    std::atomic<std::int64_t> lateImage{0}; // handed out once the acquisition has stopped; 0: none
+    std::atomic<bool> throwsWhileWaiting{false};
 
     void setBufferCount(int) override {}
     unsigned int requestedBufferCount() const override { return 1; }
@@ -72,10 +75,11 @@ public:
     {
         std::unique_lock lock(m_mutex);
         m_changed.wait(lock, [&] { return !m_acquiring || m_newest > after; });
-        if (!m_acquiring)
-            return false;
-        image = {&m_pixel, 1, 1, m_newest};
-        return true;
+        if (throwsWhileWaiting)
+            throw 42;
+        const std::int64_t number = m_acquiring ? m_newest : lateImage.exchange(0);
+        image = {&m_pixel, 1, 1, number};
+        return number != 0;
     }
 
 private:
@@ -172,10 +176,10 @@ TEST_F(DisplaySceneTest, HandsNothingOnOnceItHasStopped)
     scene->startGrabbing(-1);
     group->deliver(1);
     screen.waitFor(1);
+    group->lateImage = 2;
     scene->stopGrabbing();
     EXPECT_FALSE(scene->isGrabbing());
     EXPECT_FALSE(group->acquiring());
-    group->deliver(2);
     EXPECT_THAT(screen.waitFor(1), ElementsAre(1));
     EXPECT_THAT(group->calls(), ElementsAre("start -1", "stop"));
 }
@@ -187,6 +191,8 @@ TEST_F(DisplaySceneTest, WaitsForTheVisualizerThatIsBeingCalledWhenItStops)
     group->deliver(1);
     screen.waitFor(1);
     auto stopped = std::async(std::launch::async, [this] { scene->stopGrabbing(); });
+    while (group->acquiring())
+        std::this_thread::yield();
     EXPECT_EQ(stopped.wait_for(20ms), std::future_status::timeout);
     screen.hold(false);
     stopped.get();
@@ -198,7 +204,9 @@ TEST_F(DisplaySceneTest, WaitsForTheVisualizerThatIsTakenOff)
     screen.hold(true);
     group->deliver(1);
     screen.waitFor(1);
+    const RecordScope record;
     auto detached = std::async(std::launch::async, [this] { scene->setVisualizer(nullptr); });
+    EXPECT_TRUE(record.waitFor("DisplayScene::setVisualizer dma=3 null"));
     EXPECT_EQ(detached.wait_for(20ms), std::future_status::timeout);
     screen.hold(false);
     detached.get();
@@ -262,6 +270,19 @@ TEST_F(DisplaySceneTest, GoesOnAfterAVisualizerThatThrows)
     scene->stopGrabbing();
     EXPECT_THAT(log.texts(), testing::Each(testing::AllOf(HasSubstr("DMA 3"), HasSubstr("no window"))));
     EXPECT_EQ(log.texts().size(), 2U);
+}
+
+TEST_F(DisplaySceneTest, StopsAGroupThatThrows)
+{
+    const LogCollector log;
+    scene->startGrabbing(-1);
+    group->throwsWhileWaiting = true;
+    group->deliver(1);
+    while (scene->isGrabbing())
+        std::this_thread::yield();
+    EXPECT_FALSE(group->acquiring());
+    EXPECT_THAT(log.texts(), ElementsAre(testing::AllOf(HasSubstr("DMA 3"), HasSubstr("unknown type"))));
+    scene->stopGrabbing();
 }
 
 TEST_F(DisplaySceneTest, RefusesToBeStoppedByItsVisualizer)

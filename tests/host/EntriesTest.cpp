@@ -111,6 +111,15 @@ INSTANTIATE_TEST_SUITE_P(
                     LineCase{"TooLarge", "key=99999999999999999999", absent, true}),
     [](const auto& info) { return std::string(info.param.name); });
 
+TEST_F(EntriesTest, SayThatThereIsAFolderInPlaceOfTheFile)
+{
+    folder.write("entries.cfg/something", "x");
+    const LogCollector log;
+    const Application application(options());
+    EXPECT_EQ(HarloApplication::getConfigIntEntry("a", absent), absent);
+    EXPECT_THAT(log.texts(), ElementsAre(testing::HasSubstr("entries.cfg: is a folder, not a file")));
+}
+
 TEST_F(EntriesTest, SayOnceThatTheFileCannotBeWritten)
 {
     const LogCollector log;

@@ -1,6 +1,7 @@
 // The message log.
 
 #include "LogCollector.h"
+#include "RecordScope.h"
 
 #include "ovra_log/reference/Log.h"
 
@@ -70,7 +71,9 @@ TEST(Log, WaitsForTheListenerThatIsTakenOff)
         &listener);
     std::thread other([] { say("held"); });
     listener.entered.get_future().wait();
+    const RecordScope record;
     auto taken = std::async(std::launch::async, [] { OvraLogSetMessageCallback(nullptr, nullptr); });
+    EXPECT_TRUE(record.waitFor("OvraLogSetMessageCallback null"));
     EXPECT_EQ(taken.wait_for(std::chrono::milliseconds(20)), std::future_status::timeout);
     listener.go.set_value();
     taken.get();

@@ -1,5 +1,6 @@
 // The application's loop, and what holds without an application.
 
+#include "LogCollector.h"
 #include "TemporaryFolder.h"
 
 #include "ovra-core/Command.h"
@@ -74,6 +75,51 @@ TEST(Loop, GivesUpAtTheLimit)
 {
     Application application;
     EXPECT_FALSE(application.pumpUntil([] { return false; }, 10ms));
+}
+
+TEST(Loop, WakesALoopOfTheFrontEndForWorkThatIsLeftAtTheLimit)
+{
+    Application application;
+    int wakeUps = 0;
+    application.post([] {});
+    application.setWakeUpCallback([&] { ++wakeUps; });
+    EXPECT_FALSE(application.pumpUntil([] { return false; }, 0ms));
+    EXPECT_EQ(wakeUps, 1);
+}
+
+class LeftByAnExceptionTest : public testing::TestWithParam<void (*)(Application&)>
+{};
+
+TEST_P(LeftByAnExceptionTest, WakesALoopOfTheFrontEndForTheRest)
+{
+    Application application;
+    int wakeUps = 0;
+    bool ran = false;
+    application.post([] { throw std::runtime_error("work"); });
+    application.post([&] { ran = true; });
+    application.setWakeUpCallback([&] { ++wakeUps; });
+    EXPECT_THROW(GetParam()(application), std::runtime_error);
+    EXPECT_EQ(wakeUps, 1);
+    EXPECT_FALSE(ran);
+    application.processEvents();
+    EXPECT_TRUE(ran);
+}
+
+INSTANTIATE_TEST_SUITE_P(Loops, LeftByAnExceptionTest,
+                         testing::Values([](Application& application) { application.exec(); },
+                                         [](Application& application) {
+                                             application.pumpUntil([] { return false; }, 20s);
+                                         }));
+
+TEST(Loop, KeepsTheExceptionOfItsWorkWhereTheWakeUpThrowsAsWell)
+{
+    const LogCollector log;
+    Application application;
+    application.post([] { throw std::runtime_error("work"); });
+    application.post([] {});
+    application.setWakeUpCallback([] { throw std::logic_error("no window"); });
+    EXPECT_THROW(application.exec(), std::runtime_error);
+    EXPECT_THAT(log.texts(), ElementsAre(HasSubstr("wake-up")));
 }
 
 TEST(Loop, IsForTheGuiThread)

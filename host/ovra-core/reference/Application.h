@@ -92,6 +92,9 @@ public:
 
     /// Any thread. True when no command is queued or between its phases.
     bool idle() const;
+    /// Any thread. True from the moment at which the termination of the asynchronous commands, or the end of
+    /// the application, keeps further asynchronous phases from starting.
+    bool terminating() const;
 
     /// GUI thread. Takes \p plugin up: postConstruct, each of \p dependencies, postInjection.
     void addPlugin(const boost::shared_ptr<core::Plugin>& plugin,

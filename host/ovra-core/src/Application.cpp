@@ -82,6 +82,11 @@ bool Application::idle() const
     return m_parts->processor.idle();
 }
 
+bool Application::terminating() const
+{
+    return m_parts->processor.terminating();
+}
+
 void Application::addPlugin(const boost::shared_ptr<Plugin>& plugin,
                             const std::map<std::string, boost::any>& dependencies)
 {

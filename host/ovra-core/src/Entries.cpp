@@ -78,6 +78,11 @@ void Entries::readOnce(Messages& messages)
     std::error_code error;
     if (!std::filesystem::exists(m_file, error))
         return;
+    // Opening a folder succeeds on some systems, and then it looks like an empty file.
+    if (std::filesystem::is_directory(m_file, error)) {
+        messages.push_back(m_file.string() + ": is a folder, not a file; entries have their defaults");
+        return;
+    }
     std::ifstream stream(m_file);
     if (!stream) {
         messages.push_back(m_file.string() + ": cannot be read; entries have their defaults");

@@ -59,7 +59,6 @@ void Processor::terminateAsyncCommands()
     probe("CommandProcessor::terminateAsyncCommands");
     if (!onGuiThread())
         throw std::logic_error("CommandProcessor::terminateAsyncCommands: for the GUI thread only");
-    m_terminating = true;
     stopWorker();
     // The command whose synchronous phase calls this is not among them: its turn comes when that phase has
     // returned.
@@ -78,6 +77,11 @@ bool Processor::idle() const
     return m_open == 0;
 }
 
+bool Processor::terminating() const
+{
+    return m_terminating;
+}
+
 bool Processor::onGuiThread() const
 {
     return std::this_thread::get_id() == m_guiThread;
@@ -85,10 +89,10 @@ bool Processor::onGuiThread() const
 
 void Processor::shutDown()
 {
-    m_terminating = true;
     m_terminated = true;
     {
         const std::lock_guard lock(m_workerMutex);
+        m_terminating = true;
         m_forWorker.clear();
         m_workerEnds = true;
         m_workerChanged.notify_all();
@@ -191,7 +195,8 @@ void Processor::work()
 {
     std::unique_lock lock(m_workerMutex);
     for (;;) {
-        m_workerChanged.wait(lock, [this] { return m_workerEnds || !m_forWorker.empty(); });
+        m_workerChanged.wait(lock,
+                             [this] { return m_workerEnds || (!m_terminating && !m_forWorker.empty()); });
         if (m_workerEnds)
             return;
         Running* const running = m_forWorker.front();
@@ -213,6 +218,7 @@ void Processor::work()
 void Processor::stopWorker()
 {
     std::unique_lock lock(m_workerMutex);
+    m_terminating = true;
     m_forWorker.clear();
     m_workerChanged.wait(lock, [this] { return !m_workerBusy; });
 }

@@ -36,6 +36,7 @@ public:
 
     void setErrorHandler(std::function<void(const PhaseFailure&)> handler);
     bool idle() const;
+    bool terminating() const;
     bool onGuiThread() const;
     /// GUI thread. Ends the worker and drops what has not run.
     void shutDown();
@@ -63,14 +64,16 @@ private:
     void report(const core::Command& command, const char* phase, std::exception_ptr exception);
 
     void work();
-    /// Waits until the worker is between two phases, and keeps it from starting another.
+    /// Keeps the worker from starting another phase, and waits until it is between two.
     void stopWorker();
 
     WorkQueue& m_queue;
     const std::thread::id m_guiThread;
-    std::atomic<int> m_open{0};             // submitted and not yet done with
-    std::atomic<bool> m_terminating{false}; // no three-phase command begins, no asynchronous phase starts
-    std::atomic<bool> m_terminated{false};  // no phase runs
+    std::atomic<int> m_open{0}; // submitted and not yet done with
+    // No three-phase command begins, no asynchronous phase starts. Set under the worker's mutex, so that the
+    // worker cannot take up another phase once the flag is seen.
+    std::atomic<bool> m_terminating{false};
+    std::atomic<bool> m_terminated{false}; // no phase runs
 
     // Touched on the GUI thread only.
     std::function<void(const PhaseFailure&)> m_errorHandler;

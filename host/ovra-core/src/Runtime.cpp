@@ -72,6 +72,7 @@ void checkEntries(const Runtime& bound, const std::filesystem::path& file)
         {"Fg_AcquireEx", bound.Fg_AcquireEx},
         {"Fg_stopAcquireEx", bound.Fg_stopAcquireEx},
         {"Fg_getLastPicNumberBlockingEx", bound.Fg_getLastPicNumberBlockingEx},
+        {"Fg_getLastPicNumberEx", bound.Fg_getLastPicNumberEx},
         {"Fg_getImagePtrEx", bound.Fg_getImagePtrEx},
         {"Fg_getEventCount", bound.Fg_getEventCount},
         {"Fg_getEventName", bound.Fg_getEventName},

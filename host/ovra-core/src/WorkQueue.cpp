@@ -1,5 +1,7 @@
 #include "WorkQueue.h"
 
+#include "ovra_log/reference/Log.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -9,6 +11,26 @@ namespace {
 // How long a condition that no queued work brings about may go unnoticed.
 constexpr std::chrono::milliseconds lookInterval{5};
 } // namespace
+
+class WorkQueue::RestAnnounced
+{
+public:
+    explicit RestAnnounced(WorkQueue& queue) : m_queue(queue) {}
+    ~RestAnnounced()
+    {
+        try {
+            m_queue.announceRest();
+        } catch (...) {
+            // Possibly on the way out with an exception of the work, which must not be lost.
+            log(LogLevel::Error, "The front end's wake-up failed");
+        }
+    }
+    RestAnnounced(const RestAnnounced&) = delete;
+    RestAnnounced& operator=(const RestAnnounced&) = delete;
+
+private:
+    WorkQueue& m_queue;
+};
 
 void WorkQueue::post(Work work)
 {
@@ -41,9 +63,9 @@ void WorkQueue::quit()
 
 void WorkQueue::exec()
 {
+    const RestAnnounced announced(*this);
     while (const auto work = takeUnlessQuit())
         (*work)();
-    announceRest();
 }
 
 void WorkQueue::processEvents()
@@ -64,6 +86,7 @@ void WorkQueue::processEvents()
 
 bool WorkQueue::pumpUntil(const std::function<bool()>& condition, std::chrono::milliseconds limit)
 {
+    const RestAnnounced announced(*this);
     const auto deadline = Clock::now() + limit;
     while (!condition()) {
         const auto now = Clock::now();
@@ -72,7 +95,6 @@ bool WorkQueue::pumpUntil(const std::function<bool()>& condition, std::chrono::m
         if (const auto work = takeUntil(std::min(deadline, now + lookInterval)))
             (*work)();
     }
-    announceRest();
     return true;
 }
 

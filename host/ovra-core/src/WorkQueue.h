@@ -38,6 +38,8 @@ private:
     std::optional<Work> takeNow();
     std::optional<Work> pop(); // under the lock
     void announceRest();
+    /// Announces the rest at the end of a scope, however the scope ends.
+    class RestAnnounced;
 
     std::mutex m_mutex;
     std::condition_variable m_changed;

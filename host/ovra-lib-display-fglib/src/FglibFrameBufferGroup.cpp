@@ -5,6 +5,7 @@
 #include "ovra_log/reference/LiveObjects.h"
 #include "ovra_log/reference/Log.h"
 
+#include <algorithm>
 #include <atomic>
 #include <condition_variable>
 #include <exception>
@@ -22,7 +23,11 @@ using reference::probe;
 
 namespace {
 constexpr unsigned int defaultTimeoutSeconds = 10;
-}
+
+// A ring that is overwritten while one image is copied gives no better one at the next attempt, as a rule:
+// more attempts than these would only take time from whoever shows the images.
+constexpr int copyAttempts = 3;
+} // namespace
 
 /// What the group is about:
 ///
@@ -87,7 +92,9 @@ struct FglibFrameBufferGroup::State
         Failed // the runtime gave up, not the client
     };
     Wait waitOnce(std::int64_t after, Image& image, FgFrameIndex& number);
-    FgFrameIndex fetch(FgFrameIndex wanted, FgBufferRing_s* source, std::size_t bytes);
+    FgFrameIndex fetch(FgFrameIndex wanted, const BufferRing& source);
+    FgFrameIndex copyNewest(FgFrameIndex wanted, const BufferRing& source);
+    bool overwritten(FgFrameIndex number, const BufferRing& source) const;
 
     std::string text(const std::string& message) const
     {
@@ -290,19 +297,36 @@ void FglibFrameBufferGroup::State::release()
 
 /// Waits in the runtime, without the lock, for a picture of at least the number \p wanted, and copies the
 /// newest. A negative result is the runtime's code.
-FgFrameIndex FglibFrameBufferGroup::State::fetch(FgFrameIndex wanted, FgBufferRing_s* source,
-                                                 std::size_t bytes)
+FgFrameIndex FglibFrameBufferGroup::State::fetch(FgFrameIndex wanted, const BufferRing& source)
+{
+    FgFrameIndex number = copyNewest(wanted, source);
+    for (int attempt = 1; attempt < copyAttempts && number > 0 && overwritten(number, source); ++attempt)
+        number = copyNewest(number, source);
+    // Where the ring stays too fast, the newest image is shown as it is: better than none at all.
+    return number;
+}
+
+FgFrameIndex FglibFrameBufferGroup::State::copyNewest(FgFrameIndex wanted, const BufferRing& source)
 {
     const FgFrameIndex number = runtime->Fg_getLastPicNumberBlockingEx(
-        handle, wanted, dma, static_cast<int>(timeoutSeconds.load()), source);
+        handle, wanted, dma, static_cast<int>(timeoutSeconds.load()), source.get());
     if (number < wanted)
         return number < 0 ? number : FG_TIMEOUT;
     const auto* const pixels =
-        static_cast<const std::uint8_t*>(runtime->Fg_getImagePtrEx(handle, number, dma, source));
+        static_cast<const std::uint8_t*>(runtime->Fg_getImagePtrEx(handle, number, dma, source.get()));
     if (!pixels)
         return FG_INVALID_MEMORY;
-    copy.assign(pixels, pixels + bytes);
+    copy.assign(pixels, pixels + source.geometry().bytes());
     return number;
+}
+
+/// True when the runtime may have written to the buffer of picture \p number since that was the newest. It
+/// fills the buffer that follows the newest one, so it is there one picture before its number comes round.
+bool FglibFrameBufferGroup::State::overwritten(FgFrameIndex number, const BufferRing& source) const
+{
+    const FgFrameIndex latest = runtime->Fg_getLastPicNumberEx(handle, dma, source.get());
+    // In a ring of one buffer only a further picture shows it.
+    return latest - number >= std::max<FgFrameIndex>(1, FgFrameIndex{source.count()} - 1);
 }
 
 FglibFrameBufferGroup::State::Wait FglibFrameBufferGroup::State::waitOnce(std::int64_t after, Image& image,
@@ -313,11 +337,11 @@ FglibFrameBufferGroup::State::Wait FglibFrameBufferGroup::State::waitOnce(std::i
     if (!running)
         return Wait::Ended;
     const std::int64_t base = earlier;
-    const Geometry size = ring->geometry();
-    FgBufferRing_s* const source = ring->get();
+    const BufferRing& source = *ring; // stays while this is counted in waiters
+    const Geometry size = source.geometry();
     ++waiters;
     lock.unlock();
-    number = fetch(after - base + 1, source, size.bytes());
+    number = fetch(after - base + 1, source);
     lock.lock();
     --waiters;
     changed.notify_all();

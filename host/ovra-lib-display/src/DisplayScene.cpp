@@ -31,6 +31,21 @@ struct Joined
     ~Joined() { thread.join(); }
 };
 
+/// For the grabbing thread, which has nobody to pass an exception on to.
+template <class Step>
+void logFailure(const FrameBufferGroup& source, const std::string& failure, Step step)
+{
+    std::string reason;
+    try {
+        return step();
+    } catch (const std::exception& error) {
+        reason = error.what();
+    } catch (...) {
+        reason = "an exception of unknown type";
+    }
+    log(LogLevel::Error, "DMA " + std::to_string(source.dmaIndex()) + ": " + failure + ": " + reason);
+}
+
 } // namespace
 
 /// Two locks. `control` makes a start, a stop and a change of the group wait for each other; it is held while
@@ -67,6 +82,7 @@ struct DisplayScene::State
     void start(int images);
     void stop();
     void grab(FrameBufferGroup& source, int images);
+    void takeImages(FrameBufferGroup& source, int images);
     void take(const Image& image, std::int64_t previous, Clock::time_point started);
     void show(const Image& image);
     void refuseGrabber(const char* operation) const;
@@ -119,23 +135,24 @@ void DisplayScene::State::stop()
 void DisplayScene::State::grab(FrameBufferGroup& source, int images)
 {
     grabberId = std::this_thread::get_id();
+    logFailure(source, "grabbing ended", [&] { takeImages(source, images); });
+    // After a failure as well: nobody else stops a source that has nobody left to take its images.
+    logFailure(source, "acquisition could not be stopped", [&] { source.stopAcquisition(); });
+    grabberId = std::thread::id();
+    grabbing = false;
+}
+
+void DisplayScene::State::takeImages(FrameBufferGroup& source, int images)
+{
     const auto started = Clock::now();
     std::int64_t newest = 0;
     Image image;
-    try {
-        while (!stopping && (images < 0 || newest < images) && source.waitForImage(newest, image)) {
-            if (stopping)
-                break;
-            take(image, newest, started);
-            newest = image.number;
-        }
-        source.stopAcquisition();
-    } catch (const std::exception& error) {
-        log(LogLevel::Error,
-            "DMA " + std::to_string(source.dmaIndex()) + ": grabbing ended: " + error.what());
+    while (!stopping && (images < 0 || newest < images) && source.waitForImage(newest, image)) {
+        if (stopping)
+            return;
+        take(image, newest, started);
+        newest = image.number;
     }
-    grabberId = std::thread::id();
-    grabbing = false;
 }
 
 void DisplayScene::State::take(const Image& image, std::int64_t previous, Clock::time_point started)

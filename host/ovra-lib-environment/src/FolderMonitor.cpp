@@ -62,6 +62,8 @@ void FolderMonitor::lookOnce() const
     } catch (const std::exception& error) {
         reference::log(reference::LogLevel::Error,
                        std::string("Applet folders could not be looked at: ") + error.what());
+    } catch (...) {
+        reference::log(reference::LogLevel::Error, "Applet folders could not be looked at");
     }
 }
 

@@ -1,13 +1,18 @@
 #include "ovra-lib-environment/HlEnvironmentBoardNode.h"
 
 #include "PluggedCameras.h"
+#include "ovra-core/reference/Runtime.h"
 #include "ovra-lib-environment/HlEnvironmentFileNode.h"
 #include "ovra-lib-environment/reference/BoardHandleObserver.h"
 #include "ovra_log/reference/Journal.h"
 #include "ovra_log/reference/LiveObjects.h"
 #include "ovra_log/reference/Log.h"
 
+#include <array>
+#include <charconv>
+#include <optional>
 #include <sstream>
+#include <string_view>
 
 namespace ovra::core::models {
 
@@ -22,6 +27,25 @@ template <class Pointer>
 const char* given(const Pointer& pointer)
 {
     return pointer ? " set" : " null";
+}
+
+std::optional<unsigned int> connectorsOf(int boardIndex)
+{
+    const auto runtime = reference::runtime();
+    if (!runtime)
+        return std::nullopt;
+    std::array<char, 16> text{};
+    std::size_t bytes = text.size();
+    if (runtime->Fg_getSystemInformation(nullptr, FG_INFO_NR_OF_PORTS, static_cast<unsigned int>(boardIndex),
+                                         text.data(), &bytes) != FG_OK)
+        return std::nullopt;
+    text.back() = '\0';
+    const std::string_view digits = text.data();
+    unsigned int count = 0;
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), count);
+    if (error != std::errc{} || end != digits.data() + digits.size())
+        return std::nullopt;
+    return count;
 }
 
 } // namespace
@@ -126,10 +150,12 @@ void HlEnvironmentBoardNode::endChange()
 {
     Fg_Struct_s* after = nullptr;
     {
-        const std::lock_guard lock(m_change->mutex);
-        if (m_change->depth == 0)
+        std::unique_lock lock(m_change->mutex);
+        if (m_change->depth == 0) {
+            lock.unlock(); // a listener of the log may ask the board
             return reference::log(reference::LogLevel::Error,
                                   "A board's handle change ends that never began");
+        }
         if (--m_change->depth > 0)
             return;
         after = m_handle;
@@ -144,14 +170,15 @@ void HlEnvironmentBoardNode::endChange()
     m_change->changed(after);
 }
 
-// One for each camera, and those below: the applet's ports are numbered from 0.
+// One for each connector. A runtime that does not tell how many there are leaves one for each camera, and
+// those below: the applet's ports are numbered from 0.
 void HlEnvironmentBoardNode::createPhysicalPorts()
 {
     const Unrecorded own;
     const auto plugged = camerasOf(*this);
-    if (plugged.empty())
-        return;
-    for (unsigned int index = 0; index <= plugged.rbegin()->first; ++index)
+    const unsigned int reached = plugged.empty() ? 0 : plugged.rbegin()->first + 1;
+    const unsigned int count = connectorsOf(m_index).value_or(reached);
+    for (unsigned int index = 0; index < count; ++index)
         m_ports->add(index, HlEnvironmentPortNode::create(index));
     attachCameras(*this);
 }

@@ -81,6 +81,9 @@ extern "C" int onEvents(std::uint64_t events, void* userData, const FgEventInfo*
         deliver(*delivery, events, info ? *info : FgEventInfo{});
     } catch (const std::exception& error) {
         log(LogLevel::Error, std::string("An event could not be delivered: ") + error.what());
+    } catch (...) {
+        // The caller is the runtime, which knows no exceptions at all.
+        log(LogLevel::Error, "An event could not be delivered");
     }
     return 0;
 }

@@ -18,10 +18,11 @@ struct Record
     bool faultStruck = false;
 };
 
+// Never destroyed: threads that still run at the end of the process call operations.
 Record& theRecord()
 {
-    static Record record;
-    return record;
+    static Record* const record = new Record;
+    return *record;
 }
 
 thread_local int unrecordedScopes = 0;

@@ -15,10 +15,11 @@ struct Uses
     std::map<std::string, int> byLibrary;
 };
 
+// Never destroyed: a static owner may shut a library down at the end of the process.
 Uses& theUses()
 {
-    static Uses uses;
-    return uses;
+    static Uses* const uses = new Uses;
+    return *uses;
 }
 
 bool takeBack(const std::string& library)

@@ -29,10 +29,11 @@ struct Dispatch
     std::shared_ptr<Listener> listener;
 };
 
+// Never destroyed: threads that still run at the end of the process log.
 Dispatch& theDispatch()
 {
-    static Dispatch dispatch;
-    return dispatch;
+    static Dispatch* const dispatch = new Dispatch;
+    return *dispatch;
 }
 
 // Threads are numbered in the order in which they first log: the same on every platform, and short to read.

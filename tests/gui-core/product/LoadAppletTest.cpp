@@ -427,7 +427,7 @@ TEST_F(LoadApplet, UnloadingTakesTheBoardApartInItsFixedOrder)
 {
     const auto applet = installation.addAlphaApplet(
         "several.hap",
-        R"("processes": [{"dmas": [0], "ports": [0, 1, 2]}, {}], "dmas": [{"index": 0, "width": 8, "height": 8}])");
+        R"("processes": [{"dmas": [0], "ports": [0, 1, 2, 3]}, {}], "dmas": [{"index": 0, "width": 8, "height": 8}])");
     start();
     load(ALPHA_SERIAL, applet);
     Journal::start();
@@ -465,6 +465,7 @@ TEST_F(LoadApplet, UnloadingTakesTheBoardApartInItsFixedOrder)
         removeChild + "board-a1b2c3-process-0-port-0",
         removeChild + "board-a1b2c3-process-0-port-1",
         removeChild + "board-a1b2c3-process-0-port-2",
+        removeChild + "board-a1b2c3-process-0-port-3",
         removeChild + "board-a1b2c3-process-1",
         "FgLibModel::stop",
         "FgLibModel::removeFrameBufferGroup",
@@ -481,8 +482,8 @@ TEST_F(LoadApplet, UnloadingTakesTheBoardApartInItsFixedOrder)
         "HlEnvironmentBoardNode::setNoDmaFrontendRegInfoPointer",
         "Children::clear count=1", // DMA channels
         "Children::clear count=2", // processes
-        "Children::clear count=3", // logical ports
-        "Children::clear count=2", // physical ports
+        "Children::clear count=4", // logical ports
+        "Children::clear count=3", // physical ports
         "HlEnvironmentBoardNode::setFglibEventsModel",
         "HlEnvironmentBoardNode::beginHandleChange",
         "HlEnvironmentBoardNode::setBoardHandle",

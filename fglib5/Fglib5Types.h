@@ -176,7 +176,7 @@ enum FgInfoSelector : int
     FG_INFO_NR_OF_BOARDS = 1, ///< decimal text
     FG_INFO_BOARD_SERIAL = 2, ///< lowercase hexadecimal text
     FG_INFO_MACHINE_NAME = 3, ///< text
-    FG_INFO_NR_OF_PORTS = 4,     ///< camera connectors of a board, decimal text
+    FG_INFO_NR_OF_PORTS = 4,  ///< camera connectors of a board, decimal text
 };
 
 // What Fg_getAppletIterator starts from. A board index below 0 always gives an empty list.

@@ -12,9 +12,8 @@
 ///   OVRA_LOG_FILE                  the file that lines are appended to; standard error where it is missing
 ///   OVRA_LOG_LEVEL                 threshold of all loggers, 7 where it is missing
 ///   OVRA_LOG_LEVELS                thresholds by tag: "guard.library=2;other=5"
-///   OVRA_LOG_CALLBACK_ON_CONNECT   tags separated by ";": the client is called back for these loggers while
-///   it
-///                                  connects, as soon as it has both functions
+///   OVRA_LOG_CALLBACK_ON_CONNECT   tags separated by ";": the client is called back for these loggers
+///                                  while it connects, as soon as it has both functions
 ///
 /// A message becomes one line: its level, its logger's tag, its text. All functions may be called from any
 /// thread; none is called back under a lock.

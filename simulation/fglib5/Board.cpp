@@ -110,14 +110,32 @@ void Board::setCameraInteger(unsigned int port, int selector, int value)
     (width ? camera.width : camera.height) = value;
 }
 
+void Board::drawAhead() const
+{
+    for (const auto& [port, camera] : cameras_) {
+        const int width = cameraInteger(port, FGCAM_WIDTH), height = cameraInteger(port, FGCAM_HEIGHT);
+        if (FrameCycle::quickToDraw(width, height))
+            FrameCycle::ofScene(camera.description.scene, width, height);
+    }
+}
+
 void Board::startCamera(unsigned int port)
 {
     std::unique_lock lock(mutex_);
-    const auto& camera = at(port);
-    const int width = camera.width, height = camera.height;
-    lock.unlock(); // drawing takes a while
-    auto images = FrameCycle::ofScene(camera.description.scene, width, height);
-    setStream(port,
+    auto& camera = at(port);
+    const auto stops = camera.stops;
+    std::shared_ptr<const FrameCycle> images;
+    int width = 0, height = 0;
+    while (width != camera.width || height != camera.height) { // the size can be changed while it is drawn
+        width = camera.width;
+        height = camera.height;
+        lock.unlock();
+        images = FrameCycle::ofScene(camera.description.scene, width, height);
+        lock.lock();
+        if (camera.stops != stops)
+            return;
+    }
+    setStream(camera,
               std::make_shared<const Stream>(std::move(images), camera.description.frameRate,
                                              std::chrono::steady_clock::now()),
               "FG_CAMERA_STARTED");
@@ -125,17 +143,19 @@ void Board::startCamera(unsigned int port)
 
 void Board::stopCamera(unsigned int port)
 {
-    setStream(port, nullptr, "FG_CAMERA_STOPPED");
-}
-
-void Board::setStream(unsigned int port, std::shared_ptr<const Stream> stream, const char* event)
-{
     const std::lock_guard lock(mutex_);
     auto& camera = at(port);
+    ++camera.stops;
+    if (camera.stream)
+        setStream(camera, nullptr, "FG_CAMERA_STOPPED");
+}
+
+void Board::setStream(Camera& camera, std::shared_ptr<const Stream> stream, const char* event)
+{
     camera.stream = std::move(stream);
     if (!grabber_)
         return;
-    grabber_->setCameraStream(port, camera.stream);
+    grabber_->setCameraStream(camera.description.port, camera.stream);
     grabber_->events().raise(grabber_->events().maskOf(event), 0);
 }
 

@@ -27,13 +27,18 @@ public:
     /// Null while the board is vacant.
     std::shared_ptr<Grabber> grabber() const;
 
+    /// Draws the cameras' images at their present sizes: a start finds them, and its first image is in time.
+    void drawAhead() const;
+
     // Cameras. All throw FG_INVALID_ARGUMENT for a port without a camera.
     int cameras() const;
     int portOf(unsigned int position) const;
     const CameraDescription& camera(unsigned int port) const;
     int cameraInteger(unsigned int port, int selector) const;
     void setCameraInteger(unsigned int port, int selector, int value);
+    /// May draw, which takes a while; a stop meanwhile ends the start.
     void startCamera(unsigned int port);
+    /// No effect on a camera at rest.
     void stopCamera(unsigned int port);
 
 private:
@@ -43,11 +48,12 @@ private:
         int width;
         int height;
         std::shared_ptr<const Stream> stream; ///< null while it does not acquire
+        unsigned int stops = 0;               ///< how often it was told to
     };
 
     const Camera& at(unsigned int port) const;
     Camera& at(unsigned int port);
-    void setStream(unsigned int port, std::shared_ptr<const Stream> stream, const char* event);
+    void setStream(Camera& camera, std::shared_ptr<const Stream> stream, const char* event);
 
     const BoardDescription description_;
     mutable std::mutex mutex_; ///< may be held while a channel's lock is taken, not the reverse

@@ -14,6 +14,15 @@ namespace {
 // A board has memory of its own: a channel that is late catches up with this much of its source.
 constexpr std::chrono::milliseconds boardMemory{500};
 
+// With this many images at most, one right after the other, does a channel catch up. The newest image that a
+// reader has been given is then still whole, and the source goes on at its own pace before its buffer is due.
+FgFrameIndex longestCatchUp(const BufferRing& ring, FgFrameIndex wanted)
+{
+    if (wanted != FG_GRAB_INFINITE && wanted <= ring.size())
+        return std::numeric_limits<FgFrameIndex>::max(); // no buffer is written twice
+    return std::max<FgFrameIndex>(ring.size() - 2, 1);
+}
+
 constexpr auto nobodyWaits = std::numeric_limits<FgFrameIndex>::max();
 
 std::atomic<std::int64_t> acquiringNow{0};
@@ -29,7 +38,11 @@ std::string eventName(const char* kind, int dma)
 struct DmaChannel::Pace
 {
     std::shared_ptr<const Stream> stream;
-    std::uint64_t next = 0; ///< number of that image, from 0 at the source's start
+    std::uint64_t next = 0;    ///< number of that image, from 0 at the source's start
+    std::uint64_t longest;     ///< images that may be written without waiting in between
+    std::uint64_t written = 0; ///< images since the channel last waited for its source
+
+    explicit Pace(FgFrameIndex longestCatchUp) : longest(static_cast<std::uint64_t>(longestCatchUp)) {}
 
     /// The channel has had this source in view since \p joined: what went by before is not for it.
     void follow(const std::shared_ptr<const Stream>& source, Clock::time_point joined)
@@ -48,13 +61,19 @@ struct DmaChannel::Pace
         return stream->start + std::chrono::duration_cast<Clock::duration>(since);
     }
 
-    // Leaves out what the board's memory cannot hold; returns how many images that were.
+    // Leaves out the oldest of the images that are due, where they are more than the board's memory holds or
+    // than may still be written without waiting; returns how many that were. The image that is next then may
+    // not be due yet.
     FgFrameIndex skipLost(Clock::time_point now)
     {
-        const std::chrono::duration<double> late = now - due() - boardMemory;
-        if (late.count() <= 0)
+        const std::chrono::duration<double> late = now - due(), memory = boardMemory;
+        const auto waiting = static_cast<std::uint64_t>(late.count() * stream->frameRate) + 1;
+        const auto held =
+            std::max(static_cast<std::uint64_t>(memory.count() * stream->frameRate), std::uint64_t{1});
+        const auto kept = std::min(held, longest - written);
+        if (waiting <= kept)
             return 0;
-        const auto lost = static_cast<std::uint64_t>(late.count() * stream->frameRate) + 1;
+        const auto lost = waiting - kept;
         next += lost;
         return static_cast<FgFrameIndex>(lost);
     }
@@ -176,6 +195,7 @@ void DmaChannel::updateGeneratorStream()
 {
     std::unique_lock lock(mutex_);
     generatorStream_.reset();
+    const auto order = ++generatorOrders_;
     const bool needed = generatorOn_ && running_;
     const int width = width_, height = height_;
     const double rate = generatorRate_;
@@ -184,7 +204,7 @@ void DmaChannel::updateGeneratorStream()
         auto cycle = FrameCycle::ofPattern(description_.generator->pattern, width, height);
         auto stream = std::make_shared<const Stream>(std::move(cycle), rate, Clock::now());
         lock.lock();
-        if (generatorOn_ && generatorRate_ == rate)
+        if (order == generatorOrders_) // else it was drawn for a size or a rate of the past
             generatorStream_ = std::move(stream);
         lock.unlock();
     }
@@ -253,7 +273,7 @@ void DmaChannel::run()
 {
     threadId_ = std::this_thread::get_id();
     std::unique_lock lock(mutex_);
-    Pace pace;
+    Pace pace(longestCatchUp(*ring_, wanted_));
     lastApc_ = Clock::now();
     const auto bytes = static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_);
     while (!stopping_ && last_ != wanted_) {
@@ -285,6 +305,7 @@ bool DmaChannel::imageDue(std::unique_lock<std::mutex>& lock, Pace& pace)
     if (pace.stream != source())
         pace.follow(source(), joined_);
     if (!pace.stream) {
+        pace.written = 0;
         changed_.wait(lock);
         return false;
     }
@@ -292,6 +313,7 @@ bool DmaChannel::imageDue(std::unique_lock<std::mutex>& lock, Pace& pace)
         return true;
     const auto now = Clock::now();
     if (now < pace.due()) {
+        pace.written = 0;
         changed_.wait_until(lock, pace.due());
         return false;
     }
@@ -299,6 +321,9 @@ bool DmaChannel::imageDue(std::unique_lock<std::mutex>& lock, Pace& pace)
     lost_ += lost;
     if (lost > 0)
         events_.raise(lossEvent_, last_);
+    if (pace.written == pace.longest)
+        return false;
+    ++pace.written;
     return true;
 }
 

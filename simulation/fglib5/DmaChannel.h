@@ -8,6 +8,14 @@
 /// | finished  | all wanted ones are there    | > acquiring | > stopped  | FG_NOT_ACQUIRING |
 /// | closed    | none, the board is freed     | refused     | no effect  | FG_NOT_ACQUIRING |
 ///
+/// A channel that is late catches up with ring size - 2 images at most (at least 1) before it waits for its
+/// source again; what is older is lost. With 3 buffers or more, a reader that takes the newest image has
+/// nearly two of the source's periods at the worst, and ring size of them as a rule, until its buffer is
+/// written again. An acquisition of no more images than the ring has buffers catches up without that limit.
+/// Nothing protects a reader beyond that, as on hardware: with a source as fast as possible, or a ring
+/// of 1 or 2 buffers, it can be overtaken while it copies. Whether it was is told by lastFrame() after the
+/// copy.
+///
 /// Safe from any thread.
 #pragma once
 
@@ -100,6 +108,7 @@ private:
     double generatorRate_;
     std::shared_ptr<const Stream> cameraStream_;
     std::shared_ptr<const Stream> generatorStream_;
+    std::uint64_t generatorOrders_ = 0; ///< counts what can make a pattern being drawn the wrong one
     Clock::time_point joined_; ///< since when the channel has taken images of the present kind of source
     std::optional<FgApcControl> apc_;
     Clock::time_point lastApc_;

@@ -112,7 +112,7 @@ void EventHub::setCallback(std::uint64_t mask, FgEventCallback callback, void* u
             thread_ = std::thread([this] { run(); });
     }
     if (std::this_thread::get_id() != thread_.get_id())
-        idle_.wait(lock, [&] { return !calling_; });
+        idle_.wait(lock, [this, current = calls_] { return !calling_ || calls_ != current; });
 }
 
 void EventHub::run()
@@ -126,6 +126,7 @@ void EventHub::run()
         queue_.pop_front();
         const auto callbacks = callbacks_;
         calling_ = true;
+        ++calls_;
         lock.unlock();
         for (const auto& callback : callbacks)
             if ((callback.mask & info.mask) != 0)

@@ -74,6 +74,7 @@ private:
     unsigned int dropped_ = 0;
     std::vector<Callback> callbacks_;
     bool calling_ = false;
+    std::uint64_t calls_ = 0; ///< the call that is under way: with events queued, the next begins at once
     bool closed_ = false;
     std::thread thread_;
 };

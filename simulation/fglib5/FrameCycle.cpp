@@ -19,11 +19,11 @@ constexpr std::size_t mostKept = 256UL << 20U;    // bytes
 int cycleLength(int width, int height, int wanted)
 {
     const auto bytes = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
-    return std::clamp(static_cast<int>(largestCycle / bytes), 2, wanted);
+    return std::clamp(static_cast<int>(largestCycle / bytes), 1, wanted);
 }
 
-// The cycles drawn of late. Starting a camera again, or a second channel with the same pattern, draws
-// nothing.
+// The cycles asked for of late. Starting a camera again, or a second channel with the same pattern, draws
+// nothing. Who wants a cycle that is being drawn waits for it, and for no other one.
 class Shelf
 {
 public:
@@ -38,32 +38,52 @@ public:
 
     std::shared_ptr<const FrameCycle> get(const Key& key, const Draw& draw)
     {
-        const std::lock_guard lock(mutex_); // held while drawing: who wants the same cycle waits for it
-        const auto found = std::ranges::find(cycles_, key, &Entry::first);
-        if (found != cycles_.end())
-            return found->second;
-        cycles_.emplace_back(key, draw());
-        auto kept = cycles_.back().second;
-        dropOldest();
-        return kept;
+        const auto place = placeOf(key);
+        const std::lock_guard drawing(place->drawing);
+        if (!place->cycle) {
+            place->cycle = draw();
+            count(*place);
+        }
+        return place->cycle;
     }
 
 private:
-    using Entry = std::pair<Key, std::shared_ptr<const FrameCycle>>;
-
-    void dropOldest()
+    struct Place
     {
+        explicit Place(const Key& wanted) : key(wanted) {}
+
+        const Key key;
+        std::size_t bytes = 0; ///< 0 until the cycle has been drawn; under the shelf's lock
+        std::mutex drawing;    ///< taken before the shelf's lock
+        std::shared_ptr<const FrameCycle> cycle;
+    };
+
+    std::shared_ptr<Place> placeOf(const Key& key)
+    {
+        const std::lock_guard lock(mutex_);
+        const auto found = std::ranges::find(places_, key, [](const auto& place) { return place->key; });
+        auto place = found == places_.end() ? std::make_shared<Place>(key) : *found;
+        if (found != places_.end())
+            places_.erase(found);
+        places_.push_back(place); // the one asked for last is dropped last
+        return place;
+    }
+
+    void count(Place& drawn)
+    {
+        const std::lock_guard lock(mutex_);
+        drawn.bytes = drawn.cycle->bytes();
         std::size_t bytes = 0;
-        for (const auto& [key, cycle] : cycles_)
-            bytes += cycle->bytes();
-        while (cycles_.size() > 1 && bytes > mostKept) {
-            bytes -= cycles_.front().second->bytes();
-            cycles_.pop_front();
+        for (const auto& place : places_)
+            bytes += place->bytes;
+        while (places_.size() > 1 && bytes > mostKept) {
+            bytes -= places_.front()->bytes;
+            places_.pop_front();
         }
     }
 
     std::mutex mutex_;
-    std::deque<Entry> cycles_;
+    std::deque<std::shared_ptr<Place>> places_;
 };
 
 } // namespace
@@ -96,6 +116,11 @@ std::shared_ptr<const FrameCycle> FrameCycle::ofPattern(Pattern pattern, int wid
             cycle->images_.push_back(drawPattern(pattern, width, height, i, count));
         return cycle;
     });
+}
+
+bool FrameCycle::quickToDraw(int width, int height)
+{
+    return static_cast<std::int64_t>(width) * height <= std::int64_t{4} << 20U;
 }
 
 std::size_t FrameCycle::bytes() const

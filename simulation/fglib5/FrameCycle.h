@@ -18,8 +18,12 @@ class FrameCycle
 {
 public:
     /// Draw the cycle, or take it from those kept of late. A first drawing takes some 0.1 s a megapixel.
+    /// Large images make a shorter cycle.
     static std::shared_ptr<const FrameCycle> ofScene(Scene scene, int width, int height);
     static std::shared_ptr<const FrameCycle> ofPattern(Pattern pattern, int width, int height);
+
+    /// Whether a cycle of this size may be drawn before anybody has asked for it.
+    static bool quickToDraw(int width, int height);
 
     /// Writes image \p number (from 0) as a DMA channel does: the pixels of the image, line after line, as
     /// one stream into \p target. The channel cuts that stream into lines of its own width, so a camera of

@@ -102,7 +102,6 @@ void Grabber::close()
 }
 
 // --- layout
-// -------------------------------------------------------------------------------------------------
 
 bool Grabber::isLayoutQuery(int parameter)
 {
@@ -133,7 +132,6 @@ int Grabber::layout(int query, unsigned int process, int value) const
 }
 
 // --- parameters
-// -----------------------------------------------------------------------------------------------
 
 const Grabber::Channel& Grabber::channelOf(unsigned int dma) const
 {
@@ -202,6 +200,7 @@ void Grabber::set(int parameter, unsigned int dma, const ParameterValue& value)
 void Grabber::takeUpGenerator(unsigned int dma)
 {
     auto& channel = channelOf(dma);
+    const std::lock_guard inOrder(channel.generator); // the values read last are those applied last
     std::unique_lock lock(mutex_);
     const bool on = channel.parameters.integer(FG_GEN_ENABLE) != 0;
     const double rate = std::get<double>(channel.parameters.get(FG_GEN_FRAMERATE));
@@ -279,7 +278,13 @@ void Grabber::apply(const std::vector<Setting>& settings)
 }
 
 // --- images
-// ---------------------------------------------------------------------------------------------------
+
+void Grabber::drawAhead() const
+{
+    for (const auto& dma : applet_.dmas)
+        if (dma.generator && FrameCycle::quickToDraw(dma.width, dma.height))
+            FrameCycle::ofPattern(dma.generator->pattern, dma.width, dma.height);
+}
 
 DmaChannel& Grabber::channel(unsigned int dma)
 {

@@ -69,6 +69,8 @@ public:
     void apply(const std::vector<Setting>& settings);
 
     // --- images
+    /// Draws the generators' patterns at the sizes that the channels have at first.
+    void drawAhead() const;
     DmaChannel& channel(unsigned int dma);
     /// Acquires into \p ring, or into the channel's own one where that is null.
     void acquire(unsigned int dma, FgFrameIndex frames, FgBufferRing* ring);
@@ -96,6 +98,7 @@ private:
         {}
 
         ParameterSet parameters;
+        std::mutex generator; ///< one setting of the generator at a time; taken before the grabber's lock
         DmaChannel dma;
         FgBufferRing* ownRing = nullptr;
         RegisterList registers;
@@ -115,8 +118,8 @@ private:
     EventHub events_;
 
     std::mutex closing_;
-    mutable std::mutex
-        mutex_; ///< values, rings; may be held while a channel's lock is taken, not the reverse
+    /// Values, rings; may be held while a channel's lock is taken, not the reverse.
+    mutable std::mutex mutex_;
     ParameterSet appletParameters_;
     std::map<int, std::unique_ptr<Channel>> channels_;
     std::vector<const ParameterSpec*> distinct_;

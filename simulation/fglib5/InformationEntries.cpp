@@ -25,6 +25,8 @@ std::string information(int selector, unsigned int argument)
         return std::to_string(runtime.boardCount());
     case FG_INFO_BOARD_SERIAL:
         return hexadecimal(runtime.board(argument)->description().serial);
+    case FG_INFO_NR_OF_PORTS:
+        return std::to_string(runtime.board(argument)->description().ports);
     case FG_INFO_MACHINE_NAME:
         return runtime.machineName();
     default:

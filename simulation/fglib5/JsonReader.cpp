@@ -25,8 +25,8 @@ bool isNameCharacter(char c)
     return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '-' || c == '_' || c == '.';
 }
 
-// "[json.exception.parse_error.101] parse error at line 3, column 5: syntax error while ..." -> from "line 3"
-// on.
+// From "line 3" on: "[json.exception.parse_error.101] parse error at line 3, column 5: syntax error while
+// ..."
 std::string withoutPrefix(const std::string& message)
 {
     const auto place = message.find(" at line ");
@@ -37,7 +37,8 @@ std::string withoutPrefix(const std::string& message)
 
 std::string readFile(const std::filesystem::path& file)
 {
-    if (std::filesystem::is_directory(file))
+    std::error_code unknown; // what cannot even be asked about cannot be opened either, and ends below
+    if (std::filesystem::is_directory(file, unknown))
         throw std::ios_base::failure("a folder");
     std::ifstream stream;
     stream.exceptions(std::ios::badbit | std::ios::failbit);

@@ -137,6 +137,9 @@ Fg_Struct* Runtime::open(const std::filesystem::path& file, unsigned int index)
                                                     hardware.model + "' of type " +
                                                     std::to_string(hardware.boardType));
     const auto grabber = std::make_shared<Grabber>(std::move(applet), hardware.model, hardware.serial);
+    // Nothing acquires yet: whoever waits for images later does not wait for the drawing.
+    place->drawAhead();
+    grabber->drawAhead();
     place->occupy(grabber);
     const std::lock_guard lock(handles_);
     open_.emplace(grabber->handle(), OpenBoard{grabber, place});
@@ -146,8 +149,8 @@ Fg_Struct* Runtime::open(const std::filesystem::path& file, unsigned int index)
 void Runtime::close(Fg_Struct* handle)
 {
     const auto closing = grabber(handle);
-    closing
-        ->close(); // throws where it is called from a thread of the board itself; the handle stays valid then
+    // Throws where it is called from a thread of the board itself; the handle stays valid then.
+    closing->close();
     std::shared_ptr<Board> place;
     {
         const std::lock_guard lock(handles_);

@@ -24,6 +24,20 @@ TEST_F(Machine, ShowsItsBoardsByIndex)
     EXPECT_EQ(runtime.Fg_getSystemInformation(nullptr, FG_INFO_BOARD_SERIAL, 1, text, &bytes), FG_OK);
     EXPECT_STREQ(text, "f00d");
     EXPECT_EQ(bytes, 5U);
+    struct Row
+    {
+        unsigned int board;
+        const char* ports;
+    };
+    for (const auto& row : {Row{0, "4"}, Row{1, "2"}}) {
+        bytes = sizeof text;
+        EXPECT_EQ(runtime.Fg_getSystemInformation(nullptr, FG_INFO_NR_OF_PORTS, row.board, text, &bytes),
+                  FG_OK);
+        EXPECT_STREQ(text, row.ports);
+        EXPECT_EQ(bytes, 2U);
+    }
+    EXPECT_EQ(runtime.Fg_getSystemInformation(nullptr, FG_INFO_NR_OF_PORTS, 2, text, &bytes),
+              FG_INVALID_BOARD_NUMBER);
     bytes = 4;
     EXPECT_EQ(runtime.Fg_getSystemInformation(nullptr, FG_INFO_BOARD_SERIAL, 1, text, &bytes),
               FG_INVALID_ARGUMENT);
@@ -151,6 +165,15 @@ TEST_F(Machine, NamesTheFileThatIsMissing)
     EXPECT_EQ(runtime.Fg_InitLibraries(nullptr), FG_MACHINE_DESCRIPTION);
     EXPECT_EQ(lastLine(),
               "machine description " + path("nowhere.json") + ": expected a readable file, found none");
+}
+
+TEST_F(Machine, NamesTheFileThatTheSystemCannotLookAt)
+{
+    const auto file = path(std::string(300, 'x') + ".json"); // longer than names can be
+    runtime.Fg_FreeLibraries();
+    runtime.FgSim_setMachine(file.c_str());
+    EXPECT_EQ(runtime.Fg_InitLibraries(nullptr), FG_MACHINE_DESCRIPTION);
+    EXPECT_EQ(lastLine(), "machine description " + file + ": expected a readable file, found none");
 }
 
 } // namespace simulation::tests

@@ -74,7 +74,7 @@ TEST(ConsoleErrors, AScriptThatCannotBeReadIsNamed)
     EXPECT_EQ(outcome.exitCode, 1);
 
     const Workspace workspace;
-    const std::string folder = workspace.path("").string();
+    const std::string folder = workspace.path("any").parent_path().string();
     const auto ofAFolder = workspace.console("", {"--script", folder});
     EXPECT_THAT(ofAFolder.lines, ElementsAre("error: cannot read the script " + folder));
     EXPECT_EQ(ofAFolder.exitCode, 1);

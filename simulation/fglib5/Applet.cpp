@@ -55,51 +55,52 @@ std::pair<double, double> limitsOf(FgValueType type)
     }
 }
 
-void readRange(const JsonField& field, ParameterSpec& spec)
+void readRange(const JsonField& field, ParameterDescription& description)
 {
-    const auto [lowest, highest] = limitsOf(spec.type);
-    spec.minimum = field["min"].numberOr(lowest, lowest, highest);
-    spec.maximum = field["max"].numberOr(highest, spec.minimum, highest);
-    spec.step = field["step"].numberOr(spec.type == FG_TYPE_DOUBLE ? 0 : 1, 0, highest);
-    if (spec.type == FG_TYPE_DOUBLE)
-        spec.initial = field["default"].number(spec.minimum, spec.maximum);
+    const auto [lowest, highest] = limitsOf(description.type);
+    description.minimum = field["min"].numberOr(lowest, lowest, highest);
+    description.maximum = field["max"].numberOr(highest, description.minimum, highest);
+    description.step = field["step"].numberOr(description.type == FG_TYPE_DOUBLE ? 0 : 1, 0, highest);
+    if (description.type == FG_TYPE_DOUBLE)
+        description.initial = field["default"].number(description.minimum, description.maximum);
     else
-        spec.initial = field["default"].integer(static_cast<std::int64_t>(spec.minimum),
-                                                static_cast<std::int64_t>(spec.maximum));
+        description.initial = field["default"].integer(static_cast<std::int64_t>(description.minimum),
+                                                       static_cast<std::int64_t>(description.maximum));
 }
 
-ParameterSpec readParameter(const JsonField& field)
+ParameterDescription readParameter(const JsonField& field)
 {
     field.object({"name", "id", "type", "unit", "min", "max", "step", "default", "writable", "scope"});
-    ParameterSpec spec{};
-    spec.name = field["name"].name();
-    spec.id = static_cast<int>(field["id"].integer(firstOwnId, std::numeric_limits<std::int32_t>::max()));
-    spec.unit = field["unit"].textOr("");
-    spec.type =
+    ParameterDescription description{};
+    description.name = field["name"].name();
+    description.id =
+        static_cast<int>(field["id"].integer(firstOwnId, std::numeric_limits<std::int32_t>::max()));
+    description.unit = field["unit"].textOr("");
+    description.type =
         valueTypeNamed(field["type"].choice({"int32", "uint32", "int64", "uint64", "double", "string"}));
-    spec.writable = field["writable"].booleanOr(true);
-    spec.perDma = field["scope"].given() && field["scope"].choice({"dma", "applet"}) == "dma";
-    if (spec.type == FG_TYPE_STRING)
-        spec.initial = field["default"].text();
+    description.writable = field["writable"].booleanOr(true);
+    description.perDma = field["scope"].given() && field["scope"].choice({"dma", "applet"}) == "dma";
+    if (description.type == FG_TYPE_STRING)
+        description.initial = field["default"].text();
     else
-        readRange(field, spec);
-    return spec;
+        readRange(field, description);
+    return description;
 }
 
-std::vector<ParameterSpec> readParameters(const JsonField& list)
+std::vector<ParameterDescription> readParameters(const JsonField& list)
 {
-    std::vector<ParameterSpec> specs;
+    std::vector<ParameterDescription> descriptions;
     for (const auto& field : list.elements()) {
-        const auto spec = readParameter(field);
-        for (const auto& other : specs) {
-            if (other.id == spec.id)
+        const auto description = readParameter(field);
+        for (const auto& other : descriptions) {
+            if (other.id == description.id)
                 field["id"].expected("an id that no other parameter has");
-            if (other.name == spec.name)
+            if (other.name == description.name)
                 field["name"].expected("a name that no other parameter has");
         }
-        specs.push_back(spec);
+        descriptions.push_back(description);
     }
-    return specs;
+    return descriptions;
 }
 
 GeneratorDescription readGenerator(const JsonField& field)

@@ -22,7 +22,7 @@ namespace simulation {
 /// A parameter's value: of the integer types the first, whatever their width.
 using ParameterValue = std::variant<std::int64_t, double, std::string>;
 
-struct ParameterSpec
+struct ParameterDescription
 {
     int id;
     std::string name;
@@ -78,7 +78,7 @@ struct Applet
     bool processCountFails = false;
     std::vector<ProcessDescription> processes;
     std::vector<DmaDescription> dmas;
-    std::vector<ParameterSpec> parameters;
+    std::vector<ParameterDescription> parameters;
 };
 
 /// Throws FG_APPLET_NOT_FOUND, or FG_INVALID_APPLET_FILE with the line that says what is wrong. The channels

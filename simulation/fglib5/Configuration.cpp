@@ -112,11 +112,11 @@ Setting settingOf(const Grabber& grabber, const std::filesystem::path& file, con
     const auto dma = channelOfSection(line.section);
     if (!dma && line.section != "Applet")
         refuse(file, line.number, "unknown section [" + line.section + "]");
-    const auto* spec = grabber.findForSetting(dma, line.key);
-    if (spec == nullptr)
+    const auto* description = grabber.findForSetting(dma, line.key);
+    if (description == nullptr)
         refuse(file, line.number, "the applet has no parameter " + line.key + " in [" + line.section + "]");
     try {
-        return {dma, spec->id, valueOf(line.value, spec->type)};
+        return {dma, description->id, valueOf(line.value, description->type)};
     } catch (const Failure& failure) {
         refuse(file, line.number, failure.what());
     }

@@ -25,19 +25,19 @@ std::vector<std::string> eventNames(const Applet& applet)
     return names;
 }
 
-std::vector<ParameterSpec> appletWide(const Applet& applet)
+std::vector<ParameterDescription> appletWide(const Applet& applet)
 {
-    std::vector<ParameterSpec> specs;
-    std::ranges::copy_if(applet.parameters, std::back_inserter(specs),
-                         [](const auto& spec) { return !spec.perDma; });
-    return specs;
+    std::vector<ParameterDescription> descriptions;
+    std::ranges::copy_if(applet.parameters, std::back_inserter(descriptions),
+                         [](const auto& description) { return !description.perDma; });
+    return descriptions;
 }
 
-std::vector<ParameterSpec> ofChannel(const Applet& applet, const DmaDescription& dma)
+std::vector<ParameterDescription> ofChannel(const Applet& applet, const DmaDescription& dma)
 {
-    auto specs = channelParameters(dma);
-    std::ranges::copy_if(applet.parameters, std::back_inserter(specs), &ParameterSpec::perDma);
-    return specs;
+    auto descriptions = channelParameters(dma);
+    std::ranges::copy_if(applet.parameters, std::back_inserter(descriptions), &ParameterDescription::perDma);
+    return descriptions;
 }
 
 std::string channelName(unsigned int dma)
@@ -76,9 +76,9 @@ Grabber::Grabber(Applet applet, std::string boardModel, std::uint32_t serial)
         channels_.emplace(dma.index, std::make_unique<Channel>(dma, ofChannel(applet_, dma), events_));
     std::set<int> seen;
     const auto addDistinct = [&](const ParameterSet& set) {
-        for (const auto& spec : set.specs())
-            if (seen.insert(spec.id).second)
-                distinct_.push_back(&spec);
+        for (const auto& description : set.descriptions())
+            if (seen.insert(description.id).second)
+                distinct_.push_back(&description);
     };
     for (auto& [index, channel] : channels_) {
         addDistinct(channel->parameters);
@@ -150,7 +150,7 @@ const ParameterSet& Grabber::setOf(int parameter, unsigned int dma) const
 {
     if (appletParameters_.find(parameter) != nullptr)
         return appletParameters_;
-    const bool known = std::ranges::find(distinct_, parameter, &ParameterSpec::id) != distinct_.end();
+    const bool known = std::ranges::find(distinct_, parameter, &ParameterDescription::id) != distinct_.end();
     if (!known && !channels_.empty())
         throw Failure(FG_INVALID_PARAMETER, "The applet has no parameter " + std::to_string(parameter));
     const auto& set = channelOf(dma).parameters;
@@ -171,7 +171,7 @@ ParameterValue Grabber::get(int parameter, unsigned int dma) const
     return setOf(parameter, dma).get(parameter);
 }
 
-const ParameterSpec& Grabber::spec(int parameter, unsigned int dma) const
+const ParameterDescription& Grabber::description(int parameter, unsigned int dma) const
 {
     return *setOf(parameter, dma).find(parameter);
 }
@@ -212,9 +212,10 @@ Grabber::RegisterList Grabber::registersOf(const ParameterSet* ofChannel) const
 {
     RegisterList list;
     const auto add = [&](const ParameterSet& set) {
-        for (const auto& spec : set.specs())
-            list.descriptions.push_back({spec.id, spec.name.c_str(), spec.unit.c_str(), spec.type,
-                                         spec.minimum, spec.maximum, spec.step, spec.writable ? 1 : 0});
+        for (const auto& description : set.descriptions())
+            list.descriptions.push_back({description.id, description.name.c_str(), description.unit.c_str(),
+                                         description.type, description.minimum, description.maximum,
+                                         description.step, description.writable ? 1 : 0});
     };
     if (ofChannel != nullptr)
         add(*ofChannel);
@@ -239,9 +240,9 @@ std::vector<Setting> Grabber::settings() const
     const std::lock_guard lock(mutex_);
     std::vector<Setting> all;
     const auto add = [&](std::optional<int> dma, const ParameterSet& set) {
-        for (const auto& spec : set.specs())
-            if (spec.writable)
-                all.push_back({dma, spec.id, set.get(spec.id)});
+        for (const auto& description : set.descriptions())
+            if (description.writable)
+                all.push_back({dma, description.id, set.get(description.id)});
     };
     add({}, appletParameters_);
     for (const auto& [index, channel] : channels_)
@@ -251,10 +252,10 @@ std::vector<Setting> Grabber::settings() const
 
 const std::string& Grabber::nameOf(const Setting& setting) const
 {
-    return spec(setting.parameter, static_cast<unsigned int>(setting.dma.value_or(0))).name;
+    return description(setting.parameter, static_cast<unsigned int>(setting.dma.value_or(0))).name;
 }
 
-const ParameterSpec* Grabber::findForSetting(std::optional<int> dma, const std::string& name) const
+const ParameterDescription* Grabber::findForSetting(std::optional<int> dma, const std::string& name) const
 {
     if (!dma)
         return appletParameters_.find(name);

@@ -54,16 +54,16 @@ public:
     // --- parameters; dma is a global index, and means nothing for a parameter of the whole applet
     ParameterValue get(int parameter, unsigned int dma) const;
     void set(int parameter, unsigned int dma, const ParameterValue& value);
-    const ParameterSpec& spec(int parameter, unsigned int dma) const;
+    const ParameterDescription& description(int parameter, unsigned int dma) const;
     /// Each parameter that exists, once.
-    const std::vector<const ParameterSpec*>& distinct() const { return distinct_; }
+    const std::vector<const ParameterDescription*>& distinct() const { return distinct_; }
     /// Null, where the applet has channels but not this one.
     FgRegisterInfo* registerInfo(unsigned int dma);
 
     /// All values that can be written, in a fixed order.
     std::vector<Setting> settings() const;
     const std::string& nameOf(const Setting& setting) const;
-    const ParameterSpec* findForSetting(std::optional<int> dma, const std::string& name) const;
+    const ParameterDescription* findForSetting(std::optional<int> dma, const std::string& name) const;
     /// Throws for the first value that cannot be applied now; \p failed gets its position. Changes nothing.
     void check(const std::vector<Setting>& settings, std::size_t& failed) const;
     void apply(const std::vector<Setting>& settings);
@@ -92,8 +92,8 @@ private:
 
     struct Channel
     {
-        Channel(const DmaDescription& dma, std::vector<ParameterSpec> specs, EventHub& events)
-            : parameters(std::move(specs)),
+        Channel(const DmaDescription& dma, std::vector<ParameterDescription> descriptions, EventHub& events)
+            : parameters(std::move(descriptions)),
               dma(dma, events)
         {}
 
@@ -122,7 +122,7 @@ private:
     mutable std::mutex mutex_;
     ParameterSet appletParameters_;
     std::map<int, std::unique_ptr<Channel>> channels_;
-    std::vector<const ParameterSpec*> distinct_;
+    std::vector<const ParameterDescription*> distinct_;
     RegisterList appletRegisters_;
     std::map<FgBufferRing*, std::shared_ptr<BufferRing>> rings_;
     bool closed_ = false;

@@ -10,10 +10,10 @@ namespace {
 // The value's type for the entries that name none.
 FgValueType typeOf(const Grabber& grabber, int parameter, unsigned int dma)
 {
-    return Grabber::isLayoutQuery(parameter) ? FG_TYPE_INT32 : grabber.spec(parameter, dma).type;
+    return Grabber::isLayoutQuery(parameter) ? FG_TYPE_INT32 : grabber.description(parameter, dma).type;
 }
 
-const ParameterSpec& atPosition(const Grabber& grabber, int position)
+const ParameterDescription& atPosition(const Grabber& grabber, int position)
 {
     const auto& all = grabber.distinct();
     if (position < 0 || position >= static_cast<int>(all.size()))
@@ -21,19 +21,19 @@ const ParameterSpec& atPosition(const Grabber& grabber, int position)
     return *all[static_cast<std::size_t>(position)];
 }
 
-void giveProperty(const ParameterSpec& spec, int property, void* value, std::size_t* bytes)
+void giveProperty(const ParameterDescription& description, int property, void* value, std::size_t* bytes)
 {
     switch (property) {
     case FG_PROPERTY_MINIMUM:
-        return giveBytes(&spec.minimum, sizeof(double), value, bytes);
+        return giveBytes(&description.minimum, sizeof(double), value, bytes);
     case FG_PROPERTY_MAXIMUM:
-        return giveBytes(&spec.maximum, sizeof(double), value, bytes);
+        return giveBytes(&description.maximum, sizeof(double), value, bytes);
     case FG_PROPERTY_STEP:
-        return giveBytes(&spec.step, sizeof(double), value, bytes);
+        return giveBytes(&description.step, sizeof(double), value, bytes);
     case FG_PROPERTY_UNIT:
-        return giveText(spec.unit, static_cast<char*>(value), bytes);
+        return giveText(description.unit, static_cast<char*>(value), bytes);
     case FG_PROPERTY_NAME:
-        return giveText(spec.name, static_cast<char*>(value), bytes);
+        return giveText(description.name, static_cast<char*>(value), bytes);
     default:
         throw Failure(FG_INVALID_ARGUMENT, "There is no property " + std::to_string(property));
     }
@@ -61,7 +61,7 @@ int Fg_getParameterIdByName(Fg_Struct* grabber, const char* name)
     const auto owner = grabberOf(grabber);
     const auto& all = owner->distinct();
     const std::string wanted = required(name, "name");
-    const auto found = std::ranges::find(all, wanted, &ParameterSpec::name);
+    const auto found = std::ranges::find(all, wanted, &ParameterDescription::name);
     if (found == all.end())
         throw Failure(FG_INVALID_PARAMETER, "The applet has no parameter " + wanted);
     return (*found)->id;
@@ -69,7 +69,7 @@ int Fg_getParameterIdByName(Fg_Struct* grabber, const char* name)
 
 const char* Fg_getParameterNameById(Fg_Struct* grabber, int parameter, unsigned int dma)
 {
-    return grabberOf(grabber)->spec(parameter, dma).name.c_str();
+    return grabberOf(grabber)->description(parameter, dma).name.c_str();
 }
 
 int Fg_getParameter(Fg_Struct* grabber, int parameter, void* value, unsigned int dma)
@@ -130,7 +130,7 @@ int Fg_getParameterProperty(Fg_Struct* grabber, int parameter, int property, voi
 {
     const auto owner = grabberOf(grabber);
     const auto& all = owner->distinct();
-    const auto found = std::ranges::find(all, parameter, &ParameterSpec::id);
+    const auto found = std::ranges::find(all, parameter, &ParameterDescription::id);
     if (found == all.end())
         throw Failure(FG_INVALID_PARAMETER, "The applet has no parameter " + std::to_string(parameter));
     giveProperty(**found, property, value, valueBytes);
@@ -140,7 +140,7 @@ int Fg_getParameterProperty(Fg_Struct* grabber, int parameter, int property, voi
 int Fg_getParameterPropertyEx(Fg_Struct* grabber, int parameter, int property, unsigned int dma, void* value,
                               std::size_t* valueBytes)
 {
-    giveProperty(grabberOf(grabber)->spec(parameter, dma), property, value, valueBytes);
+    giveProperty(grabberOf(grabber)->description(parameter, dma), property, value, valueBytes);
     return FG_OK;
 }
 

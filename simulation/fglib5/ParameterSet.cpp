@@ -75,8 +75,8 @@ char* copied(const std::string& text)
     return copy;
 }
 
-ParameterSpec integerParameter(int id, const char* name, const char* unit, int minimum, int maximum,
-                               int initial)
+ParameterDescription integerParameter(int id, const char* name, const char* unit, int minimum, int maximum,
+                                      int initial)
 {
     return {.id = id,
             .name = name,
@@ -102,12 +102,12 @@ ParameterValue parsed(const std::string& text)
 }
 
 // A step counts from the minimum; one of 0 means any value.
-void requireStep(const ParameterSpec& spec, std::int64_t value)
+void requireStep(const ParameterDescription& description, std::int64_t value)
 {
-    const auto step = static_cast<std::int64_t>(spec.step);
-    if (step > 1 && (value - static_cast<std::int64_t>(spec.minimum)) % step != 0)
-        outOfRange(spec.name + " goes in steps of " + std::to_string(step) + ", " + std::to_string(value) +
-                   " is none");
+    const auto step = static_cast<std::int64_t>(description.step);
+    if (step > 1 && (value - static_cast<std::int64_t>(description.minimum)) % step != 0)
+        outOfRange(description.name + " goes in steps of " + std::to_string(step) + ", " +
+                   std::to_string(value) + " is none");
 }
 
 } // namespace
@@ -177,9 +177,9 @@ ParameterValue valueOf(const std::string& text, FgValueType type)
     return type == FG_TYPE_DOUBLE ? parsed<double>(text) : parsed<std::int64_t>(text);
 }
 
-std::vector<ParameterSpec> channelParameters(const DmaDescription& dma)
+std::vector<ParameterDescription> channelParameters(const DmaDescription& dma)
 {
-    std::vector<ParameterSpec> specs = {
+    std::vector<ParameterDescription> descriptions = {
         integerParameter(FG_WIDTH, "FG_WIDTH", "pixel", 1, dma.maxWidth, dma.width),
         integerParameter(FG_HEIGHT, "FG_HEIGHT", "lines", 1, dma.maxHeight, dma.height),
         integerParameter(FG_PIXELFORMAT, "FG_PIXELFORMAT", "", FG_PIXELFORMAT_MONO8, FG_PIXELFORMAT_MONO8,
@@ -188,43 +188,44 @@ std::vector<ParameterSpec> channelParameters(const DmaDescription& dma)
                          10),
     };
     if (!dma.generator)
-        return specs;
-    specs.push_back(
+        return descriptions;
+    descriptions.push_back(
         integerParameter(FG_GEN_ENABLE, "FG_GEN_ENABLE", "", 0, 1, dma.generator->enabled ? 1 : 0));
-    specs.push_back({.id = FG_GEN_FRAMERATE,
-                     .name = "FG_GEN_FRAMERATE",
-                     .unit = "Hz",
-                     .type = FG_TYPE_DOUBLE,
-                     .minimum = 0,
-                     .maximum = 100000,
-                     .step = 0,
-                     .initial = dma.generator->frameRate,
-                     .writable = true,
-                     .perDma = true});
-    return specs;
+    descriptions.push_back({.id = FG_GEN_FRAMERATE,
+                            .name = "FG_GEN_FRAMERATE",
+                            .unit = "Hz",
+                            .type = FG_TYPE_DOUBLE,
+                            .minimum = 0,
+                            .maximum = 100000,
+                            .step = 0,
+                            .initial = dma.generator->frameRate,
+                            .writable = true,
+                            .perDma = true});
+    return descriptions;
 }
 
-ParameterSet::ParameterSet(std::vector<ParameterSpec> specs) : specs_(std::move(specs))
+ParameterSet::ParameterSet(std::vector<ParameterDescription> descriptions) : specs_(std::move(descriptions))
 {
-    for (const auto& spec : specs_)
-        values_.push_back(spec.initial);
+    for (const auto& description : specs_)
+        values_.push_back(description.initial);
 }
 
-const ParameterSpec* ParameterSet::find(int id) const
+const ParameterDescription* ParameterSet::find(int id) const
 {
-    const auto found = std::ranges::find(specs_, id, &ParameterSpec::id);
+    const auto found = std::ranges::find(specs_, id, &ParameterDescription::id);
     return found == specs_.end() ? nullptr : &*found;
 }
 
-const ParameterSpec* ParameterSet::find(std::string_view name) const
+const ParameterDescription* ParameterSet::find(std::string_view name) const
 {
-    const auto found = std::ranges::find(specs_, name, &ParameterSpec::name);
+    const auto found = std::ranges::find(specs_, name, &ParameterDescription::name);
     return found == specs_.end() ? nullptr : &*found;
 }
 
 std::size_t ParameterSet::indexOf(int id) const
 {
-    return static_cast<std::size_t>(std::ranges::find(specs_, id, &ParameterSpec::id) - specs_.begin());
+    return static_cast<std::size_t>(std::ranges::find(specs_, id, &ParameterDescription::id) -
+                                    specs_.begin());
 }
 
 const ParameterValue& ParameterSet::get(int id) const
@@ -232,30 +233,31 @@ const ParameterValue& ParameterSet::get(int id) const
     return values_[indexOf(id)];
 }
 
-ParameterValue ParameterSet::checked(const ParameterSpec& spec, const ParameterValue& value) const
+ParameterValue ParameterSet::checked(const ParameterDescription& description,
+                                     const ParameterValue& value) const
 {
-    if (!spec.writable)
-        throw Failure(FG_NOT_WRITABLE, spec.name + " cannot be written");
-    if (spec.type == FG_TYPE_STRING) {
+    if (!description.writable)
+        throw Failure(FG_NOT_WRITABLE, description.name + " cannot be written");
+    if (description.type == FG_TYPE_STRING) {
         const auto& text = stringOf(value);
         if (text.find_first_of("\r\n") != std::string::npos) // a configuration file could not hold it
-            outOfRange(spec.name + " takes a text of one line");
+            outOfRange(description.name + " takes a text of one line");
         return text;
     }
     const double number = doubleOf(value);
-    if (!(number >= spec.minimum && number <= spec.maximum))
-        outOfRange(spec.name + " takes " + textOf(spec.minimum) + " to " + textOf(spec.maximum) + ", " +
-                   textOf(value) + " is outside");
-    if (spec.type == FG_TYPE_DOUBLE)
+    if (!(number >= description.minimum && number <= description.maximum))
+        outOfRange(description.name + " takes " + textOf(description.minimum) + " to " +
+                   textOf(description.maximum) + ", " + textOf(value) + " is outside");
+    if (description.type == FG_TYPE_DOUBLE)
         return number;
     const auto integer = integerOf(value);
-    requireStep(spec, integer);
+    requireStep(description, integer);
     return integer;
 }
 
-void ParameterSet::set(const ParameterSpec& spec, const ParameterValue& value)
+void ParameterSet::set(const ParameterDescription& description, const ParameterValue& value)
 {
-    values_[indexOf(spec.id)] = checked(spec, value);
+    values_[indexOf(description.id)] = checked(description, value);
 }
 
 int ParameterSet::integer(int id) const

@@ -20,28 +20,28 @@ std::string textOf(const ParameterValue& value);
 ParameterValue valueOf(const std::string& text, FgValueType type);
 
 /// The parameters that the runtime gives every DMA channel.
-std::vector<ParameterSpec> channelParameters(const DmaDescription& dma);
+std::vector<ParameterDescription> channelParameters(const DmaDescription& dma);
 
 /// Not safe from several threads by itself; its owner guards it.
 class ParameterSet
 {
 public:
-    explicit ParameterSet(std::vector<ParameterSpec> specs);
-    // The descriptions point into the specs.
+    explicit ParameterSet(std::vector<ParameterDescription> descriptions);
+    // The descriptions point into the descriptions.
     ParameterSet(const ParameterSet&) = delete;
     ParameterSet& operator=(const ParameterSet&) = delete;
     ~ParameterSet() = default;
 
-    const std::vector<ParameterSpec>& specs() const { return specs_; }
+    const std::vector<ParameterDescription>& descriptions() const { return specs_; }
     /// Null where there is none.
-    const ParameterSpec* find(int id) const;
-    const ParameterSpec* find(std::string_view name) const;
+    const ParameterDescription* find(int id) const;
+    const ParameterDescription* find(std::string_view name) const;
 
     const ParameterValue& get(int id) const;
     /// \p value converted to the parameter's kind. Throws FG_NOT_WRITABLE, FG_INVALID_TYPE,
     /// FG_VALUE_OUT_OF_RANGE.
-    ParameterValue checked(const ParameterSpec& spec, const ParameterValue& value) const;
-    void set(const ParameterSpec& spec, const ParameterValue& value);
+    ParameterValue checked(const ParameterDescription& description, const ParameterValue& value) const;
+    void set(const ParameterDescription& description, const ParameterValue& value);
 
     /// The integer value of a parameter that is known to exist.
     int integer(int id) const;
@@ -49,7 +49,7 @@ public:
 private:
     std::size_t indexOf(int id) const;
 
-    std::vector<ParameterSpec> specs_;
+    std::vector<ParameterDescription> specs_;
     std::vector<ParameterValue> values_;
 };
 

@@ -114,8 +114,7 @@ void applyMcf(const HlEnvironmentBoardNode& board, const std::string& mcfFile)
     postLoadStatus("Loading Configuration from MCF.");
     const int code = Fg_loadConfig(board.getBoardHandle(), mcfFile.c_str());
     if (code != FG_OK) {
-        postLoadWarning("...Error loading MCF: " + statusDescription(nullptr, code) + " (" +
-                        std::to_string(code) + ")");
+        postLoadWarning("...Error loading MCF: " + describedStatus(code));
         return;
     }
     postLoadStatus("Loading Configuration from MCF succeeded.");

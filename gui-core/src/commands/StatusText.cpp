@@ -28,6 +28,11 @@ std::string statusText(Fg_Struct* handle, int code)
     return codeAndDescription(code, statusDescription(handle, code));
 }
 
+std::string describedStatus(int code)
+{
+    return statusDescription(nullptr, code) + " (" + std::to_string(code) + ")";
+}
+
 std::string lastErrorText()
 {
     const int code = Fg_getLastErrorNumber(nullptr);

@@ -14,6 +14,9 @@ std::string statusDescription(Fg_Struct_s* handle, int code);
 /// "code (description)".
 std::string statusText(Fg_Struct_s* handle, int code);
 
+/// "description (code)", for a status that no board is asked about.
+std::string describedStatus(int code);
+
 /// As statusText, for the runtime's last error without a board.
 std::string lastErrorText();
 

@@ -1,11 +1,13 @@
 #include "Product.h"
 
+#include "gui-core/AcquisitionBufferCountChangeCommand.h"
 #include "gui-core/CleanupApplicationCommand.h"
 #include "gui-core/InitializeApplicationCommand.h"
 #include "gui-core/LoadAppletCommand.h"
 #include "gui-core/RescanAppletsCommand.h"
 #include "gui-core/StartAcquisitionCommand.h"
 #include "gui-core/StopAcquisitionCommand.h"
+#include "gui-core/StoreMcfCommand.h"
 #include "gui-core/UnloadAppletCommand.h"
 
 #include "ovra-lib-environment/Environment.h"
@@ -192,6 +194,7 @@ void createCopyAndAssign(const Arguments&... arguments)
 TEST(CommandClasses, ExportTheirFactoryConstructorsAndAssignment)
 {
     using namespace gui::commands;
+    const boost::shared_ptr<core::models::HlEnvironmentBoardNode> board;
     const boost::shared_ptr<core::models::HlEnvironmentDmaNode> dma;
     const boost::shared_ptr<core::models::HlEnvironmentLogicalPortNode> port;
     createCopyAndAssign<InitializeApplicationCommand>();
@@ -203,9 +206,13 @@ TEST(CommandClasses, ExportTheirFactoryConstructorsAndAssignment)
     createCopyAndAssign<StartAcquisitionCommand>(port, 1);
     createCopyAndAssign<StopAcquisitionCommand>(dma);
     createCopyAndAssign<StopAcquisitionCommand>(port);
+    createCopyAndAssign<AcquisitionBufferCountChangeCommand>(dma, 1);
+    createCopyAndAssign<StoreMcfCommand>(board, std::string("mcf"));
     EXPECT_EQ(CleanupApplicationCommand().type(), core::Command::Cleanup);
     EXPECT_EQ(UnloadAppletCommand(1).type(), core::Command::Synchronous);
+    EXPECT_EQ(StoreMcfCommand(board, "").type(), core::Command::Synchronous);
     EXPECT_EQ(StopAcquisitionCommand(dma).type(), core::Command::Asynchronous);
+    EXPECT_EQ(AcquisitionBufferCountChangeCommand(dma, 1).type(), core::Command::Asynchronous);
 }
 
 } // namespace ovra::tests

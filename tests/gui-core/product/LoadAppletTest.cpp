@@ -77,7 +77,7 @@ TEST_F(LoadApplet, TellsTheWholeStoryOfAHapWithTwoProcesses)
 
     const Lines expected = {
         "onLoadAppletStarted",
-        "board(0 - test-alpha)",
+        "board(0 - ovra-quad-cl)",
         "applet(double.hap)",
         "applet_unloaded",
         "update_dma_memory",
@@ -213,7 +213,7 @@ TEST_F(LoadApplet, UnknownBoardAndUnknownFileAreToldBeforeAnythingIsUnloaded)
         "onLoadAppletFinished",       "ensure_board_selection(4294967294)",
         "update_dma_memory",          "setRescanInProgress(true)",
         "setRescanInProgress(false)", "onLoadAppletStarted",
-        "board(0 - test-alpha)",      "error(Invalid applet file: nowhere.hap)",
+        "board(0 - ovra-quad-cl)",    "error(Invalid applet file: nowhere.hap)",
         "onLoadAppletFinished",       "ensure_board_selection(10597059)",
         "update_dma_memory",          "setRescanInProgress(true)",
         "setRescanInProgress(false)",
@@ -321,7 +321,7 @@ TEST_F(LoadApplet, EveryFailureIsToldInItsWordsAndLeavesTheBoardEmptyForTheNextL
     installation.addAlphaApplet("odd.hap", description(SINGLE, R"("type": "XYZ")"));
     installation.addAlphaApplet("lower.hap", description(SINGLE, R"("type": "hap")"));
     start();
-    const std::string folder = installation.folder() + "/Hardware Applets/test-alpha/";
+    const std::string folder = installation.folder() + "/Hardware Applets/ovra-quad-cl/";
     for (const Row& row : rows) {
         SCOPED_TRACE("row of line " + std::to_string(row.line) + ": " + row.applet);
         if (*row.entry)
@@ -369,8 +369,8 @@ TEST_F(LoadApplet, WithoutRegisterInformationItWarnsAndGoesOnWithoutTheModel)
 TEST_F(LoadApplet, ALibraryWithItsOwnInfoIsALegacyDllWithOneProcessForEachChannel)
 {
     const std::string legacy =
-        installation.folder() + "/dll/test-alpha/legacy" + boost::dll::shared_library::suffix().string();
-    std::filesystem::create_directories(installation.folder() + "/dll/test-alpha");
+        installation.folder() + "/dll/ovra-quad-cl/legacy" + boost::dll::shared_library::suffix().string();
+    std::filesystem::create_directories(installation.folder() + "/dll/ovra-quad-cl");
     std::filesystem::copy_file(OVRA_LEGACY_APPLET, legacy);
     start();
     load(ALPHA_SERIAL, legacy);
@@ -400,8 +400,8 @@ TEST_F(LoadApplet, ALibraryWithItsOwnInfoIsALegacyDllWithOneProcessForEachChanne
 TEST_F(LoadApplet, AWrappedDllRegistersItsProcessesWithoutDma)
 {
     const auto path = installation.write(
-        "dll/test-alpha/wrapped" + boost::dll::shared_library::suffix().string(),
-        R"({"format": "virtual-applet-1", "name": "wrapped", "boardType": 1, "processes": [{"dmas": [4]}, {}],
+        "dll/ovra-quad-cl/wrapped" + boost::dll::shared_library::suffix().string(),
+        R"({"format": "virtual-applet-1", "name": "wrapped", "boardType": 2625, "processes": [{"dmas": [4]}, {}],
             "dmas": [{"index": 4, "width": 8, "height": 8}]})");
     start();
     load(ALPHA_SERIAL, path);

@@ -14,8 +14,8 @@ namespace {
 constexpr const char* MACHINE = R"({
     "name": "test machine",
     "boards": [
-        {"model": "test-alpha", "boardType": 1, "serial": "a1b2c3", "ports": 3},
-        {"model": "test-beta", "boardType": 2, "serial": "beef", "ports": 1}
+        {"model": "ovra-quad-cl", "boardType": 2625, "serial": "a1b2c3", "ports": 3},
+        {"model": "ovra-dual-cxp", "boardType": 2898, "serial": "beef", "ports": 1}
     ],
     "cameras": [
         {"board": 0, "port": 0, "model": "area", "serial": "c0", "interface": "coaxpress",
@@ -63,12 +63,12 @@ std::string VirtualInstallation::write(const std::string& path, const std::strin
 
 std::string VirtualInstallation::addAlphaApplet(const std::string& fileName, const std::string& body)
 {
-    return addApplet("Hardware Applets/test-alpha/", 1, fileName, body);
+    return addApplet("Hardware Applets/ovra-quad-cl/", 2625, fileName, body);
 }
 
 std::string VirtualInstallation::addBetaApplet(const std::string& fileName, const std::string& body)
 {
-    return addApplet("Hardware Applets/test-beta/", 2, fileName, body);
+    return addApplet("Hardware Applets/ovra-dual-cxp/", 2898, fileName, body);
 }
 
 std::string VirtualInstallation::addApplet(const std::string& folder, int boardType,

@@ -1,8 +1,8 @@
 /// \file
 /// VirtualInstallation: a throw-away installation in a temporary folder, for one test.
 ///
-/// It has two boards: 0, serial a1b2c3, a "test-alpha", and 1, serial beef, a "test-beta". On board 0 there
-/// are cameras at port 0 (64 x 48) and port 1 (32 x 16), on board 1 one at port 0 (64 x 48).
+/// It has two boards: 0, serial a1b2c3, an "ovra-quad-cl", and 1, serial beef, an "ovra-dual-cxp". On board 0
+/// there are cameras at port 0 (64 x 48) and port 1 (32 x 16), on board 1 one at port 0 (64 x 48).
 #pragma once
 
 #include <boost/dll/shared_library.hpp>
@@ -44,6 +44,13 @@ public:
     std::int64_t calls(const std::string& entry) const;
     /// What the runtime has given out and not got back, of a kind of FgSimLive.
     std::int64_t live(int kind) const;
+
+    /// An entry of the runtime, past the library: entry<decltype(Fg_getParameter)>("Fg_getParameter").
+    template <class Entry>
+    Entry& entry(const char* name) const
+    {
+        return m_runtime.get<Entry>(name);
+    }
 
 private:
     std::string addApplet(const std::string& folder, int boardType, const std::string& fileName,

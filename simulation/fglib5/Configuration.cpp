@@ -87,8 +87,8 @@ std::string appletName(const std::filesystem::path& file, const std::vector<Line
         name = entry(lines, "Kamerasektion", "Typ");
     if (name.empty())
         refuse(file, 0, "expected the name of an applet (HapName, FileName or Typ), found none");
-    const bool hasEnding = name.find('.') != std::string::npos;
-    return hasEnding ? name : name + ".dll";
+    const bool complete = name.find_first_of("./\\") != std::string::npos; // with an ending, or a path
+    return complete ? name : name + ".dll";
 }
 
 std::string lastPart(const std::string& path)
@@ -122,16 +122,22 @@ Setting settingOf(const Grabber& grabber, const std::filesystem::path& file, con
     }
 }
 
+// The folder in which an applet is looked for that is known by its name only.
+const char* folderFor(const std::string& name)
+{
+    return name.ends_with(".hap") ? "Hardware Applets" : "dll";
+}
+
 // An installed applet goes by its name; any other by its path, so that it is found again.
 std::string storedName(const Grabber& grabber)
 {
     const auto& file = grabber.applet().file;
+    const auto name = file.filename().string();
     const auto model = file.parent_path();
-    const auto folder = model.parent_path().filename();
-    const bool installed =
-        model.filename() == grabber.boardModel() && (folder == "Hardware Applets" || folder == "dll");
-    const auto name = installed ? file.filename() : std::filesystem::absolute(file);
-    return name.generic_string();
+    const bool foundByName = name.find('.') != std::string::npos &&
+                             model.filename() == grabber.boardModel() &&
+                             model.parent_path().filename() == folderFor(name);
+    return foundByName ? name : std::filesystem::absolute(file).generic_string();
 }
 
 std::string contentFor(const Grabber& grabber)
@@ -217,7 +223,7 @@ std::filesystem::path appletOfConfiguration(const std::filesystem::path& file,
     const auto name = appletName(file, readLines(file));
     if (name.find_first_of("/\\") != std::string::npos)
         return name;
-    return installation / (name.ends_with(".hap") ? "Hardware Applets" : "dll") / boardModel / name;
+    return installation / folderFor(name) / boardModel / name;
 }
 
 } // namespace simulation

@@ -145,6 +145,8 @@ INSTANTIATE_TEST_SUITE_P(
                             "made for applet 'Other.hap', the board carries 'Small.hap'"},
                     Refused{__LINE__, "[fglib5]\nFileName='Other';\n", FG_INVALID_CONFIGURATION,
                             "made for applet 'Other.dll', the board carries 'Small.hap'"},
+                    Refused{__LINE__, "[fglib5]\nFileName='/far/Other';\n", FG_INVALID_CONFIGURATION,
+                            "made for applet 'Other', the board carries 'Small.hap'"},
                     Refused{__LINE__, "[Kamerasektion]\nHapName=Small;\n[DMA0]\nFG_WIDTH=8;\nFG_DEPTH=3;\n",
                             FG_INVALID_CONFIGURATION,
                             "line 5: the applet has no parameter FG_DEPTH in [DMA0]"},

@@ -4,6 +4,7 @@
 #include "gui-core/CleanupApplicationCommand.h"
 #include "gui-core/InitializeApplicationCommand.h"
 #include "gui-core/LoadAppletCommand.h"
+#include "gui-core/LoadMcfCommand.h"
 #include "gui-core/RescanAppletsCommand.h"
 #include "gui-core/StartAcquisitionCommand.h"
 #include "gui-core/StopAcquisitionCommand.h"
@@ -47,7 +48,7 @@ TEST_F(Lifecycle, StartsInItsFixedOrderAndTellsTheUser)
 {
     installation.addAlphaApplet("a.hap", NOTHING);
     installation.addAlphaApplet("b.hap", NOTHING);
-    installation.write("Hardware Applets/test-alpha/broken.hap", "{");
+    installation.write("Hardware Applets/ovra-quad-cl/broken.hap", "{");
     start();
 
     const Lines expected = {
@@ -207,9 +208,11 @@ TEST(CommandClasses, ExportTheirFactoryConstructorsAndAssignment)
     createCopyAndAssign<StopAcquisitionCommand>(dma);
     createCopyAndAssign<StopAcquisitionCommand>(port);
     createCopyAndAssign<AcquisitionBufferCountChangeCommand>(dma, 1);
+    createCopyAndAssign<LoadMcfCommand>(board, std::string("mcf"));
     createCopyAndAssign<StoreMcfCommand>(board, std::string("mcf"));
     EXPECT_EQ(CleanupApplicationCommand().type(), core::Command::Cleanup);
     EXPECT_EQ(UnloadAppletCommand(1).type(), core::Command::Synchronous);
+    EXPECT_EQ(LoadMcfCommand(board, "").type(), core::Command::Synchronous);
     EXPECT_EQ(StoreMcfCommand(board, "").type(), core::Command::Synchronous);
     EXPECT_EQ(StopAcquisitionCommand(dma).type(), core::Command::Asynchronous);
     EXPECT_EQ(AcquisitionBufferCountChangeCommand(dma, 1).type(), core::Command::Asynchronous);

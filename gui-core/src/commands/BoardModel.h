@@ -1,0 +1,10 @@
+/// \file
+/// The folder that holds the applets of a board model.
+#pragma once
+
+namespace ovra::gui::commands {
+
+/// Name of the folder below "Hardware Applets" and "dll"; "unknown" for a type that is not in the table.
+const char* boardModelFolder(unsigned int boardType);
+
+} // namespace ovra::gui::commands

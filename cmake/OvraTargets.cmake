@@ -5,6 +5,7 @@
 #   ovra_program          an executable that is installed
 #   ovra_data             files that are installed
 #   ovra_test             a GoogleTest program                      (OvraTesting.cmake)
+#   ovra_fuzzer           a program that tries inputs               (OvraFuzzing.cmake)
 #
 #   ovra-options          language, warnings and platform definitions; linked by all of the above
 #   boost-headers         Boost, header-only

@@ -48,7 +48,9 @@ struct FglibFrameBufferGroup::State
     unsigned int dma = 0;
     MemoryBudget budget{};
 
-    std::mutex control;
+    mutable std::mutex control;
+    std::int64_t lostEarlier =
+        0; // images lost since the start, without the acquisition that runs; under control
 
     mutable std::mutex mutex;
     std::condition_variable changed;
@@ -70,6 +72,7 @@ struct FglibFrameBufferGroup::State
     Geometry readGeometry() const;
     int readInteger(int parameter, const char* name) const;
     void writeInteger(int parameter, const char* name, int value);
+    std::int64_t lostNow() const;
 
     void start(int imageCount);
     void stop();
@@ -138,6 +141,15 @@ Geometry FglibFrameBufferGroup::State::readGeometry() const
     return {readInteger(FG_WIDTH, "FG_WIDTH"), readInteger(FG_HEIGHT, "FG_HEIGHT")};
 }
 
+// The runtime counts anew with each of its acquisitions.
+std::int64_t FglibFrameBufferGroup::State::lostNow() const
+{
+    if (!runtime->Fg_getStatusEx)
+        return 0;
+    const auto count = runtime->Fg_getStatusEx(handle, FG_STATUS_LOST_IMAGES, 0, dma, ring->get());
+    return std::max<FgFrameIndex>(count, 0); // a negative one is a code: nothing is known
+}
+
 // --- starting and stopping: under control ---------------------------------------------------------
 
 void FglibFrameBufferGroup::State::start(int imageCount)
@@ -149,6 +161,7 @@ void FglibFrameBufferGroup::State::start(int imageCount)
         images = imageCount;
         newest = 0;
         earlier = 0;
+        lostEarlier = 0;
         resume = paused;
         if (paused)
             return;
@@ -191,6 +204,7 @@ void FglibFrameBufferGroup::State::stopRuntime()
     if (code != FG_OK && code != FG_NOT_ACQUIRING)
         log(LogLevel::Error,
             reference::failureText(*runtime, text("acquisition could not be stopped"), code));
+    lostEarlier += lostNow();
     std::unique_lock lock(mutex);
     changed.wait(lock, [this] { return waiters == 0; });
 }
@@ -470,6 +484,12 @@ bool FglibFrameBufferGroup::waitForImage(std::int64_t after, Image& image)
 unsigned int FglibFrameBufferGroup::dmaIndex() const
 {
     return m_state->dma;
+}
+
+std::int64_t FglibFrameBufferGroup::lostImages() const
+{
+    const std::lock_guard control(m_state->control);
+    return m_state->lostEarlier + (m_state->running ? m_state->lostNow() : 0); // written under control only
 }
 
 void FglibFrameBufferGroup::setTimeout(unsigned int seconds)

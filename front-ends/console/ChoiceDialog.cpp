@@ -2,9 +2,8 @@
 
 #include "Printer.h"
 
-#include <istream>
-#include <optional>
 #include <sstream>
+#include <utility>
 
 namespace ovra::console {
 
@@ -27,9 +26,9 @@ std::optional<ChoiceDialog::Answer> readAnswer(const std::string& line)
 
 } // namespace
 
-ChoiceDialog::ChoiceDialog(Printer& printer, std::istream* user)
+ChoiceDialog::ChoiceDialog(Printer& printer, User user)
     : m_printer(printer),
-      m_user(user),
+      m_user(std::move(user)),
       m_answer{lastButton, false}
 {}
 
@@ -52,11 +51,14 @@ ChoiceDialog::Answer ChoiceDialog::ask(const std::string& question, const std::a
 
 ChoiceDialog::Answer ChoiceDialog::askUser()
 {
-    for (std::string line;;) {
+    for (;;) {
         m_printer.prompt("0, 1 or 2 [remember]: ");
-        if (!std::getline(*m_user, line))
+        const auto line = m_user();
+        if (!line) {
+            m_printer.line(""); // the cursor still stands behind the prompt
             return {lastButton, false};
-        if (const auto answer = readAnswer(line))
+        }
+        if (const auto answer = readAnswer(*line))
             return *answer;
     }
 }

@@ -3,7 +3,8 @@
 #pragma once
 
 #include <array>
-#include <iosfwd>
+#include <functional>
+#include <optional>
 #include <string>
 
 namespace ovra::console {
@@ -19,8 +20,11 @@ public:
         bool remember;
     };
 
-    /// \param user  where answers are read; null: setAnswer gives them
-    ChoiceDialog(Printer& printer, std::istream* user);
+    /// Gives the next line that the user types; empty when no more come.
+    using User = std::function<std::optional<std::string>()>;
+
+    /// Without \p user, setAnswer gives the answers.
+    ChoiceDialog(Printer& printer, User user);
 
     /// The answer to the questions that come from now on; button 2 at first.
     void setAnswer(const Answer& answer);
@@ -33,7 +37,7 @@ private:
     Answer askUser();
 
     Printer& m_printer;
-    std::istream* const m_user;
+    const User m_user;
     Answer m_answer;
 };
 

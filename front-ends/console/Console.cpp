@@ -1,10 +1,14 @@
 #include "Console.h"
 
 #include "Arguments.h"
+#include "Paths.h"
+#include "Platform.h"
 
 #include "ovra-core/CommandProcessor.h"
 #include "ovra-core/HarloApplication.h"
 #include "ovra-core/reference/Application.h"
+
+#include <system_error>
 
 namespace ovra::console {
 
@@ -17,13 +21,23 @@ constexpr std::chrono::seconds longestCommand{60};
 void Console::run(const boost::shared_ptr<core::Command>& command)
 {
     core::HarloApplication::commandprocessor()->executeCommand(command);
-    if (!waitUntil([this] { return application.idle(); }, longestCommand))
+    if (!application.pumpUntil([this] { return application.idle(); }, longestCommand))
         throw CommandError("the application is still busy after 60 seconds");
+}
+
+std::filesystem::path Console::inputFile(const std::string& name) const
+{
+    const auto stored = outputFolder / pathOf(name);
+    std::error_code none; // a file that cannot be looked at is not meant
+    return std::filesystem::exists(stored, none) ? stored : pathOf(name);
 }
 
 bool Console::waitUntil(const std::function<bool()>& condition, std::chrono::milliseconds limit)
 {
-    return application.pumpUntil(condition, limit);
+    const bool holds = application.pumpUntil([&] { return interrupted() || condition(); }, limit);
+    if (interrupted())
+        throw CommandError("interrupted");
+    return holds;
 }
 
 } // namespace ovra::console

@@ -7,6 +7,7 @@
 #include <chrono>
 #include <filesystem>
 #include <functional>
+#include <string>
 
 namespace ovra::core {
 class Command;
@@ -31,14 +32,18 @@ struct Console
     ConsoleViews& views;
     ChoiceDialog& dialog;
     ImageCollection& images;
-    std::filesystem::path outputFolder; ///< where pictures with a relative name go
+    std::filesystem::path outputFolder; ///< where pictures and configurations with a relative name go
     bool ended = false;                 ///< set to end the session after the present line
 
-    /// Has the application run \p command, and lets the loop run until nothing is left to do for it. Throws
-    /// CommandError when that takes longer than a minute.
+    /// Has the application run \p command, and lets the loop run until nothing is left to do for it, also
+    /// when the user interrupts the program. Throws CommandError when that takes longer than a minute.
     void run(const boost::shared_ptr<core::Command>& command);
 
-    /// Lets the loop run until \p condition holds; false when \p limit passed first.
+    /// A file that a user names: where there is one of that name in the output folder, it is meant.
+    std::filesystem::path inputFile(const std::string& name) const;
+
+    /// Lets the loop run until \p condition holds; false when \p limit passed first. Throws CommandError when
+    /// the user interrupts the program.
     bool waitUntil(const std::function<bool()>& condition, std::chrono::milliseconds limit);
 };
 

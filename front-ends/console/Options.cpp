@@ -10,7 +10,7 @@ constexpr int highestLogLevel = 10;
 
 } // namespace
 
-std::optional<Options> parseOptions(int argumentCount, char** arguments, int& exitCode)
+std::optional<Options> parseOptions(const std::vector<std::string>& arguments, int& exitCode)
 {
     Options options;
     CLI::App program(
@@ -20,7 +20,8 @@ std::optional<Options> parseOptions(int argumentCount, char** arguments, int& ex
     program.set_version_flag("--version", "ovra-console " OVRA_CONSOLE_VERSION);
     program.add_option("--script", options.script, "commands to carry out")->type_name("FILE");
     program
-        .add_option("--output-dir", options.outputFolder, "folder for pictures, in place of the current one")
+        .add_option("--output-dir", options.outputFolder,
+                    "folder for pictures and stored configurations, in place of the current one")
         ->type_name("DIR");
     program.add_option("--machine", options.machine, "description of the virtual machine")->type_name("FILE");
     program.add_option("--runtime-dir", options.runtimeFolder, "installation, in place of the program's own")
@@ -32,7 +33,7 @@ std::optional<Options> parseOptions(int argumentCount, char** arguments, int& ex
         ->check(CLI::Range(0, highestLogLevel));
 
     try {
-        program.parse(argumentCount, arguments);
+        program.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend())); // the last one first
     } catch (const CLI::ParseError& end) {
         exitCode = program.exit(end);
         return std::nullopt;

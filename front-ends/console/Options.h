@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace ovra::console {
 
@@ -18,7 +19,8 @@ struct Options
     std::optional<int> logLevel;
 };
 
-/// Empty when the program has done all it should: \p exitCode says how it ended.
-std::optional<Options> parseOptions(int argumentCount, char** arguments, int& exitCode);
+/// \p arguments are the words behind the program's name. Empty when the program has done all it should: \p
+/// exitCode says how it ended.
+std::optional<Options> parseOptions(const std::vector<std::string>& arguments, int& exitCode);
 
 } // namespace ovra::console

@@ -1,5 +1,7 @@
 #include "PngWriter.h"
 
+#include "Paths.h"
+
 #include <fstream>
 #include <ios>
 #include <stdexcept>
@@ -35,7 +37,7 @@ void writePng(const std::filesystem::path& file, const StoredImage& image)
                                          image.pixels.data(), image.width) != 0;
     stream.close();
     if (!encoded || !stream)
-        throw std::runtime_error("cannot write the picture " + file.string());
+        throw std::runtime_error("cannot write the picture " + textOf(file));
 }
 
 } // namespace ovra::console

@@ -17,6 +17,17 @@ std::string inOneLine(std::string text)
     return text;
 }
 
+// Texts are UTF-8: a character is kept as a whole or not at all.
+std::string beginningOf(const std::string& text, std::size_t longest)
+{
+    constexpr unsigned char continuationMask = 0xc0, continuation = 0x80;
+    if (text.size() <= longest)
+        return text;
+    while (longest > 0 && (static_cast<unsigned char>(text[longest]) & continuationMask) == continuation)
+        --longest;
+    return text.substr(0, longest);
+}
+
 } // namespace
 
 Printer::Printer(std::ostream& output, std::ostream& errors, Target target)
@@ -39,7 +50,7 @@ void Printer::progress(const std::string& text)
 
     const std::lock_guard lock(m_mutex);
     eraseProgress();
-    const std::string shown = inOneLine(text).substr(0, longestProgress);
+    const std::string shown = beginningOf(inOneLine(text), longestProgress);
     m_output << shown << std::flush;
     m_progressWidth = shown.size();
 }

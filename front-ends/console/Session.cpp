@@ -7,6 +7,7 @@
 #include "ImageCollection.h"
 #include "LineParser.h"
 #include "Lookup.h"
+#include "Paths.h"
 #include "Platform.h"
 #include "Printer.h"
 
@@ -18,18 +19,15 @@
 
 #include <boost/make_shared.hpp>
 
-#include <atomic>
 #include <exception>
-#include <future>
-#include <istream>
 #include <optional>
+#include <string_view>
 
 namespace ovra::console {
 
 namespace {
 
 constexpr std::chrono::minutes longestStart{5};
-constexpr std::chrono::hours untilItComes{1};
 
 /// A start-up of the library and its shut-down.
 class LibraryUse
@@ -63,22 +61,11 @@ void reportFailures(reference::Application& application, Printer& printer)
     });
 }
 
-/// The next line; empty at the end. The application goes on while a user thinks or a pipe is silent.
-std::optional<std::string> nextLine(reference::Application& application, std::istream& input)
+void dropByteOrderMark(std::string& line)
 {
-    std::atomic<bool> there{false};
-    auto reading = std::async(std::launch::async, [&] {
-        std::string line;
-        const bool complete = static_cast<bool>(std::getline(input, line));
-        if (line.ends_with('\r')) // a script that was written on the other platform
-            line.pop_back();
-        there = true;
-        application.post([] {});
-        return complete ? std::optional(line) : std::nullopt;
-    });
-    while (!application.pumpUntil([&] { return there.load(); }, untilItComes)) {
-    }
-    return reading.get();
+    constexpr std::string_view mark = "\xef\xbb\xbf";
+    if (line.starts_with(mark))
+        line.erase(0, mark.size());
 }
 
 void runLine(Console& console, const std::string& line, InputKind kind)
@@ -96,14 +83,16 @@ void runLine(Console& console, const std::string& line, InputKind kind)
     console.printer.endProgress();
 }
 
-void runLines(Console& console, std::istream& input, InputKind kind)
+void runLines(Console& console, LineReader& input, InputKind kind)
 {
-    for (int number = 1; !console.ended; ++number) {
+    for (int number = 1; !console.ended && !interrupted(); ++number) {
         if (kind == InputKind::Terminal)
             console.printer.prompt("ovra> ");
-        const auto line = nextLine(console.application, input);
+        auto line = input.next();
         if (!line)
             break;
+        if (number == 1)
+            dropByteOrderMark(*line);
         if (kind == InputKind::Lines)
             console.printer.setPlace("line " + std::to_string(number));
         runLine(console, *line, kind);
@@ -134,7 +123,7 @@ bool startApplication(Console& console)
 {
     const auto errorsBefore = console.printer.errorCount();
     console.application.startPlugins();
-    const bool idle = console.waitUntil([&] { return console.application.idle(); }, longestStart);
+    const bool idle = console.application.pumpUntil([&] { return console.application.idle(); }, longestStart);
     console.printer.endProgress();
     if (!idle)
         console.printer.error("the application is not ready after five minutes");
@@ -143,7 +132,7 @@ bool startApplication(Console& console)
 
 } // namespace
 
-bool runSession(const Options& options, Printer& printer, std::istream& input, InputKind kind)
+bool runSession(const Options& options, Printer& printer, const LineSource& input, InputKind kind)
 {
     exportOptions(options);
 
@@ -151,20 +140,23 @@ bool runSession(const Options& options, Printer& printer, std::istream& input, I
     // plug-in, then the library shuts down.
     std::optional<LibraryUse> library;
     ImageCollection images;
-    ChoiceDialog dialog(printer, kind == InputKind::Terminal ? &input : nullptr);
+    LineReader reader(input);
+    ChoiceDialog dialog(printer,
+                        kind == InputKind::Terminal ? [&] { return reader.next(); } : ChoiceDialog::User());
     reference::Application application({.runtimeDirectory = options.runtimeFolder,
                                         .runtimeLibrary = {},
                                         .configurationFile = options.configurationFile});
     library.emplace();
+    reader.serve(application);
     reportFailures(application, printer);
 
     const auto views = boost::make_shared<ConsoleViews>(printer, images, dialog);
     const boost::shared_ptr<gui::Gui> plugin(gui::Gui::createInstance(), gui::Gui::destroyInstance);
     application.addPlugin(plugin, {{"views", boost::shared_ptr<gui::Views>(views)}});
 
-    Console console{application, printer, *views, dialog, images, options.outputFolder};
+    Console console{application, printer, *views, dialog, images, pathOf(options.outputFolder)};
     if (startApplication(console)) {
-        runLines(console, input, kind);
+        runLines(console, reader, kind);
         unloadAll(console);
     }
     application.stopPlugins();

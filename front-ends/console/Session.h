@@ -2,9 +2,8 @@
 /// Session: the application from its start to its end, with the user's lines between.
 #pragma once
 
+#include "LineReader.h"
 #include "Options.h"
-
-#include <iosfwd>
 
 namespace ovra::console {
 
@@ -17,7 +16,7 @@ enum class InputKind
 };
 
 /// Starts the application, carries out the lines of \p input, ends the application, in this order also when
-/// something on the way fails. True when there was no error at all.
-bool runSession(const Options& options, Printer& printer, std::istream& input, InputKind kind);
+/// something on the way fails or the user interrupts the program. True when there was no error at all.
+bool runSession(const Options& options, Printer& printer, const LineSource& input, InputKind kind);
 
 } // namespace ovra::console

@@ -1,4 +1,5 @@
 #include "Options.h"
+#include "Paths.h"
 #include "Platform.h"
 #include "Printer.h"
 #include "Session.h"
@@ -8,22 +9,28 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <memory>
 #include <system_error>
 
 namespace {
 
 using namespace ovra::console;
 
+constexpr int exitCodeOfInterrupt = 130; // as shells have it
+
 bool runScript(const Options& options, Printer& printer)
 {
-    const std::filesystem::path file(options.script);
+    const auto file = pathOf(options.script);
+    const auto script = std::make_shared<std::ifstream>(file);
     std::error_code none; // a file that cannot be looked at cannot be opened either
-    std::ifstream script(file);
-    if (!script || std::filesystem::is_directory(file, none)) {
+    if (!*script || std::filesystem::is_directory(file, none)) {
         printer.error("cannot read the script " + options.script);
         return false;
     }
-    return runSession(options, printer, script, InputKind::Lines);
+    const auto nextLine = [script](std::string& line) {
+        return static_cast<bool>(std::getline(*script, line));
+    };
+    return runSession(options, printer, nextLine, InputKind::Lines);
 }
 
 bool run(const Options& options, Printer& printer)
@@ -31,25 +38,34 @@ bool run(const Options& options, Printer& printer)
     if (!options.script.empty())
         return runScript(options, printer);
     const bool terminal = inputIsTerminal() && outputIsTerminal();
-    return runSession(options, printer, std::cin, terminal ? InputKind::Terminal : InputKind::Lines);
+    return runSession(options, printer, readInputLine, terminal ? InputKind::Terminal : InputKind::Lines);
+}
+
+int exitCodeOf(const Options& options, Printer& printer)
+{
+    bool succeeded = false;
+    try {
+        succeeded = run(options, printer);
+    } catch (const std::exception& error) {
+        printer.error(error.what());
+    }
+    if (interrupted())
+        return exitCodeOfInterrupt;
+    return succeeded ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
 } // namespace
 
 int main(int argumentCount, char** arguments)
 {
+    prepareTerminal();
     int exitCode = EXIT_SUCCESS;
-    const auto options = parseOptions(argumentCount, arguments, exitCode);
+    const auto options = parseOptions(commandLineArguments(argumentCount, arguments), exitCode);
     if (!options)
         return exitCode;
 
-    prepareTerminal();
+    noteInterrupts();
     Printer printer(std::cout, std::cerr,
                     outputIsTerminal() ? Printer::Target::Terminal : Printer::Target::Lines);
-    try {
-        return run(*options, printer) ? EXIT_SUCCESS : EXIT_FAILURE;
-    } catch (const std::exception& error) {
-        printer.error(error.what());
-        return EXIT_FAILURE;
-    }
+    return exitCodeOf(*options, printer);
 }

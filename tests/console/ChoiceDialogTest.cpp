@@ -14,7 +14,11 @@ struct Asking : testing::Test
     ChoiceDialog::Answer askUser(const std::string& typed)
     {
         std::istringstream user(typed);
-        return ChoiceDialog(printer, &user).ask("Which?", {"first", "second", "third"});
+        const auto nextLine = [&user]() -> std::optional<std::string> {
+            std::string line;
+            return std::getline(user, line) ? std::optional(line) : std::nullopt;
+        };
+        return ChoiceDialog(printer, nextLine).ask("Which?", {"first", "second", "third"});
     }
 
     std::ostringstream output;
@@ -46,7 +50,7 @@ TEST_F(Asking, TakesTheLastButtonAtTheEndOfInput)
 
 TEST_F(Asking, TakesTheAnswerThatWasSetWhereNobodyCanBeAsked)
 {
-    ChoiceDialog dialog(printer, nullptr);
+    ChoiceDialog dialog(printer, {});
     EXPECT_EQ(dialog.ask("Which?", {"first", "second", "third"}).button, 2);
     dialog.setAnswer({0, true});
     const auto answer = dialog.ask("Which?", {"first", "second", "third"});

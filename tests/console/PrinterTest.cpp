@@ -41,6 +41,9 @@ TEST_F(Printing, ProgressIsCutToTheWidthOfATerminal)
     Printer printer(output, errors, Printer::Target::Terminal);
     printer.progress(std::string(200, 'x'));
     EXPECT_EQ(output.str().size(), 78u);
+    output.str("");
+    Printer(output, errors, Printer::Target::Terminal).progress(std::string(77, 'x') + "\u00fc");
+    EXPECT_EQ(output.str(), std::string(77, 'x')); // half a character would be none
 }
 
 TEST_F(Printing, AnErrorIsOneLineThatTellsThePlaceAndCounts)

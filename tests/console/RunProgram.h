@@ -12,7 +12,7 @@ namespace ovra::tests {
 struct ProgramRun
 {
     std::filesystem::path program;
-    std::vector<std::string> arguments; ///< without double quotes in them
+    std::vector<std::string> arguments; ///< UTF-8, without double quotes in them
     std::filesystem::path input;        ///< standard input
     std::filesystem::path output;       ///< standard output and error, in the order in which they are written
 };

@@ -2,6 +2,8 @@
 
 #include "RunProgram.h"
 
+#include "front-ends/console/Paths.h"
+
 #include <fstream>
 #include <random>
 
@@ -57,7 +59,7 @@ Workspace::~Workspace()
 
 std::filesystem::path Workspace::path(const std::string& name) const
 {
-    return m_folder / name;
+    return m_folder / console::pathOf(name);
 }
 
 std::filesystem::path Workspace::write(const std::string& name, const std::string& content) const

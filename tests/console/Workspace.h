@@ -27,7 +27,7 @@ public:
     Workspace(const Workspace&) = delete;
     Workspace& operator=(const Workspace&) = delete;
 
-    /// Path of a file in the folder.
+    /// Path of a file in the folder. Names are UTF-8.
     std::filesystem::path path(const std::string& name) const;
     /// Writes a file into the folder, and gives its path.
     std::filesystem::path write(const std::string& name, const std::string& content) const;

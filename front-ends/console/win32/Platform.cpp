@@ -1,12 +1,83 @@
 #include "../Platform.h"
 
+#include <array>
+#include <atomic>
 #include <cstdio>
+#include <cstdlib>
+#include <iostream>
+#include <string_view>
 
 #include <io.h>
 #include <stdlib.h>
 #include <windows.h>
 
+#include <shellapi.h>
+
 namespace ovra::console {
+
+namespace {
+
+std::atomic<bool> wasInterrupted{false};
+
+BOOL WINAPI onControl(DWORD event)
+{
+    if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT)
+        return FALSE;
+    return wasInterrupted.exchange(true) ? FALSE : TRUE; // what is not handled ends the process
+}
+
+std::string utf8(std::wstring_view text)
+{
+    const int length = static_cast<int>(text.size());
+    std::string converted(static_cast<std::size_t>(WideCharToMultiByte(CP_UTF8, 0, text.data(), length,
+                                                                       nullptr, 0, nullptr, nullptr)),
+                          '\0');
+    WideCharToMultiByte(CP_UTF8, 0, text.data(), length, converted.data(), static_cast<int>(converted.size()),
+                        nullptr, nullptr);
+    return converted;
+}
+
+UINT outputCodePageBefore = 0;
+
+void restoreTerminal()
+{
+    SetConsoleOutputCP(outputCodePageBefore);
+}
+
+// The narrow reading functions lose what is outside ASCII, whatever the code page.
+bool readTerminalLine(std::string& line)
+{
+    constexpr wchar_t endOfInput = 0x1a; // Ctrl-Z
+    std::wstring text;
+    while (!text.ends_with(L'\n')) {
+        std::array<wchar_t, 256> part{};
+        DWORD count = 0;
+        // None at all: Ctrl-C.
+        if (!ReadConsoleW(GetStdHandle(STD_INPUT_HANDLE), part.data(), static_cast<DWORD>(part.size()),
+                          &count, nullptr) ||
+            count == 0)
+            return false;
+        text.append(part.data(), count);
+        if (text.front() == endOfInput)
+            return false;
+    }
+    text.pop_back();
+    line = utf8(text);
+    return true;
+}
+
+} // namespace
+
+std::vector<std::string> commandLineArguments(int, char**)
+{
+    int count = 0;
+    LPWSTR* const words = CommandLineToArgvW(GetCommandLineW(), &count);
+    std::vector<std::string> texts;
+    for (int i = 1; words && i < count; ++i)
+        texts.push_back(utf8(words[i]));
+    LocalFree(words);
+    return texts;
+}
 
 bool inputIsTerminal()
 {
@@ -20,8 +91,26 @@ bool outputIsTerminal()
 
 void prepareTerminal()
 {
-    SetConsoleCP(CP_UTF8);
+    outputCodePageBefore = GetConsoleOutputCP();
+    if (outputCodePageBefore == 0) // there is no terminal
+        return;
     SetConsoleOutputCP(CP_UTF8);
+    std::atexit(restoreTerminal);
+}
+
+bool readInputLine(std::string& line)
+{
+    return inputIsTerminal() ? readTerminalLine(line) : static_cast<bool>(std::getline(std::cin, line));
+}
+
+void noteInterrupts()
+{
+    SetConsoleCtrlHandler(&onControl, TRUE);
+}
+
+bool interrupted()
+{
+    return wasInterrupted;
 }
 
 // The C run-time library's own copy is what the libraries of the process read; this changes both.

@@ -1,5 +1,7 @@
 #include "../RunProgram.h"
 
+#include "front-ends/console/Paths.h"
+
 #include <stdexcept>
 
 #include <windows.h>
@@ -37,7 +39,7 @@ int runProgram(const ProgramRun& run)
 {
     std::wstring command = L"\"" + run.program.wstring() + L"\"";
     for (const auto& argument : run.arguments)
-        command += L" \"" + std::filesystem::path(argument).wstring() + L"\"";
+        command += L" \"" + console::pathOf(argument).wstring() + L"\"";
 
     const Handle input(openForChild(run.input, GENERIC_READ, OPEN_EXISTING));
     const Handle output(openForChild(run.output, GENERIC_WRITE, CREATE_ALWAYS));

@@ -1,0 +1,21 @@
+/// \file
+/// Paths and their texts. Texts are UTF-8 throughout the program, whatever the platform's narrow encoding.
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace ovra::console {
+
+inline std::filesystem::path pathOf(const std::string& text)
+{
+    return std::u8string(text.begin(), text.end());
+}
+
+inline std::string textOf(const std::filesystem::path& path)
+{
+    const std::u8string text = path.u8string();
+    return {text.begin(), text.end()};
+}
+
+} // namespace ovra::console

@@ -7,6 +7,7 @@
 #include "Descriptions.h"
 #include "ImageCollection.h"
 #include "Lookup.h"
+#include "Paths.h"
 #include "PngWriter.h"
 #include "Printer.h"
 
@@ -14,6 +15,7 @@
 #include "gui-core/StartAcquisitionCommand.h"
 #include "gui-core/StopAcquisitionCommand.h"
 #include "ovra-core/HarloApplication.h"
+#include "ovra-lib-display-fglib/FglibFrameBufferGroup.h"
 #include "ovra-lib-environment/HlEnvironmentBoardNode.h"
 
 #include <algorithm>
@@ -212,18 +214,24 @@ void saveImage(Console& console, const Arguments& arguments)
 {
     const auto channel = findChannel(console, arguments, 0);
     const auto image = imageToSave(console, channel);
-    writePng(console.outputFolder / arguments.text(2), image);
+    writePng(console.outputFolder / pathOf(arguments.text(2)), image);
     console.printer.line(channel.title + ": image " + std::to_string(image.number) + ", " +
                          sizeText(image.width, image.height) + ", saved as " + arguments.text(2) + ".");
+}
+
+std::int64_t lostImages(const core::models::HlEnvironmentDmaNode& dma)
+{
+    const auto group = boost::dynamic_pointer_cast<display::FglibFrameBufferGroup>(dma.getFrameBufferGroup());
+    return group ? group->lostImages() : 0; // other groups know of none
 }
 
 void showStatistics(Console& console, const Channel& channel)
 {
     const auto statistics = channel.scene->statistics();
     std::ostringstream text;
-    text << channel.title << ": " << statistics.received << " images, " << statistics.shown << " shown, "
-         << statistics.skipped << " skipped, " << std::fixed << std::setprecision(1)
-         << channel.images->imagesPerSecond() << " per second";
+    text << channel.title << ": " << statistics.received << " images, " << std::fixed << std::setprecision(1)
+         << channel.images->imagesPerSecond() << " per second, " << statistics.shown << " shown, "
+         << statistics.skipped << " skipped, " << lostImages(*channel.dma) << " lost";
     console.printer.line(text.str());
 }
 
@@ -267,7 +275,11 @@ std::vector<CommandEntry> acquisitionCommands()
          1, 4, wait},
         {"save-image", "BOARD DMA FILE.png",
          "saves the next image of a DMA channel, or the last one if it does not acquire", 3, 3, saveImage},
-        {"statistics", "", "shows the images since each start, and events", 0, 0, showAllStatistics},
+        {"statistics", "",
+         "shows the images of each DMA channel since its start: arrived, shown, skipped because a newer one "
+         "was "
+         "there, lost on the way; and events",
+         0, 0, showAllStatistics},
     };
 }
 

@@ -4,6 +4,8 @@
 #include "Console.h"
 #include "Descriptions.h"
 #include "Lookup.h"
+#include "Parameters.h"
+#include "Paths.h"
 #include "Printer.h"
 
 #include "gui-core/LoadAppletCommand.h"
@@ -20,7 +22,7 @@ void load(Console& console, const Arguments& arguments)
 {
     const auto board = findBoard(arguments.text(0));
     const auto applet = findApplet(*board, arguments.text(1));
-    const std::string mcf = arguments.count() > 2 ? arguments.text(2) : "";
+    const std::string mcf = arguments.count() > 2 ? textOf(console.inputFile(arguments.text(2))) : "";
 
     const auto errorsBefore = console.printer.errorCount();
     console.run(gui::commands::LoadAppletCommand::create(static_cast<int>(board->getSerial()),
@@ -37,20 +39,51 @@ void unload(Console& console, const Arguments& arguments)
         console.printer.line("Board " + std::to_string(board->getIndex()) + " is empty.");
 }
 
-void showDma(Printer& printer, const core::models::HlEnvironmentDmaNode& dma)
+/// "name: one, two, three", on as many lines as it takes.
+void printList(Printer& printer, const std::string& indent, const std::string& name,
+               const std::vector<std::string>& items)
+{
+    constexpr std::size_t width = 100;
+    std::string line = indent + name + ":";
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        const std::string item = ' ' + items[i] + (i + 1 < items.size() ? "," : "");
+        if (line.size() + item.size() > width) {
+            printer.line(line);
+            line = indent + "   ";
+        }
+        line += item;
+    }
+    printer.line(line);
+}
+
+void showParameters(Printer& printer, const std::string& indent, const ParameterOwner& owner)
+{
+    std::vector<std::string> items;
+    for (const auto& parameter : owner.all())
+        items.push_back(shortText(parameter));
+    if (!items.empty())
+        printList(printer, indent, "parameters", items);
+}
+
+void showDma(Printer& printer, const core::models::HlEnvironmentBoardNode& board,
+             const core::models::HlEnvironmentDmaNode& dma)
 {
     const auto scene = dma.getDisplayScene();
+    const auto group = dma.getFrameBufferGroup();
     printer.line("    DMA " + std::to_string(dma.getIndex()) + ": " +
                  (scene ? sizeText(scene->width(), scene->height()) : "no display") +
-                 ", buffers: " + std::to_string(dma.getAcqBuffersCurrent()) +
+                 (group ? ", buffers: " + std::to_string(group->bufferCount()) : "") +
                  ", timeout: " + std::to_string(dma.getAcqTimeout()) + " s");
+    showParameters(printer, "      ", parameterOwner(board, dma));
 }
 
 void showPort(Printer& printer, const core::models::HlEnvironmentLogicalPortNode& port)
 {
     const std::string type = port.getPortType();
     printer.line("    port " + std::to_string(port.getIndex()) + (type.empty() ? "" : " (" + type + ")") +
-                 ": " + portConnection(port));
+                 ": " + connectorText(port) + (port.getGeneratorActive() ? ", generator on" : ""));
+    if (const std::string camera = cameraText(port); !camera.empty())
+        printer.line("      " + camera);
 }
 
 void showBoardStructure(Printer& printer, const core::models::HlEnvironmentBoardNode& board)
@@ -59,10 +92,12 @@ void showBoardStructure(Printer& printer, const core::models::HlEnvironmentBoard
     for (const auto& process : listOf(board.getProcesses())) {
         printer.line("  process " + std::to_string(process->getIndex()));
         for (const auto& dma : listOf(process->getDmas()))
-            showDma(printer, *dma);
+            showDma(printer, board, *dma);
         for (const auto& port : listOf(process->getLogicalPorts()))
             showPort(printer, *port);
     }
+    if (listOf(board.getDmas()).empty())
+        showParameters(printer, "  ", parameterOwners(board).front());
 }
 
 void showStructure(Console& console, const Arguments& arguments)
@@ -88,7 +123,8 @@ std::vector<CommandEntry> appletCommands()
     return {
         {"load", "BOARD APPLET [MCF]", "loads an applet onto a board, and then a configuration file", 2, 3,
          load},
-        {"structure", "[BOARD]", "shows processes, DMA channels, ports and cameras", 0, 1, showStructure},
+        {"structure", "[BOARD]", "shows processes, DMA channels, ports, cameras and parameters", 0, 1,
+         showStructure},
         {"unload", "BOARD", "takes the applet off a board", 1, 1, unload},
     };
 }

@@ -11,7 +11,8 @@ namespace {
 std::vector<CommandEntry> allCommands()
 {
     std::vector<CommandEntry> all;
-    for (const auto& topic : {resourceCommands(), appletCommands(), acquisitionCommands(), sessionCommands()})
+    for (const auto& topic : {resourceCommands(), appletCommands(), configurationCommands(),
+                              channelCommands(), acquisitionCommands(), sessionCommands()})
         all.insert(all.end(), topic.begin(), topic.end());
     return all;
 }

@@ -30,6 +30,8 @@ inline constexpr std::size_t anyNumber = static_cast<std::size_t>(-1);
 // By topic, each in a source of its own.
 std::vector<CommandEntry> resourceCommands();
 std::vector<CommandEntry> appletCommands();
+std::vector<CommandEntry> configurationCommands();
+std::vector<CommandEntry> channelCommands();
 std::vector<CommandEntry> acquisitionCommands();
 std::vector<CommandEntry> sessionCommands();
 

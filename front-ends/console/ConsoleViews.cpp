@@ -4,6 +4,7 @@
 #include "Descriptions.h"
 #include "ImageCollection.h"
 #include "Lookup.h"
+#include "Parameters.h"
 #include "Printer.h"
 
 #include "ovra-lib-fglib-model/FgLibEventsModel.h"
@@ -145,8 +146,11 @@ void ConsoleViews::applet_unloaded()
 // Comes at the end of every load, also of one that failed and left a board without channels.
 void ConsoleViews::ensure_board_selection(unsigned int board)
 {
-    if (const auto node = boardOfSerial(board))
-        m_images.attach(node);
+    const auto node = boardOfSerial(board);
+    if (!node)
+        return;
+    m_images.attach(node);
+    markGenerators(node);
 }
 
 void ConsoleViews::showErrorMessage(const std::string& title, const std::string& message)

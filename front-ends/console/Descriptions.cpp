@@ -15,12 +15,11 @@ namespace ovra::console {
 
 namespace {
 
-boost::shared_ptr<core::models::GenICamModel>
-cameraModel(const core::models::HlEnvironmentLogicalPortNode& port)
+boost::shared_ptr<core::models::HlEnvironmentCameraNode>
+cameraNode(const core::models::HlEnvironmentLogicalPortNode& port)
 {
     const auto physical = port.getMappedPortEntry();
-    const auto camera = physical ? physical->getConnectedCameraEntry() : nullptr;
-    return camera ? camera->getGenICamModelEntry() : nullptr;
+    return physical ? physical->getConnectedCameraEntry() : nullptr;
 }
 
 std::string mebibytes(unsigned long long bytes)
@@ -44,7 +43,7 @@ void appendAcquisition(std::string& list, const core::models::HlEnvironmentBoard
             append(list, channelTitle(board, *dma));
     }
     for (const auto& port : listOf(board.getLogicalPorts())) {
-        const auto camera = cameraModel(*port);
+        const auto camera = cameraOf(*port);
         if (camera && camera->isAcquiring())
             append(list, "camera of board " + std::to_string(board.getIndex()) + " port " +
                              std::to_string(port->getIndex()));
@@ -76,19 +75,25 @@ std::string sizeText(int width, int height)
     return std::to_string(width) + " x " + std::to_string(height);
 }
 
-std::string portConnection(const core::models::HlEnvironmentLogicalPortNode& port)
+std::string connectorText(const core::models::HlEnvironmentLogicalPortNode& port)
 {
     const auto physical = port.getMappedPortEntry();
-    if (!physical)
-        return "no connector";
-    std::string text = "connector " + std::to_string(physical->getIndex());
-    const auto camera = physical->getConnectedCameraEntry();
+    return physical ? "connector " + std::to_string(physical->getIndex()) : "no connector";
+}
+
+std::string cameraText(const core::models::HlEnvironmentLogicalPortNode& port)
+{
+    const auto camera = cameraNode(port);
     if (!camera)
-        return text + ", no camera";
-    text += ", camera " + camera->getName();
-    if (const auto model = camera->getGenICamModelEntry())
-        text += ", " + sizeText(model->width(), model->height());
-    return text;
+        return "";
+    const auto model = cameraOf(port);
+    return "camera " + camera->getName() + (model ? ": " + sizeText(model->width(), model->height()) : "");
+}
+
+boost::shared_ptr<core::models::GenICamModel> cameraOf(const core::models::HlEnvironmentLogicalPortNode& port)
+{
+    const auto camera = cameraNode(port);
+    return camera ? camera->getGenICamModelEntry() : nullptr;
 }
 
 std::string acquisitionText()

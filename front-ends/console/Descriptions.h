@@ -2,9 +2,12 @@
 /// What the console says of boards, channels and memory.
 #pragma once
 
+#include <boost/shared_ptr.hpp>
+
 #include <string>
 
 namespace ovra::core::models {
+class GenICamModel;
 class HlEnvironmentBoardNode;
 class HlEnvironmentDmaNode;
 class HlEnvironmentLogicalPortNode;
@@ -22,8 +25,13 @@ std::string channelTitle(const core::models::HlEnvironmentBoardNode& board,
 /// "1024 x 768"
 std::string sizeText(int width, int height);
 
-/// What is between a logical port and its camera, and the camera.
-std::string portConnection(const core::models::HlEnvironmentLogicalPortNode& port);
+/// The connector that a logical port is mapped to.
+std::string connectorText(const core::models::HlEnvironmentLogicalPortNode& port);
+/// The camera at that connector; empty when there is none.
+std::string cameraText(const core::models::HlEnvironmentLogicalPortNode& port);
+/// Its controls; empty when there is none, or it has none.
+boost::shared_ptr<core::models::GenICamModel>
+cameraOf(const core::models::HlEnvironmentLogicalPortNode& port);
 
 /// Which channels and cameras acquire.
 std::string acquisitionText();

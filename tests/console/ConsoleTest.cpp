@@ -1,11 +1,15 @@
 #include "Workspace.h"
 
+#include "front-ends/console/Paths.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 
 using namespace ovra::tests;
+using ovra::console::pathOf;
+using ovra::console::textOf;
 using testing::AllOf;
 using testing::Contains;
 using testing::ElementsAre;
@@ -18,7 +22,7 @@ using testing::StartsWith;
 
 namespace {
 
-/// A line of a session that cannot be carried out, and the one line that answers it.
+/// A line of a session that cannot be carried out, and the one line that answers it; null: one that can.
 struct BadLine
 {
     const char* line;
@@ -41,20 +45,34 @@ constexpr BadLine badLines[] = {
     {"wait soon", "SECONDS must be a number from 0 to 86400, not 'soon'"},
     {"sync-mode 4", "MODE must be a whole number from 0 to 3, not '4'"},
     {"answer 3", "BUTTON must be a whole number from 0 to 2, not '3'"},
+    {"store-mcf 1 none.mcf", "board 1 holds no applet"},
+    {"load-mcf 0 none.mcf", "Board 0 - Loading File: ERROR: Illegal MCF Configuration File"},
+    {"load 0 SingleAreaGray.hap", nullptr},
+    {"set 0 GAIN 17", "board 0 DMA 0: Parameter GAIN: expected a number from 0 to 16, found \"17\""},
+    {"set 0 0 OFFSET 1.5",
+     "board 0 DMA 0: Parameter OFFSET: expected an integer from -255 to 255 (digits), found \"1.5\""},
+    {"set 0 GIAN 1", "board 0 DMA 0 has no parameter 'GIAN'; parameters lists what there is"},
+    {"set 0 TEMPERATURE 20", "board 0 DMA 0: TEMPERATURE can only be read"},
+    {"get 0 1 GAIN", "board 0 has no DMA channel 1; it has 0"},
+    {"buffers 0 0 0", "COUNT must be a whole number from 1 to 2147483647, not '0'"},
+    {"generator 0 0 maybe", "a generator is switched 'on' or 'off', not 'maybe'"},
 };
 
 TEST(ConsoleErrors, EveryBadLineGetsOneLineWithItsNumberAndTheSessionGoesOn)
 {
     std::string session;
     std::vector<std::string> expected;
+    int number = 0;
     for (const auto& [line, answer] : badLines) {
         session += std::string(line) + "\n";
-        expected.push_back("error: line " + std::to_string(expected.size() + 1) + ": " + answer);
+        ++number;
+        if (answer)
+            expected.push_back("error: line " + std::to_string(number) + ": " + answer);
     }
 
-    const auto outcome = Workspace().console(session + "echo still here\n");
+    const auto outcome = Workspace().console(session + "get 0 GAIN\n");
     EXPECT_EQ(outcome.linesWith("error:"), expected) << outcome.text();
-    EXPECT_THAT(outcome.lines, Contains("still here")) << outcome.text();
+    EXPECT_THAT(outcome.lines, Contains("board 0 DMA 0: GAIN = 1 (0 to 16)")) << outcome.text();
     EXPECT_EQ(outcome.exitCode, 1);
 }
 
@@ -146,10 +164,27 @@ TEST(ConsoleSession, ShowsEachCommandBeforeItIsCarriedOut)
 TEST(ConsoleSession, HelpExplainsEveryCommandAndOne)
 {
     const auto outcome = Workspace().console("help\necho ---\nhelp load\n");
-    for (const char* command :
-         {"boards", "applets [TEXT]", "load BOARD APPLET [MCF]", "structure [BOARD]", "resources",
-          "start BOARD dma|port INDEX [COUNT]", "stop BOARD dma|port INDEX", "sync-mode [MODE]",
-          "save-image BOARD DMA FILE.png", "statistics", "unload BOARD", "rescan", "memory", "quit"})
+    for (const char* command : {"boards",
+                                "applets [TEXT]",
+                                "load BOARD APPLET [MCF]",
+                                "structure [BOARD]",
+                                "resources",
+                                "start BOARD dma|port INDEX [COUNT]",
+                                "stop BOARD dma|port INDEX",
+                                "sync-mode [MODE]",
+                                "save-image BOARD DMA FILE.png",
+                                "statistics",
+                                "unload BOARD",
+                                "rescan",
+                                "memory",
+                                "quit",
+                                "parameters BOARD [DMA]",
+                                "get BOARD [DMA] NAME",
+                                "set BOARD [DMA] NAME VALUE",
+                                "store-mcf BOARD FILE.mcf",
+                                "load-mcf BOARD FILE.mcf",
+                                "buffers BOARD DMA [COUNT]",
+                                "generator BOARD DMA on|off"})
         EXPECT_THAT(outcome.lines, Contains(command)) << outcome.text();
     const auto last = std::find(outcome.lines.begin(), outcome.lines.end(), "---");
     EXPECT_EQ(std::count(last, outcome.lines.end(), "load BOARD APPLET [MCF]"), 1);
@@ -186,6 +221,79 @@ TEST(ConsoleSession, ABoardIsNamedByItsSerialToo)
         Workspace().console("load c0ffee01 SingleAreaCxp.hap\nstructure 0xC0FFEE01\nunload 1\n");
     EXPECT_THAT(outcome.lines, Contains("board 1 - ovra-dual-cxp: SingleAreaCxp.hap")) << outcome.text();
     EXPECT_EQ(outcome.exitCode, 0) << outcome.text();
+}
+
+/// The lines from \p first on, as many as \p count.
+std::vector<std::string> linesFrom(const Outcome& outcome, const std::string& first, int count)
+{
+    const auto begin = std::find(outcome.lines.begin(), outcome.lines.end(), first);
+    return {begin, begin + std::min<std::ptrdiff_t>(count, outcome.lines.end() - begin)};
+}
+
+TEST(ConsoleSession, ShowsTheStructureWithCamerasAndParametersAsATree)
+{
+    const auto outcome = Workspace().console("load 0 PreprocessingOnly.hap\nstructure 0\n"
+                                             "load 0 SingleAreaGray.hap\nset 0 OFFSET -7\n"
+                                             "generator 0 0 on\nstructure 0\n");
+    EXPECT_THAT(linesFrom(outcome, "board 0 - ovra-quad-cl: PreprocessingOnly.hap", 5),
+                ElementsAre("board 0 - ovra-quad-cl: PreprocessingOnly.hap", "  process 0",
+                            "    port 0 (CL-MEDIUM): connector 0",
+                            "      camera Meadow 1024 M-1001: 1024 x 768",
+                            "  parameters: THRESHOLD 128 digits, DEFECTS 0"))
+        << outcome.text();
+    EXPECT_THAT(
+        linesFrom(outcome, "board 0 - ovra-quad-cl: SingleAreaGray.hap", 8),
+        ElementsAre(
+            "board 0 - ovra-quad-cl: SingleAreaGray.hap", "  process 0",
+            "    DMA 0: 1024 x 768, buffers: 16, timeout: 10 s",
+            "      parameters: FG_WIDTH 1024 pixel, FG_HEIGHT 768 lines, FG_PIXELFORMAT 8, FG_TIMEOUT 10 s,",
+            "          FG_GEN_ENABLE 1, FG_GEN_FRAMERATE 50 Hz, GAIN 1, OFFSET -7 digits, TRIGGER_MODE 0,",
+            "          DESCRIPTION \"area scan, grey\", TEMPERATURE 41.5 C",
+            "    port 0 (CL-FULL): connector 0, generator on", "      camera Meadow 1024 M-1001: 1024 x 768"))
+        << outcome.text();
+}
+
+TEST(ConsoleSession, AParameterIsSetOnEveryChannelOrOnTheOneThatIsNamed)
+{
+    const auto outcome =
+        Workspace().console("load 1 DualAreaCxp.hap\nset 1 FG_HEIGHT 32\nset 1 1 FG_HEIGHT 64\n"
+                            "memory\necho ---\nget 1 FG_HEIGHT\n");
+    EXPECT_THAT(linesFrom(outcome, "---", 4),
+                ElementsAre("---", "> get 1 FG_HEIGHT", "board 1 DMA 0: FG_HEIGHT = 32 lines (1 to 32768)",
+                            "board 1 DMA 1: FG_HEIGHT = 64 lines (1 to 32768)"))
+        << outcome.text();
+    EXPECT_THAT(outcome.lines, Contains("DMA memory: 1.5 of 1024.0 MiB used.")) << outcome.text();
+}
+
+TEST(ConsoleSession, AChannelGetsOtherBuffersAndItsGeneratorsImagesAndTellsWhatItLost)
+{
+    // Faster than any memory: most images are lost.
+    const auto outcome = Workspace().console(
+        "load 0 SingleAreaGray.hap\ngenerator 0 0 on\nset 0 FG_GEN_FRAMERATE 100000\nstart 0 dma 0\n"
+        "wait 20 images\nbuffers 0 0 4\nwait 40 images\nbuffers 0 0 1000000\nstop 0 dma 0\nstatistics\n");
+    EXPECT_THAT(outcome.lines,
+                testing::IsSupersetOf({"Acquiring: board 0 DMA 0.", "board 0 DMA 0: 4 buffers.",
+                                       "board 0 DMA 0: 1365 of 1000000 buffers, all that the DMA memory is "
+                                       "enough for."}))
+        << outcome.text();
+    const auto statistics = outcome.linesWith("board 0 DMA 0: ").back();
+    EXPECT_THAT(statistics, AllOf(HasSubstr(" per second, "), EndsWith(" lost"), Not(EndsWith(" 0 lost"))));
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.text();
+}
+
+TEST(ConsoleSession, TakesTextsAndFileNamesOfAnyLanguage)
+{
+    const Workspace workspace;
+    const auto script =
+        workspace.write("\u65e5\u672c.txt", "\ufeffecho Gr\u00fc\u00df\nload 0 SingleAreaGray.hap\n"
+                                            "start 0 dma 0\nsave-image 0 0 Bl\u00fcte.png\n"
+                                            "store-mcf 0 Gr\u00f6\u00dfe.mcf\n");
+    const auto out = workspace.path("Bilder-\u65e5\u672c");
+    const auto outcome = workspace.console("", {"--script", textOf(script), "--output-dir", textOf(out)});
+    EXPECT_THAT(outcome.lines, Contains("Gr\u00fc\u00df")) << outcome.text();
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.text();
+    for (const char* name : {"Bl\u00fcte.png", "Gr\u00f6\u00dfe.mcf"})
+        EXPECT_TRUE(std::filesystem::exists(out / pathOf(name))) << name;
 }
 
 TEST(ConsoleSession, WaitingEndsWithAnErrorWhenAChannelStopsBeforeItsImagesHaveCome)

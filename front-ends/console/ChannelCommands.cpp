@@ -1,0 +1,71 @@
+// How a DMA channel works: its buffers, and where its images come from.
+#include "Arguments.h"
+#include "CommandTable.h"
+#include "Console.h"
+#include "Descriptions.h"
+#include "Lookup.h"
+#include "Parameters.h"
+#include "Printer.h"
+
+#include "gui-core/AcquisitionBufferCountChangeCommand.h"
+#include "ovra-lib-display/FrameBufferGroup.h"
+#include "ovra-lib-environment/HlEnvironmentBoardNode.h"
+
+#include <limits>
+
+namespace ovra::console {
+
+namespace {
+
+constexpr int largestNumber = std::numeric_limits<int>::max();
+
+std::string buffersText(const display::FrameBufferGroup& group)
+{
+    const auto current = group.bufferCount();
+    const auto requested = group.requestedBufferCount();
+    if (current == requested)
+        return std::to_string(current) + " buffers.";
+    return std::to_string(current) + " of " + std::to_string(requested) +
+           " buffers, all that the DMA memory is enough for.";
+}
+
+void buffers(Console& console, const Arguments& arguments)
+{
+    const auto board = findLoadedBoard(arguments.text(0));
+    const auto dma = findDma(*board, arguments.integer(1, "DMA", 0, largestNumber));
+    const auto group = dma->getFrameBufferGroup();
+    if (!group)
+        throw CommandError(channelTitle(*board, *dma) + " has no buffers");
+    if (arguments.count() > 2)
+        console.run(gui::commands::AcquisitionBufferCountChangeCommand::create(
+            dma, arguments.integer(2, "COUNT", 1, largestNumber)));
+    console.printer.line(channelTitle(*board, *dma) + ": " + buffersText(*group));
+}
+
+void generator(Console& console, const Arguments& arguments)
+{
+    const auto board = findLoadedBoard(arguments.text(0));
+    const auto dma = findDma(*board, arguments.integer(1, "DMA", 0, largestNumber));
+    const auto owner = parameterOwner(*board, *dma);
+    if (!owner.has(generatorSwitch))
+        throw CommandError(owner.title + " has no generator");
+    const std::string& state = arguments.text(2);
+    if (state != "on" && state != "off")
+        throw CommandError("a generator is switched 'on' or 'off', not '" + state + "'");
+    setParameter(board, {owner}, generatorSwitch, state == "on" ? "1" : "0");
+    console.printer.line(owner.title + ": generator " + state + ".");
+}
+
+} // namespace
+
+std::vector<CommandEntry> channelCommands()
+{
+    return {
+        {"buffers", "BOARD DMA [COUNT]", "shows or changes the number of image buffers of a DMA channel", 2,
+         3, buffers},
+        {"generator", "BOARD DMA on|off",
+         "lets a DMA channel's images come from its pattern generator, or from the camera", 3, 3, generator},
+    };
+}
+
+} // namespace ovra::console

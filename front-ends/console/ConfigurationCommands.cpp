@@ -1,0 +1,106 @@
+// How a board is set up: parameters, and the files that keep them.
+#include "Arguments.h"
+#include "CommandTable.h"
+#include "Console.h"
+#include "ConsoleViews.h"
+#include "Lookup.h"
+#include "Parameters.h"
+#include "Paths.h"
+#include "Printer.h"
+
+#include "gui-core/LoadMcfCommand.h"
+#include "gui-core/StoreMcfCommand.h"
+#include "ovra-lib-environment/HlEnvironmentBoardNode.h"
+
+#include <limits>
+#include <system_error>
+
+namespace ovra::console {
+
+namespace {
+
+/// What "BOARD [DMA]" names; \p named tells whether DMA is there.
+std::vector<ParameterOwner> ownersOf(const BoardNode& board, const Arguments& arguments, bool named)
+{
+    if (!named)
+        return parameterOwners(*board);
+    const int index = arguments.integer(1, "DMA", 0, std::numeric_limits<int>::max());
+    return {parameterOwner(*board, *findDma(*board, index))};
+}
+
+void showParameters(Console& console, const Arguments& arguments)
+{
+    const auto board = findLoadedBoard(arguments.text(0));
+    for (const auto& owner : ownersOf(board, arguments, arguments.count() > 1)) {
+        const auto all = owner.all();
+        console.printer.line(owner.title + (all.empty() ? ": no parameters" : ":"));
+        for (const auto& parameter : all)
+            console.printer.line("  " + longText(parameter));
+    }
+}
+
+void printParameter(Console& console, const ParameterOwner& owner, const std::string& name)
+{
+    console.printer.line(owner.title + ": " + longText(owner.find(name)));
+}
+
+void get(Console& console, const Arguments& arguments)
+{
+    const auto board = findLoadedBoard(arguments.text(0));
+    const bool named = arguments.count() > 2;
+    for (const auto& owner : ownersOf(board, arguments, named))
+        printParameter(console, owner, arguments.text(named ? 2 : 1));
+}
+
+void set(Console& console, const Arguments& arguments)
+{
+    const auto board = findLoadedBoard(arguments.text(0));
+    const bool named = arguments.count() > 3;
+    const auto owners = ownersOf(board, arguments, named);
+    const std::string& name = arguments.text(named ? 2 : 1);
+    setParameter(board, owners, name, arguments.text(named ? 3 : 2));
+    for (const auto& owner : owners)
+        printParameter(console, owner, name);
+    console.views.update_dma_memory(); // an image of another size takes other buffers
+}
+
+void storeMcf(Console& console, const Arguments& arguments)
+{
+    const auto board = findLoadedBoard(arguments.text(0));
+    const auto file = console.outputFolder / pathOf(arguments.text(1));
+    std::error_code ignored; // a folder that is still missing shows when the file is written
+    if (file.has_parent_path())
+        std::filesystem::create_directories(file.parent_path(), ignored);
+
+    const auto errorsBefore = console.printer.errorCount();
+    console.run(gui::commands::StoreMcfCommand::create(board, textOf(file)));
+    if (console.printer.errorCount() == errorsBefore)
+        console.printer.line("Board " + std::to_string(board->getIndex()) + ": configuration stored as " +
+                             arguments.text(1) + ".");
+}
+
+void loadMcf(Console& console, const Arguments& arguments)
+{
+    const auto board = findBoard(arguments.text(0));
+    const auto errorsBefore = console.printer.errorCount();
+    console.run(gui::commands::LoadMcfCommand::create(board, textOf(console.inputFile(arguments.text(1)))));
+    if (!board->getLoadedAppletEntry() && console.printer.errorCount() == errorsBefore)
+        throw CommandError("the configuration was not loaded");
+}
+
+} // namespace
+
+std::vector<CommandEntry> configurationCommands()
+{
+    return {
+        {"parameters", "BOARD [DMA]", "lists parameters with their values, units and ranges", 1, 2,
+         showParameters},
+        {"get", "BOARD [DMA] NAME", "shows a parameter of one DMA channel, or of each", 2, 3, get},
+        {"set", "BOARD [DMA] NAME VALUE", "changes a parameter of one DMA channel, or of each", 3, 4, set},
+        {"store-mcf", "BOARD FILE.mcf", "stores the applet's name and its parameters", 2, 2, storeMcf},
+        {"load-mcf", "BOARD FILE.mcf", "loads the applet that the file names, and the parameters", 2, 2,
+         loadMcf},
+    };
+}
+
+} // namespace ovra::console

@@ -12,12 +12,15 @@
 #include "gui-core/UnloadAppletCommand.h"
 
 #include "ovra-lib-environment/Environment.h"
+#include "ovra-lib-environment/HlEnvironmentFileNode.h"
 #include "ovra-lib-environment/HlEnvironmentHardwareNodes.h"
 #include "ovra-lib-environment/HlEnvironmentModel.h"
 #include "ovra_log/OvraLog.h"
 #include "ovra_log/reference/Journal.h"
 
+#include <algorithm>
 #include <cstdlib>
+#include <stdexcept>
 
 using ovra::gui::Gui;
 using ovra::reference::Journal;
@@ -29,12 +32,25 @@ namespace {
 
 constexpr const char* NOTHING = R"("processes": [])";
 
-const Lines lifecycleOperations = {"OvraLog",
+const Lines lifecycleOperations = {"OvraLogInit",
+                                   "OvraLogDeinit",
+                                   "OvraLogSet",
                                    "Environment::",
                                    "HlEnvironmentFileNode::scan",
                                    "HlEnvironmentCameraNode::setGenICamModelEntry",
                                    "PluginManager::",
-                                   "CommandProcessor::terminateAsyncCommands"};
+                                   "CommandProcessor::",
+                                   "views"};
+
+/// What of the lifecycle is on the journal, in one form for all cameras.
+Lines lifecycle()
+{
+    Lines lines = journalOf(lifecycleOperations);
+    for (auto& line : lines)
+        if (line.rfind("HlEnvironmentCameraNode", 0) == 0)
+            line.resize(line.find(' '));
+    return lines;
+}
 
 class Lifecycle : public Product
 {
@@ -42,88 +58,247 @@ protected:
     ~Lifecycle() override { Journal::stop(); }
 };
 
+/// A life of an application from its first to its last step, for tests that see several.
+class Session : public Product
+{
+public:
+    using Product::application;
+    using Product::failures;
+    using Product::installation;
+    using Product::run;
+    using Product::start;
+    using Product::stop;
+    using Product::views;
+
+private:
+    void TestBody() override {}
+};
+
+/// Lets the call at \p position of \p sequence throw when it is repeated.
+void throwAtStep(const Lines& sequence, std::size_t position)
+{
+    const std::string& step = sequence[position];
+    const auto last = sequence.begin() + static_cast<std::ptrdiff_t>(position) + 1;
+    const auto nth = std::count_if(sequence.begin(), last,
+                                   [&step](const std::string& line) { return line.rfind(step, 0) == 0; });
+    Journal::throwAt(static_cast<std::size_t>(nth), step);
+}
+
+const std::string POST = "CommandProcessor::executeCommand ovra::gui::commands::ShowSplashscreenMessageEvent";
+const std::string FAILED_START = "ovra::gui::commands::InitializeApplicationCommand ";
+
+/// The host's part of a start with one applet file.
+const Lines START_SYNC = {"OvraLogInit", "OvraLogSetMessageCallback set"};
+const Lines START_ASYNC = {
+    "Environment::model",
+    POST,
+    "Environment::enableAutoScan false",
+    "Environment::discoverResourcesOnce",
+    "Environment::discoverResources",
+    POST,
+    POST,
+    "HlEnvironmentFileNode::scan a.hap",
+    "Environment::enableAutoScan true",
+    "Environment::startMonitor",
+    "PluginManager::startMonitor",
+};
+const Lines START_POST = {POST, POST};
+
+Lines joined(std::initializer_list<Lines> parts)
+{
+    Lines all;
+    for (const auto& part : parts)
+        all.insert(all.end(), part.begin(), part.end());
+    return all;
+}
+
+/// What is left of a journal from the first step of the start on.
+Lines fromTheStartOn(const Lines& lines)
+{
+    return {std::find(lines.begin(), lines.end(), START_SYNC[0]), lines.end()};
+}
+
 } // namespace
 
-TEST_F(Lifecycle, StartsInItsFixedOrderAndTellsTheUser)
+TEST(ApplicationStart, TellsTheUserOfEveryFile)
 {
-    installation.addAlphaApplet("a.hap", NOTHING);
-    installation.addAlphaApplet("b.hap", NOTHING);
-    installation.write("Hardware Applets/ovra-quad-cl/broken.hap", "{");
-    start();
-
-    const Lines expected = {
-        "onInitializeBegin",
-        "onLoggingInstalled",
-        "onInitializeSync",
-        "splash(Starting...)",
-        "splash(Discovering Resources...)",
-        "splash(Scanning Applets...)",
-        "splash(Scanning File 1/3 (a.hap))",
-        "splash(Scanning File 2/3 (b.hap))",
-        "splash(Scanning File 3/3 (broken.hap))",
-        "splash(Filling Caches...)",
-        "fillCaches",
-        "splash(Initialization done.)",
-        "onInitializationDone",
-    };
-    EXPECT_EQ(views->lines(), expected);
-    EXPECT_EQ(failures, Lines{});
-    EXPECT_STREQ(std::getenv("OVRA_ENABLE_DRA"), "On");
-    EXPECT_TRUE(application.isMonitoringPlugins());
+    for (const int count : {0, 1, 12}) {
+        SCOPED_TRACE(std::to_string(count) + " files");
+        Session session;
+        Lines expected = {
+            "onInitializeBegin",
+            "onLoggingInstalled",
+            "onInitializeSync",
+            "splash(Starting...)",
+            "splash(Discovering Resources...)",
+            "splash(Scanning Applets...)",
+        };
+        for (int i = 1; i <= count; ++i) {
+            const std::string name = std::string(1, static_cast<char>('a' + i)) + ".hap";
+            if (i % 3 == 0) // a broken file is one like the others
+                session.installation.write("Hardware Applets/ovra-quad-cl/" + name, "{");
+            else
+                session.installation.addAlphaApplet(name, NOTHING);
+            expected.push_back("splash(Scanning File " + std::to_string(i) + "/" + std::to_string(count) +
+                               " (" + name + "))");
+        }
+        for (const char* line : {"splash(Filling Caches...)", "fillCaches", "splash(Initialization done.)",
+                                 "onInitializationDone"})
+            expected.emplace_back(line);
+        session.views->onLine = [](const std::string&) {
+            EXPECT_STREQ(std::getenv("OVRA_ENABLE_DRA"), "On");
+        };
+        session.start();
+        EXPECT_EQ(session.views->lines(), expected);
+        EXPECT_EQ(session.failures, Lines{});
+    }
 }
 
-TEST_F(Lifecycle, ScansEveryFileBeforeAutoScanAndMonitorsGoOn)
+TEST(ApplicationStart, AnExceptionOfTheHostEndsItsPhaseAndTheRestGoesOn)
 {
-    installation.addAlphaApplet("a.hap", NOTHING);
-    Journal::start();
-    start();
-    const Lines expected = {
-        "OvraLogInit",
-        "OvraLogSetMessageCallback set",
-        "Environment::model",
-        "Environment::enableAutoScan false",
-        "Environment::discoverResourcesOnce",
-        "Environment::discoverResources",
-        "HlEnvironmentFileNode::scan a.hap",
-        "Environment::enableAutoScan true",
-        "Environment::startMonitor",
-        "PluginManager::startMonitor",
-    };
-    Lines lines = journalOf(lifecycleOperations);
-    std::erase(lines, "Environment::create");
-    EXPECT_EQ(lines, expected);
+    const Lines whole = joined({START_SYNC, START_ASYNC, START_POST});
+    for (std::size_t step = 0; step <= whole.size(); ++step) {
+        SCOPED_TRACE(step < whole.size() ? "step " + std::to_string(step) + ", " + whole[step] : "no fault");
+        Session session;
+        session.installation.addAlphaApplet("a.hap", NOTHING);
+        Journal::start();
+        if (step < whole.size())
+            throwAtStep(whole, step);
+        session.start();
+
+        const bool inSync = step < START_SYNC.size();
+        const bool inAsync = !inSync && step < START_SYNC.size() + START_ASYNC.size();
+        Lines expected(whole.begin(),
+                       whole.begin() + static_cast<std::ptrdiff_t>(std::min(step + 1, whole.size())));
+        if (inSync || inAsync)
+            expected = joined({expected, START_POST});
+        EXPECT_EQ(fromTheStartOn(lifecycle()), expected);
+        EXPECT_EQ(session.application.isMonitoringPlugins(), !inSync && !inAsync);
+        Lines told;
+        if (step < whole.size())
+            told = {FAILED_START +
+                    (inSync    ? "executeSync"
+                     : inAsync ? "executeAsync"
+                               : "executePostAsync") +
+                    ": Fault asked for at " + whole[step]};
+        EXPECT_EQ(session.failures, told);
+
+        session.run(gui::commands::RescanAppletsCommand::create());
+        EXPECT_EQ(session.views->lines().back(), "setRescanInProgress(false)");
+        session.stop();
+        EXPECT_EQ(session.views->lines().back(), "onCleanup");
+        EXPECT_EQ(session.failures, told);
+    }
+    Journal::stop();
 }
 
-TEST_F(Lifecycle, EndsInItsFixedOrderAndReleasesTheCameras)
+TEST(ApplicationStart, AnExceptionOfTheFrontEndEndsItsPhaseAndTheRestGoesOn)
 {
-    start();
-    const auto root = Gui::environment()->model()->root();
-    Journal::start();
-    stop();
-    const Lines expected = {
-        "Environment::stopMonitor",
-        "Environment::model",
-        "HlEnvironmentCameraNode::setGenICamModelEntry",
-        "HlEnvironmentCameraNode::setGenICamModelEntry",
-        "HlEnvironmentCameraNode::setGenICamModelEntry",
-        "OvraLogSetMessageCallback null",
-        "PluginManager::stopMonitor",
-        "CommandProcessor::terminateAsyncCommands",
-        "OvraLogDeinit",
-    };
-    Lines lines = journalOf(lifecycleOperations);
-    for (auto& line : lines)
-        if (line.rfind("HlEnvironmentCameraNode", 0) == 0)
-            line.resize(line.find(' '));
-    EXPECT_EQ(lines, expected);
-    EXPECT_EQ(views->lines().back(), "onCleanup");
-    for (const auto cameras = root->getCameras(); cameras->hasNext(); cameras->advance())
-        EXPECT_FALSE(cameras->current()->getGenICamModelEntry());
+    const Lines sync = {"onInitializeBegin", "onLoggingInstalled", "onInitializeSync", "splash(Starting...)"};
+    const Lines async = {"splash(Discovering Resources...)", "splash(Scanning Applets...)"};
+    const Lines post = {"splash(Filling Caches...)", "fillCaches", "splash(Initialization done.)",
+                        "onInitializationDone"};
+    const Lines whole = joined({sync, async, post});
+    const std::string failedEvent = "ovra::gui::commands::ShowSplashscreenMessageEvent executeSync: broken";
+    for (std::size_t step = 0; step < whole.size(); ++step) {
+        SCOPED_TRACE(whole[step]);
+        Session session;
+        session.views->onLine = [&](const std::string& line) {
+            if (line == whole[step])
+                throw std::runtime_error("broken");
+        };
+        session.start();
+        const Lines before(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(step) + 1);
+        const bool inSync = step < sync.size();
+        // An event is a command of its own: whoever posted it does not notice.
+        const bool inEvent = !inSync && whole[step].rfind("splash", 0) == 0;
+        EXPECT_EQ(session.views->lines(), inSync ? joined({before, post}) : inEvent ? whole : before);
+        EXPECT_EQ(session.failures, Lines{inSync    ? FAILED_START + "executeSync: broken"
+                                          : inEvent ? failedEvent
+                                                    : FAILED_START + "executePostAsync: broken"});
+        EXPECT_EQ(session.application.isMonitoringPlugins(), !inSync);
+    }
 }
 
-TEST_F(Lifecycle, LogMessagesReachTheFrontEndOnlyWhileTheApplicationRuns)
+TEST(ApplicationEnd, AnExceptionLeavesTheLaterStepsForAnotherAttempt)
 {
-    const auto write = [](const char* text) { OvraLogMessage(1, "file", 2, text, 0, nullptr); };
+    const std::string camera = "HlEnvironmentCameraNode::setGenICamModelEntry";
+    const Lines whole = {"Environment::stopMonitor",
+                         "Environment::model",
+                         camera,
+                         camera,
+                         camera,
+                         "OvraLogSetMessageCallback null",
+                         "views onCleanup",
+                         "PluginManager::stopMonitor",
+                         "CommandProcessor::terminateAsyncCommands",
+                         "OvraLogDeinit"};
+    const auto cleanUp = [&whole](Session& session) {
+        session.application.stopPlugins();
+        Lines lines = lifecycle();
+        std::erase(lines, "CommandProcessor::executeCommand ovra::gui::commands::CleanupApplicationCommand");
+        return lines;
+    };
+    for (std::size_t step = 0; step <= whole.size(); ++step) {
+        SCOPED_TRACE(step < whole.size() ? "step " + std::to_string(step) + ", " + whole[step] : "no fault");
+        Session session;
+        session.start();
+        const auto root = Gui::environment()->model()->root();
+        session.views->onLine = [&](const std::string& line) {
+            Journal::note("views " + line);
+            if (step < whole.size() && "views " + line == whole[step])
+                throw std::runtime_error("broken");
+        };
+        Journal::start();
+        if (step < whole.size())
+            throwAtStep(whole, step);
+        const auto done = static_cast<std::ptrdiff_t>(std::min(step + 1, whole.size()));
+        EXPECT_EQ(cleanUp(session), Lines(whole.begin(), whole.begin() + done));
+        EXPECT_EQ(session.failures.size(), step < whole.size() ? 1U : 0U);
+
+        const bool ended = step > whole.size() - 2;
+        session.views->onLine = [](const std::string& line) { Journal::note("views " + line); };
+        Journal::start();
+        EXPECT_EQ(cleanUp(session), ended ? Lines{} : whole) << "a processor that was ended takes nothing";
+        if (step == whole.size() - 1)
+            OvraLogDeinit();
+        for (const auto cameras = root->getCameras(); cameras->hasNext(); cameras->advance())
+            EXPECT_FALSE(cameras->current()->getGenICamModelEntry());
+    }
+    Journal::stop();
+}
+
+TEST(ApplicationEnd, IsFollowedByAnotherStartInTheSameProcess)
+{
+    Lines first;
+    for (const char* life : {"first", "second", "third"}) {
+        Session session;
+        const auto applet = session.installation.addAlphaApplet("a.hap", NOTHING);
+        session.start();
+        session.run(gui::commands::LoadAppletCommand::create(ALPHA_SERIAL, applet, ""));
+        OvraLogMessage(1, "file", 2, life, 0, nullptr);
+        session.run(gui::commands::UnloadAppletCommand::create(ALPHA_SERIAL));
+        session.stop();
+        EXPECT_EQ(session.failures, Lines{});
+        Lines lines = session.views->lines();
+        std::erase(lines, "connectFglibEvents"); // on the worker, at a time of its own
+        if (first.empty())
+            first = lines;
+        EXPECT_EQ(lines, first);
+        const Lines messages = session.views->logMessages();
+        EXPECT_EQ(std::count(messages.begin(), messages.end(), life), 1);
+    }
+}
+
+TEST_F(Lifecycle, LogMessagesReachTheFrontEndFromTheInstallationOfTheCallbackToItsRemoval)
+{
+    const auto write = [](const std::string& text) {
+        OvraLogMessage(1, "file", 2, ("ours: " + text).c_str(), 0, nullptr);
+    };
+    views->onLine = [&](const std::string& line) {
+        if (line.rfind("on", 0) == 0)
+            write(line);
+    };
     OvraLogInit();
     write("before");
     start();
@@ -131,11 +306,23 @@ TEST_F(Lifecycle, LogMessagesReachTheFrontEndOnlyWhileTheApplicationRuns)
     stop();
     write("after");
     OvraLogDeinit();
-    Lines ours;
-    for (const auto& message : views->logMessages())
-        if (message == "before" || message == "during" || message == "after")
-            ours.push_back(message);
-    EXPECT_EQ(ours, Lines{"during"});
+    Lines ours = views->logMessages();
+    std::erase_if(ours, [](const std::string& message) { return message.rfind("ours: ", 0) != 0; });
+    EXPECT_EQ(ours, (Lines{"ours: onLoggingInstalled", "ours: onInitializeSync", "ours: onInitializationDone",
+                           "ours: during"}));
+}
+
+TEST_F(Lifecycle, AppletFilesComeAndGoWhileTheApplicationRuns)
+{
+    start();
+    const auto files = Gui::environment()->model()->root()->getFilesEntryNode();
+    const auto path = installation.addAlphaApplet("plugged.hap", NOTHING);
+    pumpUntil([&] { return files->existsAllFilesEntry(path); });
+    EXPECT_EQ(files->getAllFilesEntry(path)->getType(), "HAP");
+    load(ALPHA_SERIAL, path);
+    EXPECT_TRUE(board(ALPHA_SERIAL)->getLoadedAppletEntry());
+    std::filesystem::remove(path);
+    pumpUntil([&] { return !files->existsAllFilesEntry(path); });
 }
 
 TEST_F(Lifecycle, ABrokenMachineDescriptionIsToldInOneLineAndTheMonitorsStayOff)

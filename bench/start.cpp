@@ -1,0 +1,171 @@
+// What the start of an application costs with few and with many applet files, and how it grows.
+
+#include "Ratios.h"
+
+#include "gui-core/EntryPoints.h"
+#include "gui-core/Gui.h"
+#include "gui-core/Views.h"
+
+#include "ovra-core/reference/Application.h"
+#include "ovra-lib-environment/Environment.h"
+#include "ovra-lib-environment/HlEnvironmentFileNode.h"
+#include "ovra-lib-environment/HlEnvironmentModel.h"
+
+#include <boost/make_shared.hpp>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <string>
+#include <unistd.h>
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace ovra;
+
+// A front end that shows nothing, and says when the application is ready.
+// clang-format off
+struct SilentViews final : gui::Views
+{
+    using Text = const std::string&;
+    std::function<void()> ready;
+    void onInitializationDone() override { ready(); }
+    void onInitializeBegin() override {}                void onInitializeSync() override {}
+    void onLoggingInstalled() override {}               void onCleanup() override {}
+    void showSplashscreenMessage(Text) override {}      void showErrorMessage(Text, Text) override {}
+    void onLoadAppletStarted() override {}              void onLoadAppletFinished() override {}
+    void showLoadingBoard(Text) override {}             void showLoadingApplet(Text) override {}
+    void showLoadAppletStatus(Text) override {}         void showLoadAppletWarning(Text) override {}
+    void showLoadAppletError(Text) override {}          void update_acquisition_state() override {}
+    void applet_unloaded() override {}                  void setRescanInProgress(bool) override {}
+    void reservedSlot1() override {}                    void reservedSlot2() override {}
+    void reservedSlot3() override {}
+    boost::shared_ptr<boost::signals2::scoped_connection>
+    connectFglibEvents(boost::shared_ptr<core::models::FgLibEventsModel>) override { return {}; }
+    int showChoiceDialog(Text, Text, Text, Text, Text, bool*) override { return 2; }
+};
+// clang-format on
+
+[[noreturn]] void giveUp(const std::string& reason)
+{
+    std::fprintf(stderr, "bench-start: %s\n", reason.c_str());
+    std::abort();
+}
+
+/// An installation with a number of applet files, in a temporary folder.
+class Installation
+{
+public:
+    explicit Installation(int files)
+        : m_folder(fs::temp_directory_path() /
+                   ("ovra-bench-" + std::to_string(getpid()) + "-" + std::to_string(files)))
+    {
+        const fs::path applets = m_folder / "Hardware Applets" / "ovra-quad-cl";
+        fs::create_directories(applets);
+        for (int i = 0; i < files; ++i)
+            fs::copy_file(OVRA_BENCH_APPLET, applets / ("Applet" + std::to_string(i) + ".hap"));
+    }
+
+    ~Installation() { fs::remove_all(m_folder); }
+    Installation(const Installation&) = delete;
+    Installation& operator=(const Installation&) = delete;
+
+    const fs::path& folder() const { return m_folder; }
+
+private:
+    fs::path m_folder;
+};
+
+template <int files>
+const fs::path& installation()
+{
+    static const Installation made(files);
+    return made.folder();
+}
+
+reference::ApplicationOptions optionsFor(const fs::path& folder)
+{
+    return {
+        .runtimeDirectory = folder.string(), .runtimeLibrary = OVRA_BENCH_RUNTIME, .configurationFile = ""};
+}
+
+/// From the moment at which the host starts its plug-ins to the message that the application is ready.
+void startOnce(const fs::path& folder, benchmark::State& state)
+{
+    OvraGuiCoreInit();
+    {
+        reference::Application application(optionsFor(folder));
+        application.setErrorHandler([](const reference::PhaseFailure& failure) { giveUp(failure.message); });
+        const auto views = boost::make_shared<SilentViews>();
+        views->ready = [&application] { application.quit(); };
+        const boost::shared_ptr<gui::Gui> plugin(gui::Gui::createInstance(), gui::Gui::destroyInstance);
+        application.addPlugin(plugin, {{"views", boost::any(boost::shared_ptr<gui::Views>(views))}});
+
+        state.ResumeTiming();
+        application.startPlugins();
+        application.exec();
+        state.PauseTiming();
+        application.stopPlugins();
+    }
+    OvraGuiCoreDeinit();
+}
+
+/// What the host does meanwhile, asked for directly.
+void discoverAndScanOnce(const fs::path& folder, benchmark::State& state)
+{
+    const reference::Application application(optionsFor(folder));
+    const auto environment = core::Environment::create();
+    const auto collection = environment->model()->root()->getFilesEntryNode();
+    state.ResumeTiming();
+    environment->discoverResourcesOnce();
+    environment->discoverResources();
+    for (const auto files = collection->getAllFiles(); files->hasNext(); files->advance())
+        files->current()->scan();
+    state.PauseTiming();
+}
+
+/// A walk over the folders that reads every file.
+void readOnce(const fs::path& folder, benchmark::State& state)
+{
+    state.ResumeTiming();
+    std::string content;
+    for (const auto& entry : fs::recursive_directory_iterator(folder)) {
+        if (!entry.is_regular_file())
+            continue;
+        std::ifstream file(entry.path(), std::ios::binary);
+        content.resize(entry.file_size());
+        file.read(content.data(), static_cast<std::streamsize>(content.size()));
+        benchmark::DoNotOptimize(content.data());
+    }
+    state.PauseTiming();
+}
+
+template <int files, void (*once)(const fs::path&, benchmark::State&)>
+void timed(benchmark::State& state)
+{
+    const fs::path& folder = installation<files>();
+    for (auto _ : state) {
+        state.PauseTiming();
+        once(folder, state);
+        state.ResumeTiming();
+    }
+}
+
+} // namespace
+
+RATIO("start, 10 files / the host's part alone", (timed<10, startOnce>), (timed<10, discoverAndScanOnce>), 0);
+RATIO("start, 1,000 files / the host's part alone", (timed<1000, startOnce>),
+      (timed<1000, discoverAndScanOnce>), 1.25);
+RATIO("start, 10,000 files / the host's part alone", (timed<10000, startOnce>),
+      (timed<10000, discoverAndScanOnce>), 1.25);
+RATIO("start, 10,000 files / reading the files", (timed<10000, startOnce>), (timed<10000, readOnce>), 0);
+RATIO("start, 10,000 files / 1,000 files", (timed<10000, startOnce>), (timed<1000, startOnce>), 12);
+
+int main(int argc, char** argv)
+{
+    setenv("OVRA_MACHINE", OVRA_BENCH_MACHINE, 1);
+    return ovra::bench::runRatios(argc, argv);
+}

@@ -28,15 +28,18 @@ namespace {
 constexpr long long DEFAULT_TIMEOUT_SECONDS = 10;
 constexpr long long DEFAULT_BUFFERS = 16;
 
-/// Empty, after a warning, when the runtime describes no parameters. \p info receives the description.
-boost::shared_ptr<FgLibModel> createModel(HlEnvironmentBoardNode& board, unsigned int dma, bool noDma,
-                                          FgRegisterInfo*& info)
+/// Null, after a warning, when the runtime describes no parameters.
+FgRegisterInfo* registerInformation(const HlEnvironmentBoardNode& board, unsigned int dma)
 {
-    info = Fg_getParameterInfo(board.getBoardHandle(), dma);
-    if (!info) {
+    FgRegisterInfo* const info = Fg_getParameterInfo(board.getBoardHandle(), dma);
+    if (!info)
         postLoadWarning("Error in Fg_getParameterInfo(" + std::to_string(dma) + "): NULL");
-        return {};
-    }
+    return info;
+}
+
+boost::shared_ptr<FgLibModel> createModel(HlEnvironmentBoardNode& board, unsigned int dma,
+                                          FgRegisterInfo* info, bool noDma)
+{
     const auto self = boost::static_pointer_cast<HlEnvironmentBoardNode>(board.shared_from_this());
     auto model = FgLibModel::create(board.getBoardHandle(), dma, info, self, noDma);
     model->init();
@@ -47,10 +50,10 @@ void createModelPerDma(HlEnvironmentBoardNode& board)
 {
     for (const auto dmas = board.getDmas(); dmas->hasNext(); dmas->advance()) {
         HlEnvironmentDmaNode& dma = *dmas->current();
-        FgRegisterInfo* info = nullptr;
-        const auto model = createModel(board, dma.getIndex(), false, info);
-        if (!model)
+        FgRegisterInfo* const info = registerInformation(board, dma.getIndex());
+        if (!info)
             continue;
+        const auto model = createModel(board, dma.getIndex(), info, false);
         dma.setFrontendRegInfoPointer(info);
         dma.setFrontendRegInfoModel(model);
     }
@@ -58,10 +61,10 @@ void createModelPerDma(HlEnvironmentBoardNode& board)
 
 void createModelForApplet(HlEnvironmentBoardNode& board)
 {
-    FgRegisterInfo* info = nullptr;
-    const auto model = createModel(board, 0, true, info);
-    if (!model)
+    FgRegisterInfo* const info = registerInformation(board, 0);
+    if (!info)
         return;
+    const auto model = createModel(board, 0, info, true);
     for (const auto dmas = board.getDmas(); dmas->hasNext(); dmas->advance()) {
         dmas->current()->setFrontendRegInfoPointer(info);
         dmas->current()->setFrontendRegInfoModel(model);

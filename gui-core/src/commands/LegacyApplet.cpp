@@ -1,5 +1,8 @@
 #include "commands/LegacyApplet.h"
 
+#include "commands/AppletStructure.h"
+#include "commands/EventPosting.h"
+#include "commands/HandleGuard.h"
 #include "platform/SharedLibrary.h"
 
 namespace ovra::gui::commands {
@@ -12,19 +15,33 @@ constexpr int NUMBER_OF_CHANNELS = 1888;
 constexpr int IS_MEDIUM = 3072;
 constexpr int IS_FULL = 3328;
 
-} // namespace
-
-std::optional<LegacyLayout> askLegacyApplet(const SharedLibrary& applet)
+LegacyLayout askLayout(InfoFunction info)
 {
-    const auto info = reinterpret_cast<InfoFunction>(applet.locate("Info"));
-    if (!info)
-        return std::nullopt;
-
     LegacyLayout layout;
     layout.channels = info(NUMBER_OF_CHANNELS, 0, 0, 0, 0);
     layout.medium = info(IS_MEDIUM, 0, 0, 0, 0) != 0;
     layout.full = info(IS_FULL, 0, 0, 0, 0) != 0;
     return layout;
+}
+
+} // namespace
+
+bool buildLegacyApplet(core::models::HlEnvironmentBoardNode& board, const std::string& appletPath)
+{
+    constexpr bool freeOnDestruction = false; // the guard below closes it
+    SharedLibrary applet(appletPath, freeOnDestruction);
+    if (!applet.load()) {
+        postLoadError("Opening applet DLL failed!");
+        return false;
+    }
+    const HandleGuard guard(&applet);
+    const auto info = reinterpret_cast<InfoFunction>(applet.locate("Info"));
+    if (!info) {
+        postLoadError("Resolving info function of applet DLL failed!");
+        return false;
+    }
+    buildLegacyStructure(board, askLayout(info));
+    return true;
 }
 
 } // namespace ovra::gui::commands

@@ -1,16 +1,18 @@
 /// \file
-/// Asks an applet library of the oldest kind for its layout.
+/// An applet library of the oldest kind, which tells its layout itself.
 #pragma once
 
-#include "commands/AppletStructure.h"
+#include <string>
 
-#include <optional>
-
-class SharedLibrary;
+namespace ovra::core::models {
+class HlEnvironmentBoardNode;
+}
 
 namespace ovra::gui::commands {
 
-/// What the applet's own entry answers; empty when the library has no such entry.
-std::optional<LegacyLayout> askLegacyApplet(const SharedLibrary& applet);
+/// Opens the library, asks it for its layout, publishes that on the board, and closes the library again.
+/// False when it cannot be opened or has no such entry: the user has then been told, and nothing is
+/// published. Worker thread.
+bool buildLegacyApplet(core::models::HlEnvironmentBoardNode& board, const std::string& appletPath);
 
 } // namespace ovra::gui::commands

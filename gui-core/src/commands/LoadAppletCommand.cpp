@@ -8,10 +8,8 @@
 #include "commands/BoardResources.h"
 #include "commands/BoardTeardown.h"
 #include "commands/EventPosting.h"
-#include "commands/HandleGuard.h"
 #include "commands/LegacyApplet.h"
 #include "commands/StatusText.h"
-#include "platform/SharedLibrary.h"
 
 #include "gui-core/Gui.h"
 #include "gui-core/RescanAppletsCommand.h"
@@ -56,43 +54,18 @@ struct [[nodiscard]] LoadingSlotRelease
     LoadingSlotRelease& operator=(const LoadingSlotRelease&) = delete;
 };
 
-bool buildLegacyDll(HlEnvironmentBoardNode& board, const std::string& appletPath, UnfinishedLoad& unfinished)
-{
-    constexpr bool freeOnDestruction = false; // the guard below closes it
-    SharedLibrary applet(appletPath, freeOnDestruction);
-    if (!applet.load()) {
-        postLoadError("Opening applet DLL failed!");
-        unfinished.reset();
-        return false;
-    }
-    const HandleGuard guard(&applet);
-    const auto layout = askLegacyApplet(applet);
-    if (!layout) {
-        postLoadError("Resolving info function of applet DLL failed!");
-        unfinished.reset();
-        return false;
-    }
-    buildLegacyStructure(board, *layout);
-    return true;
-}
-
-/// On failure the user has been told and the board is reset.
+/// On failure the user has been told, and the board is half built.
 bool buildStructure(HlEnvironmentBoardNode& board, const HlEnvironmentFileNode& file, AppletType type,
-                    const std::string& appletPath, UnfinishedLoad& unfinished)
+                    const std::string& appletPath)
 {
     const std::string detected = std::string("Detected applet type: ") + appletTypeName(type);
     if (type == AppletType::Unknown) {
         postLoadError(detected);
-        unfinished.reset();
         return false;
     }
     postLoadStatus(detected);
-    if (type == AppletType::LegacyDll)
-        return buildLegacyDll(board, appletPath, unfinished);
-    if (buildRuntimeStructure(board, file))
-        return true;
-    unfinished.reset();
-    return false;
+    return type == AppletType::LegacyDll ? buildLegacyApplet(board, appletPath)
+                                         : buildRuntimeStructure(board, file);
 }
 
 /// Displays take up the geometry that a configuration may have changed.
@@ -195,8 +168,10 @@ void LoadAppletCommand::executeAsync()
 
     postLoadStatus("Reading applet structure ...");
     const AppletType type = appletType(file);
-    if (!buildStructure(board, file, type, request.appletFile, unfinished))
+    if (!buildStructure(board, file, type, request.appletFile)) {
+        unfinished.reset();
         return;
+    }
     logStructure(board);
     mapLogicalPorts(board);
     createEventsModel(board);

@@ -71,6 +71,11 @@ std::string VirtualInstallation::addBetaApplet(const std::string& fileName, cons
     return addApplet("Hardware Applets/ovra-dual-cxp/", 2898, fileName, body);
 }
 
+std::string VirtualInstallation::addAlphaLibrary(const std::string& name, const std::string& content)
+{
+    return write("dll/ovra-quad-cl/" + name + boost::dll::shared_library::suffix().string(), content);
+}
+
 std::string VirtualInstallation::addApplet(const std::string& folder, int boardType,
                                            const std::string& fileName, const std::string& body)
 {

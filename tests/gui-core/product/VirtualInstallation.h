@@ -36,6 +36,8 @@ public:
     /// Returns the path under which the environment knows the file.
     std::string addAlphaApplet(const std::string& fileName, const std::string& body);
     std::string addBetaApplet(const std::string& fileName, const std::string& body);
+    /// Writes a file with the ending of the platform's libraries into the folder of board 0.
+    std::string addAlphaLibrary(const std::string& name, const std::string& content);
 
     /// Lets the \p nth call of a runtime entry from now on fail with \p code.
     void failCall(const std::string& entry, std::uint64_t nth, int code);

@@ -86,7 +86,8 @@ void Dispatcher::readEnvironment()
     file_.clear();
     const auto file = environment("OVRA_LOG_FILE");
     if (!file.empty())
-        file_.open(std::filesystem::path(file), std::ios::app | std::ios::binary);
+        file_.open(std::filesystem::path(std::u8string(file.begin(), file.end())),
+                   std::ios::app | std::ios::binary);
 }
 
 Dispatcher::Logger& Dispatcher::loggerLocked(const std::string& tag)

@@ -1,6 +1,7 @@
 #include "AppletList.h"
 
 #include "Failure.h"
+#include "PathText.h"
 
 #include <algorithm>
 #include <atomic>
@@ -47,7 +48,7 @@ const AppletItem& AppletList::add(const std::string& path, bool* added)
         *added = known == nullptr;
     if (known != nullptr)
         return *known;
-    return *items_.emplace_back(std::make_unique<AppletItem>(readApplet(path)));
+    return *items_.emplace_back(std::make_unique<AppletItem>(readApplet(pathOf(path))));
 }
 
 void AppletList::addInstalled(const std::filesystem::path& installation, const std::string& model)

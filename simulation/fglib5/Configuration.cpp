@@ -2,6 +2,7 @@
 
 #include "Failure.h"
 #include "JsonReader.h"
+#include "PathText.h"
 #include "Platform.h"
 
 #include <algorithm>
@@ -222,8 +223,8 @@ std::filesystem::path appletOfConfiguration(const std::filesystem::path& file,
 {
     const auto name = appletName(file, readLines(file));
     if (name.find_first_of("/\\") != std::string::npos)
-        return name;
-    return installation / folderFor(name) / boardModel / name;
+        return pathOf(name);
+    return installation / folderFor(name) / boardModel / pathOf(name);
 }
 
 } // namespace simulation

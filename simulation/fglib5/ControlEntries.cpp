@@ -1,6 +1,7 @@
 #include "Answers.h"
 #include "AppletList.h"
 #include "Entries.h"
+#include "PathText.h"
 #include "Probe.h"
 
 namespace simulation::entries {
@@ -19,7 +20,7 @@ int FgSim_setMachine(const char* path)
     if (path == nullptr)
         Runtime::instance().setMachineFile({});
     else
-        Runtime::instance().setMachineFile(path);
+        Runtime::instance().setMachineFile(pathOf(path));
     return FG_OK;
 }
 

@@ -5,6 +5,7 @@
 #include "Answers.h"
 #include "Configuration.h"
 #include "Entries.h"
+#include "PathText.h"
 
 namespace simulation::entries {
 
@@ -26,7 +27,7 @@ void Fg_FreeLibraries()
 
 Fg_Struct* Fg_Init(const char* appletFile, unsigned int board)
 {
-    return Runtime::instance().open(required(appletFile, "appletFile"), board);
+    return Runtime::instance().open(pathOf(required(appletFile, "appletFile")), board);
 }
 
 Fg_Struct* Fg_InitEx(const char* appletFile, unsigned int board, int flags)
@@ -40,7 +41,7 @@ Fg_Struct* Fg_InitConfig(const char* configFile, unsigned int board)
 {
     const auto model = Runtime::instance().board(board)->description().model;
     const auto applet =
-        appletOfConfiguration(required(configFile, "configFile"), Runtime::installation(), model);
+        appletOfConfiguration(pathOf(required(configFile, "configFile")), Runtime::installation(), model);
     auto* grabber = ::Fg_Init(applet.string().c_str(), board);
     if (grabber == nullptr)
         failLikeInner();
@@ -79,13 +80,13 @@ int Fg_FreeGrabber(Fg_Struct* grabber)
 
 int Fg_saveConfig(Fg_Struct* grabber, const char* file)
 {
-    saveConfiguration(*grabberOf(grabber), required(file, "file"));
+    saveConfiguration(*grabberOf(grabber), pathOf(required(file, "file")));
     return FG_OK;
 }
 
 int Fg_loadConfig(Fg_Struct* grabber, const char* file)
 {
-    loadConfiguration(*grabberOf(grabber), required(file, "file"));
+    loadConfiguration(*grabberOf(grabber), pathOf(required(file, "file")));
     return FG_OK;
 }
 

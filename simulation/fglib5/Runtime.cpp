@@ -1,6 +1,7 @@
 #include "Runtime.h"
 
 #include "Failure.h"
+#include "PathText.h"
 #include "Platform.h"
 #include "Probe.h"
 
@@ -47,7 +48,7 @@ std::filesystem::path Runtime::machineFile() const
         return *machineFile_;
     const char* file = std::getenv("OVRA_MACHINE");
     if (file != nullptr && *file != '\0')
-        return file;
+        return pathOf(file);
     return installation() / "simulation" / "default-machine.json";
 }
 

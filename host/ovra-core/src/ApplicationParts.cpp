@@ -1,5 +1,6 @@
 #include "ApplicationParts.h"
 
+#include "ovra-core/reference/PathText.h"
 #include "ovra_log/reference/Journal.h"
 
 #include <boost/dll/runtime_symbol_info.hpp>
@@ -18,7 +19,7 @@ boost::shared_ptr<ApplicationParts> current;
 
 fs::path absolutePath(const std::string& text)
 {
-    return fs::absolute(fs::path(text)).lexically_normal();
+    return fs::absolute(pathOf(text)).lexically_normal();
 }
 
 // An empty last component is a closing separator.
@@ -44,7 +45,7 @@ fs::path runtimeLibraryOf(const ApplicationOptions& options, const std::string& 
     // Native separators: with others a Windows loader does not look beside the file for what it needs.
     if (!options.runtimeLibrary.empty())
         return absolutePath(options.runtimeLibrary).make_preferred();
-    fs::path library = fs::path(runtimeDirectory) / "bin" / "fglib5";
+    fs::path library = pathOf(runtimeDirectory) / "bin" / "fglib5";
     library += boost::dll::shared_library::suffix();
     return library.make_preferred();
 }
@@ -71,7 +72,7 @@ bool PluginFolder::isMonitoring() const
 ApplicationParts::ApplicationParts(const ApplicationOptions& options)
     : runtimeDirectory(runtimeDirectoryOf(options)),
       runtimeLibrary(runtimeLibraryOf(options, runtimeDirectory)),
-      entries(options.configurationFile),
+      entries(pathOf(options.configurationFile)),
       processor(queue)
 {}
 

@@ -1,6 +1,7 @@
 #include "AppletFolders.h"
 
 #include "ovra-core/HarloApplication.h"
+#include "ovra-core/reference/PathText.h"
 #include "ovra_log/reference/Log.h"
 
 #include <algorithm>
@@ -26,7 +27,7 @@ bool isApplet(const fs::path& file)
 bool exists(const std::string& path)
 {
     std::error_code error;
-    return fs::is_regular_file(fs::path(path), error);
+    return fs::is_regular_file(reference::pathOf(path), error);
 }
 
 } // namespace
@@ -71,8 +72,8 @@ AppletFolders::Listing AppletFolders::list()
 void AppletFolders::listFolder(const std::string& folder, Listing& listing)
 {
     std::error_code error;
-    fs::recursive_directory_iterator entry(fs::path(folder), fs::directory_options::skip_permission_denied,
-                                           error);
+    fs::recursive_directory_iterator entry(reference::pathOf(folder),
+                                           fs::directory_options::skip_permission_denied, error);
     for (; !error && entry != fs::recursive_directory_iterator(); entry.increment(error)) {
         std::error_code gone;
         if (!isApplet(entry->path()) || !entry->is_regular_file(gone))

@@ -4,10 +4,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 
 using namespace ovra::tests;
+using testing::AllOf;
 using testing::Contains;
+using testing::HasSubstr;
 using testing::IsEmpty;
 
 namespace {
@@ -22,14 +25,10 @@ struct Expected
 };
 
 constexpr Expected pictures[] = {
-    {"landscape.png", 1024, 768, 200},
-    {"bottles.png", 960, 720, 200},
-    {"chart-of-another-size.png", 1023, 768, 200},
-    {"chart.png", 1024, 768, 200},
-    {"landscape-again.png", 1024, 768, 200},
-    {"circuit-board.png", 1280, 1024, 200},
-    {"ramp.png", 640, 480, 256},
-    {"checkerboard.png", 640, 480, 2},
+    {"landscape.png", 1024, 768, 200},      {"ramp.png", 512, 384, 256},
+    {"bottles.png", 960, 720, 200},         {"chart-of-another-size.png", 1023, 768, 200},
+    {"chart.png", 1024, 768, 200},          {"landscape-again.png", 1024, 768, 200},
+    {"circuit-board.png", 1280, 1024, 200}, {"checkerboard.png", 640, 480, 2},
 };
 
 struct Demo : testing::Test
@@ -59,6 +58,13 @@ TEST_F(Demo, RunsWithoutErrorAndSavesAPictureOfEveryChannelThatShowsWhetherItsSi
     EXPECT_EQ(outcome.lines.front(), "Starting...");
     EXPECT_EQ(outcome.lines.back(), "Application closed.");
     EXPECT_THAT(outcome.lines, Contains("Initialization done."));
+
+    // Stored, the board emptied, loaded: the values are back.
+    const auto reloaded = std::find(outcome.lines.begin(), outcome.lines.end(), "> load-mcf 0 ramp.mcf");
+    EXPECT_THAT(std::vector(reloaded, outcome.lines.end()),
+                AllOf(Contains("    DMA 0: 512 x 384, buffers: 16, timeout: 10 s"),
+                      Contains(HasSubstr("FG_GEN_FRAMERATE 50 Hz, GAIN 2.5, "))))
+        << outcome.text();
 
     const auto memory = outcome.linesWith("DMA memory: ");
     ASSERT_FALSE(memory.empty());

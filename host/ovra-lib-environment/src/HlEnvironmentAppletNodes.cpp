@@ -5,19 +5,9 @@
 
 namespace ovra::core::models {
 
+using reference::given;
 using reference::liveObject;
 using reference::probe;
-
-namespace {
-
-// What a link or a pointer is set to, as the record shows it.
-template <class Pointer>
-const char* given(const Pointer& pointer)
-{
-    return pointer ? " set" : " null";
-}
-
-} // namespace
 
 // --- process ------------------------------------------------------------------------------------------
 

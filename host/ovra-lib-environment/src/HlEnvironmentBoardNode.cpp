@@ -16,18 +16,13 @@
 
 namespace ovra::core::models {
 
+using reference::given;
 using reference::Hex;
 using reference::Journal;
 using reference::probe;
 using reference::Unrecorded;
 
 namespace {
-
-template <class Pointer>
-const char* given(const Pointer& pointer)
-{
-    return pointer ? " set" : " null";
-}
 
 std::optional<unsigned int> connectorsOf(int boardIndex)
 {

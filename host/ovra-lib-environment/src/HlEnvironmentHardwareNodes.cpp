@@ -6,6 +6,7 @@
 
 namespace ovra::core::models {
 
+using reference::given;
 using reference::liveObject;
 using reference::probe;
 
@@ -51,8 +52,7 @@ boost::shared_ptr<GenICamModel> HlEnvironmentCameraNode::getGenICamModelEntry() 
 
 void HlEnvironmentCameraNode::setGenICamModelEntry(boost::shared_ptr<GenICamModel> model) const
 {
-    probe("HlEnvironmentCameraNode::setGenICamModelEntry", "board=", m_board, " port=", m_port,
-          model ? " set" : " null");
+    probe("HlEnvironmentCameraNode::setGenICamModelEntry", "board=", m_board, " port=", m_port, given(model));
     m_model.set(std::move(model));
 }
 
@@ -80,7 +80,7 @@ boost::shared_ptr<HlEnvironmentCameraNode> HlEnvironmentPortNode::getConnectedCa
 
 void HlEnvironmentPortNode::setConnectedCameraEntry(const boost::shared_ptr<HlEnvironmentCameraNode>& camera)
 {
-    probe("HlEnvironmentPortNode::setConnectedCameraEntry", "port=", m_index, camera ? " set" : " null");
+    probe("HlEnvironmentPortNode::setConnectedCameraEntry", "port=", m_index, given(camera));
     m_camera.set(camera);
 }
 

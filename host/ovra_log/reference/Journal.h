@@ -75,6 +75,13 @@ struct Hex
 };
 OVRA_LOG_API std::ostream& operator<<(std::ostream& stream, Hex number);
 
+/// What a link or a pointer is set to.
+template <class Pointer>
+const char* given(const Pointer& pointer)
+{
+    return pointer ? " set" : " null";
+}
+
 /// The readable name of a class.
 struct ClassName
 {

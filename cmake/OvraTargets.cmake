@@ -65,6 +65,10 @@ elseif(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # A unique symbol pins its library in the process: dlclose would never unload it.
     target_compile_options(ovra-options INTERFACE -fno-gnu-unique)
 endif()
+if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # It is meant for headers, and takes a source that a unity source includes for one.
+    target_compile_options(ovra-options INTERFACE -Wno-subobject-linkage)
+endif()
 
 # --- header-only libraries -----------------------------------------------------------------------
 

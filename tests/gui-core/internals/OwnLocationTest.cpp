@@ -1,3 +1,6 @@
+// The library itself, copied to where an installation may have it, and asked where it believes that is: it
+// opens the log dispatcher there, which writes its lines.
+
 #include "TemporaryInstallation.h"
 
 #include "platform/ProcessEnvironment.h"
@@ -5,7 +8,9 @@
 #include <boost/dll/shared_library.hpp>
 #include <gtest/gtest.h>
 
-#include <cstdlib>
+#include <algorithm>
+#include <fstream>
+#include <iterator>
 #include <string>
 
 using ovra::templates::platform::setEnvironmentVariable;
@@ -13,80 +18,59 @@ using ovra::tests::TemporaryInstallation;
 
 namespace {
 
-using Ask = const char*();
+constexpr char SEPARATOR = static_cast<char>(std::filesystem::path::preferred_separator);
 
-/// A copy of the probe, which resolves its installation once, from where it lies.
-class Probe
+/// A folder that has the dispatcher in the "bin" of \p root.
+struct Installation : TemporaryInstallation
 {
-public:
-    explicit Probe(const std::filesystem::path& file) : m_library(file) {}
-
-    /// "(none)" where it finds nothing.
-    std::string ask() const
+    explicit Installation(const std::filesystem::path& root = "")
     {
-        const char* folder = m_library.get<Ask>("askInstallation")();
-        return folder ? folder : "(none)";
+        add(OVRA_DISPATCHER, root / "bin", "common-logging-dispatcher");
     }
-
-private:
-    boost::dll::shared_library m_library;
 };
 
-/// On some systems the temporary folder is reached through a link; a library knows its real place.
-std::string realPath(const std::filesystem::path& path)
+/// Whether a copy of the library in \p place finds the dispatcher.
+bool findsIt(Installation& folder, const std::filesystem::path& place)
 {
-    return std::filesystem::canonical(path).string();
+    // A loader may take an equal name for an equal library.
+    static int copies = 0;
+    const std::string name = "product" + std::to_string(++copies);
+    const auto log = folder.path() / (name + ".log");
+    setEnvironmentVariable("OVRA_LOG_FILE", log.string());
+    setEnvironmentVariable("OVRA_LOG_LEVEL", "2");
+    {
+        const boost::dll::shared_library library(folder.add(OVRA_PRODUCT, place, name));
+        library.get<void()>("OvraGuiCoreInit")();
+        library.get<void()>("OvraGuiCoreDeinit")();
+    }
+    std::ifstream lines(log);
+    return std::count(std::istreambuf_iterator<char>(lines), {}, '\n') == 2;
 }
 
 } // namespace
 
 TEST(OwnLocation, IsFoundInEveryProductFolderHoweverDeepAndNamed)
 {
-    struct Row
-    {
-        const char* place;
-        const char*
-            installation; ///< below the temporary folder, in the bytes that a narrow path is written with
-    };
-    const Row rows[] = {
-        {"bin", ""},   {"Hardware Applets/sub", ""},
-        {"LIB64", ""}, {"dll/model", ""},
-        {"lib", ""},   {"a folder with blanks \xfc/bin", "a folder with blanks \xfc"},
-    };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.place);
-        TemporaryInstallation installation;
-        // One name for each: a loader may take an equal name for an equal library.
-        const std::string name = "probe" + std::to_string(&row - rows);
-        const Probe probe(installation.add(OVRA_INSTALLATION_PROBE, row.place, name));
-        std::string expected = realPath(installation.path());
-        if (*row.installation)
-            expected +=
-                static_cast<char>(std::filesystem::path::preferred_separator) + std::string(row.installation);
-        EXPECT_EQ(probe.ask(), expected);
+    for (const char* place : {"bin", "Hardware Applets/sub", "LIB64", "dll/model", "lib"}) {
+        Installation folder;
+        EXPECT_TRUE(findsIt(folder, place)) << place;
     }
+    // In the bytes that a narrow path is written with.
+    const char* umlaut = "a folder with blanks \xfc";
+    Installation folder(umlaut);
+    EXPECT_TRUE(findsIt(folder, std::filesystem::path(umlaut) / "bin"));
 }
 
 TEST(OwnLocation, GivesWayToTheEnvironmentWhereNoFolderMatches)
 {
-    TemporaryInstallation installation;
-    const Probe probe(installation.add(OVRA_INSTALLATION_PROBE, "elsewhere", "probe"));
-    EXPECT_EQ(probe.ask(), "(none)");
-    EXPECT_EQ(probe.ask(), "(none)");
-
-    const std::string separators(3, static_cast<char>(std::filesystem::path::preferred_separator));
-    const std::string first = installation.folder();
+    Installation folder;
+    EXPECT_FALSE(findsIt(folder, "elsewhere"));
+    setEnvironmentVariable("OVRADIR5", folder.folder());
+    EXPECT_TRUE(findsIt(folder, "elsewhere")) << "by the second variable alone";
     setEnvironmentVariable("OVRADIR5", "not this one");
-    setEnvironmentVariable("OVRADIR5_64", first + separators);
-    EXPECT_EQ(probe.ask(), first);
-    setEnvironmentVariable("OVRADIR5_64", "changed too late");
-    EXPECT_EQ(probe.ask(), first);
-}
-
-TEST(OwnLocation, TakesTheSecondVariableWhereTheFirstIsMissingAndCutsWhatIsTooLong)
-{
-    TemporaryInstallation installation;
-    const Probe probe(installation.add(OVRA_INSTALLATION_PROBE, "elsewhere", "probe"));
-    setEnvironmentVariable("OVRADIR5", std::string(2000, 'x'));
-    EXPECT_EQ(probe.ask(), std::string(1023, 'x'));
+    setEnvironmentVariable("OVRADIR5_64", folder.folder() + std::string(3, SEPARATOR));
+    EXPECT_TRUE(findsIt(folder, "elsewhere")) << "by the first, whatever the second says";
+    setEnvironmentVariable("OVRADIR5_64", std::string(2000, 'x'));
+    EXPECT_FALSE(findsIt(folder, "elsewhere")) << "what does not fit is cut, and lies nowhere";
+    EXPECT_TRUE(findsIt(folder, "bin")) << "its own place comes first";
 }

@@ -67,14 +67,6 @@ TEST_F(RuntimeVariants, ARuntimeWithoutInitExIsResolvedAnewOnEveryCall)
     }
 }
 
-TEST_F(RuntimeVariants, AFailedBindingIsTriedAgainOnTheNextCall)
-{
-    ovra::templates::platform::setEnvironmentVariable("OVRADIR5_64", installation.folder());
-    EXPECT_EQ(Fg_InitLibraries(nullptr), -2130);
-    with(OVRA_RUNTIME);
-    EXPECT_NE(Fg_InitLibraries(nullptr), -2130);
-}
-
 TEST_F(RuntimeVariants, TheRuntimesInnerCallsNeverPassThroughTheForwarders)
 {
     ASSERT_EQ(bindFglib(with(OVRA_RUNTIME).c_str()), 0);

@@ -1,0 +1,307 @@
+// The binding of the runtime, and the forwarders, on a loader that writes down what it is asked for: it
+// stands in for the platform's.
+
+#include "fglib/EntryTable.h"
+#include "fglib/InstallationDirectory.h"
+#include "platform/Module.h"
+#include "platform/Paths.h"
+#include "platform/ProcessEnvironment.h"
+
+#include "fglib5/Fglib5.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <set>
+#include <string>
+#include <vector>
+
+using namespace ovra::gui::fglib;
+using ovra::templates::platform::runtimeLibraryPath;
+using Lines = std::vector<std::string>;
+
+namespace {
+
+constexpr std::array names = {
+#define FGLIB5_ENTRY(result, name, symbol, parameters, arguments, missing) #name,
+#include "fglib5/Fglib5Entries.inc"
+};
+
+enum Position : std::size_t
+{
+#define FGLIB5_ENTRY(result, name, symbol, parameters, arguments, missing) AT_##name,
+#include "fglib5/Fglib5Entries.inc"
+};
+
+Lines journal;
+
+/// An entry of the runtime that writes its call down.
+template <class Function>
+struct Recorded;
+
+template <class Result, class... Arguments>
+struct Recorded<Result(Arguments...)>
+{
+    template <Position POSITION>
+    static Result entry(Arguments...)
+    {
+        journal.push_back(std::string("call ") + names[POSITION]);
+        return Result();
+    }
+};
+
+template <class Result, class... Arguments>
+void callWithNothing(Result (*function)(Arguments...))
+{
+    function(Arguments()...);
+}
+
+int addParameterAndDma(Fg_Struct*, int parameter, void* value, unsigned int dma)
+{
+    *static_cast<int*>(value) = parameter + static_cast<int>(dma);
+    return 4711;
+}
+
+/// What the loader finds. The runtime exports every entry under its own name, Fg_setStatus as well.
+struct Found
+{
+    bool runtime = true;
+    std::set<std::string> missing;
+    void* getParameter = nullptr; ///< in place of the recorded one
+    std::string ownFile = runtimeLibraryPath("own", "library");
+    std::size_t ownLength = ownFile.size();
+};
+Found found;
+
+void* exported(const std::string& symbol)
+{
+    if (found.missing.contains(symbol))
+        return nullptr;
+    if (symbol == "Fg_getParameter" && found.getParameter)
+        return found.getParameter;
+#define FGLIB5_ENTRY(result, name, tabbed, parameters, arguments, missing) \
+    if (symbol == #name)                                                   \
+        return reinterpret_cast<void*>(&Recorded<decltype(name)>::entry<AT_##name>);
+#include "fglib5/Fglib5Entries.inc"
+    return nullptr;
+}
+
+} // namespace
+
+namespace ovra::templates::platform {
+
+void* openModule(const std::string& path, ModuleError& error)
+{
+    journal.push_back("open " + path);
+    if (!found.runtime)
+        error = {2, "no such file"};
+    return found.runtime ? &found : nullptr;
+}
+
+void closeModule(void*)
+{
+    journal.emplace_back("close");
+}
+
+void* locateSymbol(void*, const char* name)
+{
+    journal.push_back(std::string("locate ") + name);
+    return exported(name);
+}
+
+std::size_t moduleFileName(const void*, char* buffer, std::size_t size)
+{
+    buffer[found.ownFile.copy(buffer, size - 1)] = '\0';
+    return found.ownLength;
+}
+
+} // namespace ovra::templates::platform
+
+namespace {
+
+class RuntimeBinding : public testing::Test
+{
+protected:
+    ~RuntimeBinding() override
+    {
+        found = {};
+        resolveEntries([](const void*, const char*) -> void* { return nullptr; }, nullptr);
+        journal.clear();
+    }
+
+    static void loseAllBut(const std::string& entry)
+    {
+        found.missing.insert(names.begin(), names.end());
+        found.missing.erase(entry);
+    }
+    static auto opened() { return std::count(journal.begin(), journal.end(), runtimeOpened); }
+    static auto located()
+    {
+        return std::count_if(journal.begin(), journal.end(),
+                             [](const std::string& line) { return line.rfind("locate ", 0) == 0; });
+    }
+
+    inline static const std::string runtimeOpened = "open " + runtimeLibraryPath("own", "fglib5");
+};
+
+} // namespace
+
+TEST_F(RuntimeBinding, TheFirstCallLoadsOnceAndEachForwarderReachesItsOwnEntry)
+{
+    Lines calls;
+#define FGLIB5_ENTRY(result, name, symbol, parameters, arguments, missing) \
+    if (AT_##name != AT_Fg_setStatus) {                                    \
+        callWithNothing(&name);                                            \
+        calls.emplace_back("call " #name);                                 \
+    }
+#include "fglib5/Fglib5Entries.inc"
+
+    ASSERT_EQ(journal.size(), 1U + 107U + 105U);
+    EXPECT_EQ(journal[0], runtimeOpened);
+    EXPECT_EQ(journal[1], "locate Fg_InitLibraries");
+    EXPECT_EQ(journal[1 + 8], "locate Fg_InitEx");
+    EXPECT_EQ(journal[1 + 34], "locate Fg_findApplet");
+    EXPECT_EQ(journal[1 + 70], "locate Fg_setStatus\t");
+    EXPECT_EQ(journal[1 + 98], "locate getLastErrorNumber");
+    EXPECT_EQ(journal[1 + 99], "locate Fg_findApplet");
+    EXPECT_EQ(journal[1 + 106], "locate Fg_getAppletStringProperty");
+    EXPECT_EQ(std::set<std::string>(journal.begin() + 1, journal.begin() + 108).size(), 106U);
+    EXPECT_EQ(Lines(journal.begin() + 108, journal.end()), calls);
+}
+
+TEST_F(RuntimeBinding, AFailedLoadIsTriedAgainByEachCallUntilItSucceeds)
+{
+    found.runtime = false;
+    EXPECT_EQ(Fg_InitLibraries(nullptr), -2130);
+    EXPECT_EQ(bindFglib(nullptr), -2130);
+    EXPECT_EQ(journal, (Lines{runtimeOpened, runtimeOpened}));
+    found.runtime = true;
+    for (int round = 0; round < 3; ++round)
+        EXPECT_EQ(Fg_InitLibraries(nullptr), 0);
+    EXPECT_EQ(opened(), 3);
+    EXPECT_EQ(located(), 107);
+    EXPECT_EQ(journal.back(), "call Fg_InitLibraries");
+}
+
+TEST_F(RuntimeBinding, ARuntimeWithoutInitExIsLoadedAndResolvedByEachCall)
+{
+    found.missing = {"Fg_InitEx"};
+    for (int round = 1; round <= 3; ++round) {
+        EXPECT_EQ(Fg_InitLibraries(nullptr), 0);
+        EXPECT_EQ(opened(), round);
+        EXPECT_EQ(located(), round * 107);
+    }
+}
+
+TEST_F(RuntimeBinding, TheRuntimeStaysLoadedWhateverTheTableSays)
+{
+    ensureFglibBound("elsewhere");
+    ensureFglibBound("elsewhere");
+    EXPECT_EQ(journal.front(), "open " + runtimeLibraryPath("elsewhere", "fglib5"));
+    EXPECT_EQ(bindFglib("elsewhere"), 0);
+    EXPECT_EQ(bindFglibFromDirectory("elsewhere"), 0);
+    EXPECT_EQ(located(), 3 * 107) << "bound anew where it is asked for, never by ensureFglibBound";
+    EXPECT_EQ(std::count(journal.begin(), journal.end(), "close"), 0);
+}
+
+TEST_F(RuntimeBinding, ADirectoryWithoutARuntimeIsUnavailableAndNoneIsAnError)
+{
+    bindFglib(nullptr);
+    journal.clear();
+    found.runtime = false;
+    EXPECT_EQ(bindFglib("elsewhere"), -2130);
+    EXPECT_EQ(bindFglibFromDirectory("elsewhere"), -2130);
+    EXPECT_EQ(opened() + located(), 0);
+    journal.clear();
+    EXPECT_EQ(bindFglibFromDirectory(nullptr), -5);
+    EXPECT_EQ(journal, Lines{});
+    EXPECT_EQ(Fg_InitLibraries(nullptr), 0) << "the table is as it was";
+}
+
+TEST_F(RuntimeBinding, IsTriedAgainWhereNoDirectoryWasKnownYet)
+{
+    using ovra::templates::platform::setEnvironmentVariable;
+    // Not found, cut, longer than asked for: in each case whatever stands in the buffer counts for nothing.
+    for (const std::size_t length : {0U, 1024U, 4000U}) {
+        found.ownLength = length;
+        EXPECT_EQ(getInstallationDirectory(), nullptr) << length;
+        EXPECT_EQ(Fg_InitLibraries(nullptr), -2130);
+    }
+    found.ownFile = "no product folder above";
+    found.ownLength = found.ownFile.size();
+    EXPECT_EQ(getInstallationDirectory(), nullptr);
+    EXPECT_EQ(bindFglib(nullptr), -2130);
+    EXPECT_EQ(journal, Lines{}) << "nothing can be opened";
+    setEnvironmentVariable("OVRADIR5", "set later");
+    EXPECT_EQ(Fg_InitLibraries(nullptr), 0);
+    EXPECT_EQ(journal.front(), "open " + runtimeLibraryPath("set later", "fglib5"));
+}
+
+TEST_F(RuntimeBinding, NeverFindsSetStatusAndOverwritesWithNothingWhatTheNextRuntimeLacks)
+{
+    bindFglib(nullptr);
+    EXPECT_EQ(entryTable.Fg_setStatus.load(), nullptr);
+    EXPECT_NE(entryTable.Fg_setStatusEx.load(), nullptr);
+    EXPECT_NE(entryTable.Fg_sendImage.load(), nullptr);
+    found.missing = {"Fg_sendImage"};
+    bindFglib(nullptr);
+    EXPECT_EQ(entryTable.Fg_sendImage.load(), nullptr);
+}
+
+TEST_F(RuntimeBinding, ForwardsArgumentsAndResultUnchanged)
+{
+    found.getParameter = reinterpret_cast<void*>(&addParameterAndDma);
+    int value = 0;
+    EXPECT_EQ(Fg_getParameter(nullptr, 100, &value, 3), 4711);
+    EXPECT_EQ(value, 103);
+}
+
+TEST_F(RuntimeBinding, GuardedEntriesAnswerForAMissingOne)
+{
+    loseAllBut("Fg_InitEx");
+    char buffer[1] = {};
+    FgAppletIterator* applets = nullptr;
+    const int codes[] = {
+        Fg_InitLibraries(nullptr),
+        Fg_InitLibrariesEx(nullptr, 0, nullptr, 0),
+        Fg_freeParameterStringWithType(nullptr, 0, nullptr, 0, FG_TYPE_STRING),
+        Fg_getParameterPropertyEx(nullptr, 0, 0, 0, nullptr, nullptr),
+        Fg_getEventPayload(nullptr, 0, nullptr, nullptr),
+        Fg_NumaFreeDmaBuffer(nullptr, nullptr),
+        Fg_NumaPinThread(nullptr),
+        Fg_registerAsyncNotifyCallback(nullptr, nullptr, nullptr),
+        Fg_unregisterAsyncNotifyCallback(nullptr, nullptr, nullptr),
+        Fg_readUserDataArea(nullptr, 0, 0, buffer, 0),
+        Fg_writeUserDataArea(nullptr, 0, 0, buffer, 0),
+        Fg_findApplet(0, buffer, 0),
+        Fg_getAppletIterator(0, 0, &applets, 0),
+        Fg_freeAppletIterator(nullptr),
+        static_cast<int>(Fg_getAppletIntProperty(nullptr, 0)),
+    };
+    for (const int code : codes)
+        EXPECT_EQ(code, -2130);
+
+    Fg_InitLibrariesStartNextSlave();
+    Fg_AbortInitLibraries();
+    Fg_FreeLibraries();
+    int added = 0;
+    EXPECT_EQ(Fg_InitConfigEx(nullptr, 0, 0), nullptr);
+    EXPECT_EQ(Fg_getParameterNameById(nullptr, 0, 0), nullptr);
+    EXPECT_EQ(Fg_InitTrampoline(nullptr, 0, nullptr), nullptr);
+    EXPECT_EQ(Fg_NumaAllocDmaBuffer(nullptr, 0), nullptr);
+    EXPECT_EQ(Fg_getAppletIteratorItem(nullptr, 0), nullptr);
+    EXPECT_EQ(Fg_findAppletIteratorItem(nullptr, nullptr), nullptr);
+    EXPECT_EQ(Fg_addAppletIteratorItem(nullptr, nullptr, &added), nullptr);
+    EXPECT_EQ(Fg_getAppletStringProperty(nullptr, 0), nullptr);
+}
+
+using RuntimeBindingDeathTest = RuntimeBinding;
+
+TEST_F(RuntimeBindingDeathTest, AnUnguardedEntryThatIsMissingEndsTheProcess)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    loseAllBut("Fg_InitEx");
+    EXPECT_DEATH(Fg_getLastErrorNumber(nullptr), "");
+    EXPECT_DEATH(Fg_setStatus(nullptr, 0, 0, 0), "");
+}

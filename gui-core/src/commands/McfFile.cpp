@@ -13,6 +13,21 @@ constexpr std::size_t LIMIT_BYTES = std::size_t{1} << 31; // lengths within a li
 using Entry = McfFile::Entry;
 using Section = McfFile::Section;
 
+/// In blocks that compilers turn into vector instructions.
+std::size_t countLineFeeds(std::string_view text)
+{
+    constexpr std::size_t BLOCK_BYTES = 128;
+    std::size_t count = 0;
+    while (text.size() >= BLOCK_BYTES) {
+        std::uint8_t inBlock = 0;
+        for (std::size_t i = 0; i < BLOCK_BYTES; ++i)
+            inBlock = static_cast<std::uint8_t>(inBlock + (text.data()[i] == '\n'));
+        count += inBlock;
+        text.remove_prefix(BLOCK_BYTES);
+    }
+    return count + static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
+}
+
 bool isEnclosed(std::string_view text, char first, char last)
 {
     return text.size() >= 2 && text.front() == first && text.back() == last;
@@ -61,36 +76,60 @@ McfFile::Entry::Entry(std::string_view line, std::size_t equals)
 
 McfFile McfFile::read(const std::string& path)
 {
+    return read(path, McfFile());
+}
+
+McfFile McfFile::read(const std::string& path, McfFile used)
+{
+    McfFile file = std::move(used);
+    file.clear();
     // Binary, so that a text means the same on all platforms.
     std::ifstream stream(path, std::ios::binary);
     if (stream.peek() == std::ifstream::traits_type::eof())
-        return parse({}); // a folder can be opened here and there, but not read
+        return file; // a folder can be opened here and there, but not read
     stream.seekg(0, std::ios::end);
     const std::streamoff size = stream.tellg();
     if (size <= 0 || static_cast<std::uintmax_t>(size) >= LIMIT_BYTES)
-        return parse({});
+        return file;
     stream.seekg(0);
-    auto text = std::make_unique_for_overwrite<char[]>(static_cast<std::size_t>(size));
-    stream.read(text.get(), size);
-    return {std::move(text), static_cast<std::size_t>(stream.gcount())};
+    stream.read(file.roomFor(static_cast<std::size_t>(size)), size);
+    file.take(static_cast<std::size_t>(stream.gcount()));
+    return file;
 }
 
 McfFile McfFile::parse(std::string_view text)
 {
-    if (text.size() >= LIMIT_BYTES)
-        text = {};
-    auto copy = std::make_unique_for_overwrite<char[]>(text.size());
-    std::copy(text.begin(), text.end(), copy.get());
-    return {std::move(copy), text.size()};
+    McfFile file;
+    if (text.empty() || text.size() >= LIMIT_BYTES)
+        return file;
+    std::copy(text.begin(), text.end(), file.roomFor(text.size()));
+    file.take(text.size());
+    return file;
 }
 
-McfFile::McfFile(std::unique_ptr<char[]> text, std::size_t size) : m_text(std::move(text))
+void McfFile::clear()
 {
-    const std::string_view all(m_text.get(), size);
+    m_entries.clear();
+    m_sections.clear();
+}
+
+char* McfFile::roomFor(std::size_t size)
+{
+    if (!m_text || m_room < size) {
+        m_text.reset(); // before there is another
+        m_text = std::make_unique_for_overwrite<char[]>(size);
+        m_room = size;
+    }
+    return m_text.get();
+}
+
+void McfFile::take(std::size_t size)
+{
+    const std::string_view text(m_text.get(), size);
     // As many as there can be at most; what follows may not move them.
-    m_entries.reserve(static_cast<std::size_t>(std::count(all.begin(), all.end(), '\n')) + 1);
+    m_entries.reserve(countLineFeeds(text) + 1);
     openSection("none");
-    takeLines(all);
+    takeLines(text);
     closeSection();
     orderSections();
 }
@@ -142,10 +181,8 @@ void McfFile::orderSections()
     const auto disordered = [](const Section& left, const Section& right) { return left.name >= right.name; };
     if (std::adjacent_find(m_sections.begin(), m_sections.end(), disordered) == m_sections.end())
         return;
-    std::sort(m_sections.begin(), m_sections.end(), [](const Section& left, const Section& right) {
-        const int order = left.name.compare(right.name);
-        return order != 0 ? order < 0 : left.entries.data() < right.entries.data();
-    });
+    const auto precede = [](const Section& left, const Section& right) { return left.name < right.name; };
+    std::sort(m_sections.begin(), m_sections.end(), precede);
     const auto same = [](const Section& left, const Section& right) { return left.name == right.name; };
     if (std::adjacent_find(m_sections.begin(), m_sections.end(), same) != m_sections.end())
         joinSections();

@@ -59,9 +59,14 @@ public:
         std::span<const Entry> entries; ///< in the order of their keys, each key once
     };
 
+    McfFile() = default;
+
     /// Reads \p path, which others may have open, also for writing. Empty when that is no readable file, is
     /// empty, or has 2 GiB or more. Blocks for the time of reading. Throws std::bad_alloc.
     static McfFile read(const std::string& path);
+
+    /// Also uses the memory of \p used again, which pays where one large file comes after the other.
+    static McfFile read(const std::string& path, McfFile used);
 
     /// The same for a text that is at hand already.
     static McfFile parse(std::string_view text);
@@ -72,8 +77,9 @@ public:
     std::span<const Section> sections() const { return m_sections; }
 
 private:
-    McfFile(std::unique_ptr<char[]> text, std::size_t size);
-
+    void clear();
+    char* roomFor(std::size_t size);
+    void take(std::size_t size);
     void takeLines(std::string_view text);
     void takeLine(std::string_view line);
     void openSection(std::string_view name);
@@ -82,6 +88,7 @@ private:
     void joinSections();
 
     std::unique_ptr<char[]> m_text;
+    std::size_t m_room = 0;       ///< in bytes, of m_text
     std::vector<Entry> m_entries; ///< has its final capacity from the start: sections refer into it
     std::vector<Section> m_sections;
 };

@@ -80,18 +80,21 @@ std::string numbered(const char* name, std::size_t number)
     return text;
 }
 
+/// A different order each time, but the same in each run.
 std::vector<std::size_t> numbers(std::size_t count, Order order)
 {
+    static std::mt19937 random(1);
     std::vector<std::size_t> all(count);
     std::iota(all.begin(), all.end(), std::size_t{0});
     if (order == Order::Unsorted)
-        std::shuffle(all.begin(), all.end(), std::mt19937(1));
+        std::shuffle(all.begin(), all.end(), random);
     return all;
 }
 
+/// Lines are about as long as in a file that a runtime has stored.
 void write(const Shape& shape, const Files& files)
 {
-    constexpr std::size_t LINE_BYTES = sizeof("FG_PARAMETER_0000000=0000000;"); // with its line feed
+    constexpr std::size_t LINE_BYTES = sizeof("KEY0000000=0000;"); // with its line feed
     const std::size_t lines = shape.size / LINE_BYTES;
     const std::size_t keys = shape.sections == Sections::One ? lines : 30;
     std::ofstream mcf(files.mcf, std::ios::binary);
@@ -103,7 +106,7 @@ void write(const Shape& shape, const Files& files)
     for (const std::size_t section : numbers(std::max<std::size_t>(lines / keys, 1), shape.order)) {
         line(numbered("[Section", section) + ']', "");
         for (const std::size_t key : numbers(keys, shape.order))
-            line(numbered("FG_PARAMETER_", key) + numbered("=", key * 7919 % 1000000), ";");
+            line(numbered("KEY", key) + '=' + std::to_string(1000 + key * 7919 % 9000), ";");
     }
 }
 

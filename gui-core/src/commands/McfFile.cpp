@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <fstream>
-#include <limits>
+#include <utility>
 
 namespace ovra::gui::commands {
 
@@ -67,11 +67,10 @@ McfFile::Entry::Entry(std::string_view line, std::size_t equals)
     : m_key(line.data()),
       m_keyLength(static_cast<std::uint32_t>(equals))
 {
-    std::string_view value = line.substr(equals + 1);
-    m_quoted = !value.empty() && value.front() == '\'' && value.back() == '\'';
-    if (m_quoted)
-        value = value.size() == 1 ? std::string_view() : value.substr(1, value.size() - 2);
-    m_valueLength = static_cast<std::uint32_t>(value.size()) & 0x7FFFFFFFU;
+    const std::string_view value = line.substr(equals + 1);
+    m_quoted = value.starts_with('\'') && value.ends_with('\'');
+    const std::size_t quotes = m_quoted ? std::min<std::size_t>(value.size(), 2) : 0; // one may be both
+    m_valueLength = static_cast<std::uint32_t>(value.size() - quotes) & 0x7FFFFFFFU;
 }
 
 McfFile McfFile::read(const std::string& path)

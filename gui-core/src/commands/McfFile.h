@@ -30,7 +30,7 @@ namespace ovra::gui::commands {
 /// A header that is repeated goes on with its section. A key that is repeated in its section has the last of
 /// its values. A section without keys is as good as absent.
 ///
-/// Holds the text once and refers to it: in memory a file takes its size and 16 bytes for each key. A file
+/// Holds the text once and refers to it: in memory a file takes its size and 16 bytes for each line. A file
 /// that was moved from is empty. All views stay valid until the file that they come from, or was moved to,
 /// goes. Reading from several threads is safe.
 class McfFile

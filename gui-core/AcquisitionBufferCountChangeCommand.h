@@ -19,8 +19,9 @@ namespace ovra::gui::commands {
 /// Views::update_dma_memory and Views::update_acquisition_state. Only this channel changes, whatever the sync
 /// mode; acquisition is neither stopped nor started.
 ///
-/// The channel must have a frame-buffer group. The number is not checked here: what the group does not take,
-/// it answers with an exception, which goes to the command processor. Copies share one request.
+/// The number is not checked here: what the group does not take, it answers with an exception, which goes to
+/// the command processor. A channel without a group, because its board was unloaded meanwhile, keeps what it
+/// says. Copies share one request.
 class OVRA_GUI_CORE_API AcquisitionBufferCountChangeCommand : public ovra::core::Command
 {
 public:

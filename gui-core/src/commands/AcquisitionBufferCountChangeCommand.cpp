@@ -40,16 +40,20 @@ AcquisitionBufferCountChangeCommand::~AcquisitionBufferCountChangeCommand() = de
 
 void AcquisitionBufferCountChangeCommand::executeSync() {}
 
+// An unload may come before or between the phases: the channel has no group then.
 void AcquisitionBufferCountChangeCommand::executeAsync()
 {
-    m_request->dma->getFrameBufferGroup()->setBufferCount(m_request->buffers);
+    if (const auto group = m_request->dma->getFrameBufferGroup())
+        group->setBufferCount(m_request->buffers);
 }
 
 void AcquisitionBufferCountChangeCommand::executePostAsync()
 {
     HlEnvironmentDmaNode& dma = *m_request->dma;
-    dma.setAcqBuffersRequested(dma.getFrameBufferGroup()->requestedBufferCount());
-    dma.setAcqBuffersCurrent(dma.getFrameBufferGroup()->bufferCount());
+    if (const auto group = dma.getFrameBufferGroup())
+        dma.setAcqBuffersRequested(group->requestedBufferCount());
+    if (const auto group = dma.getFrameBufferGroup())
+        dma.setAcqBuffersCurrent(group->bufferCount());
     Gui::views()->update_dma_memory();
     Gui::views()->update_acquisition_state();
 }

@@ -45,7 +45,6 @@ TEST_F(BufferCount, IsChangedOnOneChannelAndTheModelAndTheUserLearnWhatCameOfIt)
     views->onLine = [](const std::string& line) { Journal::note("views " + line); };
     for (const Row& row : rows) {
         SCOPED_TRACE("row of line " + std::to_string(row.line));
-        failures.clear();
         Journal::start();
         run(AcquisitionBufferCountChangeCommand::create(dma(ALPHA_SERIAL, 1), row.asked));
         const Lines expected = {
@@ -58,7 +57,16 @@ TEST_F(BufferCount, IsChangedOnOneChannelAndTheModelAndTheUserLearnWhatCameOfIt)
         EXPECT_EQ(journalOf({"FglibFrameBufferGroup::set", "HlEnvironmentDmaNode::set", "views"}), expected);
         EXPECT_EQ(Gui::getUsedDmaMemory(), static_cast<unsigned>((16 + row.current) * imageBytes));
         EXPECT_EQ(failures.size(), row.failures);
+        failures.clear();
     }
+
+    const auto late = dma(ALPHA_SERIAL, 1);
+    unload(ALPHA_SERIAL);
+    Journal::start();
+    run(AcquisitionBufferCountChangeCommand::create(late, 8));
+    EXPECT_EQ(journalOf({"HlEnvironmentDmaNode::set", "views"}),
+              (Lines{"views update_dma_memory", "views update_acquisition_state"}));
+    EXPECT_EQ(failures, Lines{});
 }
 
 } // namespace ovra::tests

@@ -247,7 +247,7 @@ TEST_F(Configuration, WhatWasStoredComesBackToTheByteAndTheDisplaysFollow)
         unload(ALPHA_SERIAL);
 
         EXPECT_EQ(toldBy([&] { loadMcf(first); }), APPLIED);
-        EXPECT_EQ(loadedApplet(), applet);
+        ASSERT_EQ(loadedApplet(), applet);
         EXPECT_EQ(values(), changed);
         EXPECT_EQ(dma(ALPHA_SERIAL, 0)->getDisplayScene()->width(), 100);
         storeMcf(second);

@@ -5,6 +5,7 @@
 #include "ovra-core/reference/Application.h"
 
 #include <atomic>
+#include <chrono>
 #include <memory>
 #include <mutex>
 #include <thread>

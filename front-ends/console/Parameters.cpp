@@ -61,9 +61,10 @@ void requireAccepted(const ParameterOwner& owner, const std::string& name, const
 bool generates(const core::models::HlEnvironmentBoardNode& board,
                const core::models::HlEnvironmentDmaNode& dma)
 {
-    const auto owner = parameterOwner(board, dma);
-    return owner.has(generatorSwitch) &&
-           owner.find(generatorSwitch).value == parameters::Value(std::int64_t{1});
+    const auto list = parameterOwner(board, dma).all();
+    return std::any_of(list.begin(), list.end(), [](const auto& each) {
+        return each.name == generatorSwitch && each.value == parameters::Value(std::int64_t{1});
+    });
 }
 
 void markPort(core::models::HlEnvironmentLogicalPortNode& port, bool active)

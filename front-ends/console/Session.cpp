@@ -72,10 +72,10 @@ void runLine(Console& console, const std::string& line, InputKind kind)
 {
     try {
         const auto words = splitLine(line);
+        if (kind == InputKind::Lines) // comments head what they are about
+            console.printer.line((words.empty() ? "" : "> ") + line);
         if (words.empty())
             return;
-        if (kind == InputKind::Lines)
-            console.printer.line("> " + line);
         runCommand(console, words);
     } catch (const std::exception& error) {
         console.printer.error(error.what());

@@ -11,7 +11,7 @@ class Printer;
 
 enum class InputKind
 {
-    Lines,    ///< a script or a pipe: commands are shown before they are carried out, errors tell the line
+    Lines,    ///< a script or a pipe: each line is shown before it is carried out, errors tell the line
     Terminal, ///< with a prompt, and questions are asked in place
 };
 

@@ -143,11 +143,14 @@ void publishProcess(HlEnvironmentBoardNode& board, const boost::shared_ptr<HlEnv
         process->addLogicalPort(port);
 }
 
-void logProcess(const HlEnvironmentProcessNode& process)
-{
-    // The numbers of the three kinds of line stand under each other: each prefix is 22 characters long.
-    postLoadStatus("   ......... Process: " + std::to_string(process.getIndex()));
+// The numbers of the three kinds of line stand under each other: each prefix is 22 characters long.
+constexpr const char* PROCESS_PREFIX = "   ......... Process: ";
+constexpr const char* PORT_PREFIX = "   .... Logical Port: ";
+constexpr const char* PORTS_PREFIX = "   ... Logical Ports: ";
 
+/// Empty when the process has no ports.
+std::string portLine(const HlEnvironmentProcessNode& process)
+{
     std::string list;
     int count = 0;
     for (const auto ports = process.getLogicalPorts(); ports->hasNext(); ports->advance()) {
@@ -155,10 +158,9 @@ void logProcess(const HlEnvironmentProcessNode& process)
             list += ", ";
         list += std::to_string(ports->current()->getIndex());
     }
-    if (count == 1)
-        postLoadStatus("   .... Logical Port: " + list);
-    else if (count > 1)
-        postLoadStatus("   ... Logical Ports: " + list);
+    if (count == 0)
+        return {};
+    return (count == 1 ? PORT_PREFIX : PORTS_PREFIX) + list;
 }
 
 } // namespace
@@ -212,11 +214,20 @@ bool buildRuntimeStructure(HlEnvironmentBoardNode& board, const HlEnvironmentFil
 
 void logStructure(const HlEnvironmentBoardNode& board)
 {
+    // Each channel has the ports of its process listed again: that line is made once for all of them.
+    std::map<unsigned int, std::string> portLines;
     for (const auto dmas = board.getDmas(); dmas->hasNext(); dmas->advance()) {
-        postLoadStatus("Detected DMA " + std::to_string(dmas->current()->getIndex()));
-        for (const auto processes = dmas->current()->getProcesses(); processes->hasNext();
-             processes->advance())
-            logProcess(*processes->current());
+        const HlEnvironmentDmaNode& dma = *dmas->current();
+        postLoadStatus("Detected DMA " + std::to_string(dma.getIndex()));
+        for (const auto processes = dma.getProcesses(); processes->hasNext(); processes->advance()) {
+            const HlEnvironmentProcessNode& process = *processes->current();
+            const auto [line, isNew] = portLines.try_emplace(process.getIndex());
+            if (isNew)
+                line->second = portLine(process);
+            postLoadStatus(PROCESS_PREFIX + std::to_string(line->first));
+            if (!line->second.empty())
+                postLoadStatus(line->second);
+        }
     }
 }
 

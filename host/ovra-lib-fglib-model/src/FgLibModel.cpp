@@ -8,8 +8,10 @@
 #include "ovra_log/reference/Log.h"
 
 #include <algorithm>
+#include <iterator>
 #include <mutex>
 #include <optional>
+#include <set>
 #include <stdexcept>
 
 namespace ovra::core::models {
@@ -151,7 +153,7 @@ private:
 
 struct FgLibModel::State
 {
-    using Groups = std::vector<boost::shared_ptr<FglibFrameBufferGroup>>;
+    using Groups = std::set<boost::shared_ptr<FglibFrameBufferGroup>>;
 
     boost::shared_ptr<const Runtime> runtime;
     FgRegisterInfo_s* info = nullptr;
@@ -181,7 +183,7 @@ FgLibModel::State::Groups FgLibModel::State::groupsOf(unsigned int dma) const
 {
     const std::lock_guard lock(mutex);
     Groups chosen;
-    std::copy_if(groups.begin(), groups.end(), std::back_inserter(chosen),
+    std::copy_if(groups.begin(), groups.end(), std::inserter(chosen, chosen.end()),
                  [dma](const auto& group) { return group->dmaIndex() == dma; });
     return chosen;
 }
@@ -240,14 +242,14 @@ void FgLibModel::addFrameBufferGroup(const boost::shared_ptr<FglibFrameBufferGro
     if (!group)
         return;
     const std::lock_guard lock(m_state->mutex);
-    m_state->groups.push_back(group);
+    m_state->groups.insert(group);
 }
 
 void FgLibModel::removeFrameBufferGroup(const boost::shared_ptr<FglibFrameBufferGroup>& group)
 {
     probe("FgLibModel::removeFrameBufferGroup", m_state->place, group ? " set" : " null");
     const std::lock_guard lock(m_state->mutex);
-    std::erase(m_state->groups, group); // the caller holds one more reference: nothing is destroyed here
+    m_state->groups.erase(group); // the caller holds one more reference: nothing is destroyed here
 }
 
 std::vector<Parameter> FgLibModel::parameters(unsigned int dma) const

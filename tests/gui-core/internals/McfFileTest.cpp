@@ -122,15 +122,16 @@ TEST(McfFile, ReadsAHundredMegabytes)
     const TemporaryInstallation folder;
     const std::string path = (folder.path() / "huge.mcf").string();
     {
-        std::string block = "[S]\r\n";
+        std::string block = "]\r\n";
         while (block.size() < 1'000'000)
-            block += "Key" + std::to_string(block.size()) + "=1;\r\n";
+            block += std::to_string(1'000'000 + block.size()) + "=1;\r\n";
         std::ofstream stream(path, std::ios::binary);
         for (int i = 0; i < 100; ++i)
-            stream << "Count=" << i << ";\r\n" << block;
+            stream << "Count=" << i << ";\r\n[S" << i << block;
     }
     const McfFile file = McfFile::read(path);
+    EXPECT_EQ(file.sections().size(), 101U);
     EXPECT_EQ(file.value("none", "Count"), "0");
-    EXPECT_EQ(file.value("S", "Count"), "99");
-    EXPECT_EQ(file.value("S", "Key5"), "1");
+    EXPECT_EQ(file.value("S98", "Count"), "99");
+    EXPECT_EQ(file.value("S99", "1000003"), "1");
 }

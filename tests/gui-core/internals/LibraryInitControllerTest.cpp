@@ -1,6 +1,5 @@
 #include "LibraryInitController.h"
 #include "DestroySingleton.h"
-#include "GuiStatics.h"
 
 #include "gui-core/EntryPoints.h"
 
@@ -195,10 +194,11 @@ TEST_F(Controller, AThousandRoundsLeaveNothingBehind)
 {
     for (int round = 0; round < 1000; ++round) {
         OvraGuiCoreInit();
-        ovra::gui::GuiStatics::instance();
+        First::instance();
         OvraGuiCoreDeinit();
-        ASSERT_EQ(ovra::gui::GuiStatics::instance().state.lock(), nullptr);
-        ovra::tests::destroySingleton<ovra::gui::GuiStatics>();
+        ASSERT_EQ(events, (std::vector<std::string>{"1 created", "1 after creation", "1 before destruction",
+                                                    "1 destroyed"}));
+        events.clear();
     }
     EXPECT_EQ(LibraryInitController::useCount(), 0U);
     EXPECT_EQ(ovra::reference::libraryUses("ovra-lib-fglib-model"), 0);

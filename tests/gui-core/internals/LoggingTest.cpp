@@ -1,3 +1,4 @@
+#include "NewProcess.h"
 #include "TemporaryInstallation.h"
 
 #include "native/Thread.h"
@@ -24,17 +25,6 @@ using ovra::tools::logging::Logger;
 using ovra::tools::logging::Logging;
 
 namespace {
-
-/// What is decided once per process is tried in processes of its own: the case runs in a child that starts
-/// anew, and passes there when it reaches its end without a failure.
-#define IN_A_NEW_PROCESS(...)                               \
-    GTEST_FLAG_SET(death_test_style, "threadsafe");         \
-    EXPECT_EXIT(                                            \
-        {                                                   \
-            (__VA_ARGS__)();                                \
-            std::exit(testing::Test::HasFailure() ? 1 : 0); \
-        },                                                  \
-        testing::ExitedWithCode(0), "")
 
 template <class Function>
 Function* control(const char* name)

@@ -1,9 +1,9 @@
 #include "Ratios.h"
 
+#include "Runner.h"
+
 #include <cstdio>
 #include <cstring>
-#include <map>
-#include <string>
 #include <vector>
 
 namespace ovra::bench {
@@ -27,37 +27,22 @@ std::string yardstickName(const std::string& name)
     return name + " / yardstick";
 }
 
-/// Prints what the console reporter prints, and keeps the medians in nanoseconds.
-class MedianReporter : public benchmark::ConsoleReporter
-{
-public:
-    void ReportRuns(const std::vector<Run>& runs) override
-    {
-        ConsoleReporter::ReportRuns(runs);
-        for (const Run& run : runs)
-            if (run.aggregate_name == "median")
-                medians[run.run_name.function_name] =
-                    run.real_accumulated_time * 1e9 / static_cast<double>(run.iterations);
-    }
-
-    std::map<std::string, double> medians;
-};
-
 /// False when the ratio exceeds its limit.
-bool print(const Pair& pair, const std::map<std::string, double>& medians)
+bool print(const Pair& pair, const Medians& medians)
 {
     const auto measured = medians.find(pair.name);
     const auto yardstick = medians.find(yardstickName(pair.name));
     if (measured == medians.end() || yardstick == medians.end())
         return true; // filtered out
     const double ratio = measured->second / yardstick->second;
-    const bool kept = pair.limit == 0 || ratio <= pair.limit;
+    const double limit = LIMITS_ARE_PROMISED ? pair.limit : 0;
+    const bool kept = limit == 0 || ratio <= limit;
     std::printf("%-52s %8.3f   %12.2f ns / %12.2f ns   ", pair.name.c_str(), ratio, measured->second,
                 yardstick->second);
-    if (pair.limit == 0)
+    if (limit == 0)
         std::printf("reported\n");
     else
-        std::printf("limit %.2f%s\n", pair.limit, kept ? "" : "  EXCEEDED");
+        std::printf("limit %.2f%s\n", limit, kept ? "" : "  EXCEEDED");
     return kept;
 }
 
@@ -79,39 +64,21 @@ bool takeStrict(int& argc, char** argv)
 bool addRatio(const char* name, Function measured, Function yardstick, double limit, Clock clock)
 {
     pairs().push_back({name, limit});
-    auto* first = benchmark::RegisterBenchmark(name, measured);
-    auto* second = benchmark::RegisterBenchmark(yardstickName(name).c_str(), yardstick);
-    for (auto* each : {first, second})
-        if (clock == Clock::Own)
-            each->UseManualTime()->Iterations(5);
-        else
-            each->UseRealTime();
+    addBenchmark(name, measured, clock);
+    addBenchmark(yardstickName(name), yardstick, clock);
     return true;
 }
 
 int runRatios(int argc, char** argv)
 {
     const bool strict = takeStrict(argc, argv);
-    // What the ratios need comes first, so that the command line may still say otherwise.
-    std::string interleave = "--benchmark_enable_random_interleaving=true";
-    std::string repeat = "--benchmark_repetitions=15";
-    std::string aggregates = "--benchmark_report_aggregates_only=true";
-    std::string time = "--benchmark_min_time=0.05";
-    std::vector<char*> arguments = {argv[0], interleave.data(), repeat.data(), aggregates.data(),
-                                    time.data()};
-    arguments.insert(arguments.end(), argv + 1, argv + argc);
-    int count = static_cast<int>(arguments.size());
-
-    benchmark::Initialize(&count, arguments.data());
-    if (benchmark::ReportUnrecognizedArguments(count, arguments.data()))
+    const auto medians = measureMedians(argc, argv);
+    if (!medians)
         return 2;
-    MedianReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-
     std::printf("\n%-52s %8s   %s\n", "median of the measured / of its yardstick", "ratio", "medians");
     bool allKept = true;
     for (const Pair& pair : pairs())
-        allKept = print(pair, reporter.medians) && allKept;
+        allKept = print(pair, *medians) && allKept;
     return strict && !allKept ? 1 : 0;
 }
 

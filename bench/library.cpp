@@ -3,6 +3,8 @@
 #include "Ratios.h"
 
 #include "platform/Logging.h"
+#include "platform/Module.h"
+#include "platform/SharedLibrary.h"
 
 #include "gui-core/EntryPoints.h"
 
@@ -15,7 +17,6 @@
 
 #include <atomic>
 #include <cstdlib>
-#include <dlfcn.h>
 
 namespace {
 
@@ -63,36 +64,42 @@ void hostAlone(benchmark::State& state)
     }
 }
 
-void* load(const char* path)
+/// A library that is loaded, and unloaded with the object.
+struct Loaded : SharedLibrary
 {
-    void* library = dlopen(path, RTLD_NOW | RTLD_LOCAL);
-    if (!library)
-        std::abort();
-    return library;
-}
+    explicit Loaded(const char* path) : SharedLibrary(path, true)
+    {
+        if (!load())
+            std::abort();
+    }
+    void call(const char* function) const { reinterpret_cast<void (*)()>(locate(function))(); }
+};
 
-void unload(void* library, const char* path)
+/// Ends the program where the library stays although it was unloaded: the loop would measure nothing.
+void insistOnUnloading(const char* path, const char* function)
 {
-    dlclose(library);
-    if (dlopen(path, RTLD_NOLOAD | RTLD_NOW))
-        std::abort(); // still there: the loop would measure nothing
+    const void* const inside = Loaded(path).locate(function);
+    char file[1024];
+    if (!inside || ovra::templates::platform::moduleFileName(inside, file, sizeof(file)) != 0)
+        std::abort();
 }
 
 // The host's libraries are loaded already, as in a host.
 void loadInitDeinitUnload(benchmark::State& state)
 {
+    insistOnUnloading(OVRA_GUI_CORE_FILE, "OvraGuiCoreInit");
     for (auto _ : state) {
-        void* library = load(OVRA_GUI_CORE_FILE);
-        reinterpret_cast<void (*)()>(dlsym(library, "OvraGuiCoreInit"))();
-        reinterpret_cast<void (*)()>(dlsym(library, "OvraGuiCoreDeinit"))();
-        unload(library, OVRA_GUI_CORE_FILE);
+        const Loaded library(OVRA_GUI_CORE_FILE);
+        library.call("OvraGuiCoreInit");
+        library.call("OvraGuiCoreDeinit");
     }
 }
 
 void loadUnloadEmpty(benchmark::State& state)
 {
+    insistOnUnloading(OVRA_EMPTY_LIBRARY, "nothing");
     for (auto _ : state)
-        unload(load(OVRA_EMPTY_LIBRARY), OVRA_EMPTY_LIBRARY);
+        const Loaded library(OVRA_EMPTY_LIBRARY);
 }
 
 } // namespace

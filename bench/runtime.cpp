@@ -1,6 +1,5 @@
 // A runtime whose entries do nothing: what is measured around them is the way to them.
 
-#define FGLIB5_API __attribute__((visibility("default")))
 #include "fglib5/Fglib5.h"
 
 #define FGLIB5_ENTRY(result, name, symbol, parameters, arguments, missing) \

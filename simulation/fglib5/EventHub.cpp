@@ -9,11 +9,16 @@ namespace simulation {
 
 namespace {
 
-constexpr std::size_t longestQueue = 1024;
+// Events of one kind that wait for the callbacks. What comes in excess is dropped and counted: a flood of one
+// kind neither grows without end nor pushes out the others.
+constexpr std::size_t mostQueuedOfAKind = 256;
 
 } // namespace
 
-EventHub::EventHub(std::vector<std::string> names) : names_(std::move(names)) {}
+EventHub::EventHub(std::vector<std::string> names)
+    : names_(std::move(names)),
+      callbacks_(std::make_shared<const std::vector<Callback>>())
+{}
 
 EventHub::~EventHub()
 {
@@ -46,7 +51,7 @@ void EventHub::raise(std::uint64_t mask, FgFrameIndex frame)
         record(events, frame);
     }
     happened_.notify_all();
-    queued_.notify_one();
+    arrived_.notify_one();
 }
 
 void EventHub::record(std::uint64_t event, FgFrameIndex frame)
@@ -58,15 +63,27 @@ void EventHub::record(std::uint64_t event, FgFrameIndex frame)
         static_cast<std::uint64_t>(std::chrono::duration_cast<std::chrono::nanoseconds>(age).count());
     info.frame = frame;
     pending_ |= event;
-    latest_[static_cast<std::size_t>(std::countr_zero(event))] = info;
-    if (callbacks_.empty())
+    const auto kind = static_cast<std::size_t>(std::countr_zero(event));
+    latest_[kind] = info;
+    if (callbacks_->empty())
         return;
-    if (queue_.size() >= longestQueue) {
+    if (queuedOfKind_[kind] == mostQueuedOfAKind) {
         ++dropped_;
         return;
     }
     info.droppedEvents = std::exchange(dropped_, 0U);
-    queue_.push_back(info);
+    queue_[(firstQueued_ + queued_) % queue_.size()] = info;
+    ++queued_;
+    ++queuedOfKind_[kind];
+}
+
+FgEventInfo EventHub::takeQueued()
+{
+    const auto info = queue_[firstQueued_];
+    firstQueued_ = (firstQueued_ + 1) % queue_.size();
+    --queued_;
+    --queuedOfKind_[static_cast<std::size_t>(std::countr_zero(info.mask))];
+    return info;
 }
 
 void EventHub::activate(std::uint64_t mask, bool on)
@@ -103,14 +120,17 @@ void EventHub::setCallback(std::uint64_t mask, FgEventCallback callback, void* u
     std::unique_lock lock(mutex_);
     if (closed_)
         throw Failure(FG_INVALID_HANDLE, "The board has been freed");
-    for (auto& registered : callbacks_)
+    auto callbacks = *callbacks_;
+    for (auto& registered : callbacks)
         registered.mask &= ~mask;
-    std::erase_if(callbacks_, [](const Callback& registered) { return registered.mask == 0; });
+    std::erase_if(callbacks, [](const Callback& registered) { return registered.mask == 0; });
     if (callback != nullptr) {
-        callbacks_.push_back({mask, callback, userData});
+        callbacks.push_back({mask, callback, userData});
+        queue_.resize(names_.size() * mostQueuedOfAKind);
         if (!thread_.joinable())
             thread_ = std::thread([this] { run(); });
     }
+    callbacks_ = std::make_shared<const std::vector<Callback>>(std::move(callbacks));
     if (std::this_thread::get_id() != thread_.get_id())
         idle_.wait(lock, [this, current = calls_] { return !calling_ || calls_ != current; });
 }
@@ -119,16 +139,15 @@ void EventHub::run()
 {
     std::unique_lock lock(mutex_);
     for (;;) {
-        queued_.wait(lock, [&] { return closed_ || !queue_.empty(); });
+        arrived_.wait(lock, [&] { return closed_ || queued_ > 0; });
         if (closed_)
             return;
-        const auto info = queue_.front();
-        queue_.pop_front();
+        const auto info = takeQueued();
         const auto callbacks = callbacks_;
         calling_ = true;
         ++calls_;
         lock.unlock();
-        for (const auto& callback : callbacks)
+        for (const auto& callback : *callbacks)
             if ((callback.mask & info.mask) != 0)
                 callback.function(info.mask, callback.userData, &info);
         lock.lock();
@@ -146,7 +165,7 @@ void EventHub::close()
         closed_ = true;
     }
     happened_.notify_all();
-    queued_.notify_all();
+    arrived_.notify_all();
     if (thread_.joinable())
         thread_.join();
 }

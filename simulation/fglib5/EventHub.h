@@ -13,7 +13,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
-#include <deque>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -59,6 +59,7 @@ private:
 
     void run();
     void record(std::uint64_t event, FgFrameIndex frame);
+    FgEventInfo takeQueued();
 
     const std::vector<std::string> names_;
     const std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
@@ -66,13 +67,16 @@ private:
 
     std::mutex mutex_;
     std::condition_variable happened_; ///< for waiters
-    std::condition_variable queued_;   ///< for the thread
+    std::condition_variable arrived_;  ///< for the thread
     std::condition_variable idle_;     ///< for who unregisters
     std::uint64_t pending_ = 0;
     std::array<FgEventInfo, 64> latest_{};
-    std::deque<FgEventInfo> queue_;
+    std::vector<FgEventInfo> queue_; ///< a ring, made with the first callback: an event allocates nothing
+    std::size_t firstQueued_ = 0;
+    std::size_t queued_ = 0;
+    std::array<std::size_t, 64> queuedOfKind_{};
     unsigned int dropped_ = 0;
-    std::vector<Callback> callbacks_;
+    std::shared_ptr<const std::vector<Callback>> callbacks_; ///< replaced, never changed
     bool calling_ = false;
     std::uint64_t calls_ = 0; ///< the call that is under way: with events queued, the next begins at once
     bool closed_ = false;

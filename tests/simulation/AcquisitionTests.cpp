@@ -346,6 +346,38 @@ TEST_F(Acquisition, RaisesEventsForWaitersAndCallbacks)
     EXPECT_EQ(runtime.Fg_eventWait(grabber_, camera, 60000, 0, nullptr), camera);
 }
 
+TEST_F(Acquisition, AFloodOfOneEventIsDroppedAndCountedAndPushesOutNoOther)
+{
+    struct Listener
+    {
+        std::promise<void> release, done;
+        std::shared_future<void> released = release.get_future().share();
+        std::uint64_t last;
+        unsigned int delivered = 0, dropped = 0;
+    } listener;
+    const FgEventCallback callback = [](std::uint64_t event, void* data, const FgEventInfo* info) {
+        auto& target = *static_cast<Listener*>(data);
+        target.released.wait();
+        ++target.delivered;
+        target.dropped += info->droppedEvents;
+        if (event == target.last)
+            target.done.set_value();
+        return 0;
+    };
+    const auto frame = runtime.Fg_getEventMask(grabber_, "FG_START_OF_FRAME_DMA0");
+    listener.last = runtime.Fg_getEventMask(grabber_, "FG_CAMERA_STARTED");
+    runtime.Fg_registerEventCallback(grabber_, frame | listener.last, callback, &listener, 0, nullptr);
+    runtime.Fg_activateEvents(grabber_, frame | listener.last, 1);
+    for (int i = 0; i < 1000; ++i)
+        runtime.FgSim_raiseEvent(0, "FG_START_OF_FRAME_DMA0");
+    runtime.FgSim_raiseEvent(0, "FG_CAMERA_STARTED");
+    listener.release.set_value();
+    listener.done.get_future().wait();
+    EXPECT_GT(listener.dropped, 0U);
+    EXPECT_EQ(listener.delivered + listener.dropped, 1001U);
+    runtime.Fg_registerEventCallback(grabber_, frame | listener.last, nullptr, nullptr, 0, nullptr);
+}
+
 TEST_F(Acquisition, RaisesAnEventForACameraThatStopsButNotForOneAtRest)
 {
     const auto stopped = runtime.Fg_getEventMask(grabber_, "FG_CAMERA_STOPPED");

@@ -6,6 +6,7 @@
 #include "ovra_log/reference/LiveObjects.h"
 #include "ovra_log/reference/Log.h"
 
+#include <atomic>
 #include <exception>
 #include <map>
 #include <mutex>
@@ -111,8 +112,12 @@ struct FgLibEventsModel::State
     std::uint64_t mask = 0;
     std::uintptr_t number = 0;
 
+    std::atomic<bool> active{false};
+
     void registerAll();
+    void activate();
     void unregister();
+    void check(int code) const;
 };
 
 void FgLibEventsModel::State::registerAll()
@@ -123,10 +128,19 @@ void FgLibEventsModel::State::registerAll()
     number = Deliveries::instance().add(delivery);
     if (mask == 0)
         return;
-    int code = runtime->Fg_registerEventCallback(handle, mask, onEvents, reinterpret_cast<void*>(number), 0,
-                                                 nullptr);
-    if (code == FG_OK)
-        code = runtime->Fg_activateEvents(handle, mask, 1);
+    check(runtime->Fg_registerEventCallback(handle, mask, onEvents, reinterpret_cast<void*>(number), 0,
+                                            nullptr));
+}
+
+// With the first listener: until then an image costs the runtime no event.
+void FgLibEventsModel::State::activate()
+{
+    if (mask != 0 && !active.exchange(true))
+        check(runtime->Fg_activateEvents(handle, mask, 1));
+}
+
+void FgLibEventsModel::State::check(int code) const
+{
     if (code != FG_OK)
         log(LogLevel::Warning,
             reference::failureText(*runtime, "The board's events are not available", code));
@@ -176,7 +190,10 @@ FgLibEventsModel::create(const boost::shared_ptr<HlEnvironmentBoardNode>& board)
 boost::signals2::connection FgLibEventsModel::connectEvent(const EventSignal::slot_type& slot)
 {
     probe("FgLibEventsModel::connectEvent");
-    return m_state->delivery->signal.connect(slot);
+    const Unrecorded own;
+    auto connection = m_state->delivery->signal.connect(slot);
+    m_state->activate();
+    return connection;
 }
 
 } // namespace ovra::core::models

@@ -1,5 +1,6 @@
 #include "DmaChannel.h"
 
+#include "DeviceWrite.h"
 #include "Failure.h"
 
 #include <algorithm>
@@ -22,6 +23,8 @@ FgFrameIndex longestCatchUp(const BufferRing& ring, FgFrameIndex wanted)
         return std::numeric_limits<FgFrameIndex>::max(); // no buffer is written twice
     return std::max<FgFrameIndex>(ring.size() - 2, 1);
 }
+
+constexpr std::chrono::microseconds longestSpin{50};
 
 constexpr auto nobodyWaits = std::numeric_limits<FgFrameIndex>::max();
 
@@ -216,16 +219,21 @@ const std::shared_ptr<const Stream>& DmaChannel::source() const
     return generatorOn_ ? generatorStream_ : cameraStream_;
 }
 
-FgFrameIndex DmaChannel::lastFrame() const
+// A source that is as fast as possible has its next image ready before a reader would have fallen asleep, and
+// to wake one would cost the acquisition more than a small image does. Where all cores are busy, others go
+// first.
+void DmaChannel::spinFor(FgFrameIndex frame) const
 {
-    const std::lock_guard lock(mutex_);
-    return last_;
+    const auto end = Clock::now() + longestSpin;
+    while (last_ < frame && Clock::now() < end)
+        std::this_thread::yield();
 }
 
 FgFrameIndex DmaChannel::waitFor(FgFrameIndex frame, std::chrono::milliseconds timeout)
 {
-    std::unique_lock lock(mutex_);
     const auto deadline = Clock::now() + timeout;
+    spinFor(frame);
+    std::unique_lock lock(mutex_);
     while (last_ < frame && running_ && !stopping_) {
         awaited_ = std::min(awaited_, frame); // whoever wakes the readers forgets what they wait for
         if (delivered_.wait_until(lock, deadline) == std::cv_status::timeout)
@@ -282,7 +290,10 @@ void DmaChannel::run()
         const auto target = ring_->bufferOf(last_ + 1).first(bytes);
         lock.unlock();
         events_.raise(startEvent_, last_ + 1); // only this thread writes last_
-        pace.stream->images->write(pace.next++, target);
+        {
+            const DeviceWrite scope;
+            pace.stream->images->write(pace.next++, target);
+        }
         lock.lock();
         const auto now = Clock::now();
         publish();
@@ -342,7 +353,7 @@ void DmaChannel::callApc(std::unique_lock<std::mutex>& lock, Clock::time_point n
         return;
     const auto control = *apc_;
     const bool late = now - std::exchange(lastApc_, now) > std::chrono::milliseconds(control.timeoutMs);
-    const auto frame = last_;
+    const FgFrameIndex frame = last_;
     lock.unlock();
     const bool ended = late || control.callback(frame, control.userData) != 0;
     lock.lock();

@@ -57,7 +57,7 @@ public:
     /// While the generator is on, the channel delivers its pattern in place of the camera's images.
     void setGenerator(bool on, double frameRate);
 
-    FgFrameIndex lastFrame() const;
+    FgFrameIndex lastFrame() const { return last_; }
     /// The newest image's number, once image \p frame is there. Throws FG_TIMEOUT, FG_NOT_ACQUIRING.
     FgFrameIndex waitFor(FgFrameIndex frame, std::chrono::milliseconds timeout);
     FgFrameIndex lostFrames() const;
@@ -74,6 +74,7 @@ private:
     struct Pace;
 
     void finishThread();
+    void spinFor(FgFrameIndex frame) const;
     void updateGeneratorStream();
     const std::shared_ptr<const Stream>& source() const;
     void run();
@@ -100,7 +101,7 @@ private:
     bool closed_ = false;
     std::shared_ptr<BufferRing> ring_;
     FgFrameIndex wanted_ = 0;
-    FgFrameIndex last_ = 0;
+    std::atomic<FgFrameIndex> last_{0}; ///< written under the lock
     FgFrameIndex lost_ = 0;
     int width_ = 0;
     int height_ = 0;

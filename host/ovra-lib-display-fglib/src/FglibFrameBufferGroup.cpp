@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <atomic>
 #include <condition_variable>
+#include <cstring>
 #include <exception>
 #include <mutex>
 #include <stdexcept>
@@ -68,6 +69,8 @@ struct FglibFrameBufferGroup::State
 
     std::atomic<unsigned int> timeoutSeconds{defaultTimeoutSeconds};
     std::vector<std::uint8_t> copy; // of the image handed out; touched in waitForImage only
+    std::vector<std::uint8_t> room; // for larger copies: the next wait takes it up
+    std::size_t roomBytes = 0;      // of the largest that there was; under control
 
     Geometry readGeometry() const;
     int readInteger(int parameter, const char* name) const;
@@ -249,7 +252,13 @@ void FglibFrameBufferGroup::State::unpause()
 void FglibFrameBufferGroup::State::makeRing(Geometry size, unsigned int buffers)
 {
     auto made = std::make_unique<BufferRing>(runtime, handle, size, buffers, budget);
+    // Written here, so that no image waits for its pages.
+    std::vector<std::uint8_t> pages(size.bytes() > roomBytes ? size.bytes() : 0);
     const std::lock_guard lock(mutex);
+    if (!pages.empty()) {
+        roomBytes = pages.size();
+        room = std::move(pages);
+    }
     ring = std::move(made);
     geometry = size;
 }
@@ -330,7 +339,7 @@ FgFrameIndex FglibFrameBufferGroup::State::copyNewest(FgFrameIndex wanted, const
         static_cast<const std::uint8_t*>(runtime->Fg_getImagePtrEx(handle, number, dma, source.get()));
     if (!pixels)
         return FG_INVALID_MEMORY;
-    copy.assign(pixels, pixels + source.geometry().bytes());
+    std::memcpy(copy.data(), pixels, source.geometry().bytes());
     return number;
 }
 
@@ -353,6 +362,8 @@ FglibFrameBufferGroup::State::Wait FglibFrameBufferGroup::State::waitOnce(std::i
     const std::int64_t base = earlier;
     const BufferRing& source = *ring; // stays while this is counted in waiters
     const Geometry size = source.geometry();
+    if (!room.empty())
+        copy = std::exchange(room, {});
     ++waiters;
     lock.unlock();
     number = fetch(after - base + 1, source);

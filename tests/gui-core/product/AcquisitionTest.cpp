@@ -1,7 +1,10 @@
 #include "Product.h"
 
+#include "gui-core/AcquisitionBufferCountChangeCommand.h"
 #include "gui-core/StartAcquisitionCommand.h"
 #include "gui-core/StopAcquisitionCommand.h"
+
+#include "simulation/fglib5/SimulationControl.h"
 
 #include "ovra-core/HarloApplication.h"
 #include "ovra-lib-display/DisplayScene.h"
@@ -11,11 +14,13 @@
 #include "ovra-lib-genicam-model/GenICamModel.h"
 #include "ovra_log/reference/Journal.h"
 
+#include <algorithm>
 #include <atomic>
 #include <mutex>
 
 using ovra::core::HarloApplication;
 using ovra::gui::Gui;
+using ovra::gui::commands::AcquisitionBufferCountChangeCommand;
 using ovra::gui::commands::StartAcquisitionCommand;
 using ovra::gui::commands::StopAcquisitionCommand;
 using ovra::reference::Journal;
@@ -26,6 +31,14 @@ namespace ovra::tests {
 namespace {
 
 constexpr int ENDLESS = -1;
+
+/// Answers to the question about sizes.
+constexpr int CAMERA_TO_DMA = 0;
+constexpr int DMA_TO_CAMERA = 1;
+constexpr int IGNORE = 2;
+
+constexpr const char* REMEMBERED = "gui.mainwindow.acquisition.sync.remembered";
+constexpr const char* REMEMBERED_VALUE = "gui.mainwindow.acquisition.sync.remembered.value";
 
 /// Counts what a scene shows it and keeps the size and the pixels of the newest image.
 class CountingVisualizer : public display::DisplaySceneVisualizer
@@ -53,6 +66,15 @@ public:
 private:
     mutable std::mutex m_mutex;
     std::vector<std::uint8_t> m_newest;
+};
+
+struct Picture
+{
+    int width;
+    int height;
+    std::vector<std::uint8_t> pixels;
+
+    bool operator==(const Picture&) const = default;
 };
 
 /// Two boards. Board 0: process 0 with channels 0 and 1 and port 0, process 1 with channel 2 and port 1.
@@ -117,6 +139,31 @@ protected:
         scene->setVisualizer(nullptr);
     }
 
+    /// Of the questions so far, what they were about.
+    Lines questions() const
+    {
+        Lines pairs;
+        for (const auto& line : views->lines())
+            if (line.rfind("choice", 0) == 0)
+                pairs.push_back(line.substr(line.find("camera port "), 13) + ", " +
+                                line.substr(line.find("DMA port "), 10));
+        return pairs;
+    }
+
+    /// Starts a channel of the first board with an answer for its mismatch, and stops it after one image.
+    Picture firstPicture(unsigned int channel, int choice)
+    {
+        views->choice = choice;
+        CountingVisualizer visualizer;
+        const auto scene = dma(ALPHA_SERIAL, channel)->getDisplayScene();
+        scene->setVisualizer(&visualizer);
+        run(StartAcquisitionCommand::create(dma(ALPHA_SERIAL, channel), 1));
+        pumpUntil([&] { return visualizer.images == 1; });
+        stopDma(ALPHA_SERIAL, channel);
+        scene->setVisualizer(nullptr);
+        return {visualizer.width, visualizer.height, visualizer.newest()};
+    }
+
     static Lines startsAndStops()
     {
         return journalOf({"DisplayScene::startGrabbing", "DisplayScene::stopGrabbing",
@@ -167,6 +214,7 @@ TEST_F(Acquisition, ReachesAsFarAsTheSyncModeSaysAndStopsInTheOppositeOrder)
         {__LINE__, 3, true, {DMA_0, DMA_1, DMA_2, DMA_7}, {CAMERA_0_0, CAMERA_0_1, CAMERA_1_0}},
         {__LINE__, 4, false, {}, {}},
         {__LINE__, 4, true, {}, {}},
+        {__LINE__, 0xFFFFFFFF, false, {}, {}},
     };
     startBoth();
     setUncheckedDimensions();
@@ -216,34 +264,63 @@ TEST_F(Acquisition, SkipsWhatIsMissing)
     EXPECT_EQ(failures, Lines{});
 }
 
-TEST_F(Acquisition, AnExpiredResourceIsPassedOver)
+TEST_F(Acquisition, PassesOverWhatHasExpiredOrIsIncompleteAndGoesOn)
 {
     startBoth();
-    setUncheckedDimensions();
+    Gui::setSyncMode(Gui::SyncBoard);
     for (const auto type : {core::Environment::ResourceDma, core::Environment::ResourceLogicalPort}) {
         const auto expired = core::models::HlEnvironmentGlobalResourceNode::create();
         expired->setType(type);
         Gui::environment()->globalResourceModel()->root()->addChild("a" + std::to_string(type), expired);
     }
+    dma(ALPHA_SERIAL, 0)->setDisplayScene({});
+    port(ALPHA_SERIAL, 0)->setMappedPortEntry({});
+    dma(ALPHA_SERIAL, 2)->setFrameBufferGroup({});
+    views->choice = 0; // which wants the group that is missing
+    views->clear();
     Journal::start();
     startDma(ALPHA_SERIAL, 0);
-    EXPECT_EQ(startsAndStops(), (Lines{DMA_0, DMA_1, CAMERA_0_0}));
+    EXPECT_EQ(startsAndStops(), (Lines{DMA_1, DMA_2, CAMERA_0_1}));
+    EXPECT_EQ(questions(), (Lines{"camera port 1, DMA port 2"}));
+    Journal::start();
+    stopDma(ALPHA_SERIAL, 0);
+    EXPECT_EQ(startsAndStops(), (Lines{stopOf(CAMERA_0_1), stopOf(DMA_1), stopOf(DMA_2)}));
+    EXPECT_EQ(failures, Lines{});
 }
 
 TEST_F(Acquisition, AGeneratorKeepsTheCameraOutOfItAndACameraLinkCameraIsStartedButNotStopped)
 {
+    struct Row
+    {
+        Gui::SyncMode mode;
+        Lines started;
+        Lines stopped;
+    };
+    const Row rows[] = {
+        {Gui::SyncNone, {CAMERA_0_1}, {}},
+        {Gui::SyncAllBoards,
+         {DMA_0, DMA_1, DMA_2, DMA_7, CAMERA_0_1, CAMERA_1_0},
+         {stopOf(CAMERA_1_0), stopOf(DMA_0), stopOf(DMA_1), stopOf(DMA_2), stopOf(DMA_7)}},
+    };
     startBoth();
     setUncheckedDimensions();
+    port(ALPHA_SERIAL, 0)->setGeneratorActive(true);
+    port(ALPHA_SERIAL, 1)->setClCameraPresent(true);
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.mode);
+        Gui::setSyncMode(row.mode);
+        Journal::start();
+        startPort(ALPHA_SERIAL, 1);
+        EXPECT_EQ(startsAndStops(), row.started);
+        Journal::start();
+        stopPort(ALPHA_SERIAL, 1);
+        EXPECT_EQ(startsAndStops(), row.stopped);
+    }
     Gui::setSyncMode(Gui::SyncNone);
     Journal::start();
-    port(ALPHA_SERIAL, 0)->setGeneratorActive(true);
     startPort(ALPHA_SERIAL, 0);
     stopPort(ALPHA_SERIAL, 0);
     EXPECT_EQ(startsAndStops(), Lines{});
-    port(ALPHA_SERIAL, 1)->setClCameraPresent(true);
-    startPort(ALPHA_SERIAL, 1);
-    stopPort(ALPHA_SERIAL, 1);
-    EXPECT_EQ(startsAndStops(), Lines{CAMERA_0_1});
 }
 
 TEST_F(Acquisition, ImagesArriveUntilTheStopAndNoneAfterIt)
@@ -284,47 +361,98 @@ TEST_F(Acquisition, AChannelWhoseCameraStandsStillGetsNothing)
     EXPECT_EQ(visualizer.images, atUnload);
 }
 
+TEST_F(Acquisition, AMismatchShowsInThePictureUntilOneSideTakesTheOthersSize)
+{
+    startBoth();
+    const auto camera = this->camera(ALPHA_SERIAL, 1);
+    const auto resizeCamera = [&](int width, int height) {
+        camera->setWidth(width);
+        camera->setHeight(height);
+    };
+    // A stream of the camera's lines is cut into lines of the channel's width.
+    const auto cutInto = [](Picture picture, int width, int height) {
+        picture.width = width;
+        picture.height = height;
+        picture.pixels.resize(static_cast<std::size_t>(width) * static_cast<std::size_t>(height), 0);
+        return picture;
+    };
+    const Picture mismatch = firstPicture(2, IGNORE);
+    const Picture small = firstPicture(2, CAMERA_TO_DMA);
+    EXPECT_EQ(mismatch, cutInto(small, 64, 48));
+    EXPECT_EQ(small, cutInto(small, 32, 16));
+    EXPECT_GT(std::count_if(small.pixels.begin(), small.pixels.end(), [](auto grey) { return grey > 0; }),
+              100);
+
+    resizeCamera(64, 48);
+    const Picture cut = firstPicture(2, IGNORE);
+    EXPECT_EQ(firstPicture(2, DMA_TO_CAMERA), small);
+    resizeCamera(64, 48);
+    const Picture large = firstPicture(2, CAMERA_TO_DMA);
+    EXPECT_EQ(large, cutInto(large, 64, 48));
+    EXPECT_EQ(cut, cutInto(large, 32, 16));
+    EXPECT_EQ(failures, Lines{});
+}
+
 TEST_F(Acquisition, AsksWhatToDoWhereCameraAndDisplayDiffer)
 {
+    const Lines none;
+    const Lines toCamera = {"GenICamModel::setWidth board=0 port=1 width=64",
+                            "GenICamModel::setHeight board=0 port=1 height=48"};
+    const auto toDma = [](int height) {
+        return Lines{
+            "FglibFrameBufferGroup::setWidth dma=2 width=32",
+            "FglibFrameBufferGroup::setHeight dma=2 height=" + std::to_string(height),
+            "FglibFrameBufferGroup::notifyGeometryMayHaveChangedSlot dma=2 width=0 height=0 begin=true",
+            "FglibFrameBufferGroup::notifyGeometryMayHaveChangedSlot dma=2 width=0 height=0 begin=false"};
+    };
     struct Row
     {
         int line;
+        int cameraHeight;
         int choice;
         bool remember;
-        int cameraWidth, cameraHeight, displayWidth, displayHeight;
+        Lines changes;
+        int displayWidth, displayHeight;
         long long remembered, value;
     };
     const Row rows[] = {
-        {__LINE__, 2, false, 32, 16, 64, 48, 0, 0},  {__LINE__, 7, false, 32, 16, 64, 48, 0, 0},
-        {__LINE__, -1, false, 32, 16, 64, 48, 0, 0}, {__LINE__, 0, false, 32, 16, 32, 16, 0, 0},
-        {__LINE__, 1, false, 64, 48, 64, 48, 0, 0},  {__LINE__, 2, true, 32, 16, 64, 48, 1, 2},
-        {__LINE__, 1, true, 64, 48, 64, 48, 1, 1},
+        {__LINE__, 16, IGNORE, false, none, 64, 48, 0, 0},
+        {__LINE__, 16, 7, false, none, 64, 48, 0, 0},
+        {__LINE__, 16, -1, false, none, 64, 48, 0, 0},
+        {__LINE__, 16, CAMERA_TO_DMA, false, toDma(16), 32, 16, 0, 0},
+        {__LINE__, 1, CAMERA_TO_DMA, false, toDma(1), 32, 1, 0, 0}, // both values, for a line-scan camera too
+        {__LINE__, 16, DMA_TO_CAMERA, false, toCamera, 64, 48, 0, 0},
+        {__LINE__, 16, IGNORE, true, none, 64, 48, 1, 2},
+        {__LINE__, 16, DMA_TO_CAMERA, true, toCamera, 64, 48, 1, 1},
     };
     startBoth();
-    const std::string question =
-        "choice(Dimension Mismatch|Board 0: Camera dimension (32 x 16) on camera port 1 differs "
-        "from DMA dimension (64 x 48) on DMA port 2.|Apply camera dimension to DMA|Apply DMA "
-        "dimension to camera|Ignore|false)";
     for (const Row& row : rows) {
         SCOPED_TRACE("row of line " + std::to_string(row.line));
-        HarloApplication::setConfigEntry("gui.mainwindow.acquisition.sync.remembered", 0);
-        HarloApplication::setConfigEntry("gui.mainwindow.acquisition.sync.remembered.value", 0);
+        HarloApplication::setConfigEntry(REMEMBERED, 0);
+        HarloApplication::setConfigEntry(REMEMBERED_VALUE, 0);
         load(ALPHA_SERIAL, alpha);
         camera(ALPHA_SERIAL, 1)->setWidth(32);
-        camera(ALPHA_SERIAL, 1)->setHeight(16);
+        camera(ALPHA_SERIAL, 1)->setHeight(row.cameraHeight);
         views->choice = row.choice;
         views->remember = row.remember;
         views->clear();
+        Journal::start();
         startDma(ALPHA_SERIAL, 2);
-        EXPECT_EQ(views->lines(), (Lines{question, "update_acquisition_state"}));
-        EXPECT_EQ(camera(ALPHA_SERIAL, 1)->width(), row.cameraWidth);
-        EXPECT_EQ(camera(ALPHA_SERIAL, 1)->height(), row.cameraHeight);
+        EXPECT_EQ(
+            journalOf({"GenICamModel::setWidth", "GenICamModel::setHeight", "FglibFrameBufferGroup::setWidth",
+                       "FglibFrameBufferGroup::setHeight", "FglibFrameBufferGroup::notify"}),
+            row.changes);
+        EXPECT_EQ(
+            views->lines(),
+            (Lines{"choice(Dimension Mismatch|Board 0: Camera dimension (32 x " +
+                       std::to_string(row.cameraHeight) +
+                       ") on camera port 1 differs from DMA dimension (64 x 48) on DMA port 2.|Apply camera "
+                       "dimension to DMA|Apply DMA dimension to camera|Ignore|false)",
+                   "update_acquisition_state"}));
         EXPECT_EQ(dma(ALPHA_SERIAL, 2)->getDisplayScene()->width(), row.displayWidth);
         EXPECT_EQ(dma(ALPHA_SERIAL, 2)->getDisplayScene()->height(), row.displayHeight);
-        EXPECT_EQ(HarloApplication::getConfigIntEntry("gui.mainwindow.acquisition.sync.remembered", 0),
-                  row.remembered);
-        EXPECT_EQ(HarloApplication::getConfigIntEntry("gui.mainwindow.acquisition.sync.remembered.value", 0),
-                  row.value);
+        EXPECT_EQ(HarloApplication::getConfigIntEntry(REMEMBERED, 0), row.remembered);
+        EXPECT_EQ(HarloApplication::getConfigIntEntry(REMEMBERED_VALUE, 0), row.value);
         stopDma(ALPHA_SERIAL, 2);
     }
     EXPECT_EQ(failures, Lines{});
@@ -333,51 +461,112 @@ TEST_F(Acquisition, AsksWhatToDoWhereCameraAndDisplayDiffer)
 TEST_F(Acquisition, DoesNotAskWhereItNeedNot)
 {
     startBoth();
-    const auto questions = [&](unsigned int channel, const std::function<void()>& prepare) {
+    const auto asks = [&](unsigned int channel, const std::function<void()>& prepare) {
         views->clear();
         prepare();
         startDma(ALPHA_SERIAL, channel);
         stopDma(ALPHA_SERIAL, channel);
-        const Lines lines = views->lines();
-        return std::count_if(lines.begin(), lines.end(),
-                             [](const auto& line) { return line.rfind("choice", 0) == 0; });
+        return questions().size();
     };
     const auto set = [](const std::string& key, int value) { HarloApplication::setConfigEntry(key, value); };
     const auto small = camera(ALPHA_SERIAL, 1);
 
-    EXPECT_EQ(questions(2, [] {}), 1);
-    EXPECT_EQ(questions(0, [] {}), 0) << "equal sizes";
-    EXPECT_EQ(questions(2, [] { Gui::setSyncMode(Gui::SyncNone); }), 0) << "a single channel";
+    EXPECT_EQ(asks(2, [] {}), 1U);
+    EXPECT_EQ(asks(0, [] {}), 0U) << "equal sizes";
+    EXPECT_EQ(asks(2, [] { Gui::setSyncMode(Gui::SyncNone); }), 0U) << "a single channel";
     Gui::setSyncMode(Gui::SyncProcess);
-    EXPECT_EQ(questions(2, [&] { set("gui.preferences.sync_dma_and_camera_dimensions", 0); }), 0);
+    EXPECT_EQ(asks(2, [&] { set("gui.preferences.sync_dma_and_camera_dimensions", 0); }), 0U);
     set("gui.preferences.sync_dma_and_camera_dimensions", 1);
-    EXPECT_EQ(questions(2, [&] { small->setWidth(64), small->setHeight(1); }), 0)
-        << "a line-scan camera fits";
-    EXPECT_EQ(questions(2, [&] { small->setWidth(32); }), 1) << "but its width must be equal";
-    EXPECT_EQ(questions(2, [&] { port(ALPHA_SERIAL, 1)->setGeneratorActive(true); }), 0);
+    EXPECT_EQ(asks(2, [&] { small->setWidth(64), small->setHeight(1); }), 0U) << "a line-scan camera fits";
+    EXPECT_EQ(asks(2, [&] { small->setWidth(32); }), 1U) << "but its width must be equal";
+    EXPECT_EQ(asks(2, [&] { port(ALPHA_SERIAL, 1)->setGeneratorActive(true); }), 0U);
     port(ALPHA_SERIAL, 1)->setGeneratorActive(false);
-    set("gui.mainwindow.acquisition.sync.remembered", 1);
-    EXPECT_EQ(questions(2, [&] { set("gui.mainwindow.acquisition.sync.remembered.value", 7); }), 0);
-    EXPECT_EQ(small->width(), 32);
-    EXPECT_EQ(questions(2, [&] { set("gui.mainwindow.acquisition.sync.remembered.value", 1); }), 0);
+    set(REMEMBERED, -1); // anything but 0
+    for (const int odd : {7, -1, 2}) {
+        EXPECT_EQ(asks(2, [&] { set(REMEMBERED_VALUE, odd); }), 0U);
+        EXPECT_EQ(small->width(), 32);
+        EXPECT_EQ(dma(ALPHA_SERIAL, 2)->getDisplayScene()->width(), 64);
+    }
+    EXPECT_EQ(asks(2, [&] { set(REMEMBERED_VALUE, DMA_TO_CAMERA); }), 0U);
     EXPECT_EQ(small->width(), 64);
     EXPECT_EQ(small->height(), 48);
 }
 
-TEST_F(Acquisition, ComparesEveryChannelWithEveryPortOfItsProcess)
+TEST_F(Acquisition, ComparesEveryChannelWithEveryPortOfItsProcessAndHeedsAnAnswerFromThenOn)
 {
     alpha = installation.addAlphaApplet("alpha.hap", R"("processes": [{"dmas": [0, 1], "ports": [0, 1]}],
         "dmas": [{"index": 0, "width": 8, "height": 8}, {"index": 1, "width": 9, "height": 9}])");
     startBoth();
     views->clear();
     startDma(ALPHA_SERIAL, 0);
-    Lines pairs;
-    for (const auto& line : views->lines())
-        if (line.rfind("choice", 0) == 0)
-            pairs.push_back(line.substr(line.find("camera port "), 13) +
-                            line.substr(line.find("DMA port "), 10));
-    EXPECT_EQ(pairs, (Lines{"camera port 0DMA port 0", "camera port 1DMA port 0", "camera port 0DMA port 1",
-                            "camera port 1DMA port 1"}));
+    EXPECT_EQ(questions(), (Lines{"camera port 0, DMA port 0", "camera port 1, DMA port 0",
+                                  "camera port 0, DMA port 1", "camera port 1, DMA port 1"}));
+    stopDma(ALPHA_SERIAL, 0);
+
+    views->clear();
+    views->choice = DMA_TO_CAMERA;
+    views->remember = true;
+    startDma(ALPHA_SERIAL, 0);
+    EXPECT_EQ(questions(), Lines{"camera port 0, DMA port 0"});
+    // Each camera took the size of the one channel, and then that of the other.
+    EXPECT_EQ(camera(ALPHA_SERIAL, 0)->width(), 9);
+    EXPECT_EQ(camera(ALPHA_SERIAL, 1)->height(), 9);
+}
+
+TEST_F(Acquisition, BuffersAreGrantedWithinTheBudgetOfAllBoardsToTheByte)
+{
+    constexpr unsigned long long MIB = 1 << 20;
+    HarloApplication::setConfigEntry("gui.preferences.max_dma_buffersize", 1);
+    HarloApplication::setConfigEntry("gui.preferences.acq.default.buffers", 4);
+    alpha = installation.addAlphaApplet("alpha.hap", R"("processes": [{"dmas": [0, 1], "ports": [0]}],
+        "dmas": [{"index": 0, "width": 64, "height": 48}, {"index": 1, "width": 320, "height": 256}])");
+    startBoth();
+    constexpr unsigned long long SMALL = 64 * 48, LARGE = 320 * 256;
+    const auto expectUsed = [&](unsigned long long bytes) {
+        EXPECT_EQ(Gui::getUsedDmaMemory(), bytes);
+        EXPECT_EQ(static_cast<unsigned long long>(installation.live(FGSIM_RING_BYTES)), bytes);
+        EXPECT_EQ(Gui::getTotalDmaMemory(), MIB);
+    };
+    expectUsed(4 * SMALL + 4 * LARGE + 4 * SMALL);
+
+    struct Row
+    {
+        int line;
+        int serial;
+        unsigned int channel;
+        int asked;
+        unsigned int requested, current; // of that channel, afterwards
+        unsigned long long used;
+    };
+    const Row rows[] = {
+        {__LINE__, ALPHA_SERIAL, 1, 12, 12, 12, 8 * SMALL + 12 * LARGE},
+        {__LINE__, ALPHA_SERIAL, 1, 13, 13, 12, 8 * SMALL + 12 * LARGE}, // the 13th would not fit
+        {__LINE__, BETA_SERIAL, 7, 100, 100, 17, 21 * SMALL + 12 * LARGE},
+        {__LINE__, ALPHA_SERIAL, 0, 9, 9, 4, 21 * SMALL + 12 * LARGE},
+        {__LINE__, ALPHA_SERIAL, 1, 0, 13, 12, 21 * SMALL + 12 * LARGE},
+        {__LINE__, ALPHA_SERIAL, 1, -3, 13, 12, 21 * SMALL + 12 * LARGE},
+        {__LINE__, ALPHA_SERIAL, 1, 1, 1, 1, 21 * SMALL + 1 * LARGE},
+        {__LINE__, BETA_SERIAL, 7, 100, 100, 100, 104 * SMALL + 1 * LARGE},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE("row of line " + std::to_string(row.line));
+        const auto node = dma(row.serial, row.channel);
+        failures.clear();
+        run(AcquisitionBufferCountChangeCommand::create(node, row.asked));
+        EXPECT_EQ(failures.size(), row.asked < 1 ? 1U : 0U);
+        EXPECT_EQ(node->getAcqBuffersRequested(), row.requested);
+        EXPECT_EQ(node->getAcqBuffersCurrent(), row.current);
+        expectUsed(row.used);
+    }
+    installation.failCall("Fg_AllocMemEx", 1, -13);
+    run(AcquisitionBufferCountChangeCommand::create(dma(BETA_SERIAL, 7), 50));
+    EXPECT_EQ(failures.size(), 1U);
+    EXPECT_EQ(dma(BETA_SERIAL, 7)->getAcqBuffersCurrent(), 100U) << "what there was before";
+    expectUsed(104 * SMALL + 1 * LARGE);
+    unload(BETA_SERIAL);
+    expectUsed(4 * SMALL + 1 * LARGE);
+    unload(ALPHA_SERIAL);
+    expectUsed(0);
 }
 
 } // namespace ovra::tests

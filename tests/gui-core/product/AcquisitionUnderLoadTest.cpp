@@ -1,0 +1,175 @@
+// Everything at once: sixteen channels of one board as fast as they go, while acquisition starts and stops in
+// all modes, buffer counts change and the other board's applet is unloaded and loaded again.
+//
+// Runs for three seconds, or for as many as the environment variable OVRA_LOAD_SECONDS says:
+//
+//     OVRA_LOAD_SECONDS=60 build/linux/tests/gui-core-tests --gtest_filter='AcquisitionUnderLoad.*'
+
+#include "Product.h"
+
+#include "gui-core/AcquisitionBufferCountChangeCommand.h"
+#include "gui-core/LoadAppletCommand.h"
+#include "gui-core/StartAcquisitionCommand.h"
+#include "gui-core/StopAcquisitionCommand.h"
+#include "gui-core/UnloadAppletCommand.h"
+
+#include "simulation/fglib5/SimulationControl.h"
+
+#include "ovra-core/HarloApplication.h"
+#include "ovra-lib-display/DisplayScene.h"
+#include "ovra-lib-fglib-model/FgLibEventsModel.h"
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <cstdlib>
+
+using ovra::core::HarloApplication;
+using ovra::gui::Gui;
+using namespace ovra::gui::commands;
+
+namespace ovra::tests {
+
+namespace {
+
+constexpr unsigned int CHANNELS = 16;
+constexpr int ENDLESS = -1;
+
+std::chrono::seconds wantedDuration()
+{
+    const char* const wanted = std::getenv("OVRA_LOAD_SECONDS");
+    return std::chrono::seconds(wanted ? std::max(std::atoi(wanted), 1) : 3);
+}
+
+struct Counter : display::DisplaySceneVisualizer
+{
+    void showImage(const display::Image&) override { ++images; }
+    std::atomic<std::int64_t> images{0};
+};
+
+class AcquisitionUnderLoad : public Product
+{
+protected:
+    AcquisitionUnderLoad()
+    {
+        std::string channels;
+        for (unsigned int i = 0; i < CHANNELS; ++i)
+            channels +=
+                (i ? "," : "") + (R"({"index": )" + std::to_string(i)) + R"(, "width": 64, "height": 48,
+                "generator": {"pattern": "ramp", "frameRate": 0, "enabled": true}})";
+        alpha = installation.addAlphaApplet("alpha.hap", R"("processes": [
+            {"dmas": [0, 1, 2, 3, 4, 5, 6, 7], "ports": [0]}, {"dmas": [8, 9, 10, 11, 12, 13, 14, 15], "ports": [1]}],
+            "dmas": [)" + channels + "]");
+        beta = installation.addBetaApplet("beta.hap", R"("processes": [{"dmas": [7], "ports": [0]}],
+            "dmas": [{"index": 7, "width": 64, "height": 48}])");
+    }
+
+    ~AcquisitionUnderLoad() override
+    {
+        for (unsigned int i = 0; i < CHANNELS && board(ALPHA_SERIAL); ++i)
+            if (const auto channel = dma(ALPHA_SERIAL, i))
+                channel->getDisplayScene()->setVisualizer(nullptr);
+    }
+
+    void begin()
+    {
+        start();
+        // One camera does not have the channels' size.
+        HarloApplication::setConfigEntry("gui.mainwindow.acquisition.sync.remembered", 1);
+        HarloApplication::setConfigEntry("gui.mainwindow.acquisition.sync.remembered.value", 2);
+        load(ALPHA_SERIAL, alpha);
+        views->clear();
+        load(BETA_SERIAL, beta);
+        linesOfALoad = views->lines().size();
+        board(ALPHA_SERIAL)->getFglibEventsModel()->connectEvent([this](const auto& name, auto, auto) {
+            cameraStarts += name == "FG_CAMERA_STARTED" ? 1 : 0;
+        });
+        for (unsigned int i = 0; i < CHANNELS; ++i)
+            dma(ALPHA_SERIAL, i)->getDisplayScene()->setVisualizer(&shown[i]);
+        Gui::setSyncMode(Gui::SyncAllBoards);
+        run(StartAcquisitionCommand::create(dma(ALPHA_SERIAL, 0), ENDLESS));
+        expectedCameraStarts = 2;
+        awaitImagesOfAll();
+    }
+
+    void awaitImagesOfAll()
+    {
+        std::array<std::int64_t, CHANNELS> before{};
+        std::transform(shown.begin(), shown.end(), before.begin(),
+                       [](const Counter& each) { return each.images.load(); });
+        pumpUntil([&] {
+            return std::equal(shown.begin(), shown.end(), before.begin(),
+                              [](const Counter& each, std::int64_t images) { return each.images > images; });
+        });
+    }
+
+    /// Returns while the commands are still under way. In all modes the channels that were stopped start
+    /// again.
+    void submitRound(unsigned int round)
+    {
+        constexpr std::array BUFFER_COUNTS = {1, 2, 5, 40, 1000};
+        const unsigned int mode = round % 4;
+        Gui::setSyncMode(static_cast<Gui::SyncMode>(mode));
+        const auto channel = dma(ALPHA_SERIAL, round % CHANNELS);
+        const auto camera = port(ALPHA_SERIAL, round % 2);
+        submit(StopAcquisitionCommand::create(channel));
+        submit(AcquisitionBufferCountChangeCommand::create(channel,
+                                                           BUFFER_COUNTS[round % BUFFER_COUNTS.size()]));
+        submit(StartAcquisitionCommand::create(channel, ENDLESS));
+        submit(UnloadAppletCommand::create(BETA_SERIAL));
+        submit(LoadAppletCommand::create(BETA_SERIAL, beta, ""));
+        submit(AcquisitionBufferCountChangeCommand::create(dma(ALPHA_SERIAL, (round + 5) % CHANNELS),
+                                                           static_cast<int>(round % 7 + 1)));
+        submit(StopAcquisitionCommand::create(camera));
+        submit(StartAcquisitionCommand::create(camera, ENDLESS));
+        constexpr std::array<int, 4> CAMERA_STARTS = {1, 2, 4, 4};
+        expectedCameraStarts += CAMERA_STARTS[mode];
+    }
+
+    /// Nothing that the round had to tell was lost.
+    void expectRoundIsComplete()
+    {
+        constexpr std::size_t ACQUISITION_COMMANDS = 6;
+        constexpr std::size_t BUFFER_COMMANDS = 2;
+        constexpr std::size_t LINES_OF_AN_UNLOAD = 2;
+        const auto lines = views->lines();
+        EXPECT_EQ(std::count(lines.begin(), lines.end(), "update_acquisition_state"), ACQUISITION_COMMANDS);
+        EXPECT_EQ(lines.size(), ACQUISITION_COMMANDS + BUFFER_COMMANDS + LINES_OF_AN_UNLOAD + linesOfALoad);
+        EXPECT_EQ(failures, std::vector<std::string>{});
+        EXPECT_EQ(Gui::getUsedDmaMemory(),
+                  static_cast<unsigned long long>(installation.live(FGSIM_RING_BYTES)));
+        pumpUntil([this] { return cameraStarts >= expectedCameraStarts; });
+        EXPECT_EQ(cameraStarts, expectedCameraStarts);
+    }
+
+    std::string alpha;
+    std::string beta;
+    std::array<Counter, CHANNELS> shown;
+    std::size_t linesOfALoad = 0;
+    std::atomic<int> cameraStarts{0};
+    int expectedCameraStarts = 0;
+};
+
+} // namespace
+
+TEST_F(AcquisitionUnderLoad, LosesNoEventAndNoPhase)
+{
+    begin();
+    const auto end = std::chrono::steady_clock::now() + wantedDuration();
+    constexpr unsigned int ALL_MODES = 4;
+    unsigned int round = 0;
+    for (; !HasFailure() && (round < ALL_MODES || std::chrono::steady_clock::now() < end); ++round) {
+        SCOPED_TRACE("round " + std::to_string(round));
+        views->clear();
+        submitRound(round);
+        settle();
+        expectRoundIsComplete();
+        awaitImagesOfAll();
+    }
+    RecordProperty("rounds", static_cast<int>(round));
+    Gui::setSyncMode(Gui::SyncAllBoards);
+    run(StopAcquisitionCommand::create(dma(ALPHA_SERIAL, 0)));
+    EXPECT_EQ(installation.live(FGSIM_ACQUIRING_CHANNELS), 0);
+}
+
+} // namespace ovra::tests

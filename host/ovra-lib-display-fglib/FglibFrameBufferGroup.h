@@ -33,6 +33,8 @@ public:
                                                            UpdateUsedMemory updateUsedMemory);
     ~FglibFrameBufferGroup() override;
 
+    /// Below 1: std::invalid_argument, and neither the buffers nor the requested count change. Where the
+    /// runtime gives no buffers: std::runtime_error, and there are as many as before; the request stands.
     void setBufferCount(int buffers) override;
     unsigned int requestedBufferCount() const override;
     unsigned int bufferCount() const override;

@@ -5,8 +5,6 @@
 
 namespace ovra::gui::fglib {
 
-EntryTable entryTable;
-
 namespace {
 
 constexpr int ENTRY_COUNT = 0

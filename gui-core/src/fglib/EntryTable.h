@@ -21,7 +21,9 @@ struct EntryTable
 #include "fglib5/Fglib5Entries.inc"
 };
 
-extern EntryTable entryTable;
+// Defined here, where the compiler sees that it is this library's own: reached without a detour through the
+// loader's tables.
+inline constinit EntryTable entryTable;
 
 /// Loads the runtime from \p directory, or from the installation directory when it is null, and fills the
 /// table. Returns FG_OK, or FG_RUNTIME_UNAVAILABLE when it cannot be loaded; the table is then as it was. A
@@ -31,10 +33,15 @@ int bindFglib(const char* directory);
 /// As bindFglib, for a host that knows the directory: null is refused with FG_INVALID_ARGUMENT.
 int bindFglibFromDirectory(const char* directory);
 
+inline bool isFglibBound()
+{
+    return entryTable.Fg_InitEx.load(std::memory_order_acquire) != nullptr;
+}
+
 /// Calls bindFglib unless the table is bound. A failure shows as null slots; the next call tries again.
 inline void ensureFglibBound(const char* directory)
 {
-    if (!entryTable.Fg_InitEx.load(std::memory_order_acquire)) [[unlikely]]
+    if (!isFglibBound()) [[unlikely]]
         bindFglib(directory);
 }
 

@@ -10,6 +10,7 @@
 
 using ovra::gui::fglib::ensureFglibBound;
 using ovra::gui::fglib::entryTable;
+using ovra::gui::fglib::isFglibBound;
 
 #define FORWARD_UNGUARDED(result, name, arguments) \
     return entryTable.name.load(std::memory_order_relaxed) arguments;
@@ -25,10 +26,31 @@ using ovra::gui::fglib::entryTable;
 
 #define FORWARD_ZERO(result, name, arguments) FORWARD_GUARDED(result, name, arguments, 0)
 
+// The way of the first call stands apart: were it part of the forwarder, every call would set up a stack
+// frame to save its arguments across the binding.
+#if defined(_MSC_VER)
+#define APART __declspec(noinline)
+#else
+#define APART [[gnu::noinline, gnu::cold]]
+#endif
+
+namespace first_call {
+
+#define FGLIB5_ENTRY(result, name, symbol, parameters, arguments, missing) \
+    APART static result name parameters                                    \
+    {                                                                      \
+        ensureFglibBound(nullptr);                                         \
+        FORWARD_##missing(result, name, arguments)                         \
+    }
+#include "fglib5/Fglib5Entries.inc"
+
+} // namespace first_call
+
 #define FGLIB5_ENTRY(result, name, symbol, parameters, arguments, missing) \
     result name parameters                                                 \
     {                                                                      \
-        ensureFglibBound(nullptr);                                         \
+        if (!isFglibBound()) [[unlikely]]                                  \
+            return first_call::name arguments;                             \
         FORWARD_##missing(result, name, arguments)                         \
     }
 

@@ -290,10 +290,10 @@ TEST(ConsoleSession, AChannelGetsOtherBuffersAndItsGeneratorsImagesAndTellsWhatI
 TEST(ConsoleSession, TakesTextsAndFileNamesOfAnyLanguage)
 {
     const Workspace workspace;
-    const auto script =
-        workspace.write("\u65e5\u672c.txt", "\ufeffecho Gr\u00fc\u00df\nload 0 SingleAreaGray.hap\n"
-                                            "start 0 dma 0\nsave-image 0 0 Bl\u00fcte.png\n"
-                                            "store-mcf 0 Gr\u00f6\u00dfe.mcf\n");
+    const auto script = workspace.write("\u65e5\u672c.txt",
+                                        "\ufeffecho Gr\u00fc\u00df\nload 0 SingleAreaGray.hap\n"
+                                        "start 0 dma 0\nsave-image 0 0 Bl\u00fcte.png\n"
+                                        "store-mcf 0 Gr\u00f6\u00dfe.mcf\nload-mcf 0 Gr\u00f6\u00dfe.mcf\n");
     const auto out = workspace.path("Bilder-\u65e5\u672c");
     const auto outcome = workspace.console("", {"--script", textOf(script), "--output-dir", textOf(out)});
     EXPECT_THAT(outcome.lines, Contains("Gr\u00fc\u00df")) << outcome.text();

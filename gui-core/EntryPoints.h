@@ -11,8 +11,9 @@ extern "C" {
 /// Starts the host libraries this one stands on: core, environment, parameters, display, display-fglib and
 /// fglib-model, in this order. Each call starts them again (they count) and needs one OvraGuiCoreDeinit.
 ///
-/// Any thread; concurrent calls wait for each other. An exception of a host library's start-up passes
-/// through; what was started before it stays started until the balancing OvraGuiCoreDeinit.
+/// Any thread; concurrent calls wait for each other. An exception, of a host library's start-up or for want
+/// of memory, passes through; what was started before it stays started until the OvraGuiCoreDeinit that
+/// balances this call like any other.
 OVRA_GUI_CORE_API void OvraGuiCoreInit();
 
 /// Takes one OvraGuiCoreInit back. The last one shuts the host libraries down, in the order of their

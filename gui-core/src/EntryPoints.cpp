@@ -48,6 +48,10 @@ void OvraGuiCoreInit()
 
 void OvraGuiCoreDeinit()
 {
-    logUse("DEINIT", LibraryInitController::useCount());
+    try {
+        logUse("DEINIT", LibraryInitController::useCount());
+    } catch (...) {
+        // A line in the log is not worth a library that stays started.
+    }
     LibraryInitController::release();
 }

@@ -41,13 +41,13 @@ void traceUse([[maybe_unused]] const char* step, [[maybe_unused]] std::uint32_t 
 std::uint32_t LibraryInitController::acquire()
 {
     const SpinLockVariableGuard guard(&controllerLock, &controllerOwner);
-    const std::uint32_t count = uses + 1;
+    // Counted even if there is no memory for the controller: every call is balanced alike.
+    const std::uint32_t count = ++uses;
     // One is there already when a host library starts this one again while it is being shut down.
     if (count == 1 && !controller) {
         controller = std::make_unique<LibraryInitController>();
         trace("Create ");
     }
-    uses = count;
     traceUse("Init   ", count);
     return count;
 }
@@ -72,7 +72,7 @@ void LibraryInitController::release()
     const SpinLockVariableGuard guard(&controllerLock, &controllerOwner);
     traceUse("Deinit ", uses - 1);
     --uses;
-    if (uses != 0)
+    if (uses != 0 || !controller)
         return;
     controller->shutDown();
     if (uses != 0)

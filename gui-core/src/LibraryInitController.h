@@ -17,7 +17,8 @@ class LibraryInitController
 public:
     using Function = void (*)();
 
-    /// Counts one use up, and makes the controller with the first. Returns the count.
+    /// Counts one use up, and makes the controller with the first. Returns the count. When there is no memory
+    /// for the controller the use counts nevertheless.
     static std::uint32_t acquire();
 
     /// Remembers \p shutDown for the last release and calls \p startUp, both under the lock.

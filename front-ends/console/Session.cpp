@@ -33,7 +33,15 @@ constexpr std::chrono::minutes longestStart{5};
 class LibraryUse
 {
 public:
-    LibraryUse() { OvraGuiCoreInit(); }
+    LibraryUse()
+    {
+        try {
+            OvraGuiCoreInit();
+        } catch (...) {
+            OvraGuiCoreDeinit(); // takes back what had been started before one of them failed
+            throw;
+        }
+    }
     ~LibraryUse() { OvraGuiCoreDeinit(); }
     LibraryUse(const LibraryUse&) = delete;
     LibraryUse& operator=(const LibraryUse&) = delete;

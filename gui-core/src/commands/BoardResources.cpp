@@ -97,6 +97,16 @@ private:
     const boost::shared_ptr<HlEnvironmentGlobalResourceRootNode> m_root;
 };
 
+std::ostringstream keyStream()
+{
+    std::ostringstream stream;
+    // A global locale would group the digits.
+    stream.imbue(std::locale::classic());
+    // Without memory a stream would go on in silence, and the key would be too short.
+    stream.exceptions(std::ios_base::badbit);
+    return stream;
+}
+
 /// A child of one of the board's entry nodes.
 bool liesOnBoard(GenericModelNode& node, const HlEnvironmentBoardNode& board)
 {
@@ -108,17 +118,14 @@ bool liesOnBoard(GenericModelNode& node, const HlEnvironmentBoardNode& board)
 
 std::string boardKey(unsigned int serial)
 {
-    std::ostringstream key;
-    // A global locale would group the digits.
-    key.imbue(std::locale::classic());
+    auto key = keyStream();
     key << "board-" << std::hex << serial;
     return key.str();
 }
 
 std::string dmaSortKey(int board, unsigned int process, unsigned int dma)
 {
-    std::ostringstream key;
-    key.imbue(std::locale::classic());
+    auto key = keyStream();
     key << std::setfill('0') << "board-" << std::setw(4) << board << "-process-" << std::setw(4) << process
         << "-dma-" << std::setw(4) << dma;
     return key.str();

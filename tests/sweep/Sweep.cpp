@@ -101,10 +101,11 @@ public:
         options.configurationFile = configuration;
 
         std::istringstream input(m_script);
+        const auto nextLine = [&input](std::string& line) { return bool(std::getline(input, line)); };
         std::ostringstream output;
         console::Printer printer(output, output, console::Printer::Target::Lines);
         try {
-            console::runSession(options, printer, input, console::InputKind::Lines);
+            console::runSession(options, printer, nextLine, console::InputKind::Lines);
         } catch (const std::exception& error) {
             printer.error(error.what());
         }

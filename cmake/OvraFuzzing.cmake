@@ -5,7 +5,7 @@ include_guard(GLOBAL)
 if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
     message(FATAL_ERROR "Fuzzers need Clang: use the preset linux-fuzz")
 endif()
-set(OVRA_FUZZ_SECONDS 60 CACHE STRING "For how long a test runs its fuzzer")
+set(OVRA_FUZZ_SECONDS "" CACHE STRING "For how long a test runs its fuzzer; empty: as each says itself")
 
 add_custom_target(fuzzers)
 
@@ -14,15 +14,21 @@ add_custom_target(fuzzers)
 #     SEEDS <folder>                inputs to start from, in files named for what they hold; nothing is written there
 #     [LINK <target>...]
 #     [DEFINITIONS <definition>...]
-#     [MAX_LENGTH <bytes>])         of an input; default 4096
+#     [MAX_LENGTH <bytes>]          of an input; default 4096
+#     [SECONDS <number>])           for how long the test runs; default 10
 #
-# A fuzzer, and a ctest of its name that runs it for OVRA_FUZZ_SECONDS. It keeps what it finds worth keeping in
+# A fuzzer, and a ctest of its name. It keeps what it finds worth keeping in
 # <target>-corpus of the build folder and starts from there the next time, too; the input of a failure lies beside it.
 function(ovra_fuzzer target)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "SEEDS;MAX_LENGTH" "SOURCES;LINK;DEFINITIONS")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "SEEDS;MAX_LENGTH;SECONDS" "SOURCES;LINK;DEFINITIONS")
     _ovra_check_arguments(ovra_fuzzer ${target} "${arg_UNPARSED_ARGUMENTS}" "${arg_SOURCES}")
     if(NOT arg_MAX_LENGTH)
         set(arg_MAX_LENGTH 4096)
+    endif()
+    if(OVRA_FUZZ_SECONDS)
+        set(arg_SECONDS ${OVRA_FUZZ_SECONDS})
+    elseif(NOT arg_SECONDS)
+        set(arg_SECONDS 10)
     endif()
 
     add_executable(${target} EXCLUDE_FROM_ALL ${arg_SOURCES})
@@ -36,10 +42,10 @@ function(ovra_fuzzer target)
     set(found "${CMAKE_CURRENT_BINARY_DIR}/${target}-corpus")
     file(MAKE_DIRECTORY "${found}")
     add_test(NAME ${target} COMMAND ${target}
-        -max_total_time=${OVRA_FUZZ_SECONDS} -max_len=${arg_MAX_LENGTH} -timeout=10 -use_value_profile=1
+        -max_total_time=${arg_SECONDS} -max_len=${arg_MAX_LENGTH} -timeout=10 -use_value_profile=1
         -print_final_stats=1 -verbosity=0
         -artifact_prefix=${CMAKE_CURRENT_BINARY_DIR}/${target}-
         "${found}" "${CMAKE_CURRENT_SOURCE_DIR}/${arg_SEEDS}")
-    math(EXPR timeout "${OVRA_FUZZ_SECONDS} + 120")
+    math(EXPR timeout "${arg_SECONDS} + 120")
     set_tests_properties(${target} PROPERTIES TIMEOUT ${timeout})
 endfunction()

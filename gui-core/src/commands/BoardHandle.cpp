@@ -118,7 +118,7 @@ bool initialiseBoard(core::models::HlEnvironmentBoardNode& board, const std::str
 
     HandleChange change(board);
     board.setBoardHandle(handle.get());
-    handle.release();
+    static_cast<void>(handle.release()); // the board has it now
     change.end();
     return true;
 }

@@ -31,7 +31,7 @@ using core::models::HlEnvironmentFileNode;
 
 struct LoadAppletCommand::Request
 {
-    unsigned int boardSerial;
+    unsigned int boardSerial = 0;
     std::string appletFile;
     std::string mcfFile;
     boost::shared_ptr<HlEnvironmentBoardNode> board;

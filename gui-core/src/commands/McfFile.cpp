@@ -21,7 +21,7 @@ std::size_t countLineFeeds(std::string_view text)
     while (text.size() >= BLOCK_BYTES) {
         std::uint8_t inBlock = 0;
         for (std::size_t i = 0; i < BLOCK_BYTES; ++i)
-            inBlock = static_cast<std::uint8_t>(inBlock + (text.data()[i] == '\n'));
+            inBlock = static_cast<std::uint8_t>(inBlock + (text[i] == '\n'));
         count += inBlock;
         text.remove_prefix(BLOCK_BYTES);
     }

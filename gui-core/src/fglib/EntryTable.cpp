@@ -35,7 +35,7 @@ void store(std::atomic<Entry>& slot, void* found, std::memory_order order)
 
 void resolveEntries(void* (*locate)(const void* context, const char* symbol), const void* context)
 {
-    FoundEntries found;
+    FoundEntries found{};
 #define FGLIB5_ENTRY(result, name, symbol, parameters, arguments, missing) \
     found.name = locate(context, symbol);
 #define FGLIB5_SECOND_LOOKUP(name) found.name = locate(context, #name);

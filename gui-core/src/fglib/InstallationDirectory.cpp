@@ -60,9 +60,10 @@ bool resolveFromOwnLocation()
 
 bool resolveFromEnvironment()
 {
-    const char* value = std::getenv("OVRADIR5_64");
+    // Read once, under the lock; nobody in the process writes these two.
+    const char* value = std::getenv("OVRADIR5_64"); // NOLINT(concurrency-mt-unsafe)
     if (!value)
-        value = std::getenv("OVRADIR5");
+        value = std::getenv("OVRADIR5"); // NOLINT(concurrency-mt-unsafe)
     if (!value)
         return false;
     copyDirectory(value, directory, DIRECTORY_BYTES, DIRECTORY_SEPARATOR);

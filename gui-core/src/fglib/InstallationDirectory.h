@@ -20,6 +20,6 @@ bool cutToInstallation(char* path, char separator);
 
 /// Copies a directory as a user wrote it into \p buffer of \p size bytes, cut to what fits, and without
 /// separators at its end; a first character stays whatever it is.
-void copyDirectory(const char* directory, char* buffer, std::size_t size, char separator);
+void copyDirectory(const char* text, char* buffer, std::size_t size, char separator);
 
 } // namespace ovra::gui::fglib

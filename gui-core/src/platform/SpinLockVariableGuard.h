@@ -38,14 +38,13 @@ public:
 private:
     std::atomic<std::int32_t>* m_lock;
     std::atomic<std::uint32_t>* m_owner;
-    bool m_acquired;
+    bool m_acquired = false;
 };
 
 inline SpinLockVariableGuard::SpinLockVariableGuard(std::atomic<std::int32_t>* lock,
                                                     std::atomic<std::uint32_t>* owner)
     : m_lock(lock),
-      m_owner(owner),
-      m_acquired(false)
+      m_owner(owner)
 {
     const std::uint32_t self = owner ? currentThreadId() : 0;
     // Only this thread ever stores its own id, so no order is needed to recognise it.

@@ -301,7 +301,7 @@ TEST_F(LoadApplet, UnknownBoardAndUnknownFileAreToldBeforeAnythingIsUnloaded)
         "onLoadAppletFinished",       "ensure_board_selection(4294967294)",
         "update_dma_memory",          "setRescanInProgress(true)",
         "setRescanInProgress(false)", "onLoadAppletStarted",
-        "board(0 - ovra-quad-cl)",      "error(Invalid applet file: nowhere.hap)",
+        "board(0 - ovra-quad-cl)",    "error(Invalid applet file: nowhere.hap)",
         "onLoadAppletFinished",       "ensure_board_selection(10597059)",
         "update_dma_memory",          "setRescanInProgress(true)",
         "setRescanInProgress(false)",

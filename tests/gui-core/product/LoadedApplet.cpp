@@ -40,8 +40,9 @@ std::string LoadedApplet::addInstalledLegacyApplet()
 
 std::string LoadedApplet::addWrappedApplet()
 {
-    return installation.addAlphaLibrary("wrapped",
-                                        R"({"format": "virtual-applet-1", "name": "wrapped", "boardType": 2625,
+    return installation.addAlphaLibrary(
+        "wrapped",
+        R"({"format": "virtual-applet-1", "name": "wrapped", "boardType": 2625,
             "processes": [{"dmas": [4, 5], "ports": [0]}, {"ports": [1]}],
             "dmas": [{"index": 4, "width": 8, "height": 8}, {"index": 5, "width": 8, "height": 8}]})");
 }

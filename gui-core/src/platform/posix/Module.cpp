@@ -16,7 +16,7 @@ void* openModule(const std::string& path, ModuleError& error)
     if (!module) {
         // The loader reports in words; not every failure of it has a number.
         error.number = errno != 0 ? static_cast<std::uint32_t>(errno) : static_cast<std::uint32_t>(ENOENT);
-        const char* text = dlerror();
+        const char* text = dlerror(); // of this thread, NOLINT(concurrency-mt-unsafe)
         error.text = text ? text : "";
     }
     return module;

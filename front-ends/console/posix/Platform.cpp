@@ -14,9 +14,12 @@ namespace {
 std::atomic<bool> wasInterrupted{false};
 static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler may touch nothing else");
 
-extern "C" void onInterrupt(int)
+extern "C" void onInterrupt(int signal)
 {
-    wasInterrupted = true;
+    if (!wasInterrupted.exchange(true))
+        return;
+    std::signal(signal, SIG_DFL);
+    std::raise(signal); // comes once this function has returned, and ends the program
 }
 
 // A program in the background is started with signals ignored, and stays so.
@@ -27,7 +30,7 @@ void noteOnce(int signal)
         return;
     struct sigaction noting = {};
     noting.sa_handler = &onInterrupt;
-    noting.sa_flags = SA_RESTART | SA_RESETHAND; // the next one finds the default: the end
+    noting.sa_flags = SA_RESTART;
     sigaction(signal, &noting, nullptr);
 }
 

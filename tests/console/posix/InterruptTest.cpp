@@ -140,7 +140,7 @@ TEST_F(Interrupting, TwiceEndsTheProgramAtOnce)
 {
     constexpr int longerThanAnybodyWaits = 60000000; // microseconds
     RunningConsole console(begin + "wait 60\n", machine(longerThanAnybodyWaits));
-    console.interruptAfter("> wait 60", SIGINT);
+    console.interruptAfter("> wait 60", SIGTERM);
     console.interruptAfter("error: line 3: interrupted", SIGINT);
     const int status = console.status();
     EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGINT) << status;

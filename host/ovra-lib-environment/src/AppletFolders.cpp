@@ -24,10 +24,15 @@ bool isApplet(const fs::path& file)
     return extension == ".hap" || extension == ".dll" || extension == ".so";
 }
 
+// Configuration files name applets by whatever bytes they hold.
 bool exists(const std::string& path)
 {
-    std::error_code error;
-    return fs::is_regular_file(reference::pathOf(path), error);
+    try {
+        std::error_code error;
+        return fs::is_regular_file(reference::pathOf(path), error);
+    } catch (const fs::filesystem_error&) {
+        return false; // no text of a path
+    }
 }
 
 } // namespace

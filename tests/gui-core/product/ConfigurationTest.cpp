@@ -147,6 +147,7 @@ TEST_F(Configuration, AnMcfLeadsToItsApplet)
         {__LINE__, "[Kamerasektion]\nHapName=%/elsewhere/far;\n", "%/elsewhere/far.hap"},
         {__LINE__, "[fglib5]\nFileName=%\\elsewhere\\far.hap;\n", "%/elsewhere/far.hap"},
         {__LINE__, "[Kamerasektion]\nTyp=elsewhere\\far;\n", "elsewhere/far", {ABSENT}},
+        {__LINE__, "[Kamerasektion]\nTyp=%/\xE4.hap;\n", "%/\xE4.hap", {ABSENT}}, // no UTF-8
         // nothing
         {__LINE__, "", "", {ILLEGAL}},
         {__LINE__, "[Kamerasektion]\nHapName=one\n", "", {ILLEGAL}},

@@ -144,9 +144,8 @@ std::string storedName(const Grabber& grabber)
 std::string contentFor(const Grabber& grabber)
 {
     const auto name = storedName(grabber);
-    std::string text = name.ends_with(".hap")
-                           ? "[Kamerasektion]\nHapName=" + name.substr(0, name.size() - 4) + ";\n"
-                           : "[fglib5]\nFileName='" + name + "';\n";
+    std::string text = name.ends_with(".hap") ? "[Kamerasektion]\nHapName=" + name + ";\n"
+                                              : "[fglib5]\nFileName='" + name + "';\n";
     std::string section;
     for (const auto& setting : grabber.settings()) {
         const auto own = setting.dma ? "DMA" + std::to_string(*setting.dma) : std::string("Applet");

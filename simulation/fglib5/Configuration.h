@@ -2,7 +2,7 @@
 /// Configuration files (.mcf): an applet's name and the values of its parameters.
 ///
 ///   [Kamerasektion]          or, for a DLL applet,     [fglib5]
-///   HapName=SingleArea;                                FileName='legacy-2.so';
+///   HapName=SingleArea.hap;                            FileName='legacy-2.so';
 ///
 ///   [Applet]
 ///   GAIN=1.5;

@@ -34,7 +34,7 @@ TEST_F(Configuration, StoresTheAppletsNameAndAllWritableValues)
     const double gain = 0.1;
     runtime.Fg_setParameter(grabber_, 10001, &gain, 4);
     EXPECT_EQ(stored("a.mcf"),
-              "[Kamerasektion]\nHapName=Small;\n"
+              "[Kamerasektion]\nHapName=Small.hap;\n"
               "\n[Applet]\nMODE=2;\nLABEL='a';\n"
               "\n[DMA0]\nFG_WIDTH=40;\nFG_HEIGHT=30;\nFG_PIXELFORMAT=8;\nFG_TIMEOUT=10;\n"
               "FG_GEN_ENABLE=0;\nFG_GEN_FRAMERATE=0;\nGAIN=0.5;\n"

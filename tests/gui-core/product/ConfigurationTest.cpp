@@ -222,12 +222,13 @@ TEST_F(Configuration, WhatWasStoredComesBackToTheByteAndTheDisplaysFollow)
     const auto second = installation.folder() + "/second.mcf";
     // The last two are not found by name, so their paths are stored.
     for (const std::string& name :
-         {std::string("one.hap"), std::string("one.v2.hap"), "../../dll/ovra-quad-cl/wrapped" + LIBRARY,
-          std::string("../../dll/ovra-quad-cl/strayed.hap"), std::string("../../elsewhere/far.hap")})
+         {std::string("one.hap"), std::string("one.v2.hap"), std::string("one.hap.hap"),
+          "../../dll/ovra-quad-cl/wrapped" + LIBRARY, std::string("../../dll/ovra-quad-cl/strayed.hap"),
+          std::string("../../elsewhere/far.hap")})
         installation.addAlphaApplet(name, SINGLE);
     start();
     const auto files = Gui::environment()->model()->root()->getFilesEntryNode();
-    EXPECT_EQ(files->getAllFilesEntryChildCount(), 4U);
+    EXPECT_EQ(files->getAllFilesEntryChildCount(), 5U);
     Gui::environment()->forceSingleFileAddition(installation.folder() + "/elsewhere/far.hap");
     for (const auto all = files->getAllFiles(); all->hasNext(); all->advance()) {
         const std::string applet = all->current()->getFilePath();
@@ -320,7 +321,7 @@ TEST_F(Configuration, AStoreThatFailsIsToldAndKeepsTheFile)
     EXPECT_EQ(toldBy([&] { storeMcf(kept); }), message("Unknown Error Code", -77777));
     EXPECT_EQ(contentOf(kept), "old");
     EXPECT_EQ(toldBy([&] { storeMcf(kept); }), Lines{});
-    EXPECT_EQ(contentOf(kept).rfind("[Kamerasektion]\nHapName=one;\n", 0), 0U);
+    EXPECT_EQ(contentOf(kept).rfind("[Kamerasektion]\nHapName=one.hap;\n", 0), 0U);
     EXPECT_EQ(failures, Lines{});
 }
 

@@ -9,7 +9,7 @@
 
 namespace ovra::bench {
 
-struct SilentViews final : gui::Views
+struct SilentViews : gui::Views
 {
     using Text = const std::string&;
     void showSplashscreenMessage(Text) override {}

@@ -6,6 +6,7 @@
 // follows the ratios.
 
 #include "Ratios.h"
+#include "SilentViews.h"
 
 #include "commands/ResourceSweep.h"
 
@@ -16,7 +17,6 @@
 #include "gui-core/StartAcquisitionCommand.h"
 #include "gui-core/StopAcquisitionCommand.h"
 #include "gui-core/UnloadAppletCommand.h"
-#include "gui-core/Views.h"
 #include "simulation/fglib5/SimulationControl.h"
 
 #include "ovra-core/CommandProcessor.h"
@@ -159,37 +159,6 @@ std::string pairs()
            eightOf(R"({"index": #, "width": 64, "height": 48})", ",") + "]}";
 }
 
-struct SilentViews final : gui::Views
-{
-    using Text = const std::string&;
-    void showSplashscreenMessage(Text) override {}
-    void showErrorMessage(Text, Text) override {}
-    int showChoiceDialog(Text, Text, Text, Text, Text, bool*) override { return 2; }
-    boost::shared_ptr<boost::signals2::scoped_connection>
-    connectFglibEvents(boost::shared_ptr<core::models::FgLibEventsModel>) override
-    {
-        return {};
-    }
-    void onInitializeBegin() override {}
-    void onInitializeSync() override {}
-    void onLoggingInstalled() override {}
-    void onInitializationDone() override {}
-    void onLoadAppletStarted() override {}
-    void onLoadAppletFinished() override {}
-    void showLoadingBoard(Text) override {}
-    void showLoadingApplet(Text) override {}
-    void showLoadAppletStatus(Text) override {}
-    void showLoadAppletWarning(Text text) override { std::fprintf(stderr, "%s\n", text.c_str()); }
-    void showLoadAppletError(Text text) override { std::fprintf(stderr, "%s\n", text.c_str()); }
-    void update_acquisition_state() override {}
-    void applet_unloaded() override {}
-    void setRescanInProgress(bool) override {}
-    void reservedSlot1() override {}
-    void reservedSlot2() override {}
-    void reservedSlot3() override {}
-    void onCleanup() override {}
-};
-
 /// The whole product on a virtual installation, with the first board's applet loaded.
 class Rig
 {
@@ -267,7 +236,7 @@ private:
                                           .configurationFile = ""});
         m_application->addPlugin(
             boost::shared_ptr<Gui>(Gui::createInstance(), &Gui::destroyInstance),
-            {{"views", boost::any(boost::shared_ptr<gui::Views>(boost::make_shared<SilentViews>()))}});
+            {{"views", boost::any(boost::shared_ptr<gui::Views>(boost::make_shared<bench::SilentViews>()))}});
         m_application->startPlugins();
         settle();
         load(IMAGE_BOARD, "images.hap");

@@ -1,10 +1,10 @@
 // What the start of an application costs with few and with many applet files, and how it grows.
 
 #include "Ratios.h"
+#include "SilentViews.h"
 
 #include "gui-core/EntryPoints.h"
 #include "gui-core/Gui.h"
-#include "gui-core/Views.h"
 
 #include "ovra-core/reference/Application.h"
 #include "ovra-lib-environment/Environment.h"
@@ -26,28 +26,12 @@ namespace {
 namespace fs = std::filesystem;
 using namespace ovra;
 
-// A front end that shows nothing, and says when the application is ready.
-// clang-format off
-struct SilentViews final : gui::Views
+/// Says when the application is ready.
+struct WaitedForViews final : bench::SilentViews
 {
-    using Text = const std::string&;
     std::function<void()> ready;
     void onInitializationDone() override { ready(); }
-    void onInitializeBegin() override {}                void onInitializeSync() override {}
-    void onLoggingInstalled() override {}               void onCleanup() override {}
-    void showSplashscreenMessage(Text) override {}      void showErrorMessage(Text, Text) override {}
-    void onLoadAppletStarted() override {}              void onLoadAppletFinished() override {}
-    void showLoadingBoard(Text) override {}             void showLoadingApplet(Text) override {}
-    void showLoadAppletStatus(Text) override {}         void showLoadAppletWarning(Text) override {}
-    void showLoadAppletError(Text) override {}          void update_acquisition_state() override {}
-    void applet_unloaded() override {}                  void setRescanInProgress(bool) override {}
-    void reservedSlot1() override {}                    void reservedSlot2() override {}
-    void reservedSlot3() override {}
-    boost::shared_ptr<boost::signals2::scoped_connection>
-    connectFglibEvents(boost::shared_ptr<core::models::FgLibEventsModel>) override { return {}; }
-    int showChoiceDialog(Text, Text, Text, Text, Text, bool*) override { return 2; }
 };
-// clang-format on
 
 [[noreturn]] void giveUp(const std::string& reason)
 {
@@ -99,7 +83,7 @@ void startOnce(const fs::path& folder, benchmark::State& state)
     {
         reference::Application application(optionsFor(folder));
         application.setErrorHandler([](const reference::PhaseFailure& failure) { giveUp(failure.message); });
-        const auto views = boost::make_shared<SilentViews>();
+        const auto views = boost::make_shared<WaitedForViews>();
         views->ready = [&application] { application.quit(); };
         const boost::shared_ptr<gui::Gui> plugin(gui::Gui::createInstance(), gui::Gui::destroyInstance);
         application.addPlugin(plugin, {{"views", boost::any(boost::shared_ptr<gui::Views>(views))}});

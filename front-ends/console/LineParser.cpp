@@ -6,7 +6,7 @@ namespace {
 
 bool isBlank(char character)
 {
-    return character == ' ' || character == '\t' || character == '\r';
+    return character == ' ' || character == '\t';
 }
 
 /// Takes one word off the front of \p rest, which begins with it.

@@ -21,7 +21,6 @@ public:
 /// - Between double quotes, blanks and # belong to the word; quotes may begin and end inside one. There is
 ///   no escape character: a backslash is part of a path.
 /// - A # at the beginning of a word starts a comment, which reaches to the end of the line.
-/// - A carriage return at the end is dropped.
 ///
 /// Throws LineError for a quote that is not closed.
 std::vector<std::string> splitLine(std::string_view line);

@@ -31,7 +31,6 @@ const Row rows[] = {
     {"load 1 C:\\dir\\a.hap", {"load", "1", "C:\\dir\\a.hap"}},
     {"load 1 \"C:\\my dir\\\"", {"load", "1", "C:\\my dir\\"}},
     {"echo Gr\xc3\xbc\xc3\x9f", {"echo", "Gr\xc3\xbc\xc3\x9f"}},
-    {"quit\r", {"quit"}},
 };
 
 TEST(LineParsing, SplitsALineIntoWords)

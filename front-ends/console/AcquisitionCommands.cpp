@@ -7,7 +7,6 @@
 #include "Descriptions.h"
 #include "ImageCollection.h"
 #include "Lookup.h"
-#include "Paths.h"
 #include "PngWriter.h"
 #include "Printer.h"
 
@@ -21,7 +20,6 @@
 #include <algorithm>
 #include <array>
 #include <iomanip>
-#include <limits>
 #include <sstream>
 
 namespace ovra::console {
@@ -29,7 +27,6 @@ namespace ovra::console {
 namespace {
 
 constexpr std::chrono::seconds longestWaitForImages{30};
-constexpr int largestNumber = std::numeric_limits<int>::max();
 constexpr int withoutEnd = -1; ///< number of images to start with
 
 /// A DMA channel that has a display scene.
@@ -63,7 +60,7 @@ std::vector<Channel> allChannels(Console& console)
 Channel findChannel(Console& console, const Arguments& arguments, std::size_t position)
 {
     const auto board = findLoadedBoard(arguments.text(position));
-    const auto dma = findDma(*board, arguments.integer(position + 1, "DMA", 0, largestNumber));
+    const auto dma = findDma(*board, arguments.integer(position + 1, "DMA", 0));
     std::vector<Channel> channels;
     appendChannel(channels, console, board, dma);
     if (channels.empty())
@@ -85,8 +82,8 @@ void start(Console& console, const Arguments& arguments)
     using gui::commands::StartAcquisitionCommand;
     const auto board = findLoadedBoard(arguments.text(0));
     const bool dma = namesDma(arguments);
-    const int index = arguments.integer(2, "INDEX", 0, largestNumber);
-    const int images = arguments.count() > 3 ? arguments.integer(3, "COUNT", 1, largestNumber) : withoutEnd;
+    const int index = arguments.integer(2, "INDEX", 0);
+    const int images = arguments.count() > 3 ? arguments.integer(3, "COUNT", 1) : withoutEnd;
     if (dma)
         return console.run(StartAcquisitionCommand::create(findDma(*board, index), images));
     console.run(StartAcquisitionCommand::create(findPort(*board, index), images));
@@ -97,7 +94,7 @@ void stop(Console& console, const Arguments& arguments)
     using gui::commands::StopAcquisitionCommand;
     const auto board = findLoadedBoard(arguments.text(0));
     const bool dma = namesDma(arguments);
-    const int index = arguments.integer(2, "INDEX", 0, largestNumber);
+    const int index = arguments.integer(2, "INDEX", 0);
     if (dma)
         return console.run(StopAcquisitionCommand::create(findDma(*board, index)));
     console.run(StopAcquisitionCommand::create(findPort(*board, index)));
@@ -190,7 +187,7 @@ void wait(Console& console, const Arguments& arguments)
     }
     if (arguments.text(1) != "images" || arguments.count() == 3)
         throw CommandError("usage: wait SECONDS, or wait COUNT images [BOARD DMA]");
-    const int wanted = arguments.integer(0, "COUNT", 1, largestNumber);
+    const int wanted = arguments.integer(0, "COUNT", 1);
     if (arguments.count() == 2)
         return waitForImages(console, acquiringChannels(console), wanted);
     waitForImages(console, {findChannel(console, arguments, 2)}, wanted);
@@ -214,7 +211,7 @@ void saveImage(Console& console, const Arguments& arguments)
 {
     const auto channel = findChannel(console, arguments, 0);
     const auto image = imageToSave(console, channel);
-    writePng(console.outputFolder / pathOf(arguments.text(2)), image);
+    writePng(console.outputFile(arguments.text(2)), image);
     console.printer.line(channel.title + ": image " + std::to_string(image.number) + ", " +
                          sizeText(image.width, image.height) + ", saved as " + arguments.text(2) + ".");
 }

@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <limits>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -29,7 +30,8 @@ public:
     std::string joined() const;
 
     /// A whole number between two bounds. Throws CommandError, which calls the argument \p name.
-    int integer(std::size_t position, const char* name, int minimum, int maximum) const;
+    int integer(std::size_t position, const char* name, int minimum,
+                int maximum = std::numeric_limits<int>::max()) const;
     /// A time such as "2" or "0.5". Throws CommandError.
     std::chrono::milliseconds seconds(std::size_t position) const;
 

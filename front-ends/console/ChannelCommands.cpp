@@ -11,13 +11,9 @@
 #include "ovra-lib-display/FrameBufferGroup.h"
 #include "ovra-lib-environment/HlEnvironmentBoardNode.h"
 
-#include <limits>
-
 namespace ovra::console {
 
 namespace {
-
-constexpr int largestNumber = std::numeric_limits<int>::max();
 
 std::string buffersText(const display::FrameBufferGroup& group)
 {
@@ -32,20 +28,20 @@ std::string buffersText(const display::FrameBufferGroup& group)
 void buffers(Console& console, const Arguments& arguments)
 {
     const auto board = findLoadedBoard(arguments.text(0));
-    const auto dma = findDma(*board, arguments.integer(1, "DMA", 0, largestNumber));
+    const auto dma = findDma(*board, arguments.integer(1, "DMA", 0));
     const auto group = dma->getFrameBufferGroup();
     if (!group)
         throw CommandError(channelTitle(*board, *dma) + " has no buffers");
     if (arguments.count() > 2)
         console.run(gui::commands::AcquisitionBufferCountChangeCommand::create(
-            dma, arguments.integer(2, "COUNT", 1, largestNumber)));
+            dma, arguments.integer(2, "COUNT", 1)));
     console.printer.line(channelTitle(*board, *dma) + ": " + buffersText(*group));
 }
 
 void generator(Console& console, const Arguments& arguments)
 {
     const auto board = findLoadedBoard(arguments.text(0));
-    const auto dma = findDma(*board, arguments.integer(1, "DMA", 0, largestNumber));
+    const auto dma = findDma(*board, arguments.integer(1, "DMA", 0));
     const auto owner = parameterOwner(*board, *dma);
     if (!owner.has(generatorSwitch))
         throw CommandError(owner.title + " has no generator");

@@ -12,9 +12,6 @@
 #include "gui-core/StoreMcfCommand.h"
 #include "ovra-lib-environment/HlEnvironmentBoardNode.h"
 
-#include <limits>
-#include <system_error>
-
 namespace ovra::console {
 
 namespace {
@@ -24,7 +21,7 @@ std::vector<ParameterOwner> ownersOf(const BoardNode& board, const Arguments& ar
 {
     if (!named)
         return parameterOwners(*board);
-    const int index = arguments.integer(1, "DMA", 0, std::numeric_limits<int>::max());
+    const int index = arguments.integer(1, "DMA", 0);
     return {parameterOwner(*board, *findDma(*board, index))};
 }
 
@@ -67,13 +64,8 @@ void set(Console& console, const Arguments& arguments)
 void storeMcf(Console& console, const Arguments& arguments)
 {
     const auto board = findLoadedBoard(arguments.text(0));
-    const auto file = console.outputFolder / pathOf(arguments.text(1));
-    std::error_code ignored; // a folder that is still missing shows when the file is written
-    if (file.has_parent_path())
-        std::filesystem::create_directories(file.parent_path(), ignored);
-
     const auto errorsBefore = console.printer.errorCount();
-    console.run(gui::commands::StoreMcfCommand::create(board, textOf(file)));
+    console.run(gui::commands::StoreMcfCommand::create(board, textOf(console.outputFile(arguments.text(1)))));
     if (console.printer.errorCount() == errorsBefore)
         console.printer.line("Board " + std::to_string(board->getIndex()) + ": configuration stored as " +
                              arguments.text(1) + ".");

@@ -25,6 +25,15 @@ void Console::run(const boost::shared_ptr<core::Command>& command)
         throw CommandError("the application is still busy after 60 seconds");
 }
 
+std::filesystem::path Console::outputFile(const std::string& name) const
+{
+    const auto file = outputFolder / pathOf(name);
+    std::error_code ignored;
+    if (file.has_parent_path())
+        std::filesystem::create_directories(file.parent_path(), ignored);
+    return file;
+}
+
 std::filesystem::path Console::inputFile(const std::string& name) const
 {
     const auto stored = outputFolder / pathOf(name);

@@ -39,7 +39,11 @@ struct Console
     /// when the user interrupts the program. Throws CommandError when that takes longer than a minute.
     void run(const boost::shared_ptr<core::Command>& command);
 
-    /// A file that a user names: where there is one of that name in the output folder, it is meant.
+    /// A file to write, below the output folder unless \p name is a whole path. Folders that are missing are
+    /// made; one that cannot be shows when the file is opened.
+    std::filesystem::path outputFile(const std::string& name) const;
+
+    /// A file to read that a user names: where there is one of that name in the output folder, it is meant.
     std::filesystem::path inputFile(const std::string& name) const;
 
     /// Lets the loop run until \p condition holds; false when \p limit passed first. Throws CommandError when

@@ -5,7 +5,6 @@
 #include <fstream>
 #include <ios>
 #include <stdexcept>
-#include <system_error>
 
 #define STB_IMAGE_WRITE_IMPLEMENTATION
 #define STB_IMAGE_WRITE_STATIC
@@ -27,10 +26,6 @@ void append(void* file, void* bytes, int count)
 
 void writePng(const std::filesystem::path& file, const StoredImage& image)
 {
-    std::error_code ignored; // a folder that is still missing shows when the file is opened
-    if (file.has_parent_path())
-        std::filesystem::create_directories(file.parent_path(), ignored);
-
     std::ofstream stream(file, std::ios::binary | std::ios::trunc);
     const bool encoded =
         stream && stbi_write_png_to_func(append, &stream, image.width, image.height, greyComponents,

@@ -89,7 +89,7 @@ const std::string FAILED_START = "ovra::gui::commands::InitializeApplicationComm
 /// An event is a command of its own: whoever posted it does not notice.
 const std::string FAILED_EVENT = "ovra::gui::commands::ShowSplashscreenMessageEvent executeSync";
 
-/// A start with one applet file, without the splash messages of events: those are shown at times of their
+/// A start with two applet files, without the splash messages of events: those are shown at times of their
 /// own.
 const Lines START_SYNC = {"OvraLogInit",
                           "views onInitializeBegin",
@@ -106,14 +106,17 @@ const Lines START_ASYNC = {
     POST,
     POST,
     "HlEnvironmentFileNode::scan a.hap",
+    POST,
+    "HlEnvironmentFileNode::scan b.hap",
     "Environment::enableAutoScan true",
     "Environment::startMonitor",
     "PluginManager::startMonitor",
 };
 const Lines START_POST = {POST, "views fillCaches", POST, "views onInitializationDone"};
-const Lines START_EVENTS = {"views splash(Discovering Resources...)", "views splash(Scanning Applets...)",
-                            "views splash(Scanning File 1/1 (a.hap))", "views splash(Filling Caches...)",
-                            "views splash(Initialization done.)"};
+const Lines START_EVENTS = {
+    "views splash(Discovering Resources...)",  "views splash(Scanning Applets...)",
+    "views splash(Scanning File 1/2 (a.hap))", "views splash(Scanning File 2/2 (b.hap))",
+    "views splash(Filling Caches...)",         "views splash(Initialization done.)"};
 
 Lines joined(std::initializer_list<Lines> parts)
 {
@@ -170,6 +173,7 @@ TEST(ApplicationStart, AnExceptionEndsItsPhaseAndTheRestGoesOn)
         SCOPED_TRACE("step " + std::to_string(step) + ", " + faults[step]);
         Session session;
         session.installation.addAlphaApplet("a.hap", NOTHING);
+        session.installation.addAlphaApplet("b.hap", NOTHING);
         session.views->onLine = [&](const std::string& line) {
             const std::string call = "views " + line;
             if (std::find(START_EVENTS.begin(), START_EVENTS.end(), call) == START_EVENTS.end())

@@ -30,8 +30,6 @@ namespace ovra::tests {
 
 namespace {
 
-constexpr int ENDLESS = -1;
-
 /// Answers to the question about sizes.
 constexpr int CAMERA_TO_DMA = 0;
 constexpr int DMA_TO_CAMERA = 1;

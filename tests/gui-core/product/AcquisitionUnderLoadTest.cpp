@@ -33,7 +33,6 @@ namespace ovra::tests {
 namespace {
 
 constexpr unsigned int CHANNELS = 16;
-constexpr int ENDLESS = -1;
 
 std::chrono::seconds wantedDuration()
 {

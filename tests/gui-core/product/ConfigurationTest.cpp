@@ -11,9 +11,6 @@
 #include "ovra-lib-environment/HlEnvironmentModel.h"
 #include "ovra_log/reference/Journal.h"
 
-#include <fstream>
-#include <iterator>
-
 using ovra::gui::Gui;
 using ovra::gui::commands::LoadMcfCommand;
 using ovra::gui::commands::StoreMcfCommand;
@@ -26,7 +23,7 @@ namespace {
 
 const std::string LIBRARY = boost::dll::shared_library::suffix().string();
 
-constexpr const char* SINGLE = R"("processes": [{"dmas": [0], "ports": [0]}],
+constexpr const char* ADJUSTABLE = R"("processes": [{"dmas": [0], "ports": [0]}],
     "dmas": [{"index": 0, "width": 64, "height": 48, "maxWidth": 128}],
     "parameters": [
         {"name": "GAIN", "id": 10010, "type": "double", "min": 0, "max": 16, "default": 1, "scope": "dma"},
@@ -39,12 +36,6 @@ std::string replaced(std::string text, const std::string& what, const std::strin
     for (auto at = text.find(what); at != std::string::npos; at = text.find(what, at + with.size()))
         text.replace(at, what.size(), with);
     return text;
-}
-
-std::string contentOf(const std::string& path)
-{
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
 }
 
 class Configuration : public Product
@@ -154,10 +145,10 @@ TEST_F(Configuration, AnMcfLeadsToItsApplet)
         {__LINE__, "[ Kamerasektion ]\nHapName=one;\n", "", {ILLEGAL}},
         {__LINE__, "[fglib5]\nHapName=one;\nTyp=one;\n[Kamerasektion]\nFileName=one;\n", "", {ILLEGAL}},
     };
-    installation.addAlphaApplet("one.hap", SINGLE);
-    installation.addAlphaApplet("one.v2.hap", SINGLE);
-    installation.addAlphaApplet("../../dll/ovra-quad-cl/" + wrapped, SINGLE);
-    installation.addAlphaApplet("../../elsewhere/far.hap", SINGLE);
+    installation.addAlphaApplet("one.hap", ADJUSTABLE);
+    installation.addAlphaApplet("one.v2.hap", ADJUSTABLE);
+    installation.addAlphaApplet("../../dll/ovra-quad-cl/" + wrapped, ADJUSTABLE);
+    installation.addAlphaApplet("../../elsewhere/far.hap", ADJUSTABLE);
     start();
     for (const Row& row : rows) {
         SCOPED_TRACE("row of line " + std::to_string(row.line));
@@ -172,7 +163,7 @@ TEST_F(Configuration, AnMcfLeadsToItsApplet)
 
 TEST_F(Configuration, OnlyTheEndingTellsAnAppletFromAnMcf)
 {
-    const auto applet = installation.addAlphaApplet("one.hap", SINGLE);
+    const auto applet = installation.addAlphaApplet("one.hap", ADJUSTABLE);
     start();
     EXPECT_EQ(toldBy([&] { loadMcf(replaced(applet, "/", "\\")); }), Lines{});
     EXPECT_EQ(loadedApplet(), applet);
@@ -189,11 +180,11 @@ TEST_F(Configuration, OnlyTheEndingTellsAnAppletFromAnMcf)
 
 TEST_F(Configuration, TheEnvironmentIsMadeToAddWhatItDoesNotKnow)
 {
-    installation.addAlphaApplet("one.hap", SINGLE);
+    installation.addAlphaApplet("one.hap", ADJUSTABLE);
     start();
     Gui::environment()->stopMonitor();
     const auto mcf = installation.write("late.mcf", "[Kamerasektion]\nHapName=late;\n");
-    const auto late = installation.addAlphaApplet("late.hap", SINGLE);
+    const auto late = installation.addAlphaApplet("late.hap", ADJUSTABLE);
     const Lines forced = {"Environment::forceSingleFileAddition " + late};
     for (const Lines& additions : {forced, Lines{}}) {
         EXPECT_EQ(toldBy([&] { loadMcf(mcf); }), APPLIED);
@@ -225,7 +216,7 @@ TEST_F(Configuration, WhatWasStoredComesBackToTheByteAndTheDisplaysFollow)
          {std::string("one.hap"), std::string("one.v2.hap"), std::string("one.hap.hap"),
           "../../dll/ovra-quad-cl/wrapped" + LIBRARY, std::string("../../dll/ovra-quad-cl/strayed.hap"),
           std::string("../../elsewhere/far.hap")})
-        installation.addAlphaApplet(name, SINGLE);
+        installation.addAlphaApplet(name, ADJUSTABLE);
     start();
     const auto files = Gui::environment()->model()->root()->getFilesEntryNode();
     EXPECT_EQ(files->getAllFilesEntryChildCount(), 5U);
@@ -275,7 +266,7 @@ TEST_F(Configuration, AnMcfThatDoesNotFitIsAWarningAndTheAppletStays)
         {__LINE__, "[DMA1]\nFG_WIDTH=32;\n", 0, invalid},
         {__LINE__, "", -77777, "warning(...Error loading MCF: Unknown Error Code (-77777))"},
     };
-    const auto applet = installation.addAlphaApplet("one.hap", SINGLE);
+    const auto applet = installation.addAlphaApplet("one.hap", ADJUSTABLE);
     start();
     for (const Row& row : rows) {
         SCOPED_TRACE("row of line " + std::to_string(row.line));
@@ -299,7 +290,7 @@ TEST_F(Configuration, AStoreThatFailsIsToldAndKeepsTheFile)
         return Lines{std::string("showErrorMessage(Board 0 - Storing MCF Configuration File|ERROR: ") +
                      description + " (" + std::to_string(code) + "))"};
     };
-    const auto applet = installation.addAlphaApplet("one.hap", SINGLE);
+    const auto applet = installation.addAlphaApplet("one.hap", ADJUSTABLE);
     const auto kept = installation.write("kept.mcf", "old");
     start();
     const auto calls = installation.calls("*");

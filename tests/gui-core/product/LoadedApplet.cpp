@@ -5,21 +5,7 @@
 #include "ovra-lib-environment/HlEnvironmentFileNode.h"
 #include "ovra_log/reference/Journal.h"
 
-#include <fstream>
-#include <iterator>
-
 namespace ovra::tests {
-
-namespace {
-
-std::string contentOf(const std::filesystem::path& path)
-{
-    std::ifstream file(path, std::ios::binary);
-    EXPECT_TRUE(file) << path;
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
-} // namespace
 
 LoadedApplet::~LoadedApplet()
 {

@@ -20,6 +20,9 @@
 
 namespace ovra::tests {
 
+/// A number of images.
+inline constexpr int ENDLESS = -1;
+
 class Product : public testing::Test
 {
 protected:

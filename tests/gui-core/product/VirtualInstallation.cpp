@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <iterator>
 #include <random>
 
 namespace ovra::tests {
@@ -34,6 +35,13 @@ std::filesystem::path newTemporaryFolder()
 }
 
 } // namespace
+
+std::string contentOf(const std::filesystem::path& file)
+{
+    std::ifstream stream(file, std::ios::binary);
+    EXPECT_TRUE(stream) << file;
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
 
 VirtualInstallation::VirtualInstallation()
     : m_folder(newTemporaryFolder()),

@@ -16,6 +16,9 @@ namespace ovra::tests {
 inline constexpr int ALPHA_SERIAL = 0xa1b2c3;
 inline constexpr int BETA_SERIAL = 0xbeef;
 
+/// All bytes of a file; of one that cannot be read, none, and the test fails.
+std::string contentOf(const std::filesystem::path& file);
+
 class VirtualInstallation
 {
 public:

@@ -206,7 +206,6 @@ std::uint64_t registerEvents(const reference::Runtime& runtime, Fg_Struct* board
         if (const std::uint64_t bit = std::uint64_t{1} << i; runtime.Fg_getEventName(board, bit))
             mask |= bit;
     ask(runtime.Fg_registerEventCallback(board, mask, &ignoreEvents, nullptr, 0, nullptr));
-    ask(runtime.Fg_activateEvents(board, mask, 1));
     return mask;
 }
 

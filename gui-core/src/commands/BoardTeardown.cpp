@@ -52,14 +52,18 @@ void abandonDma(HlEnvironmentDmaNode& dma) noexcept
 
 } // namespace
 
-void resetBoard(HlEnvironmentBoardNode& board)
+void clearStructure(HlEnvironmentBoardNode& board)
 {
     board.getDmasEntryNode()->_children().clear();
     board.getProcessesEntryNode()->_children().clear();
     board.getLogicalPortsEntryNode()->_children().clear();
     board.getPhysicalPortsEntryNode()->_children().clear();
-    if (board.getBoardHandle())
-        freeBoardHandle(board);
+}
+
+void resetBoard(HlEnvironmentBoardNode& board)
+{
+    clearStructure(board);
+    freeBoardHandle(board);
     board.setBoardSelectedForViewEntry(false);
 }
 
@@ -79,7 +83,9 @@ void abandonBoard(HlEnvironmentBoardNode& board) noexcept
     attempt([&] { board.setNoDmaFrontendRegInfoPointer(nullptr); });
     attempt([&] { board.setFglibEventsModel({}); });
     attempt([&] { board.setLoadedAppletEntry({}); });
-    attempt([&] { resetBoard(board); });
+    attempt([&] { clearStructure(board); });
+    attempt([&] { freeBoardHandle(board); });
+    attempt([&] { board.setBoardSelectedForViewEntry(false); });
 }
 
 UnfinishedLoad::~UnfinishedLoad()

@@ -8,6 +8,9 @@ class HlEnvironmentBoardNode;
 
 namespace ovra::gui::commands {
 
+/// Takes DMA channels, processes, logical and physical ports off the board, in this order.
+void clearStructure(core::models::HlEnvironmentBoardNode& board);
+
 /// Takes back what a load has published up to the structure: children, handle, selection. Global resources
 /// are not touched: they are registered after the last step that fails in an orderly way.
 void resetBoard(core::models::HlEnvironmentBoardNode& board);

@@ -3,6 +3,7 @@
 #include "commands/BoardHandle.h"
 #include "commands/BoardLookup.h"
 #include "commands/BoardResources.h"
+#include "commands/BoardTeardown.h"
 
 #include "gui-core/Gui.h"
 #include "gui-core/Views.h"
@@ -90,10 +91,7 @@ void UnloadAppletCommand::executeSync()
     for (const auto dmas = board->getDmas(); dmas->hasNext(); dmas->advance())
         detachDma(*dmas->current());
     releaseAppletParameters(*board);
-    board->getDmasEntryNode()->_children().clear();
-    board->getProcessesEntryNode()->_children().clear();
-    board->getLogicalPortsEntryNode()->_children().clear();
-    board->getPhysicalPortsEntryNode()->_children().clear();
+    clearStructure(*board);
     board->setFglibEventsModel({});
     freeBoardHandle(*board);
     board->setLoadedAppletEntry({});

@@ -220,8 +220,10 @@ TEST(ConsoleSession, AnswersTheQuestionAboutSizesAndRemembersTheAnswerFromThenOn
 TEST(ConsoleSession, ABoardIsNamedByItsSerialToo)
 {
     const auto outcome =
-        Workspace().console("load c0ffee01 SingleAreaCxp.hap\nstructure 0xC0FFEE01\nunload 1\n");
+        Workspace().console("load c0ffee01 SingleAreaCxp.hap\nstructure 0xC0FFEE01\nresources\nunload 1\n");
     EXPECT_THAT(outcome.lines, Contains("board 1 - ovra-dual-cxp: SingleAreaCxp.hap")) << outcome.text();
+    EXPECT_THAT(outcome.lines, Contains("board-c0ffee01-process-0-dma-0 (1: DMA channel)")) << outcome.text();
+    EXPECT_THAT(outcome.linesWith("board-c0ffee01"), SizeIs(10)) << outcome.text();
     EXPECT_EQ(outcome.exitCode, 0) << outcome.text();
 }
 

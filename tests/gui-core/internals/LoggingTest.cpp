@@ -154,8 +154,6 @@ TEST(LoggingDeathTest, ManyThreadsThatComeFirstFindOneInstance)
     IN_A_NEW_PROCESS([] {
         useInstallation(OVRA_STAGE_DIR);
         setEnvironmentVariable("OVRA_LOG_LEVEL", "2");
-        setEnvironmentVariable("OVRA_LOG_FILE",
-                               (std::filesystem::temp_directory_path() / "ovra-unused.txt").string());
         std::vector<Logger*> found(8);
         {
             std::vector<std::jthread> threads;

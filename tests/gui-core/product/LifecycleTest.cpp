@@ -357,22 +357,6 @@ TEST_F(Lifecycle, ARescanThatFailsStillEndsForTheUser)
     EXPECT_EQ(failures.size(), 1U);
 }
 
-TEST_F(Lifecycle, CopiesOfACommandShareOneRequest)
-{
-    start();
-    views->clear();
-    gui::commands::LoadAppletCommand first(1, "applet", "");
-    gui::commands::LoadAppletCommand assigned(2, "other", "");
-    assigned = first;
-    first.executeSync();
-    assigned.executePostAsync();
-    const Lines lines = views->lines();
-    ASSERT_GE(lines.size(), 3U);
-    EXPECT_EQ(Lines(lines.begin(), lines.begin() + 3),
-              (Lines{"onLoadAppletStarted", "error(Invalid board serial: 1)", "onLoadAppletFinished"}));
-    settle();
-}
-
 namespace {
 
 /// Compiles and links only when the class exports what a command exports.

@@ -4,6 +4,8 @@
 #include "gui-core/StartAcquisitionCommand.h"
 #include "gui-core/UnloadAppletCommand.h"
 
+#include "fglib5/Fglib5Types.h"
+
 #include "simulation/fglib5/SimulationControl.h"
 
 #include "ovra-lib-display/DisplayScene.h"
@@ -156,14 +158,19 @@ TEST_F(UnloadApplet, EveryChangeOfTheHandleIsOneUpdateOfTheBoard)
 {
     struct Row
     {
-        std::string applet; ///< to load before, or none
-        const char* updates;
+        std::string applet;  ///< to load before, or none
+        const char* updates; ///< + - around the board's initialisation, [] around a change
+        int initFails = FG_OK;
     };
+    const std::string single = installation.addAlphaApplet("single.hap", SINGLE);
     const Row rows[] = {{"", "[] "},
-                        {installation.addAlphaApplet("single.hap", SINGLE), "[] [set] [set] "},
-                        {installation.addAlphaApplet("bad.hap", R"("type": "XYZ")"), "[] [set] [set] [] "}};
+                        {single, "[] +-[set] [set] "},
+                        {single, "[] +-[] ", FG_INIT_ERROR},
+                        {installation.addAlphaApplet("bad.hap", R"("type": "XYZ")"), "[] +-[set] [set] [] "}};
     start();
     for (const Row& row : rows) {
+        if (row.initFails != FG_OK)
+            installation.failCall("Fg_Init", 1, row.initFails);
         Journal::start();
         if (!row.applet.empty())
             load(ALPHA_SERIAL, row.applet);
@@ -172,8 +179,10 @@ TEST_F(UnloadApplet, EveryChangeOfTheHandleIsOneUpdateOfTheBoard)
         unload(ALPHA_SERIAL);
         EXPECT_EQ(installation.calls("*") != calls, held); // an empty board is no business of the runtime's
         std::string updates;
-        for (const auto& line : journalOf({"HlEnvironmentBoardNode::"})) {
-            if (line.find("::beginHandleChange") != std::string::npos)
+        for (const auto& line : journalOf({"HlEnvironmentBoardNode::", "HlEnvironmentRootNode::set"})) {
+            if (line.find("::setFgInitInProgress") != std::string::npos)
+                updates += line.ends_with("true") ? "+" : "-";
+            else if (line.find("::beginHandleChange") != std::string::npos)
                 updates += "[";
             else if (line.find("::setBoardHandle") != std::string::npos)
                 updates += "set";

@@ -229,6 +229,7 @@ TEST_F(LoadApplet, PortsBearTheWidestInterfaceThatTheAppletNames)
         int line;
         std::string applet;
         const char* type;
+        bool generator = false;
     };
     const auto tagged = [this](const std::string& name, const std::string& tags) {
         return installation.addAlphaApplet(name, with(NO_DMA, "\"tags\": [" + tags + "]"));
@@ -240,15 +241,17 @@ TEST_F(LoadApplet, PortsBearTheWidestInterfaceThatTheAppletNames)
         {__LINE__, tagged("other.hap", R"("interface=CL-FULL", "cl-base")"), ""},
         {__LINE__, installation.addAlphaApplet("none.hap", NO_DMA), ""},
         {__LINE__, addWrappedApplet(), ""},
-        {__LINE__, addLegacyApplet("legacy-base"), "CL-BASE"},
-        {__LINE__, addInstalledLegacyApplet(), "CL-MEDIUM"},
-        {__LINE__, addLegacyApplet("legacy-both"), "CL-FULL"},
+        {__LINE__, addLegacyApplet("legacy-base"), "CL-BASE", true},
+        {__LINE__, addInstalledLegacyApplet(), "CL-MEDIUM", true},
+        {__LINE__, addLegacyApplet("legacy-both"), "CL-FULL", true},
     };
     start();
     for (const Row& row : rows) {
         load(ALPHA_SERIAL, row.applet);
         ASSERT_TRUE(port(ALPHA_SERIAL, 0)) << "row of line " << row.line;
         EXPECT_EQ(port(ALPHA_SERIAL, 0)->getPortType(), row.type) << "row of line " << row.line;
+        EXPECT_EQ(port(ALPHA_SERIAL, 0)->getGeneratorAvailable(), row.generator)
+            << "row of line " << row.line;
     }
 }
 
@@ -280,7 +283,10 @@ TEST_F(LoadApplet, TakesTheConfiguredTimeoutAndWhatTheMemoryLimitLeavesOfTheBuff
     core::HarloApplication::setConfigEntry("gui.preferences.acq.default.timeout", 3);
     core::HarloApplication::setConfigEntry("gui.preferences.acq.default.buffers", 40);
     core::HarloApplication::setConfigEntry("gui.preferences.max_dma_buffersize", 5);
+    Journal::start();
     load(ALPHA_SERIAL, applet);
+    EXPECT_EQ(journalOf({"FglibFrameBufferGroup::setTimeout"}),
+              Lines{"FglibFrameBufferGroup::setTimeout dma=0 seconds=3"});
     EXPECT_EQ(dma(ALPHA_SERIAL, 0)->getAcqTimeout(), 3U);
     EXPECT_EQ(dma(ALPHA_SERIAL, 0)->getAcqBuffersCurrent(), 10U);
     EXPECT_EQ(Gui::getUsedDmaMemory(), 5U << 20);

@@ -122,8 +122,8 @@ void DmaChannel::acquire(std::shared_ptr<BufferRing> ring, FgFrameIndex frames, 
         joined_ = Clock::now();
     }
     ++acquiringNow;
-    updateGeneratorStream();
     try {
+        updateGeneratorStream();
         thread_ = std::thread([this] { run(); });
     } catch (...) {
         const std::lock_guard lock(mutex_);

@@ -262,6 +262,13 @@ std::shared_ptr<BufferRing> DmaChannel::ring() const
     return ring_;
 }
 
+void DmaChannel::forgetRing(const BufferRing& ring)
+{
+    const std::lock_guard lock(mutex_);
+    if (!running_ && ring_.get() == &ring)
+        ring_.reset();
+}
+
 void DmaChannel::setApc(const FgApcControl& control)
 {
     const std::lock_guard lock(mutex_);

@@ -61,8 +61,10 @@ public:
     /// The newest image's number, once image \p frame is there. Throws FG_TIMEOUT, FG_NOT_ACQUIRING.
     FgFrameIndex waitFor(FgFrameIndex frame, std::chrono::milliseconds timeout);
     FgFrameIndex lostFrames() const;
-    /// The ring of the present or the last acquisition.
+    /// The ring of the present or the last acquisition; null where there is none.
     std::shared_ptr<BufferRing> ring() const;
+    /// For a ring that is freed: its memory does not stay until the next acquisition.
+    void forgetRing(const BufferRing& ring);
 
     /// Called for each image of the next acquisitions; a null callback ends that.
     void setApc(const FgApcControl& control);

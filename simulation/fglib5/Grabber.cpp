@@ -342,9 +342,11 @@ void Grabber::freeRing(FgBufferRing* ring)
         throw Failure(FG_INVALID_MEMORY, "The board has no such ring");
     if (found->second->claimed())
         throw Failure(FG_ACQUISITION_RUNNING, "Images are being acquired into the ring");
-    for (auto& [index, channel] : channels_)
+    for (auto& [index, channel] : channels_) {
         if (channel->ownRing == ring)
             channel->ownRing = nullptr;
+        channel->dma.forgetRing(*found->second);
+    }
     rings_.erase(found);
 }
 

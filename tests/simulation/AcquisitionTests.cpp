@@ -247,6 +247,7 @@ TEST_F(Acquisition, UsesTheBuffersOfTheChannelWhereNoRingIsNamed)
     EXPECT_EQ(runtime.Fg_getImage(grabber_, FG_IMAGE_NUMBER, 2, 0, generous), 2);
     EXPECT_EQ(runtime.Fg_getImagePtr(grabber_, 1, 0), memory);
     EXPECT_EQ(runtime.Fg_FreeMem(grabber_, 0), FG_OK) << lastLine();
+    EXPECT_EQ(runtime.FgSim_live(FGSIM_RING_BYTES), 0);
     EXPECT_EQ(runtime.Fg_FreeMem(grabber_, 0), FG_INVALID_MEMORY);
 }
 

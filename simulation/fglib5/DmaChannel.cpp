@@ -221,19 +221,23 @@ const std::shared_ptr<const Stream>& DmaChannel::source() const
 
 // A source that is as fast as possible has its next image ready before a reader would have fallen asleep, and
 // to wake one would cost the acquisition more than a small image does. Where all cores are busy, others go
-// first.
-void DmaChannel::spinFor(FgFrameIndex frame) const
+// first. The images of any other source are worth a sleep.
+void DmaChannel::spinFor(FgFrameIndex frame, std::unique_lock<std::mutex>& lock) const
 {
+    if (last_ >= frame || !running_ || !source() || source()->frameRate != 0)
+        return;
+    lock.unlock();
     const auto end = Clock::now() + longestSpin;
     while (last_ < frame && Clock::now() < end)
         std::this_thread::yield();
+    lock.lock();
 }
 
 FgFrameIndex DmaChannel::waitFor(FgFrameIndex frame, std::chrono::milliseconds timeout)
 {
     const auto deadline = Clock::now() + timeout;
-    spinFor(frame);
     std::unique_lock lock(mutex_);
+    spinFor(frame, lock);
     while (last_ < frame && running_ && !stopping_) {
         awaited_ = std::min(awaited_, frame); // whoever wakes the readers forgets what they wait for
         if (delivered_.wait_until(lock, deadline) == std::cv_status::timeout)

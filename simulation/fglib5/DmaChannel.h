@@ -76,7 +76,7 @@ private:
     struct Pace;
 
     void finishThread();
-    void spinFor(FgFrameIndex frame) const;
+    void spinFor(FgFrameIndex frame, std::unique_lock<std::mutex>& lock) const;
     void updateGeneratorStream();
     const std::shared_ptr<const Stream>& source() const;
     void run();

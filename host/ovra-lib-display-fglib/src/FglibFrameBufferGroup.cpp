@@ -50,8 +50,7 @@ struct FglibFrameBufferGroup::State
     MemoryBudget budget{};
 
     mutable std::mutex control;
-    std::int64_t lostEarlier =
-        0; // images lost since the start, without the acquisition that runs; under control
+    std::int64_t lostEarlier = 0; // lost since the start, before the runtime counted anew; under control
 
     mutable std::mutex mutex;
     std::condition_variable changed;
@@ -286,7 +285,7 @@ void FglibFrameBufferGroup::State::goOnWithNewGeometry()
     std::exception_ptr failure;
     try {
         takeUpGeometry();
-    } catch (const std::runtime_error&) {
+    } catch (...) {
         failure = std::current_exception();
     }
     unpause();
@@ -301,7 +300,7 @@ void FglibFrameBufferGroup::State::changeBufferCount(unsigned int buffers)
     dropRing();
     try {
         makeRing(size, buffers);
-    } catch (const std::runtime_error&) {
+    } catch (...) {
         makeRing(size, before);
         throw;
     }
@@ -426,7 +425,7 @@ void FglibFrameBufferGroup::setBufferCount(int buffers)
     std::exception_ptr failure;
     try {
         m_state->changeBufferCount(static_cast<unsigned int>(buffers));
-    } catch (const std::runtime_error&) {
+    } catch (...) {
         failure = std::current_exception();
     }
     if (mine)

@@ -117,6 +117,7 @@ struct FgLibEventsModel::State
     void registerAll();
     void activate();
     void unregister();
+    bool registered() const;
     void check(int code) const;
 };
 
@@ -135,8 +136,15 @@ void FgLibEventsModel::State::registerAll()
 // With the first listener: until then an image costs the runtime no event.
 void FgLibEventsModel::State::activate()
 {
-    if (mask != 0 && !active.exchange(true))
+    if (registered() && !active.exchange(true))
         check(runtime->Fg_activateEvents(handle, mask, 1));
+}
+
+// With the handle the registration is gone, and the number of a handle may have been given to another.
+bool FgLibEventsModel::State::registered() const
+{
+    const auto present = board.lock();
+    return mask != 0 && present && present->getBoardHandle() == handle;
 }
 
 void FgLibEventsModel::State::check(int code) const
@@ -150,9 +158,7 @@ void FgLibEventsModel::State::unregister()
 {
     Deliveries::instance().remove(number);
     delivery->signal.disconnect_all_slots();
-    const auto present = board.lock();
-    // With the handle the registration is gone, and the number of a handle may have been given to another.
-    if (mask == 0 || !present || present->getBoardHandle() != handle)
+    if (!registered())
         return;
     runtime->Fg_activateEvents(handle, mask, 0);
     const int code = runtime->Fg_registerEventCallback(handle, mask, nullptr, nullptr, 0, nullptr);

@@ -108,8 +108,9 @@ void checkPair(const HlEnvironmentDmaNode& dma, const HlEnvironmentLogicalPortNo
 
 void checkDimensions(const ResourceFilter& filter)
 {
-    forEachDma(filter, [](const HlEnvironmentDmaNode& dma) {
-        forEachLogicalPort({}, [&dma](const HlEnvironmentLogicalPortNode& port) {
+    const ResourceSweep sweep;
+    sweep.forEachDma(filter, [&sweep](const HlEnvironmentDmaNode& dma) {
+        sweep.forEachLogicalPort({}, [&dma](const HlEnvironmentLogicalPortNode& port) {
             if (port.getBoard() == dma.getBoard() && port.getProcess() == dma.getProcess())
                 checkPair(dma, port);
         });

@@ -42,39 +42,45 @@ struct AcquisitionTarget
 /// a single channel, in one that does not exist, and for a target that is not there.
 std::optional<ResourceFilter> widenedReach(const AcquisitionTarget& target, Gui::SyncMode mode);
 
-namespace detail {
-
-template <class Node, class Action>
-void forEachResource(core::Environment::GlobalResourceType type, const ResourceFilter& filter, Action& action)
+/// Walks over the global resources of the environment that there is when it is made. Each walk sees what is
+/// there when it begins, in the order of the keys.
+class ResourceSweep
 {
-    const auto root = Gui::environment()->globalResourceModel()->root();
-    for (const auto resources = root->getChildren(); resources->hasNext(); resources->advance()) {
-        const auto& resource = *resources->current();
-        if (resource.getType() != type)
-            continue;
-        // The type tells the class of the node.
-        const auto node = boost::static_pointer_cast<Node>(resource.getResource().lock());
-        if (node && filter.accepts(*node))
-            action(*node);
+public:
+    ResourceSweep() : m_root(Gui::environment()->globalResourceModel()->root()) {}
+
+    /// Calls \p action for each DMA channel that the filter takes in.
+    template <class Action>
+    void forEachDma(const ResourceFilter& filter, Action action) const
+    {
+        forEach<core::models::HlEnvironmentDmaNode>(core::Environment::ResourceDma, filter, action);
     }
-}
 
-} // namespace detail
+    /// Likewise for each logical port.
+    template <class Action>
+    void forEachLogicalPort(const ResourceFilter& filter, Action action) const
+    {
+        forEach<core::models::HlEnvironmentLogicalPortNode>(core::Environment::ResourceLogicalPort, filter,
+                                                            action);
+    }
 
-/// Calls \p action for each DMA channel that the filter takes in, in the order of the resource keys.
-template <class Action>
-void forEachDma(const ResourceFilter& filter, Action action)
-{
-    detail::forEachResource<core::models::HlEnvironmentDmaNode>(core::Environment::ResourceDma, filter,
-                                                                action);
-}
+private:
+    template <class Node, class Action>
+    void forEach(core::Environment::GlobalResourceType type, const ResourceFilter& filter,
+                 Action& action) const
+    {
+        for (const auto resources = m_root->getChildren(); resources->hasNext(); resources->advance()) {
+            const auto& resource = *resources->current();
+            if (resource.getType() != type)
+                continue;
+            // The type tells the class of the node.
+            const auto node = boost::static_pointer_cast<Node>(resource.getResource().lock());
+            if (node && filter.accepts(*node))
+                action(*node);
+        }
+    }
 
-/// Likewise for each logical port.
-template <class Action>
-void forEachLogicalPort(const ResourceFilter& filter, Action action)
-{
-    detail::forEachResource<core::models::HlEnvironmentLogicalPortNode>(
-        core::Environment::ResourceLogicalPort, filter, action);
-}
+    const boost::shared_ptr<core::models::HlEnvironmentGlobalResourceRootNode> m_root;
+};
 
 } // namespace ovra::gui::commands

@@ -95,8 +95,10 @@ void StartAcquisitionCommand::executeAsync()
             startCamera(*target.port);
     } else if (const auto reach = widenedReach(target, mode)) {
         // Every channel is ready before the first camera sends.
-        forEachDma(*reach, [grabArgument](const HlEnvironmentDmaNode& dma) { startDma(dma, grabArgument); });
-        forEachLogicalPort(*reach, &startCamera);
+        const ResourceSweep sweep;
+        sweep.forEachDma(*reach,
+                         [grabArgument](const HlEnvironmentDmaNode& dma) { startDma(dma, grabArgument); });
+        sweep.forEachLogicalPort(*reach, &startCamera);
     }
 }
 

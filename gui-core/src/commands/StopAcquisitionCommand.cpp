@@ -82,8 +82,9 @@ void StopAcquisitionCommand::executeAsync()
             stopCamera(*target.port);
     } else if (const auto reach = widenedReach(target, mode)) {
         // The reverse of the start: no camera sends to a channel that has stopped.
-        forEachLogicalPort(*reach, &stopCamera);
-        forEachDma(*reach, &stopDma);
+        const ResourceSweep sweep;
+        sweep.forEachLogicalPort(*reach, &stopCamera);
+        sweep.forEachDma(*reach, &stopDma);
     }
 }
 

@@ -472,6 +472,7 @@ TEST_F(Acquisition, DoesNotAskWhereItNeedNot)
     EXPECT_EQ(asks(2, [] {}), 1U);
     EXPECT_EQ(asks(0, [] {}), 0U) << "equal sizes";
     EXPECT_EQ(asks(2, [] { Gui::setSyncMode(Gui::SyncNone); }), 0U) << "a single channel";
+    EXPECT_EQ(asks(2, [] { Gui::setSyncMode(static_cast<Gui::SyncMode>(4)); }), 0U) << "no such mode";
     Gui::setSyncMode(Gui::SyncProcess);
     EXPECT_EQ(asks(2, [&] { set("gui.preferences.sync_dma_and_camera_dimensions", 0); }), 0U);
     set("gui.preferences.sync_dma_and_camera_dimensions", 1);
@@ -511,7 +512,7 @@ TEST_F(Acquisition, ComparesEveryChannelWithEveryPortOfItsProcessAndHeedsAnAnswe
     EXPECT_EQ(camera(ALPHA_SERIAL, 1)->height(), 9);
 }
 
-TEST_F(Acquisition, BuffersAreGrantedWithinTheBudgetOfAllBoardsToTheByte)
+TEST_F(Acquisition, BuffersOfOneChannelAreGrantedWithinTheBudgetOfAllBoardsToTheByte)
 {
     constexpr unsigned long long MIB = 1 << 20;
     HarloApplication::setConfigEntry("gui.preferences.max_dma_buffersize", 1);
@@ -538,22 +539,32 @@ TEST_F(Acquisition, BuffersAreGrantedWithinTheBudgetOfAllBoardsToTheByte)
     };
     const Row rows[] = {
         {__LINE__, ALPHA_SERIAL, 1, 12, 12, 12, 8 * SMALL + 12 * LARGE},
+        {__LINE__, ALPHA_SERIAL, 1, 12, 12, 12, 8 * SMALL + 12 * LARGE}, // again: a change as well
         {__LINE__, ALPHA_SERIAL, 1, 13, 13, 12, 8 * SMALL + 12 * LARGE}, // the 13th would not fit
         {__LINE__, BETA_SERIAL, 7, 100, 100, 17, 21 * SMALL + 12 * LARGE},
         {__LINE__, ALPHA_SERIAL, 0, 9, 9, 4, 21 * SMALL + 12 * LARGE},
+        // Refused by the group: the model and the user are told all the same.
         {__LINE__, ALPHA_SERIAL, 1, 0, 13, 12, 21 * SMALL + 12 * LARGE},
         {__LINE__, ALPHA_SERIAL, 1, -3, 13, 12, 21 * SMALL + 12 * LARGE},
         {__LINE__, ALPHA_SERIAL, 1, 1, 1, 1, 21 * SMALL + 1 * LARGE},
         {__LINE__, BETA_SERIAL, 7, 100, 100, 100, 104 * SMALL + 1 * LARGE},
     };
+    Gui::setSyncMode(Gui::SyncAllBoards); // which widens starts and stops only
+    views->onLine = [](const std::string& line) { Journal::note("views " + line); };
+    const Lines told = {"views update_dma_memory", "views update_acquisition_state"};
     for (const Row& row : rows) {
         SCOPED_TRACE("row of line " + std::to_string(row.line));
-        const auto node = dma(row.serial, row.channel);
         failures.clear();
-        run(AcquisitionBufferCountChangeCommand::create(node, row.asked));
+        Journal::start();
+        run(AcquisitionBufferCountChangeCommand::create(dma(row.serial, row.channel), row.asked));
+        const std::string channel = " dma=" + std::to_string(row.channel) + ' ';
+        EXPECT_EQ(
+            journalOf({"FglibFrameBufferGroup::set", "HlEnvironmentDmaNode::set", "views"}),
+            (Lines{"FglibFrameBufferGroup::setBufferCount" + channel + "buffers=" + std::to_string(row.asked),
+                   "HlEnvironmentDmaNode::setAcqBuffersRequested" + channel + std::to_string(row.requested),
+                   "HlEnvironmentDmaNode::setAcqBuffersCurrent" + channel + std::to_string(row.current),
+                   told[0], told[1]}));
         EXPECT_EQ(failures.size(), row.asked < 1 ? 1U : 0U);
-        EXPECT_EQ(node->getAcqBuffersRequested(), row.requested);
-        EXPECT_EQ(node->getAcqBuffersCurrent(), row.current);
         expectUsed(row.used);
     }
     installation.failCall("Fg_AllocMemEx", 1, -13);
@@ -561,7 +572,13 @@ TEST_F(Acquisition, BuffersAreGrantedWithinTheBudgetOfAllBoardsToTheByte)
     EXPECT_EQ(failures.size(), 1U);
     EXPECT_EQ(dma(BETA_SERIAL, 7)->getAcqBuffersCurrent(), 100U) << "what there was before";
     expectUsed(104 * SMALL + 1 * LARGE);
+    const auto late = dma(BETA_SERIAL, 7);
     unload(BETA_SERIAL);
+    Journal::start();
+    failures.clear();
+    run(AcquisitionBufferCountChangeCommand::create(late, 8));
+    EXPECT_EQ(journalOf({"HlEnvironmentDmaNode::set", "views"}), told);
+    EXPECT_EQ(failures, Lines{});
     expectUsed(4 * SMALL + 1 * LARGE);
     unload(ALPHA_SERIAL);
     expectUsed(0);

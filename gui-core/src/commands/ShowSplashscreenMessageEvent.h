@@ -13,7 +13,7 @@ namespace ovra::gui::commands {
 struct ShowSplashscreenMessageEvent : core::Command
 {
     static boost::shared_ptr<ShowSplashscreenMessageEvent> create(const std::string& message);
-    explicit ShowSplashscreenMessageEvent(const std::string& message);
+    explicit ShowSplashscreenMessageEvent(const std::string& text);
 
     void executeSync() override;
 

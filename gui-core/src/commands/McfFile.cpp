@@ -9,6 +9,7 @@ namespace ovra::gui::commands {
 namespace {
 
 constexpr std::size_t LIMIT_BYTES = std::size_t{1} << 31; // lengths within a line are kept in 31 bits
+constexpr std::streamoff READ_BYTES = std::streamoff{1} << 18;
 
 using Entry = McfFile::Entry;
 using Section = McfFile::Section;
@@ -91,8 +92,15 @@ McfFile McfFile::read(const std::string& path, McfFile used)
     if (size <= 0 || static_cast<std::uintmax_t>(size) >= LIMIT_BYTES)
         return file;
     stream.seekg(0);
-    stream.read(file.roomFor(static_cast<std::size_t>(size)), size);
-    file.take(static_cast<std::size_t>(stream.gcount()));
+    char* const text = file.roomFor(static_cast<std::size_t>(size));
+    std::streamoff taken = 0;
+    std::size_t lineFeeds = 0;
+    // Lines are counted while the cache still holds what was just read.
+    while (taken < size && stream.read(text + taken, std::min(READ_BYTES, size - taken)).gcount() > 0) {
+        lineFeeds += countLineFeeds({text + taken, static_cast<std::size_t>(stream.gcount())});
+        taken += stream.gcount();
+    }
+    file.take(static_cast<std::size_t>(taken), lineFeeds);
     return file;
 }
 
@@ -102,7 +110,7 @@ McfFile McfFile::parse(std::string_view text)
     if (text.empty() || text.size() >= LIMIT_BYTES)
         return file;
     std::copy(text.begin(), text.end(), file.roomFor(text.size()));
-    file.take(text.size());
+    file.take(text.size(), countLineFeeds(text));
     return file;
 }
 
@@ -122,13 +130,12 @@ char* McfFile::roomFor(std::size_t size)
     return m_text.get();
 }
 
-void McfFile::take(std::size_t size)
+void McfFile::take(std::size_t size, std::size_t lineFeeds)
 {
-    const std::string_view text(m_text.get(), size);
     // As many as there can be at most; what follows may not move them.
-    m_entries.reserve(countLineFeeds(text) + 1);
+    m_entries.reserve(lineFeeds + 1);
     openSection("none");
-    takeLines(text);
+    takeLines({m_text.get(), size});
     closeSection();
     orderSections();
 }

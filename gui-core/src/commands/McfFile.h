@@ -79,7 +79,7 @@ public:
 private:
     void clear();
     char* roomFor(std::size_t size);
-    void take(std::size_t size);
+    void take(std::size_t size, std::size_t lineFeeds);
     void takeLines(std::string_view text);
     void takeLine(std::string_view line);
     void openSection(std::string_view name);

@@ -6,6 +6,7 @@
 #include <boost/dll/shared_library.hpp>
 #include <boost/make_shared.hpp>
 
+#include <algorithm>
 #include <memory>
 #include <stdexcept>
 #include <utility>
@@ -89,7 +90,8 @@ boost::shared_ptr<const Runtime> open(const std::filesystem::path& file)
     std::error_code error;
     if (!std::filesystem::is_regular_file(file, error))
         fail(file, "no such file");
-    // Never closed: the runtime has threads of its own, which would run on in memory that is gone.
+    // Never closed: the runtime has threads of its own, which would run on in memory that is gone. Each
+    // library is kept once, however many applications open it.
     static auto* const opened = new std::vector<std::unique_ptr<shared_library>>;
     auto library = std::make_unique<shared_library>();
     try {
@@ -99,7 +101,8 @@ boost::shared_ptr<const Runtime> open(const std::filesystem::path& file)
         fail(file, reason.what());
     }
     const auto bound = bindAll(*library);
-    opened->push_back(std::move(library));
+    if (std::ranges::none_of(*opened, [&](const auto& kept) { return kept->native() == library->native(); }))
+        opened->push_back(std::move(library));
     checkEntries(*bound, file);
     return bound;
 }

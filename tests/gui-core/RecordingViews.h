@@ -30,6 +30,7 @@ public:
     {
         const std::lock_guard lock(m_mutex);
         m_lines.clear();
+        m_logMessages.clear();
     }
 
     /// Lines of calls that came on another thread than the GUI thread, but for the two that may.

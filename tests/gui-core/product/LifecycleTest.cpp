@@ -58,22 +58,6 @@ protected:
     ~Lifecycle() override { Journal::stop(); }
 };
 
-/// A life of an application from its first to its last step, for tests that see several.
-class Session : public Product
-{
-public:
-    using Product::application;
-    using Product::failures;
-    using Product::installation;
-    using Product::run;
-    using Product::start;
-    using Product::stop;
-    using Product::views;
-
-private:
-    void TestBody() override {}
-};
-
 /// Lets the call at \p position of \p sequence throw when it is repeated.
 void throwAtStep(const Lines& sequence, std::size_t position)
 {

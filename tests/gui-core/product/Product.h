@@ -60,6 +60,26 @@ private:
     bool m_started = false;
 };
 
+/// A life of an application from its first to its last step, for tests that see several.
+class Session : public Product
+{
+public:
+    using Product::application;
+    using Product::dma;
+    using Product::failures;
+    using Product::installation;
+    using Product::load;
+    using Product::pumpUntil;
+    using Product::run;
+    using Product::start;
+    using Product::stop;
+    using Product::unload;
+    using Product::views;
+
+private:
+    void TestBody() override {}
+};
+
 /// The journal's lines that begin with one of \p prefixes.
 std::vector<std::string> journalOf(const std::vector<std::string>& prefixes);
 

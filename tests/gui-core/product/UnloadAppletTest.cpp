@@ -1,5 +1,4 @@
 #include "LoadedApplet.h"
-#include "ProcessMemory.h"
 
 #include "gui-core/StartAcquisitionCommand.h"
 #include "gui-core/UnloadAppletCommand.h"
@@ -12,7 +11,6 @@
 #include "ovra-lib-environment/Environment.h"
 #include "ovra-lib-environment/HlEnvironmentGlobalResourceModel.h"
 #include "ovra_log/reference/Journal.h"
-#include "ovra_log/reference/LiveObjects.h"
 
 #include <algorithm>
 #include <atomic>
@@ -247,44 +245,6 @@ TEST_F(UnloadApplet, SurvivesEveryHostCallThatThrows)
                   50U);
     }
     EXPECT_EQ(failures, Lines{});
-}
-
-TEST_F(UnloadApplet, ManyRoundsOfTheLargestAppletLeaveNothingBehind)
-{
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    // Sanitizers keep freed memory for a while, and find what leaks by themselves.
-    constexpr int ROUNDS = 100;
-    constexpr std::size_t GROWTH = SIZE_MAX;
-#else
-    constexpr int ROUNDS = 2000;
-    constexpr std::size_t GROWTH = std::size_t{256} << 10; // 150 bytes a round: the allocator is restless
-#endif
-    std::string dmas = "0";
-    std::string descriptions = R"({"index": 0, "width": 16, "height": 16})";
-    for (int i = 1; i < 16; ++i) {
-        dmas += ", " + std::to_string(i);
-        descriptions += R"(, {"index": )" + std::to_string(i) + R"(, "width": 16, "height": 16})";
-    }
-    const auto applet = installation.addAlphaApplet(
-        "largest.hap", R"("processes": [{"dmas": [)" + dmas + R"(], "ports": [0, 1, 2, 3]}], "dmas": [)" +
-                           descriptions + "]");
-    start();
-    const auto round = [&] {
-        load(ALPHA_SERIAL, applet);
-        ASSERT_TRUE(isLoaded(ALPHA_SERIAL));
-        unload(ALPHA_SERIAL);
-        views->clear();
-    };
-    for (int i = 0; i < ROUNDS / 10; ++i)
-        round(); // until caches are filled
-    const auto objects = reference::allLiveObjects();
-    const auto memory = processMemory();
-    ASSERT_GT(memory, 0U);
-    for (int i = ROUNDS / 10; i < ROUNDS && !HasFailure(); ++i)
-        round();
-    expectNothingLeftOf(ALPHA_SERIAL);
-    EXPECT_EQ(reference::allLiveObjects(), objects);
-    EXPECT_LE(processMemory(), memory + std::min(GROWTH, SIZE_MAX - memory));
 }
 
 } // namespace ovra::tests

@@ -1,0 +1,189 @@
+// Rounds of what an application repeats, after which the process may hold no more than before them.
+//
+// 300 rounds of a kind, or as many as the environment variable OVRA_SOAK_ROUNDS says; scripts/soak runs
+// 10,000.
+
+#include "ProcessResources.h"
+#include "Product.h"
+
+#include "gui-core/StartAcquisitionCommand.h"
+#include "gui-core/StopAcquisitionCommand.h"
+
+#include "simulation/fglib5/SimulationControl.h"
+
+#include "ovra-lib-display/DisplayScene.h"
+#include "ovra_log/reference/LiveObjects.h"
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <future>
+#include <thread>
+
+using ovra::gui::Gui;
+using namespace ovra::gui::commands;
+
+namespace ovra::tests {
+
+namespace {
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+// Sanitizers keep freed memory for a while, and find what leaks by themselves.
+constexpr bool MEMORY_COUNTS = false;
+constexpr int ROUNDS = 60;
+#else
+constexpr bool MEMORY_COUNTS = true;
+constexpr int ROUNDS = 300;
+#endif
+constexpr long long RESTLESSNESS = 256LL << 10; ///< of the allocator, in bytes
+
+using Round = std::function<void()>;
+
+struct Kind
+{
+    const char* name;
+    Round (*begin)(); ///< what the rounds have in common
+
+    friend void PrintTo(const Kind& kind, std::ostream* stream) { *stream << kind.name; }
+};
+
+Round applicationLives()
+{
+    return [] {
+        Session session;
+        session.start();
+        session.stop();
+        EXPECT_EQ(session.failures, std::vector<std::string>{});
+    };
+}
+
+Round loads()
+{
+    std::string dmas = "0";
+    std::string descriptions = R"({"index": 0, "width": 16, "height": 16})";
+    for (int i = 1; i < 16; ++i) {
+        dmas += ", " + std::to_string(i);
+        descriptions += R"(, {"index": )" + std::to_string(i) + R"(, "width": 16, "height": 16})";
+    }
+    const auto session = std::make_shared<Session>();
+    const auto applet = session->installation.addAlphaApplet(
+        "largest.hap", R"("processes": [{"dmas": [)" + dmas + R"(], "ports": [0, 1, 2, 3]}], "dmas": [)" +
+                           descriptions + "]");
+    session->start();
+    return [=] {
+        session->load(ALPHA_SERIAL, applet);
+        ASSERT_TRUE(session->dma(ALPHA_SERIAL, 15));
+        session->unload(ALPHA_SERIAL);
+        ASSERT_EQ(session->installation.live(FGSIM_BOARD_HANDLES), 0);
+        session->views->clear();
+    };
+}
+
+Round acquisitions()
+{
+    struct Counter : display::DisplaySceneVisualizer
+    {
+        void showImage(const display::Image&) override { ++images; }
+        std::atomic<int> images{0};
+    };
+    struct Acquiring
+    {
+        std::array<Counter, 2> shown; // outlives the scenes
+        Session session;
+    };
+    const auto all = std::make_shared<Acquiring>();
+    Session& session = all->session;
+    const auto applet = session.installation.addAlphaApplet("two.hap", R"(
+        "processes": [{"dmas": [0, 1], "ports": [0]}],
+        "dmas": [{"index": 0, "width": 64, "height": 48, "port": 0},
+                 {"index": 1, "width": 64, "height": 48,
+                  "generator": {"pattern": "ramp", "frameRate": 500, "enabled": true}}])");
+    session.start();
+    session.load(ALPHA_SERIAL, applet);
+    for (unsigned int i = 0; i < all->shown.size(); ++i)
+        session.dma(ALPHA_SERIAL, i)->getDisplayScene()->setVisualizer(&all->shown[i]);
+    Gui::setSyncMode(Gui::SyncBoard); // both channels and the camera
+    return [all, &session] {
+        for (auto& counter : all->shown)
+            counter.images = 0;
+        session.run(StartAcquisitionCommand::create(session.dma(ALPHA_SERIAL, 0), ENDLESS));
+        session.pumpUntil([&] { return all->shown[0].images > 0 && all->shown[1].images > 0; });
+        session.run(StopAcquisitionCommand::create(session.dma(ALPHA_SERIAL, 0)));
+        ASSERT_EQ(session.installation.live(FGSIM_ACQUIRING_CHANNELS), 0);
+        session.views->clear();
+    };
+}
+
+/// What has come since \p before.
+ProcessResources growth(const ProcessResources& before)
+{
+    const auto now = processResources();
+    return {now.memory - before.memory, now.handles - before.handles, now.threads - before.threads};
+}
+
+long long liveObjects()
+{
+    long long sum = 0;
+    for (const auto& [name, count] : reference::allLiveObjects())
+        sum += count;
+    return sum;
+}
+
+class Soak : public testing::TestWithParam<Kind>
+{};
+
+} // namespace
+
+TEST_P(Soak, LeavesNothingBehind)
+{
+    const char* const wanted = std::getenv("OVRA_SOAK_ROUNDS");
+    const int rounds = wanted ? std::max(std::atoi(wanted), 1) : ROUNDS;
+    const auto round = GetParam().begin();
+    for (int i = 0; i < 30 + rounds / 10 && !HasFailure(); ++i)
+        round(); // until caches are filled
+    const auto objects = liveObjects();
+    const auto before = processResources();
+    int done = 0;
+    for (; done < rounds && !HasFailure(); ++done)
+        round();
+    // The system takes its time to forget a thread that has ended.
+    auto grown = growth(before);
+    for (const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+         grown.threads > 0 && std::chrono::steady_clock::now() < end; grown = growth(before))
+        std::this_thread::yield();
+    const auto newObjects = liveObjects() - objects;
+    std::printf("%-16s %6d rounds: memory %+lld KB, handles %+lld, threads %+lld, host objects %+lld\n",
+                GetParam().name, done, grown.memory / 1024, grown.handles, grown.threads, newObjects);
+    if (MEMORY_COUNTS) {
+        EXPECT_LE(grown.memory, RESTLESSNESS);
+    }
+    EXPECT_LE(grown.handles, LATE_HANDLES);
+    EXPECT_LE(grown.threads, 0);
+    EXPECT_EQ(newObjects, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Rounds, Soak,
+                         testing::Values(Kind{"applicationLives", &applicationLives}, Kind{"loads", &loads},
+                                         Kind{"acquisitions", &acquisitions}),
+                         [](const auto& info) { return std::string(info.param.name); });
+
+// A count that stands still whatever happens would let every soak pass.
+TEST(ProcessResources, GrowWithWhatTheProcessHolds)
+{
+    const auto before = processResources();
+    const std::ifstream file(OVRA_LEGACY_APPLET);
+    std::promise<void> end;
+    const auto thread = std::async(std::launch::async, [&end] { end.get_future().wait(); });
+    const std::vector<char> bytes(64U << 20, 'x');
+    const auto grown = growth(before);
+    end.set_value();
+    EXPECT_GE(grown.memory, static_cast<long long>(bytes.size()));
+    EXPECT_GE(grown.handles, 1);
+    EXPECT_EQ(grown.threads, 1);
+}
+
+} // namespace ovra::tests

@@ -1,7 +1,8 @@
 // Applet files and what follows them, as far as it needs no runtime.
 
 #include "LogCollector.h"
-#include "TemporaryFolder.h"
+
+#include "tests/TemporaryFolder.h"
 
 #include "ovra-core/reference/Application.h"
 #include "ovra-lib-environment/Environment.h"
@@ -57,25 +58,20 @@ TEST_F(EnvironmentTest, SaysThatTheRuntimeIsMissingAndKeepsItsModel)
 
 TEST_F(EnvironmentTest, FollowsFilesThatComeAndGoWhileItMonitors)
 {
+    folder.write("elsewhere/single.hap", "x");
+    environment->forceSingleFileAddition(folder.text() + "/elsewhere/single.hap");
     folder.write("Hardware Applets/model/one.hap", "x");
     folder.write("Hardware Applets/model/readme.txt", "x");
     environment->startMonitor();
     environment->startMonitor();
-    EXPECT_TRUE(becomes({"Hardware Applets/model/one.hap"}));
+    EXPECT_TRUE(becomes({"Hardware Applets/model/one.hap", "elsewhere/single.hap"}));
     folder.write("dll/deep/er/two.dll", "x");
-    EXPECT_TRUE(becomes({"Hardware Applets/model/one.hap", "dll/deep/er/two.dll"}));
-    std::filesystem::remove(folder.path() / "Hardware Applets/model/one.hap");
+    EXPECT_TRUE(becomes({"Hardware Applets/model/one.hap", "dll/deep/er/two.dll", "elsewhere/single.hap"}));
+    std::filesystem::remove(folder.path("Hardware Applets/model/one.hap"));
+    std::filesystem::remove(folder.path("elsewhere/single.hap"));
     EXPECT_TRUE(becomes({"dll/deep/er/two.dll"}));
     environment->stopMonitor();
     EXPECT_THAT(log.texts(2), testing::Contains(HasSubstr("Applet file removed: ")));
-}
-
-TEST_F(EnvironmentTest, LooksNoMoreOnceTheMonitorHasStopped)
-{
-    folder.write("dll/early.dll", "x");
-    environment->startMonitor();
-    ASSERT_TRUE(becomes({"dll/early.dll"}));
-    environment->stopMonitor();
     folder.write("dll/late.dll", "x");
     EXPECT_FALSE(application.pumpUntil([&] { return paths().size() > 1; }, 400ms));
 }
@@ -92,56 +88,34 @@ TEST_F(EnvironmentTest, StopsItsMonitorWithoutWaitingForTheNextLook)
 
 TEST_F(EnvironmentTest, ReadsAFileThatIsAddedOnlyWithAutoScan)
 {
+    const auto reasonOf = [this](const std::string& name) {
+        return files()->getAllFilesEntry(folder.text() + "/dll/" + name)->getBrokenReason();
+    };
     folder.write("dll/early.dll", "x");
     environment->startMonitor();
     ASSERT_TRUE(becomes({"dll/early.dll"}));
-    const auto node = files()->getAllFilesEntry(folder.text() + "/dll/early.dll");
-    EXPECT_EQ(node->getBrokenReason(), "");
-    EXPECT_EQ(node->getNrOfProcesses(), -1);
-
+    EXPECT_EQ(reasonOf("early.dll"), "");
     environment->enableAutoScan(true);
     folder.write("dll/later.dll", "x");
     ASSERT_TRUE(becomes({"dll/early.dll", "dll/later.dll"}));
     environment->stopMonitor();
-    EXPECT_THAT(files()->getAllFilesEntry(folder.text() + "/dll/later.dll")->getBrokenReason(), Not(""));
+    EXPECT_THAT(reasonOf("later.dll"), Not(""));
 }
 
-TEST_F(EnvironmentTest, MarksABrokenFileWithOneWarning)
+TEST_F(EnvironmentTest, MarksABrokenFileWithOneWarningAndKeepsItsNode)
 {
-    folder.write("elsewhere/broken.hap", "x");
     const std::string path = folder.text() + "/elsewhere/broken.hap";
+    environment->forceSingleFileAddition(path);
+    EXPECT_FALSE(files()->getAllFilesEntry(path)); // it is not there yet
+    folder.write("elsewhere/broken.hap", "x");
     environment->forceSingleFileAddition(path);
     const auto node = files()->getAllFilesEntry(path);
     ASSERT_TRUE(node);
     EXPECT_EQ(node->getFileName(), "broken.hap");
     EXPECT_EQ(node->getType(), "");
+    EXPECT_EQ(node->getNrOfProcesses(), -1);
     EXPECT_THAT(node->getBrokenReason(), HasSubstr("fglib5"));
     EXPECT_THAT(log.texts(), ElementsAre(testing::StartsWith(path + ": ")));
-}
-
-TEST_F(EnvironmentTest, KeepsAFileThatWasAddedSinglyUntilItIsGone)
-{
-    folder.write("elsewhere/single.hap", "x");
-    environment->forceSingleFileAddition(folder.text() + "/elsewhere/single.hap");
-    folder.write("dll/other.dll", "x");
-    environment->startMonitor();
-    EXPECT_TRUE(becomes({"dll/other.dll", "elsewhere/single.hap"}));
-    std::filesystem::remove(folder.path() / "elsewhere/single.hap");
-    EXPECT_TRUE(becomes({"dll/other.dll"}));
-}
-
-TEST_F(EnvironmentTest, AddsNoFileThatIsNotThere)
-{
-    environment->forceSingleFileAddition(folder.text() + "/nothing.hap");
-    EXPECT_EQ(files()->getAllFilesEntryChildCount(), 0U);
-}
-
-TEST_F(EnvironmentTest, KeepsTheNodeOfAFileThatIsAddedAgain)
-{
-    folder.write("again.hap", "x");
-    const std::string path = folder.text() + "/again.hap";
-    environment->forceSingleFileAddition(path);
-    const auto node = files()->getAllFilesEntry(path);
     environment->forceSingleFileAddition(path);
     EXPECT_EQ(files()->getAllFilesEntry(path), node);
 }

@@ -36,49 +36,32 @@ protected:
     boost::shared_ptr<HlEnvironmentBoardNode> board = HlEnvironmentBoardNode::create(0, 0xa1b2c3, 7, "model");
 };
 
-TEST_F(ModelTest, WalksChildrenInAscendingOrder)
+TEST_F(ModelTest, WalksInAscendingOrderOverWhatWasThereWhenTheWalkBegan)
 {
-    for (const unsigned int index : {12U, 3U, 7U})
-        board->addDmasEntry(index, dma(index));
-    EXPECT_THAT(indices(board->getDmas()), ElementsAre(3U, 7U, 12U));
+    const auto node = dma(3);
+    board->addDmasEntry(12, dma(12));
+    board->addDmasEntry(3, node);
+    board->addDmasEntry(7, dma(7));
+    const auto walk = board->getDmas();
+    board->addDmasEntry(1, dma(1));
+    board->getDmasEntryNode()->_children().clear();
+    EXPECT_THAT(indices(walk), ElementsAre(3U, 7U, 12U));
+    EXPECT_THAT(indices(board->getDmas()), IsEmpty());
+    EXPECT_FALSE(node->_parent().get());
+    EXPECT_EQ(board->getDmasEntryNode()->_children().count(), 0U);
+    node->_children().clear(); // there can be none
+    EXPECT_EQ(node->_children().count(), 0U);
 }
 
-TEST_F(ModelTest, ReplacesAnIndexThatExistsAndOrphansTheOldNode)
+TEST_F(ModelTest, ReplacesAnIndexThatExistsAndOrphansTheOldNodeOnly)
 {
     const auto first = dma(5), second = dma(6);
     board->addDmasEntry(1, first);
     board->addDmasEntry(1, second);
+    board->addDmasEntry(1, second);
     EXPECT_THAT(indices(board->getDmas()), ElementsAre(6U));
     EXPECT_FALSE(first->_parent().get());
     EXPECT_EQ(second->_parent().get()->_parent().get(), board);
-}
-
-TEST_F(ModelTest, KeepsAParentWhenANodeReplacesItself)
-{
-    const auto node = dma(1);
-    board->addDmasEntry(1, node);
-    board->addDmasEntry(1, node);
-    EXPECT_EQ(node->_parent().get(), board->getDmasEntryNode());
-}
-
-TEST_F(ModelTest, WalksOverWhatWasThereWhenTheWalkBegan)
-{
-    board->addDmasEntry(0, dma(0));
-    board->addDmasEntry(2, dma(2));
-    const auto walk = board->getDmas();
-    board->addDmasEntry(1, dma(1));
-    board->getDmasEntryNode()->_children().clear();
-    EXPECT_THAT(indices(walk), ElementsAre(0U, 2U));
-    EXPECT_THAT(indices(board->getDmas()), IsEmpty());
-}
-
-TEST_F(ModelTest, OrphansWhatIsCleared)
-{
-    const auto node = dma(1);
-    board->addDmasEntry(1, node);
-    board->getDmasEntryNode()->_children().clear();
-    EXPECT_FALSE(node->_parent().get());
-    EXPECT_EQ(board->getDmasEntryNode()->_children().count(), 0U);
 }
 
 TEST_F(ModelTest, ForgetsLinksToNodesThatAreGone)
@@ -109,13 +92,6 @@ TEST_F(ModelTest, FindsResourcesByKeyInByteOrder)
         keys.push_back(each->current()->getKey());
     EXPECT_THAT(keys, ElementsAre("board-1-dma", "board-2"));
     EXPECT_FALSE(model.root()->getChild("board-10"));
-}
-
-TEST_F(ModelTest, HasNoChildrenWhereThereCanBeNone)
-{
-    const auto node = dma(0);
-    node->_children().clear();
-    EXPECT_EQ(node->_children().count(), 0U);
 }
 
 TEST_F(ModelTest, MayBeReadWhileItChanges)

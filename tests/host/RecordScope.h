@@ -22,18 +22,11 @@ public:
     bool waitFor(const std::string& line) const
     {
         const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-        while (!has(line)) {
-            if (std::chrono::steady_clock::now() > deadline)
-                return false;
-            std::this_thread::yield();
+        for (; std::chrono::steady_clock::now() < deadline; std::this_thread::yield()) {
+            const auto lines = ovra::reference::Journal::lines();
+            if (std::find(lines.begin(), lines.end(), line) != lines.end())
+                return true;
         }
-        return true;
-    }
-
-private:
-    static bool has(const std::string& line)
-    {
-        const auto lines = ovra::reference::Journal::lines();
-        return std::find(lines.begin(), lines.end(), line) != lines.end();
+        return false;
     }
 };

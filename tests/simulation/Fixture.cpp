@@ -4,8 +4,6 @@
 
 #include <fstream>
 #include <map>
-#include <random>
-#include <sstream>
 
 namespace simulation::tests {
 
@@ -46,8 +44,11 @@ Runtime::Runtime()
 {
 #define FGLIB5_ENTRY(result, name, symbol, parameters, arguments, missing) bind(name, #name);
 #include "fglib5/Fglib5Entries.inc"
-#define OVRA_BOUND(name) bind(name, #name);
-    OVRA_BESIDE(OVRA_BOUND)
+#define OVRA_BOUND(name, parameters, arguments) bind(name, #name);
+    FGCAM_ENTRIES(OVRA_BOUND)
+#undef OVRA_BOUND
+#define OVRA_BOUND(result, name, parameters, arguments) bind(name, #name);
+    FGSIM_ENTRIES(OVRA_BOUND)
 #undef OVRA_BOUND
 }
 
@@ -84,9 +85,6 @@ const char* const smallApplet = R"({
 
 SimulationTest::SimulationTest() : runtime(sharedRuntime())
 {
-    std::random_device random;
-    folder_ = std::filesystem::temp_directory_path() / ("ovra-simulation-" + std::to_string(random()));
-    std::filesystem::create_directories(folder_);
     runtime.FgSim_clearFaults();
     runtime.FgSim_setJournal(0);
     runtime.FgSim_resetCounts();
@@ -101,23 +99,12 @@ SimulationTest::~SimulationTest()
     for (const int kind : {FGSIM_BOARD_HANDLES, FGSIM_RINGS, FGSIM_RING_BYTES, FGSIM_ACQUIRING_CHANNELS,
                            FGSIM_APPLET_ITERATORS})
         EXPECT_EQ(runtime.FgSim_live(kind), 0) << "left over of kind " << kind;
-    std::error_code ignored; // Windows keeps an opened applet library
-    std::filesystem::remove_all(folder_, ignored);
-}
-
-std::string SimulationTest::write(const std::string& name, const std::string& content) const
-{
-    const auto file = folder_ / name;
-    std::filesystem::create_directories(file.parent_path());
-    std::ofstream(file, std::ios::binary) << content;
-    return file.string();
 }
 
 std::string SimulationTest::read(const std::string& file)
 {
-    std::ostringstream content;
-    content << std::ifstream(std::filesystem::path(file), std::ios::binary).rdbuf();
-    return content.str();
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 int SimulationTest::useMachine(const std::string& content) const

@@ -2,15 +2,12 @@
 /// The simulated runtime, opened at run time as its clients open it, and a throw-away folder for each test.
 #pragma once
 
-#include "fglib5/CameraControl.h"
-#include "fglib5/Fglib5Types.h"
-#include "simulation/fglib5/SimulationControl.h"
+#include "simulation/fglib5/Entries.h"
+#include "tests/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -23,27 +20,11 @@ struct Runtime
 
 #define FGLIB5_ENTRY(result, name, symbol, parameters, arguments, missing) result(*name) parameters;
 #include "fglib5/Fglib5Entries.inc"
-#define OVRA_BESIDE(X)   \
-    X(FgCam_getCount)    \
-    X(FgCam_getPort)     \
-    X(FgCam_getString)   \
-    X(FgCam_getInteger)  \
-    X(FgCam_setInteger)  \
-    X(FgCam_start)       \
-    X(FgCam_stop)        \
-    X(FgSim_setMachine)  \
-    X(FgSim_addFault)    \
-    X(FgSim_clearFaults) \
-    X(FgSim_setDelay)    \
-    X(FgSim_callCount)   \
-    X(FgSim_totalCalls)  \
-    X(FgSim_resetCounts) \
-    X(FgSim_live)        \
-    X(FgSim_setJournal)  \
-    X(FgSim_getJournal)  \
-    X(FgSim_raiseEvent)
-#define OVRA_MEMBER(name) name##_t* name;
-    OVRA_BESIDE(OVRA_MEMBER)
+#define OVRA_MEMBER(name, parameters, arguments) name##_t* name;
+    FGCAM_ENTRIES(OVRA_MEMBER)
+#undef OVRA_MEMBER
+#define OVRA_MEMBER(result, name, parameters, arguments) name##_t* name;
+    FGSIM_ENTRIES(OVRA_MEMBER)
 #undef OVRA_MEMBER
 };
 
@@ -65,9 +46,12 @@ protected:
     ~SimulationTest() override;
 
     /// Writes a file into the test's folder and gives its path.
-    std::string write(const std::string& name, const std::string& content) const;
+    std::string write(const std::string& name, const std::string& content) const
+    {
+        return folder_.write(name, content).string();
+    }
+    std::string path(const std::string& name) const { return folder_.path(name).string(); }
     static std::string read(const std::string& file);
-    std::string path(const std::string& name) const { return (folder_ / name).string(); }
 
     int useMachine(const std::string& content) const;
     /// \p content on board 0, freed with the test.
@@ -78,16 +62,17 @@ protected:
     const Runtime& runtime;
 
 private:
-    std::filesystem::path folder_;
+    const TemporaryFolder folder_;
     std::vector<Fg_Struct*> open_;
 };
 
-/// Names a case of a table after the line of its row.
-template <class Row>
-std::string rowName(const testing::TestParamInfo<Row>& info)
+/// A description with one fault in it, and what its refusal says.
+struct Broken
 {
-    return "Line" + std::to_string(info.param.line);
-}
+    const char* from;
+    const char* to;
+    const char* expected;
+};
 
 /// Replaces the one occurrence of \p from.
 std::string with(std::string text, const std::string& from, const std::string& to);

@@ -31,6 +31,8 @@ TEST_F(Asking, ReadsAButtonAndWhetherItIsToBeRemembered)
     EXPECT_FALSE(askUser("0\n").remember);
     EXPECT_EQ(askUser(" 1  remember \n").button, 1);
     EXPECT_TRUE(askUser("1 remember\n").remember);
+    EXPECT_EQ(askUser("x").button, 2); // the last one, at the end of the input
+    EXPECT_FALSE(askUser("").remember);
 }
 
 TEST_F(Asking, AsksAgainUntilTheAnswerMakesSense)
@@ -40,23 +42,6 @@ TEST_F(Asking, AsksAgainUntilTheAnswerMakesSense)
               "Which?\n  0  first\n  1  second\n  2  third\n"
               "0, 1 or 2 [remember]: 0, 1 or 2 [remember]: 0, 1 or 2 [remember]: 0, 1 or 2 [remember]: "
               "0, 1 or 2 [remember]: 0, 1 or 2 [remember]: 0, 1 or 2 [remember]: Answer: second.\n");
-}
-
-TEST_F(Asking, TakesTheLastButtonAtTheEndOfInput)
-{
-    EXPECT_EQ(askUser("x").button, 2);
-    EXPECT_FALSE(askUser("").remember);
-}
-
-TEST_F(Asking, TakesTheAnswerThatWasSetWhereNobodyCanBeAsked)
-{
-    ChoiceDialog dialog(printer, {});
-    EXPECT_EQ(dialog.ask("Which?", {"first", "second", "third"}).button, 2);
-    dialog.setAnswer({0, true});
-    const auto answer = dialog.ask("Which?", {"first", "second", "third"});
-    EXPECT_EQ(answer.button, 0);
-    EXPECT_TRUE(answer.remember);
-    EXPECT_TRUE(output.str().ends_with("Answer: first, from now on.\n")) << output.str();
 }
 
 } // namespace

@@ -76,118 +76,65 @@ TEST(ConsoleErrors, EveryBadLineGetsOneLineWithItsNumberAndTheSessionGoesOn)
     EXPECT_EQ(outcome.exitCode, 1);
 }
 
-TEST(ConsoleErrors, ASessionWithoutErrorEndsWithExitCode0)
-{
-    const auto outcome = Workspace().console("# a comment\n\nboards\nquit\necho after the end\n");
-    EXPECT_EQ(outcome.exitCode, 0) << outcome.text();
-    EXPECT_THAT(outcome.linesWith("error:"), IsEmpty()) << outcome.text();
-    EXPECT_THAT(outcome.lines, Not(Contains("after the end"))) << outcome.text();
-    EXPECT_EQ(outcome.lines.back(), "Application closed.");
-}
-
 TEST(ConsoleErrors, AScriptThatCannotBeReadIsNamed)
 {
-    const auto outcome = Workspace().console("", {"--script", "no-such-script.txt"});
-    EXPECT_THAT(outcome.lines, ElementsAre("error: cannot read the script no-such-script.txt"));
-    EXPECT_EQ(outcome.exitCode, 1);
-
     const Workspace workspace;
-    const std::string folder = workspace.path("any").parent_path().string();
-    const auto ofAFolder = workspace.console("", {"--script", folder});
-    EXPECT_THAT(ofAFolder.lines, ElementsAre("error: cannot read the script " + folder));
-    EXPECT_EQ(ofAFolder.exitCode, 1);
+    for (const auto& script : {std::string("no-such-script.txt"), textOf(workspace.path())}) {
+        const auto outcome = workspace.console("", {"--script", script});
+        EXPECT_THAT(outcome.lines, ElementsAre("error: cannot read the script " + script));
+        EXPECT_EQ(outcome.exitCode, 1);
+    }
 }
 
-TEST(ConsoleErrors, ABrokenLineOfTheConfigurationIsToldAndKept)
+TEST(ConsoleErrors, AMachineDescriptionThatCannotBeUsedGetsOneLineThatNamesFileAndPlaceAndNoCommandRuns)
 {
     const Workspace workspace;
-    const auto file = workspace.write("entries.txt", "gui.some.entry=1\nno entry at all\n");
-    const auto outcome =
-        workspace.console("sync-mode 0\nload 0 SingleAreaGray.hap\nquit\n", {"--config", file.string()});
-    EXPECT_THAT(outcome.lines,
-                Contains(AllOf(StartsWith("warning: "), HasSubstr("entries.txt"), HasSubstr("2"))))
-        << outcome.text();
-}
-
-/// A machine description that cannot be used, and what the message says beside the file's name.
-struct BrokenMachine
-{
-    const char* content;
-    const char* place;
-    const char* expected;
-};
-
-constexpr BrokenMachine brokenMachines[] = {
-    {"{\n  \"name\": \"M\",\n  \"boards\": [,\n}\n", "line 3", "expected"},
-    {"{\n  \"name\": \"M\",\n  \"boards\": 17\n}\n", "/boards", "expected"},
-    {"", "line 1", "expected"},
-};
-
-TEST(ConsoleErrors, ABrokenMachineDescriptionGetsOneLineThatNamesFileAndPlaceAndNoCommandRuns)
-{
-    for (const auto& [content, place, expected] : brokenMachines) {
-        SCOPED_TRACE(content);
-        const Workspace workspace;
-        const auto machine = workspace.write("machine.json", content);
-        const auto outcome = workspace.console("echo commands run\n", {"--machine", machine.string()});
-
-        const auto errors = outcome.linesWith("error:");
-        ASSERT_THAT(errors, SizeIs(1)) << outcome.text();
-        EXPECT_THAT(errors[0], AllOf(HasSubstr("machine.json"), HasSubstr(place), HasSubstr(expected)));
+    workspace.write("syntax.json", "{\n  \"name\": \"M\",\n  \"boards\": [,\n}\n");
+    workspace.write("type.json", "{\n  \"name\": \"M\",\n  \"boards\": 17\n}\n");
+    workspace.write("empty.json", "");
+    struct Row
+    {
+        const char* file;
+        const char* place;
+    };
+    for (const auto& [file, place] : {Row{"syntax.json", "line 3"},
+                                      {"type.json", "/boards"},
+                                      {"empty.json", "line 1"},
+                                      {"nowhere.json", ""}}) {
+        const auto outcome =
+            workspace.console("echo commands run\n", {"--machine", workspace.path(file).string()});
+        EXPECT_THAT(outcome.linesWith("error:"),
+                    ElementsAre(AllOf(HasSubstr(file), HasSubstr(place), HasSubstr("expected"))))
+            << outcome.text();
         EXPECT_THAT(outcome.lines, Not(Contains("commands run"))) << outcome.text();
         EXPECT_EQ(outcome.lines.back(), "Application closed.");
         EXPECT_EQ(outcome.exitCode, 1);
     }
 }
 
-TEST(ConsoleErrors, AMissingMachineDescriptionIsNamed)
-{
-    const Workspace workspace;
-    const auto outcome =
-        workspace.console("boards\n", {"--machine", workspace.path("nowhere.json").string()});
-    const auto errors = outcome.linesWith("error:");
-    ASSERT_THAT(errors, SizeIs(1)) << outcome.text();
-    EXPECT_THAT(errors[0], HasSubstr("nowhere.json"));
-    EXPECT_EQ(outcome.exitCode, 1);
-}
-
-TEST(ConsoleSession, ShowsEachCommandBeforeItIsCarriedOut)
+TEST(ConsoleSession, ShowsEachCommandBeforeItIsCarriedOutUntilItQuits)
 {
     const Workspace workspace;
     const auto script =
-        workspace.write("script.txt", "# heading\r\necho one # comment\r\n\r\necho  \"two  blanks\"\r\n");
+        workspace.write("script.txt", "# heading\r\necho one # comment\r\n\r\n"
+                                      "echo  \"two  blanks\"\r\nquit\r\necho after the end\r\n");
     const auto outcome = workspace.console("", {"--script", script.string()});
     EXPECT_THAT(outcome.lines,
                 testing::IsSupersetOf({"# heading", "> echo one # comment", "one", "two  blanks"}))
         << outcome.text();
+    EXPECT_THAT(outcome.lines, Not(Contains("after the end"))) << outcome.text();
+    EXPECT_EQ(outcome.lines.back(), "Application closed.");
     EXPECT_EQ(outcome.exitCode, 0);
 }
 
 TEST(ConsoleSession, HelpExplainsEveryCommandAndOne)
 {
     const auto outcome = Workspace().console("help\necho ---\nhelp load\n");
-    for (const char* command : {"boards",
-                                "applets [TEXT]",
-                                "load BOARD APPLET [MCF]",
-                                "structure [BOARD]",
-                                "resources",
-                                "start BOARD dma|port INDEX [COUNT]",
-                                "stop BOARD dma|port INDEX",
-                                "sync-mode [MODE]",
-                                "save-image BOARD DMA FILE.png",
-                                "statistics",
-                                "unload BOARD",
-                                "rescan",
-                                "memory",
-                                "quit",
-                                "parameters BOARD [DMA]",
-                                "get BOARD [DMA] NAME",
-                                "set BOARD [DMA] NAME VALUE",
-                                "store-mcf BOARD FILE.mcf",
-                                "load-mcf BOARD FILE.mcf",
-                                "buffers BOARD DMA [COUNT]",
-                                "generator BOARD DMA on|off"})
-        EXPECT_THAT(outcome.lines, Contains(command)) << outcome.text();
+    EXPECT_THAT(outcome.lines, // a command of each kind
+                testing::IsSupersetOf({"boards", "load BOARD APPLET [MCF]", "structure [BOARD]",
+                                       "start BOARD dma|port INDEX [COUNT]", "set BOARD [DMA] NAME VALUE",
+                                       "store-mcf BOARD FILE.mcf", "generator BOARD DMA on|off"}))
+        << outcome.text();
     const auto last = std::find(outcome.lines.begin(), outcome.lines.end(), "---");
     EXPECT_EQ(std::count(last, outcome.lines.end(), "load BOARD APPLET [MCF]"), 1);
 }
@@ -272,7 +219,8 @@ TEST(ConsoleSession, AParameterIsSetOnEveryChannelOrOnTheOneThatIsNamed)
 TEST(ConsoleSession, AChannelGetsOtherBuffersAndItsGeneratorsImagesAndTellsWhatItLost)
 {
     const Workspace workspace;
-    const auto entries = workspace.write("entries", "gui.preferences.max_dma_buffersize=16\n");
+    const auto entries =
+        workspace.write("entries", "no entry at all\ngui.preferences.max_dma_buffersize=16\n");
     // Faster than any memory: most images are lost.
     const auto outcome = workspace.console(
         "load 0 SingleAreaGray.hap\nstart 0 dma 0\ngenerator 0 0 on\nset 0 FG_GEN_FRAMERATE 100000\n"
@@ -284,6 +232,7 @@ TEST(ConsoleSession, AChannelGetsOtherBuffersAndItsGeneratorsImagesAndTellsWhatI
                                "Acquiring: board 0 DMA 0.", "board 0 DMA 0: 4 buffers.",
                                "board 0 DMA 0: 21 of 1000 buffers, all that the DMA memory is enough for."}))
         << outcome.text();
+    EXPECT_THAT(outcome.linesWith("warning: "), Contains(HasSubstr("entries:1: "))) << outcome.text();
     const auto statistics = outcome.linesWith("board 0 DMA 0: ").back();
     EXPECT_THAT(statistics, AllOf(HasSubstr(" per second, "), EndsWith(" lost"), Not(EndsWith(" 0 lost"))));
     EXPECT_EQ(outcome.exitCode, 0) << outcome.text();
@@ -308,20 +257,13 @@ TEST(ConsoleSession, WaitingEndsWithAnErrorWhenAChannelStopsBeforeItsImagesHaveC
 {
     const auto outcome = Workspace().console("load 0 SingleAreaGray.hap\nstart 0 dma 0 3\nwait 3 images 0 0\n"
                                              "wait 4 images 0 0\nsave-image 0 7 none.png\n");
+    EXPECT_THAT(outcome.linesWith("DMA memory: ").back(), StartsWith("DMA memory: 0.0 of "))
+        << outcome.text();
     EXPECT_THAT(outcome.linesWith("error:"),
                 ElementsAre("error: line 4: board 0 DMA 0: 3 of 4 images arrived, and it does not acquire",
                             "error: line 5: board 0 has no DMA channel 7; it has 0"))
         << outcome.text();
     EXPECT_EQ(outcome.exitCode, 1);
-}
-
-TEST(ConsoleSession, BoardsThatAreStillLoadedAtTheEndAreUnloaded)
-{
-    const auto outcome = Workspace().console("load 0 SingleAreaGray.hap\nstart 0 dma 0\n");
-    const auto memory = outcome.linesWith("DMA memory: ");
-    ASSERT_FALSE(memory.empty());
-    EXPECT_THAT(memory.back(), StartsWith("DMA memory: 0.0 of ")) << outcome.text();
-    EXPECT_EQ(outcome.exitCode, 0) << outcome.text();
 }
 
 TEST(ConsoleProgram, ShowsTheLibrarysOwnTwoLinesWhenTheirLevelIsAskedFor)
@@ -346,8 +288,7 @@ TEST(MinimalFrontEnd, ListsTheBoards)
 {
     const auto outcome = Workspace().run(OVRA_MINIMAL_FRONT_END, {}, "");
     EXPECT_EQ(outcome.exitCode, 0) << outcome.text();
-    EXPECT_THAT(outcome.linesWith("0 - "), SizeIs(1)) << outcome.text();
-    EXPECT_THAT(outcome.linesWith("1 - "), SizeIs(1)) << outcome.text();
+    EXPECT_THAT(outcome.lines, testing::IsSupersetOf({StartsWith("0 - "), StartsWith("1 - ")}));
 }
 
 } // namespace

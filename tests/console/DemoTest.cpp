@@ -1,4 +1,3 @@
-#include "Picture.h"
 #include "Workspace.h"
 
 #include <gmock/gmock.h>
@@ -6,6 +5,16 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <fstream>
+#include <memory>
+#include <set>
+#include <stdexcept>
+
+#define STB_IMAGE_IMPLEMENTATION
+#define STB_IMAGE_STATIC
+#define STBI_ONLY_PNG
+#define STBI_NO_STDIO
+#include <stb/stb_image.h>
 
 using namespace ovra::tests;
 using testing::AllOf;
@@ -15,13 +24,36 @@ using testing::IsEmpty;
 
 namespace {
 
+/// 8-bit grey, row by row.
+struct Picture
+{
+    int width = 0;
+    int height = 0;
+    std::vector<std::uint8_t> pixels;
+
+    std::size_t greyValues() const { return std::set(pixels.begin(), pixels.end()).size(); }
+};
+
+/// Reads a PNG file with code of its own, not with what writes it.
+Picture readPng(const std::string& bytes)
+{
+    int width = 0, height = 0, components = 0;
+    const std::unique_ptr<stbi_uc, void (*)(void*)> pixels(
+        stbi_load_from_memory(reinterpret_cast<const stbi_uc*>(bytes.data()), static_cast<int>(bytes.size()),
+                              &width, &height, &components, 0),
+        stbi_image_free);
+    if (!pixels || components != 1)
+        throw std::runtime_error("no grey PNG file");
+    return {width, height, {pixels.get(), pixels.get() + std::ptrdiff_t{width} * height}};
+}
+
 /// A picture of the demo: its size is that of the channel it comes from. A camera's picture has nearly all
 /// shades, a generator's has those of its pattern.
 struct Expected
 {
     const char* name;
     int width, height;
-    int greyValues; ///< at least
+    std::size_t greyValues; ///< at least
 };
 
 constexpr Expected pictures[] = {
@@ -33,7 +65,7 @@ constexpr Expected pictures[] = {
 
 struct Demo : testing::Test
 {
-    Picture picture(const char* name) const { return readPng(workspace.path("out") / name); }
+    Picture picture(const char* name) const { return readPng(workspace.read(std::string("out/") + name)); }
 
     const Workspace workspace;
     const Outcome outcome =
@@ -66,13 +98,11 @@ TEST_F(Demo, RunsWithoutErrorAndSavesAPictureOfEveryChannelThatShowsWhetherItsSi
                       Contains(HasSubstr("FG_GEN_FRAMERATE 50 Hz, GAIN 2.5, "))))
         << outcome.text();
 
-    const auto memory = outcome.linesWith("DMA memory: ");
-    ASSERT_FALSE(memory.empty());
-    EXPECT_TRUE(memory.back().starts_with("DMA memory: 0.0 of ")) << outcome.text();
+    EXPECT_TRUE(outcome.linesWith("DMA memory: ").back().starts_with("DMA memory: 0.0 of "))
+        << outcome.text();
 
     for (const auto& expected : pictures) {
         SCOPED_TRACE(expected.name);
-        ASSERT_TRUE(std::filesystem::exists(workspace.path("out") / expected.name)) << outcome.text();
         const auto saved = picture(expected.name);
         EXPECT_EQ(saved.width, expected.width);
         EXPECT_EQ(saved.height, expected.height);

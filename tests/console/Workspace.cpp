@@ -2,23 +2,11 @@
 
 #include "RunProgram.h"
 
-#include "front-ends/console/Paths.h"
-
 #include <fstream>
-#include <random>
 
 namespace ovra::tests {
 
 namespace {
-
-std::filesystem::path newFolder()
-{
-    std::random_device random;
-    const auto folder = std::filesystem::temp_directory_path() /
-                        ("ovra-console-test-" + std::to_string(random()) + "-" + std::to_string(random()));
-    std::filesystem::create_directories(folder);
-    return folder;
-}
 
 std::vector<std::string> readLines(const std::filesystem::path& file)
 {
@@ -47,26 +35,6 @@ std::string Outcome::text() const
     for (const auto& line : lines)
         all += "| " + line + "\n";
     return all;
-}
-
-Workspace::Workspace() : m_folder(newFolder()) {}
-
-Workspace::~Workspace()
-{
-    std::error_code ignored; // a file left behind in the temporary folder is no reason to fail
-    std::filesystem::remove_all(m_folder, ignored);
-}
-
-std::filesystem::path Workspace::path(const std::string& name) const
-{
-    return m_folder / console::pathOf(name);
-}
-
-std::filesystem::path Workspace::write(const std::string& name, const std::string& content) const
-{
-    const auto file = path(name);
-    std::ofstream(file, std::ios::binary) << content;
-    return file;
 }
 
 Outcome Workspace::run(const std::filesystem::path& program, const std::vector<std::string>& arguments,

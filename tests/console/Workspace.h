@@ -2,6 +2,8 @@
 /// Workspace: a throw-away folder, and the console run in it.
 #pragma once
 
+#include "tests/TemporaryFolder.h"
+
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -19,27 +21,14 @@ struct Outcome
     std::string text() const;
 };
 
-class Workspace
+class Workspace : public TemporaryFolder
 {
 public:
-    Workspace();
-    ~Workspace();
-    Workspace(const Workspace&) = delete;
-    Workspace& operator=(const Workspace&) = delete;
-
-    /// Path of a file in the folder. Names are UTF-8.
-    std::filesystem::path path(const std::string& name) const;
-    /// Writes a file into the folder, and gives its path.
-    std::filesystem::path write(const std::string& name, const std::string& content) const;
-
     /// \p input is what the program reads.
     Outcome run(const std::filesystem::path& program, const std::vector<std::string>& arguments,
                 const std::string& input) const;
     /// The console with the lines of a session.
     Outcome console(const std::string& lines, const std::vector<std::string>& arguments = {}) const;
-
-private:
-    const std::filesystem::path m_folder;
 };
 
 } // namespace ovra::tests

@@ -7,7 +7,7 @@
 #include <cstdio>
 #include <stdexcept>
 
-#include <spawn.h>
+#include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -20,25 +20,21 @@ namespace {
 class RunningConsole
 {
 public:
-    explicit RunningConsole(const std::string& lines, const std::string& machine)
+    RunningConsole(const std::string& lines, const std::string& machine)
     {
         int input[2]{}, output[2]{};
-        if (pipe(input) != 0 || pipe(output) != 0)
+        if (pipe2(input, O_CLOEXEC) != 0 || pipe2(output, O_CLOEXEC) != 0)
             throw std::runtime_error("no pipe");
-        posix_spawn_file_actions_t actions;
-        posix_spawn_file_actions_init(&actions);
-        posix_spawn_file_actions_adddup2(&actions, input[0], STDIN_FILENO);
-        posix_spawn_file_actions_adddup2(&actions, output[1], STDOUT_FILENO);
-        posix_spawn_file_actions_adddup2(&actions, output[1], STDERR_FILENO);
-        posix_spawn_file_actions_addclose(&actions, input[1]);
-        std::string program = OVRA_CONSOLE, option = "--machine", file = machine;
-        char* arguments[] = {program.data(), option.data(), file.data(), nullptr};
-        const int failure = posix_spawn(&m_process, program.c_str(), &actions, nullptr, arguments, environ);
-        posix_spawn_file_actions_destroy(&actions);
+        m_process = fork();
+        if (m_process == 0) {
+            dup2(input[0], STDIN_FILENO);
+            dup2(output[1], STDOUT_FILENO);
+            dup2(output[1], STDERR_FILENO);
+            execl(OVRA_CONSOLE, OVRA_CONSOLE, "--machine", machine.c_str(), nullptr);
+            _exit(127);
+        }
         close(input[0]);
         close(output[1]);
-        if (failure != 0)
-            throw std::runtime_error("the console does not start");
         m_input = fdopen(input[1], "w");
         m_output = fdopen(output[0], "r");
         std::fputs(lines.c_str(), m_input);
@@ -109,22 +105,17 @@ struct Interrupting : testing::Test
     const std::string begin = "load 0 SingleAreaGray.hap\nstart 0 dma 0\n";
 };
 
-struct Moment
-{
-    const char* lines;
-    const char* sign; ///< the line by which that moment is recognised
-    int signal;
-};
-
-constexpr Moment moments[] = {
-    {"", "Acquiring: ", SIGINT}, // waits for the next line
-    {"wait 60\necho next\n", "> wait 60", SIGTERM},
-    {"wait 9 images\n", "> wait 9", SIGINT},
-};
-
 TEST_F(Interrupting, OnceEndsTheSessionInOrderWhateverItIsAt)
 {
-    for (const auto& [lines, sign, signal] : moments) {
+    struct Moment
+    {
+        const char* lines;
+        const char* sign; ///< the line by which that moment is recognised
+        int signal;
+    };
+    for (const auto& [lines, sign, signal] : {Moment{"", "Acquiring: ", SIGINT}, // waits for the next line
+                                              {"wait 60\necho next\n", "> wait 60", SIGTERM},
+                                              {"wait 9 images\n", "> wait 9", SIGINT}}) {
         SCOPED_TRACE(sign);
         RunningConsole console(begin + lines, machine(0));
         console.interruptAfter(sign, signal);

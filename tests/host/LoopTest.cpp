@@ -6,10 +6,12 @@
 
 #include "ovra-core/CommandProcessor.h"
 #include "ovra-core/HarloApplication.h"
+#include "ovra-core/Plugin.h"
 #include "ovra-core/PluginManager.h"
 #include "ovra-core/reference/Application.h"
 #include "ovra-core/reference/Runtime.h"
 
+#include <boost/make_shared.hpp>
 #include <gmock/gmock.h>
 
 #include <thread>
@@ -151,6 +153,26 @@ TEST(Application, NamesTheRuntimeThatIsMissingOrNoLibrary)
             EXPECT_THAT([] { ovra::reference::requireRuntime(); },
                         testing::ThrowsMessage<std::runtime_error>(HasSubstr(part)));
     }
+}
+
+TEST(Application, TakesAPluginUpInOrder)
+{
+    struct NotedPlugin : ovra::core::Plugin
+    {
+        void postConstruct() override { calls.push_back("postConstruct"); }
+        void injectDependency(const std::string& key, const boost::any& value) override
+        {
+            calls.push_back(key + '=' + boost::any_cast<std::string>(value));
+        }
+        void postInjection() override { calls.push_back("postInjection"); }
+        std::vector<std::string> calls;
+    };
+    Application application;
+    const auto plugin = boost::make_shared<NotedPlugin>();
+    application.addPlugin(plugin, {{"views", std::string("window")}});
+    application.startPlugins(); // it has no commands
+    application.stopPlugins();
+    EXPECT_THAT(plugin->calls, ElementsAre("postConstruct", "views=window", "postInjection"));
 }
 
 } // namespace

@@ -81,6 +81,20 @@ protected:
     Fg_Struct* grabber_;
 };
 
+TEST_F(Acquisition, DeliversOnlyWhileTheCameraAcquires)
+{
+    auto* buffers = ring(4);
+    ASSERT_EQ(start(0, buffers), FG_OK) << lastLine();
+    letTimePass();
+    EXPECT_EQ(runtime.Fg_getLastPicNumber(grabber_, 0), 0);
+    runtime.FgCam_start(0, 0);
+    EXPECT_GE(waitFor(3, 0, buffers), 3);
+    runtime.FgCam_stop(0, 0);
+    const auto last = runtime.Fg_getLastPicNumber(grabber_, 0);
+    letTimePass();
+    EXPECT_LE(runtime.Fg_getLastPicNumber(grabber_, 0), last + 1); // one image may have been under way
+}
+
 TEST_F(Acquisition, OfARunningCameraBeginsWithItsNextImageAndFollowsItsRate)
 {
     runtime.FgCam_start(0, 0);

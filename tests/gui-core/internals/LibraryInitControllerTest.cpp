@@ -146,7 +146,7 @@ TEST_F(Controller, AStartUpThatThrowsLeavesTheLockFreeAndItsShutDownRegistered)
     LibraryInitController::acquire();
     EXPECT_THROW(LibraryInitController::registerLibrary(&failingStartUp, &shutDownA), std::runtime_error);
     // Hangs, and fails by the time limit, when the lock is still taken.
-    std::jthread([] { LibraryInitController::useCount(); }).join();
+    std::thread([] { LibraryInitController::useCount(); }).join();
     LibraryInitController::release();
     EXPECT_EQ(events, (std::vector<std::string>{"shut down A"}));
 }

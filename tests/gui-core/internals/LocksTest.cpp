@@ -61,7 +61,7 @@ INSTANTIATE_TEST_SUITE_P(Threads, LocksWithThreads, testing::Values(2, 4, 16));
 TEST(ThreadIds, AreStableDifferAndAreNeverZero)
 {
     std::uint32_t other = 0;
-    std::jthread([&other] { other = currentThreadId(); }).join();
+    std::thread([&other] { other = currentThreadId(); }).join();
     EXPECT_EQ(currentThreadId(), currentThreadId());
     EXPECT_NE(currentThreadId(), 0U);
     EXPECT_NE(other, 0U);

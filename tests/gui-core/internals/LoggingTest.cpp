@@ -106,7 +106,7 @@ TEST(LoggingDeathTest, LoggersFollowTheDispatcherUntilItDisconnects)
 
         quiet.mute(ovra::templates::platform::currentThreadId());
         EXPECT_FALSE(quiet.isEnabled(4));
-        std::jthread([&quiet] { EXPECT_TRUE(quiet.isEnabled(4)) << "another thread"; }).join();
+        std::thread([&quiet] { EXPECT_TRUE(quiet.isEnabled(4)) << "another thread"; }).join();
         quiet.unmute(ovra::templates::platform::currentThreadId());
         EXPECT_TRUE(quiet.isEnabled(4));
 

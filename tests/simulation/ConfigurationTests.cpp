@@ -37,7 +37,7 @@ TEST_F(Configuration, StoresTheAppletsNameAndAllWritableValuesAndRestoresThemToT
     runtime.Fg_setParameter(grabber_, 10001, &gain, 4);
     runtime.Fg_setParameter(grabber_, 10003, "it's = a; label", 0);
     const auto first = stored("a.mcf");
-    EXPECT_EQ(first, "[Kamerasektion]\nHapName=Small;\n"
+    EXPECT_EQ(first, "[Kamerasektion]\nHapName=Small.hap;\n"
                      "\n[Applet]\nMODE=2;\nLABEL='it's = a; label';\n"
                      "\n[DMA0]\nFG_WIDTH=17;\nFG_HEIGHT=30;\nFG_PIXELFORMAT=8;\nFG_TIMEOUT=10;\n"
                      "FG_GEN_ENABLE=0;\nFG_GEN_FRAMERATE=0;\nGAIN=0.5;\n"

@@ -183,7 +183,7 @@ TEST(ProcessResources, GrowWithWhatTheProcessHolds)
     end.set_value();
     EXPECT_GE(grown.memory, static_cast<long long>(bytes.size()));
     EXPECT_GE(grown.handles, 1);
-    EXPECT_EQ(grown.threads, 1);
+    EXPECT_GE(grown.threads, 1); // a sanitizer starts one of its own with the first
 }
 
 } // namespace ovra::tests

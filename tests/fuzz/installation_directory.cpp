@@ -1,12 +1,12 @@
 // The walk from a file's path up to the installation, and the copying of a directory, against plain ways to
 // do the same.
 
+#include "Require.h"
+
 #include "fglib/InstallationDirectory.h"
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <optional>
 #include <string>
@@ -48,14 +48,6 @@ std::optional<std::string> plainInstallation(std::string path, char separator)
             return std::nullopt;
         path.resize(name - 1);
     }
-}
-
-void require(bool condition, const char* text)
-{
-    if (condition)
-        return;
-    std::fprintf(stderr, "Expected: %s\n", text);
-    std::abort();
 }
 
 } // namespace

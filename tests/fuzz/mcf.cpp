@@ -1,9 +1,9 @@
 // The reader of configuration files, against one that is slow and plain.
 
+#include "Require.h"
+
 #include "commands/McfFile.h"
 
-#include <cstdio>
-#include <cstdlib>
 #include <map>
 #include <sstream>
 #include <string>
@@ -33,14 +33,6 @@ Sections readPlainly(const std::string& text)
         }
     }
     return sections;
-}
-
-void require(bool condition, const char* text)
-{
-    if (condition)
-        return;
-    std::fprintf(stderr, "Expected: %s\n", text);
-    std::abort();
 }
 
 } // namespace

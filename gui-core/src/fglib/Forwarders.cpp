@@ -5,6 +5,7 @@
 // local.
 
 #include "fglib/EntryTable.h"
+#include "native/OutOfLine.h"
 
 #include "fglib5/Fglib5.h"
 
@@ -28,16 +29,10 @@ using ovra::gui::fglib::isFglibBound;
 
 // The way of the first call stands apart: were it part of the forwarder, every call would set up a stack
 // frame to save its arguments across the binding.
-#if defined(_MSC_VER)
-#define APART __declspec(noinline)
-#else
-#define APART [[gnu::noinline, gnu::cold]]
-#endif
-
 namespace first_call {
 
 #define FGLIB5_ENTRY(result, name, symbol, parameters, arguments, missing) \
-    APART static result name parameters                                    \
+    OVRA_OUT_OF_LINE static result name parameters                         \
     {                                                                      \
         ensureFglibBound(nullptr);                                         \
         FORWARD_##missing(result, name, arguments)                         \

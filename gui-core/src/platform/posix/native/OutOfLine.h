@@ -1,0 +1,5 @@
+/// \file
+/// OVRA_OUT_OF_LINE: before a function that is rarely called and may not become part of its callers.
+#pragma once
+
+#define OVRA_OUT_OF_LINE [[gnu::noinline, gnu::cold]]

@@ -20,7 +20,6 @@
 #include <boost/make_shared.hpp>
 
 #include <exception>
-#include <optional>
 #include <string_view>
 
 namespace ovra::console {
@@ -29,22 +28,33 @@ namespace {
 
 constexpr std::chrono::minutes longestStart{5};
 
-/// A start-up of the library and its shut-down.
+/// A start-up of the library, which counts even if it fails, and its shut-down.
 class LibraryUse
 {
 public:
-    LibraryUse()
+    explicit LibraryUse(Printer& printer) : m_printer(printer) {}
+    ~LibraryUse()
     {
+        if (!m_counted)
+            return;
         try {
-            OvraGuiCoreInit();
-        } catch (...) {
-            OvraGuiCoreDeinit(); // takes back what had been started before one of them failed
-            throw;
+            OvraGuiCoreDeinit();
+        } catch (const std::exception& error) {
+            m_printer.error(error.what());
         }
     }
-    ~LibraryUse() { OvraGuiCoreDeinit(); }
     LibraryUse(const LibraryUse&) = delete;
     LibraryUse& operator=(const LibraryUse&) = delete;
+
+    void begin()
+    {
+        m_counted = true;
+        OvraGuiCoreInit();
+    }
+
+private:
+    Printer& m_printer;
+    bool m_counted = false;
 };
 
 // The runtime and the log dispatcher read these when they are loaded, which the library's start-up may cause.
@@ -138,15 +148,11 @@ bool startApplication(Console& console)
     return console.printer.errorCount() == errorsBefore;
 }
 
-} // namespace
-
-bool runSession(const Options& options, Printer& printer, const LineSource& input, InputKind kind)
+void runApplication(const Options& options, Printer& printer, const LineSource& input, InputKind kind)
 {
-    exportOptions(options);
-
     // The order of these is the order of start and, backwards, of the end: the application destroys the
     // plug-in, then the library shuts down.
-    std::optional<LibraryUse> library;
+    LibraryUse library(printer);
     ImageCollection images;
     LineReader reader(input);
     ChoiceDialog dialog(printer,
@@ -154,7 +160,7 @@ bool runSession(const Options& options, Printer& printer, const LineSource& inpu
     reference::Application application({.runtimeDirectory = options.runtimeFolder,
                                         .runtimeLibrary = {},
                                         .configurationFile = options.configurationFile});
-    library.emplace();
+    library.begin();
     reader.serve(application);
     reportFailures(application, printer);
 
@@ -168,7 +174,15 @@ bool runSession(const Options& options, Printer& printer, const LineSource& inpu
         unloadAll(console);
     }
     application.stopPlugins();
-    return printer.errorCount() == 0;
+}
+
+} // namespace
+
+bool runSession(const Options& options, Printer& printer, const LineSource& input, InputKind kind)
+{
+    exportOptions(options);
+    runApplication(options, printer, input, kind);
+    return printer.errorCount() == 0; // those of the shut-down included
 }
 
 } // namespace ovra::console

@@ -74,11 +74,13 @@ void LibraryInitController::release()
     --uses;
     if (uses != 0 || !controller)
         return;
-    controller->shutDown();
-    if (uses != 0)
-        return; // started again meanwhile
-    trace("Destroy");
-    controller.reset();
+    const std::exception_ptr failure = controller->shutDown();
+    if (uses == 0) { // not started again meanwhile
+        trace("Destroy");
+        controller.reset();
+    }
+    if (failure)
+        std::rethrow_exception(failure);
 }
 
 std::uint32_t LibraryInitController::useCount()
@@ -87,12 +89,19 @@ std::uint32_t LibraryInitController::useCount()
     return uses;
 }
 
-void LibraryInitController::shutDown()
+std::exception_ptr LibraryInitController::shutDown()
 {
+    std::exception_ptr failure;
     // Both lists are taken out first: what is being shut down may register anew, and that is for the next
     // shut-down. First started, first stopped: the host's libraries are used to that order.
-    for (const Function function : std::exchange(m_shutDowns, {}))
-        function();
+    for (const Function function : std::exchange(m_shutDowns, {})) {
+        try {
+            function();
+        } catch (...) {
+            if (!failure)
+                failure = std::current_exception();
+        }
+    }
 
     for (GuardedSingletonBase* singleton : std::exchange(m_singletons, {})) {
         singleton->beforeDestruction();
@@ -100,6 +109,7 @@ void LibraryInitController::shutDown()
         delete singleton;
         pointer = nullptr;
     }
+    return failure;
 }
 
 } // namespace ovra::gui

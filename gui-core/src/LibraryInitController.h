@@ -5,6 +5,7 @@
 #include "platform/GuardedSingleton.h"
 
 #include <cstdint>
+#include <exception>
 #include <vector>
 
 namespace ovra::gui {
@@ -28,14 +29,16 @@ public:
     static void registerSingleton(templates::patterns::GuardedSingletonBase& singleton);
 
     /// Counts one use down. With the last: calls every shut-down function, first registered first, destroys
-    /// every singleton likewise, and goes. One release too many wraps the count around and changes nothing
-    /// else.
+    /// every singleton likewise, and goes. A shut-down function that throws keeps none of this from
+    /// happening; the first one's exception is thrown at the end. One release too many wraps the count around
+    /// and changes nothing else.
     static void release();
 
     static std::uint32_t useCount();
 
 private:
-    void shutDown();
+    /// Returns the first failure, if any.
+    std::exception_ptr shutDown();
 
     std::vector<templates::patterns::GuardedSingletonBase*> m_singletons;
     std::vector<Function> m_shutDowns;

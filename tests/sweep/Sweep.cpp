@@ -26,6 +26,7 @@
 #include <boost/dll/shared_library.hpp>
 #include <nlohmann/json.hpp>
 #include <sanitizer/asan_interface.h>
+#include <sanitizer/common_interface_defs.h>
 #include <sanitizer/lsan_interface.h>
 
 #include <csignal>
@@ -199,6 +200,7 @@ void watchForDeath()
     });
     std::set_terminate([] {
         tellPoint();
+        __sanitizer_print_stack_trace();
         std::abort();
     });
 }

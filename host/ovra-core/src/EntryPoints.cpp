@@ -11,6 +11,6 @@ void OvraCoreInit()
 
 void OvraCoreDeinit()
 {
-    ovra::reference::probe("OvraCoreDeinit");
     ovra::reference::libraryEnded("ovra-core");
+    ovra::reference::probe("OvraCoreDeinit");
 }

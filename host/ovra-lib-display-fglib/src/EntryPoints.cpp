@@ -11,6 +11,6 @@ void OvraDisplayFglibInit()
 
 void OvraDisplayFglibDeinit()
 {
-    ovra::reference::probe("OvraDisplayFglibDeinit");
     ovra::reference::libraryEnded("ovra-lib-display-fglib");
+    ovra::reference::probe("OvraDisplayFglibDeinit");
 }

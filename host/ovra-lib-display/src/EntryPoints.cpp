@@ -11,6 +11,6 @@ void OvraDisplayInit()
 
 void OvraDisplayDeinit()
 {
-    ovra::reference::probe("OvraDisplayDeinit");
     ovra::reference::libraryEnded("ovra-lib-display");
+    ovra::reference::probe("OvraDisplayDeinit");
 }

@@ -11,6 +11,6 @@ void OvraEnvironmentInit()
 
 void OvraEnvironmentDeinit()
 {
-    ovra::reference::probe("OvraEnvironmentDeinit");
     ovra::reference::libraryEnded("ovra-lib-environment");
+    ovra::reference::probe("OvraEnvironmentDeinit");
 }

@@ -11,6 +11,6 @@ void OvraFglibModelInit()
 
 void OvraFglibModelDeinit()
 {
-    ovra::reference::probe("OvraFglibModelDeinit");
     ovra::reference::libraryEnded("ovra-lib-fglib-model");
+    ovra::reference::probe("OvraFglibModelDeinit");
 }

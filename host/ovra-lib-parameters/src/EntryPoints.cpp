@@ -11,6 +11,6 @@ void OvraParametersInit()
 
 void OvraParametersDeinit()
 {
-    ovra::reference::probe("OvraParametersDeinit");
     ovra::reference::libraryEnded("ovra-lib-parameters");
+    ovra::reference::probe("OvraParametersDeinit");
 }

@@ -1,7 +1,7 @@
 /// \file
 /// The record of the host operations that a client calls, and a way to let one of them fail.
 ///
-///   probe            what every such operation calls first
+///   probe            what every such operation calls first, a library's shut-down last
 ///   Journal          switches the record on and off, reads it, arms a fault
 ///   ReferenceFault   what an armed fault throws
 ///   Unrecorded       a scope of this thread in which the host calls its own operations
@@ -47,7 +47,8 @@ public:
     /// Number of probed operations since the start or the last clear.
     static std::size_t calls();
 
-    /// Lets the \p n-th call from now (1: the next) throw ReferenceFault before it has an effect. Only calls
+    /// Lets the \p n-th call from now (1: the next) throw ReferenceFault before it has an effect, but for a
+    /// library's shut-down, which nobody would try again and which has its effect nevertheless. Only calls
     /// whose line begins with \p prefix count. The call is on the record as well. One fault is armed at a
     /// time; it strikes once. 0 disarms.
     static void throwAt(std::size_t n, const std::string& prefix = "");
@@ -109,9 +110,9 @@ void recordDetails(const char* operation, const Details&... details)
 
 } // namespace detail
 
-/// Stands at the head of an operation, before it has an effect. \p details are streamed one after the other.
-/// Costs a load and a branch when the record is off. Throws ReferenceFault when a fault is armed for this
-/// call.
+/// Stands at the head of an operation, before it has an effect (Journal::throwAt). \p details are streamed
+/// one after the other. Costs a load and a branch when the record is off. Throws ReferenceFault when a fault
+/// is armed for this call.
 template <class... Details>
 void probe(const char* operation, const Details&... details)
 {

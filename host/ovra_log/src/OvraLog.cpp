@@ -97,11 +97,13 @@ void OvraLogInit()
 
 void OvraLogDeinit()
 {
+    {
+        Dispatch& dispatch = theDispatch();
+        const std::lock_guard lock(dispatch.mutex);
+        if (dispatch.starts > 0)
+            --dispatch.starts;
+    }
     probe("OvraLogDeinit");
-    Dispatch& dispatch = theDispatch();
-    const std::lock_guard lock(dispatch.mutex);
-    if (dispatch.starts > 0)
-        --dispatch.starts;
 }
 
 void OvraLogSetMessageCallback(tOvraLogMessageCallback callback, void* userData)

@@ -190,6 +190,20 @@ TEST_F(Controller, AHostStartThatThrowsPassesThroughAndTheNextInitSucceeds)
     EXPECT_EQ(LibraryInitController::useCount(), 0U);
 }
 
+TEST_F(Controller, AHostLibraryThatFailsToStopKeepsNothingElseFromStopping)
+{
+    OvraGuiCoreInit();
+    First::instance();
+    Journal::start();
+    Journal::throwAt(1, "OvraCoreDeinit");
+    EXPECT_THROW(OvraGuiCoreDeinit(), ovra::reference::ReferenceFault);
+    EXPECT_EQ(hostCalls(), shutDowns);
+    Journal::stop();
+    EXPECT_EQ(events.back(), "1 destroyed");
+    EXPECT_EQ(LibraryInitController::useCount(), 0U);
+    EXPECT_EQ(ovra::reference::libraryUses("ovra-core"), 0);
+}
+
 TEST_F(Controller, AHostLibraryThatStartsTheLibraryAgainWhileItIsStoppedFindsItStarted)
 {
     LibraryInitController::acquire();

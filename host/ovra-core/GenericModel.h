@@ -114,17 +114,19 @@ public:
     using Snapshot = std::vector<boost::shared_ptr<Node>>;
 
     explicit GenericModelNodeChildrenIterator(boost::shared_ptr<const Snapshot> snapshot)
-        : m_snapshot(std::move(snapshot))
+        : m_snapshot(std::move(snapshot)), m_current(m_snapshot->data()),
+          m_end(m_current + m_snapshot->size())
     {}
 
-    bool hasNext() const { return m_position < m_snapshot->size(); }
+    bool hasNext() const { return m_current != m_end; }
     /// Valid while hasNext() holds.
-    const boost::shared_ptr<Node>& current() const { return (*m_snapshot)[m_position]; }
-    void advance() { ++m_position; }
+    const boost::shared_ptr<Node>& current() const { return *m_current; }
+    void advance() { ++m_current; }
 
 private:
     boost::shared_ptr<const Snapshot> m_snapshot;
-    std::size_t m_position = 0;
+    const boost::shared_ptr<Node>* m_current;
+    const boost::shared_ptr<Node>* m_end;
 };
 
 /// Children of one type, in ascending order of their keys. Adding a key that exists replaces the node.

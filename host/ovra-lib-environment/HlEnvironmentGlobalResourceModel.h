@@ -12,16 +12,17 @@
 namespace ovra::core::models {
 
 /// One resource. Its fields are set before it is added to the root and do not change afterwards, so reading
-/// them takes no lock.
+/// them takes no lock. Type and resource, which every walk over all resources asks for, are plain reads: they
+/// are not on the record and cannot fail.
 class OVRA_ENVIRONMENT_API HlEnvironmentGlobalResourceNode : public GenericModelNode
 {
 public:
     static boost::shared_ptr<HlEnvironmentGlobalResourceNode> create();
 
-    Environment::GlobalResourceType getType() const;
+    Environment::GlobalResourceType getType() const { return m_type; }
     void setType(Environment::GlobalResourceType type);
     /// The node it stands for; of the class that goes with the type.
-    const boost::weak_ptr<GenericModelNode>& getResource() const;
+    const boost::weak_ptr<GenericModelNode>& getResource() const { return m_resource; }
     void setResource(const boost::weak_ptr<GenericModelNode>& resource);
     /// The node above it in a view's tree; may be empty.
     const boost::weak_ptr<GenericModelNode>& getParentResource() const;

@@ -16,22 +16,10 @@ boost::shared_ptr<HlEnvironmentGlobalResourceNode> HlEnvironmentGlobalResourceNo
 
 HlEnvironmentGlobalResourceNode::HlEnvironmentGlobalResourceNode() = default;
 
-Environment::GlobalResourceType HlEnvironmentGlobalResourceNode::getType() const
-{
-    probe("HlEnvironmentGlobalResourceNode::getType", m_key);
-    return m_type;
-}
-
 void HlEnvironmentGlobalResourceNode::setType(Environment::GlobalResourceType type)
 {
     probe("HlEnvironmentGlobalResourceNode::setType", static_cast<int>(type));
     m_type = type;
-}
-
-const boost::weak_ptr<GenericModelNode>& HlEnvironmentGlobalResourceNode::getResource() const
-{
-    probe("HlEnvironmentGlobalResourceNode::getResource", m_key);
-    return m_resource;
 }
 
 void HlEnvironmentGlobalResourceNode::setResource(const boost::weak_ptr<GenericModelNode>& resource)

@@ -4,9 +4,11 @@
 #include <atomic>
 #include <chrono>
 #include <cstring>
+#include <functional>
 #include <future>
 #include <set>
 #include <thread>
+#include <tuple>
 
 namespace simulation::tests {
 
@@ -150,14 +152,32 @@ TEST_F(Acquisition, ShowsASizeMismatchAsAStreamCutIntoOtherLines)
 
 TEST_F(Acquisition, DeliversTheGeneratorsPatternInPlaceOfTheCamera)
 {
-    auto* buffers = ring(2);
-    set(FG_GEN_ENABLE, 0, 1);
-    ASSERT_EQ(start(0, buffers, 2), FG_OK);
-    ASSERT_EQ(waitFor(2, 0, buffers), 2) << lastLine();
-    const auto first = image(1, 0, buffers, 1200), second = image(2, 0, buffers, 1200);
-    for (std::size_t i = 0; i < 1200; ++i) {
-        ASSERT_EQ(first[i], (i % 40 + i / 40) % 256) << "pixel " << i;
-        ASSERT_EQ(second[i], (i % 40 + i / 40 + 16) % 256) << "pixel " << i;
+    const auto ramp = [](int x, int y, int image) { return x + y + 16 * image; };
+    const auto checkerboard = [](int x, int y, int image) {
+        return ((x + 64 * image / 11) / 32 + y / 32) % 2 == 0 ? 24 : 224;
+    };
+    using Pattern = std::function<int(int x, int y, int image)>;
+    // The second one's images are larger than the caches, and the second of them begins at an odd address.
+    const std::vector<std::tuple<unsigned int, int, int, Pattern>> channels = {{0, 40, 30, ramp},
+                                                                               {1, 2049, 2051, checkerboard}};
+    for (const auto& [dma, width, height, pattern] : channels) {
+        const auto bytes = static_cast<std::size_t>(width * height);
+        auto* buffers = ring(2, bytes);
+        set(FG_GEN_ENABLE, dma, 1);
+        set(FG_WIDTH, dma, width);
+        set(FG_HEIGHT, dma, height);
+        ASSERT_EQ(start(dma, buffers, 2), FG_OK) << lastLine();
+        ASSERT_EQ(waitFor(2, dma, buffers), 2) << lastLine();
+        for (int number = 0; number < 2; ++number) {
+            std::vector<std::uint8_t> expected;
+            for (int y = 0; y < height; ++y)
+                for (int x = 0; x < width; ++x)
+                    expected.push_back(static_cast<std::uint8_t>(pattern(x, y, number)));
+            const auto received = image(number + 1, dma, buffers, bytes);
+            const auto differing = std::mismatch(received.begin(), received.end(), expected.begin()).first;
+            EXPECT_EQ(differing - received.begin(), received.end() - received.begin())
+                << "channel " << dma << ", image " << number;
+        }
     }
 }
 

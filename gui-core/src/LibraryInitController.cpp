@@ -72,7 +72,7 @@ void LibraryInitController::release()
     const SpinLockVariableGuard guard(&controllerLock, &controllerOwner);
     traceUse("Deinit ", uses - 1);
     --uses;
-    if (uses != 0 || !controller)
+    if (uses != 0 || !controller || controller->m_isShuttingDown)
         return;
     const std::exception_ptr failure = controller->shutDown();
     if (uses == 0) { // not started again meanwhile
@@ -91,17 +91,20 @@ std::uint32_t LibraryInitController::useCount()
 
 std::exception_ptr LibraryInitController::shutDown()
 {
+    m_isShuttingDown = true;
     std::exception_ptr failure;
-    // Both lists are taken out first: what is being shut down may register anew, and that is for the next
-    // shut-down. First started, first stopped: the host's libraries are used to that order.
-    for (const Function function : std::exchange(m_shutDowns, {})) {
-        try {
-            function();
-        } catch (...) {
-            if (!failure)
-                failure = std::current_exception();
+    // Lists are taken out before they are walked: what is being shut down may register anew. First started,
+    // first stopped: the host's libraries are used to that order.
+    do {
+        for (const Function function : std::exchange(m_shutDowns, {})) {
+            try {
+                function();
+            } catch (...) {
+                if (!failure)
+                    failure = std::current_exception();
+            }
         }
-    }
+    } while (uses == 0 && !m_shutDowns.empty()); // started meanwhile, and taken back
 
     for (GuardedSingletonBase* singleton : std::exchange(m_singletons, {})) {
         singleton->beforeDestruction();
@@ -109,6 +112,7 @@ std::exception_ptr LibraryInitController::shutDown()
         delete singleton;
         pointer = nullptr;
     }
+    m_isShuttingDown = false;
     return failure;
 }
 

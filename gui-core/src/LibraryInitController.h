@@ -30,8 +30,9 @@ public:
 
     /// Counts one use down. With the last: calls every shut-down function, first registered first, destroys
     /// every singleton likewise, and goes. A shut-down function that throws keeps none of this from
-    /// happening; the first one's exception is thrown at the end. One release too many wraps the count around
-    /// and changes nothing else.
+    /// happening; the first one's exception is thrown at the end. One that starts the library again finds it
+    /// started; where it takes that back, it is shut down with the rest. One release too many wraps the count
+    /// around and changes nothing else.
     static void release();
 
     static std::uint32_t useCount();
@@ -42,6 +43,7 @@ private:
 
     std::vector<templates::patterns::GuardedSingletonBase*> m_singletons;
     std::vector<Function> m_shutDowns;
+    bool m_isShuttingDown = false;
 };
 
 } // namespace ovra::gui

@@ -18,6 +18,9 @@ OVRA_GUI_CORE_API void OvraGuiCoreInit();
 
 /// Takes one OvraGuiCoreInit back. The last one shuts the host libraries down, in the order of their
 /// start-ups and as often as they were started, and destroys the library's process-wide objects. Any thread.
+///
+/// An exception of a host library's shut-down keeps none of this from being done; the first one is thrown at
+/// the end.
 OVRA_GUI_CORE_API void OvraGuiCoreDeinit();
 
 } // extern "C"

@@ -19,8 +19,8 @@ namespace ovra::gui::commands {
 ///
 /// One load runs at a time in a process: a command that comes while another is under way does nothing at all.
 /// Progress, warnings and errors go to the Views operations with "LoadApplet" in their names. An unknown
-/// board or file changes nothing; after any other error the board is empty; an MCF that cannot be applied is
-/// a warning, and the applet stays.
+/// board or file changes nothing; after any other error the board is empty, unless already the unload failed;
+/// an MCF that cannot be applied is a warning, and the applet stays.
 ///
 /// Arguments: the board's serial; path of the applet file as the environment keeps it; path of the MCF file,
 /// empty for none. To be submitted once; copies share one request.

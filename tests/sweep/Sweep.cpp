@@ -210,7 +210,7 @@ class Sweep
 public:
     explicit Sweep(const Kind& kind) : m_kind(kind) {}
 
-    /// One session with the \p nth call failing, and a clean one. False when nothing was left to fail.
+    /// One session with the \p n-th call failing, and a clean one. False when there was no such call.
     bool visit(std::uint64_t n)
     {
         std::snprintf(point, sizeof point, "%s %llu", m_kind.name.c_str(),
@@ -218,11 +218,14 @@ public:
         bool good = false;
         m_kind.failAt(n);
         const std::string told = session(good);
-        if (m_kind.stop() < n)
+        const bool struck = m_kind.stop() >= n;
+        if (!struck && good)
             return false;
         ++m_points;
 
         std::string complaint = newRemains();
+        if (!struck)
+            complaint += "; the session failed before it came to that";
         if (good && m_kind.alwaysTold)
             complaint += "; nobody was told";
         std::string followUp = session(good);

@@ -114,7 +114,8 @@ public:
     using Snapshot = std::vector<boost::shared_ptr<Node>>;
 
     explicit GenericModelNodeChildrenIterator(boost::shared_ptr<const Snapshot> snapshot)
-        : m_snapshot(std::move(snapshot)), m_current(m_snapshot->data()),
+        : m_snapshot(std::move(snapshot)),
+          m_current(m_snapshot->data()),
           m_end(m_current + m_snapshot->size())
     {}
 

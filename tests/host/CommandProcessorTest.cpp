@@ -281,13 +281,20 @@ TEST_F(CommandProcessorTest, RefusesNoCommandAtAllAndTerminationByAnotherThread)
     other.join();
 }
 
-TEST_F(CommandProcessorTest, DropsWhatHasNotRunWhenTheApplicationGoes)
+TEST_F(CommandProcessorTest, FinishesWhatBeganAndDropsWhatHasNotRunWhenTheApplicationGoes)
 {
     const auto processor = HarloApplication::commandprocessor();
+    std::promise<void> reached;
+    const auto running = make("running", Command::Asynchronous);
+    running->inAsync = [&] { reached.set_value(); };
+    running->inPost = [&] { EXPECT_TRUE(HarloApplication::commandprocessor()); };
+    submit(running);
+    reached.get_future().wait();
     std::thread other([&] { submit(make("queued", Command::Event)); });
     other.join();
     application.reset();
-    EXPECT_THAT(events.take(), ElementsAre("queued released"));
+    EXPECT_THAT(events.take(), ElementsAre("running sync", "running async on the worker", "running post",
+                                           "queued released"));
     processor->executeCommand(make("late", Command::Event));
     EXPECT_THAT(events.take(), ElementsAre("late released"));
 }

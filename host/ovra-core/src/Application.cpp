@@ -31,6 +31,7 @@ Application::Application(const ApplicationOptions& options) : m_parts(new Applic
 
 Application::~Application()
 {
+    m_parts->processor.finishAll(); // while its commands still find the application
     // Who asks from now on finds no application; who holds a part of it keeps that part, without life.
     clearCurrentApplication();
     m_parts->processor.shutDown();

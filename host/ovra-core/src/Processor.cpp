@@ -59,6 +59,11 @@ void Processor::terminateAsyncCommands()
     probe("CommandProcessor::terminateAsyncCommands");
     if (!onGuiThread())
         throw std::logic_error("CommandProcessor::terminateAsyncCommands: for the GUI thread only");
+    finishAll();
+}
+
+void Processor::finishAll()
+{
     stopWorker();
     // The command whose synchronous phase calls this is not among them: its turn comes when that phase has
     // returned.

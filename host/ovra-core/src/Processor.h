@@ -38,6 +38,8 @@ public:
     bool idle() const;
     bool terminating() const;
     bool onGuiThread() const;
+    /// What terminateAsyncCommands() does.
+    void finishAll();
     /// GUI thread. Ends the worker and drops what has not run.
     void shutDown();
 

@@ -1,6 +1,10 @@
 #include "commands/McfFile.h"
 
+#include <boost/endian/conversion.hpp>
+#include <boost/sort/spreadsort/integer_sort.hpp>
+
 #include <algorithm>
+#include <cstring>
 #include <fstream>
 #include <utility>
 
@@ -10,24 +14,11 @@ namespace {
 
 constexpr std::size_t LIMIT_BYTES = std::size_t{1} << 31; // lengths within a line are kept in 31 bits
 constexpr std::streamoff READ_BYTES = std::streamoff{1} << 18;
+constexpr std::size_t LEAST_ENTRIES = 64;
 
 using Entry = McfFile::Entry;
+using EntryPosition = std::vector<Entry>::iterator;
 using Section = McfFile::Section;
-
-/// In blocks that compilers turn into vector instructions.
-std::size_t countLineFeeds(std::string_view text)
-{
-    constexpr std::size_t BLOCK_BYTES = 128;
-    std::size_t count = 0;
-    while (text.size() >= BLOCK_BYTES) {
-        std::uint8_t inBlock = 0;
-        for (std::size_t i = 0; i < BLOCK_BYTES; ++i)
-            inBlock = static_cast<std::uint8_t>(inBlock + (text[i] == '\n'));
-        count += inBlock;
-        text.remove_prefix(BLOCK_BYTES);
-    }
-    return count + static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
-}
 
 bool isEnclosed(std::string_view text, char first, char last)
 {
@@ -39,22 +30,90 @@ bool precedes(const Entry& left, const Entry& right)
     return left.key() < right.key();
 }
 
-/// As precedes(); equal keys in the order of the file.
-bool precedesStably(const Entry& left, const Entry& right)
+/// How many bytes all keys begin with.
+std::size_t commonLength(std::span<const Entry> entries)
 {
-    const int order = left.key().compare(right.key());
-    return order != 0 ? order < 0 : left.key().data() < right.key().data();
+    std::string_view common = entries.front().key();
+    for (const Entry& entry : entries) {
+        const std::string_view key = entry.key();
+        const auto differing = std::mismatch(common.begin(), common.end(), key.begin(), key.end());
+        common = {common.begin(), differing.first};
+    }
+    return common.size();
+}
+
+/// Where an entry was, and as a number the bytes of its key that follow what all keys have in common: most
+/// keys are told apart without a look at their text.
+struct Rank
+{
+    std::uint64_t bytes;
+    std::uint32_t position;
+};
+
+using Ranks = std::vector<Rank>;
+
+Ranks ranksOf(std::span<const Entry> entries)
+{
+    const std::size_t common = commonLength(entries);
+    Ranks ranks;
+    ranks.reserve(entries.size());
+    for (const Entry& entry : entries) {
+        const std::string_view key = entry.key().substr(common, sizeof(Rank::bytes));
+        std::uint64_t bytes = 0;
+        std::memcpy(&bytes, key.data(), key.size());
+        ranks.push_back({boost::endian::big_to_native(bytes), static_cast<std::uint32_t>(ranks.size())});
+    }
+    return ranks;
+}
+
+/// Equal keys in the order of the file, which the places of joined sections do not tell.
+void sortByKey(Ranks& ranks, std::span<const Entry> entries)
+{
+    const auto shifted = [](const Rank& rank, unsigned int bits) { return rank.bytes >> bits; };
+    const auto less = [](const Rank& left, const Rank& right) { return left.bytes < right.bytes; };
+    boost::sort::spreadsort::integer_sort(ranks.begin(), ranks.end(), shifted, less);
+
+    const auto precede = [&](const Rank& left, const Rank& right) {
+        const std::string_view key = entries[left.position].key(), other = entries[right.position].key();
+        const int order = key.compare(other);
+        return order != 0 ? order < 0 : key.data() < other.data();
+    };
+    for (auto first = ranks.begin(); first != ranks.end();) {
+        const auto last =
+            std::find_if(first, ranks.end(), [&](const Rank& rank) { return rank.bytes != first->bytes; });
+        std::sort(first, last, precede);
+        first = last;
+    }
+}
+
+/// Puts each entry where its rank is, round by round of those that take each other's places.
+void arrange(std::span<Entry> entries, Ranks& ranks)
+{
+    for (std::uint32_t first = 0; first < entries.size(); ++first) {
+        const Entry displaced = entries[first];
+        std::uint32_t place = first;
+        for (std::uint32_t from = ranks[place].position; from != first; from = ranks[place].position) {
+            entries[place] = entries[from];
+            ranks[place].position = place;
+            place = from;
+        }
+        entries[place] = displaced;
+        ranks[place].position = place;
+    }
 }
 
 /// Orders entries, of which later ones count among equal keys. Returns where those that count end.
-Entry* orderEntries(Entry* begin, Entry* end)
+EntryPosition orderEntries(EntryPosition begin, EntryPosition end)
 {
     const auto disordered = [](const Entry& left, const Entry& right) { return !precedes(left, right); };
     if (std::adjacent_find(begin, end, disordered) == end)
         return end;
-    std::sort(begin, end, precedesStably);
-    Entry* kept = begin;
-    for (Entry* each = begin + 1; each != end; ++each) {
+    const std::span<Entry> entries(begin, end);
+    Ranks ranks = ranksOf(entries);
+    sortByKey(ranks, entries);
+    arrange(entries, ranks);
+    auto kept = begin;
+    for (auto each = begin + 1; each != end; ++each) {
         if (precedes(*kept, *each))
             ++kept;
         *kept = *each;
@@ -93,14 +152,19 @@ McfFile McfFile::read(const std::string& path, McfFile used)
         return file;
     stream.seekg(0);
     char* const text = file.roomFor(static_cast<std::size_t>(size));
+    file.openSection("none");
+    const char* unread = text; // the line that goes on beyond what has been taken
     std::streamoff taken = 0;
-    std::size_t lineFeeds = 0;
-    // Lines are counted while the cache still holds what was just read.
+    // Lines are looked at while the cache still holds what was just read.
     while (taken < size && stream.read(text + taken, std::min(READ_BYTES, size - taken)).gcount() > 0) {
-        lineFeeds += countLineFeeds({text + taken, static_cast<std::size_t>(stream.gcount())});
         taken += stream.gcount();
+        unread = file.takeLines(unread, text + taken);
+        if (taken == READ_BYTES) // the rest is likely to be as dense
+            file.reserveEntries(file.m_entries.size() * static_cast<std::size_t>(size / taken + 1));
     }
-    file.take(static_cast<std::size_t>(taken), lineFeeds);
+    file.takeLine({unread, text + taken});
+    file.closeSection();
+    file.orderSections();
     return file;
 }
 
@@ -109,8 +173,12 @@ McfFile McfFile::parse(std::string_view text)
     McfFile file;
     if (text.empty() || text.size() >= LIMIT_BYTES)
         return file;
-    std::copy(text.begin(), text.end(), file.roomFor(text.size()));
-    file.take(text.size(), countLineFeeds(text));
+    char* const begin = file.roomFor(text.size());
+    const char* const end = std::copy(text.begin(), text.end(), begin);
+    file.openSection("none");
+    file.takeLine({file.takeLines(begin, end), end});
+    file.closeSection();
+    file.orderSections();
     return file;
 }
 
@@ -130,26 +198,32 @@ char* McfFile::roomFor(std::size_t size)
     return m_text.get();
 }
 
-void McfFile::take(std::size_t size, std::size_t lineFeeds)
+/// Sections refer into the entries, so these move by hand.
+void McfFile::reserveEntries(std::size_t count)
 {
-    // As many as there can be at most; what follows may not move them.
-    m_entries.reserve(lineFeeds + 1);
-    openSection("none");
-    takeLines({m_text.get(), size});
-    closeSection();
-    orderSections();
+    if (count <= m_entries.capacity())
+        return;
+    std::vector<Entry> larger;
+    larger.reserve(count);
+    larger.assign(m_entries.begin(), m_entries.end());
+    for (Section& section : m_sections)
+        section.entries = {larger.data() + (section.entries.data() - m_entries.data()),
+                           section.entries.size()};
+    m_entries.swap(larger);
 }
 
-void McfFile::takeLines(std::string_view text)
+/// Takes all lines with a line feed, and returns where the one without begins.
+const char* McfFile::takeLines(const char* begin, const char* end)
 {
-    while (!text.empty()) {
-        const std::size_t feed = text.find('\n');
-        std::string_view line = text.substr(0, feed);
-        if (feed != std::string_view::npos && line.ends_with('\r'))
+    while (const void* const found = std::memchr(begin, '\n', static_cast<std::size_t>(end - begin))) {
+        const auto* const feed = static_cast<const char*>(found);
+        std::string_view line(begin, feed);
+        if (line.ends_with('\r'))
             line.remove_suffix(1);
         takeLine(line);
-        text.remove_prefix(feed == std::string_view::npos ? text.size() : feed + 1);
+        begin = feed + 1;
     }
+    return begin;
 }
 
 void McfFile::takeLine(std::string_view line)
@@ -157,8 +231,11 @@ void McfFile::takeLine(std::string_view line)
     if (line.ends_with(';')) {
         line.remove_suffix(1);
         const std::size_t equals = line.find('=');
-        if (equals != std::string_view::npos)
-            m_entries.emplace_back(line, equals);
+        if (equals == std::string_view::npos)
+            return;
+        if (m_entries.size() == m_entries.capacity())
+            reserveEntries(std::max(LEAST_ENTRIES, 2 * m_entries.size()));
+        m_entries.emplace_back(line, equals);
     } else if (isEnclosed(line, '[', ']')) {
         closeSection();
         openSection(line.substr(1, line.size() - 2));
@@ -173,13 +250,12 @@ void McfFile::openSection(std::string_view name)
 void McfFile::closeSection()
 {
     Section& section = m_sections.back();
-    Entry* const begin = m_entries.data() + (section.entries.data() - m_entries.data());
-    Entry* const end = orderEntries(begin, m_entries.data() + m_entries.size());
-    m_entries.erase(m_entries.begin() + (end - m_entries.data()), m_entries.end());
-    if (begin == end)
+    const auto begin = m_entries.begin() + (section.entries.data() - m_entries.data());
+    m_entries.erase(orderEntries(begin, m_entries.end()), m_entries.end());
+    if (begin == m_entries.end())
         m_sections.pop_back();
     else
-        section.entries = {begin, end};
+        section.entries = {begin, m_entries.end()};
 }
 
 void McfFile::orderSections()

@@ -30,9 +30,10 @@ namespace ovra::gui::commands {
 /// A header that is repeated goes on with its section. A key that is repeated in its section has the last of
 /// its values. A section without keys is as good as absent.
 ///
-/// Holds the text once and refers to it: in memory a file takes its size and 16 bytes for each line. A file
-/// that was moved from is empty. All views stay valid until the file that they come from, or was moved to,
-/// goes. Reading from several threads is safe.
+/// Holds the text once and refers to it: in memory a file takes its size and 16 bytes for each key, or up to
+/// twice as many where keys get denser, and for a while as many again for a section that is not in order. A
+/// file that was moved from is empty. All views stay valid until the
+/// file that they come from, or was moved to, goes. Reading from several threads is safe.
 class McfFile
 {
 public:
@@ -79,8 +80,8 @@ public:
 private:
     void clear();
     char* roomFor(std::size_t size);
-    void take(std::size_t size, std::size_t lineFeeds);
-    void takeLines(std::string_view text);
+    void reserveEntries(std::size_t count);
+    const char* takeLines(const char* begin, const char* end);
     void takeLine(std::string_view line);
     void openSection(std::string_view name);
     void closeSection();
@@ -88,8 +89,8 @@ private:
     void joinSections();
 
     std::unique_ptr<char[]> m_text;
-    std::size_t m_room = 0;       ///< in bytes, of m_text
-    std::vector<Entry> m_entries; ///< has its final capacity from the start: sections refer into it
+    std::size_t m_room = 0; ///< in bytes, of m_text
+    std::vector<Entry> m_entries;
     std::vector<Section> m_sections;
 };
 

@@ -36,6 +36,16 @@ public:
         return file;
     }
 
+    /// Copies a library into the folder \p place in it, under another name and with its own ending.
+    std::filesystem::path add(const std::filesystem::path& library, const std::filesystem::path& place,
+                              const std::string& baseName) const
+    {
+        std::filesystem::create_directories(m_path / place);
+        const auto file = m_path / place / (baseName + library.extension().string());
+        std::filesystem::copy_file(library, file);
+        return file;
+    }
+
     std::string read(const std::string& name) const
     {
         std::ifstream file(path(name), std::ios::binary);

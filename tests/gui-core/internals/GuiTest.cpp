@@ -1,6 +1,5 @@
-#include "DestroySingleton.h"
-#include "GuiStatics.h"
 #include "LogForwarding.h"
+#include "NewProcess.h"
 #include "RecordingViews.h"
 
 #include "gui-core/EntryPoints.h"
@@ -13,7 +12,6 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <tuple>
 
 using ovra::gui::Gui;
@@ -22,16 +20,9 @@ using ovra::tests::RecordingViews;
 
 namespace {
 
-struct DestroyGui
+boost::shared_ptr<Gui> createGui()
 {
-    void operator()(Gui* gui) const { Gui::destroyInstance(gui); }
-};
-
-using OwnedGui = std::unique_ptr<Gui, DestroyGui>;
-
-OwnedGui createGui()
-{
-    return OwnedGui(Gui::createInstance());
+    return {Gui::createInstance(), &Gui::destroyInstance};
 }
 
 void expectDefaults()
@@ -68,7 +59,7 @@ TEST(GuiState, WithoutAGuiEveryFunctionGivesItsDefaultAndChangesNothing)
     Gui::destroyInstance(nullptr);
 }
 
-TEST(GuiState, ANewGuiHasItsInitialValues)
+TEST(GuiState, ANewGuiHasItsInitialValuesAndUsedMemoryIsAPlainSumThatMayWrap)
 {
     ovra::reference::Application application;
     const auto gui = createGui();
@@ -76,13 +67,8 @@ TEST(GuiState, ANewGuiHasItsInitialValues)
     EXPECT_TRUE(Gui::environment());
     EXPECT_EQ(Gui::getSyncMode(), Gui::SyncProcess);
     EXPECT_FALSE(Gui::isStreamChannelManagementEnabled());
-    EXPECT_EQ(Gui::getUsedDmaMemory(), 0U);
     EXPECT_EQ(Gui::getTotalDmaMemory(), 1073741824U);
-}
-
-TEST(GuiState, UsedMemoryIsAPlainSumThatMayWrap)
-{
-    const auto gui = createGui();
+    EXPECT_EQ(Gui::getUsedDmaMemory(), 0U);
     Gui::updateUsedMemory(3000);
     Gui::updateUsedMemory(-3000);
     EXPECT_EQ(Gui::getUsedDmaMemory(), 0U);
@@ -105,15 +91,17 @@ TEST(GuiState, ASecondGuiTakesTheStaticFunctionsOver)
 
 TEST(GuiState, AFinalDeinitForgetsTheGuiOfBefore)
 {
-    ovra::tests::destroySingleton<ovra::gui::GuiStatics>(); // one that an earlier test made belongs to nobody
-    OvraGuiCoreInit();
-    const auto gui = createGui();
-    EXPECT_EQ(Gui::getSyncMode(), Gui::SyncProcess);
-    OvraGuiCoreDeinit();
-    expectDefaults();
+    // The link to a Gui that an earlier test made without the library belongs to nobody, and would stay.
+    IN_A_NEW_PROCESS([] {
+        OvraGuiCoreInit();
+        const auto gui = createGui();
+        EXPECT_EQ(Gui::getSyncMode(), Gui::SyncProcess);
+        OvraGuiCoreDeinit();
+        expectDefaults();
+    });
 }
 
-TEST(GuiInjection, TakesViewsByItsExactKeyAndReplacesThem)
+TEST(GuiInjection, TakesViewsByTheirExactKeyAndTypeAndReplacesThem)
 {
     const auto gui = createGui();
     const auto first = boost::make_shared<RecordingViews>();
@@ -121,21 +109,14 @@ TEST(GuiInjection, TakesViewsByItsExactKeyAndReplacesThem)
     for (const char* key : {"", "view", "viewsX", "Views"})
         gui->injectDependency(key, viewsValue(first));
     EXPECT_FALSE(Gui::views());
-    gui->injectDependency("views", viewsValue(first));
-    EXPECT_EQ(Gui::views(), first);
-    gui->injectDependency("views", viewsValue(second));
-    EXPECT_EQ(Gui::views(), second);
-}
-
-TEST(GuiInjection, ViewsOfAnotherTypeThrowAndTheOnesBeforeStay)
-{
-    const auto gui = createGui();
-    const auto views = boost::make_shared<RecordingViews>();
-    gui->injectDependency("views", viewsValue(views));
-    // The very object, but not under the type that the key asks for.
-    EXPECT_THROW(gui->injectDependency("views", boost::any(views)), boost::bad_any_cast);
+    for (const auto& views : {first, second}) {
+        gui->injectDependency("views", viewsValue(views));
+        EXPECT_EQ(Gui::views(), views);
+    }
+    // The very object, but not under the type that the key asks for: those before stay.
+    EXPECT_THROW(gui->injectDependency("views", boost::any(first)), boost::bad_any_cast);
     EXPECT_THROW(gui->injectDependency("views", boost::any(7)), boost::bad_any_cast);
-    EXPECT_EQ(Gui::views(), views);
+    EXPECT_EQ(Gui::views(), second);
 }
 
 TEST(GuiInjection, PassesTheConnectorOnToTheEnvironmentAndNothingElse)
@@ -145,8 +126,8 @@ TEST(GuiInjection, PassesTheConnectorOnToTheEnvironmentAndNothingElse)
     gui->injectDependency("connector", boost::any(7));
     gui->injectDependency("connectors", boost::any(7));
     gui->injectDependency("views", viewsValue(boost::make_shared<RecordingViews>()));
-    const auto lines = ovra::reference::Journal::lines();
     ovra::reference::Journal::stop();
+    const auto lines = ovra::reference::Journal::lines();
     ASSERT_EQ(lines.size(), 1U);
     EXPECT_EQ(lines[0].rfind("Environment::injectDependency", 0), 0U) << lines[0];
 }

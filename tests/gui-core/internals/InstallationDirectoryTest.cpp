@@ -2,66 +2,55 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <string>
 
 using namespace ovra::gui::fglib;
 
-namespace {
-
-struct Walk
-{
-    int line;
-    const char* file;
-    char separator;
-    const char* installation; ///< null: nothing found
-};
-
-constexpr Walk walks[] = {
-    {__LINE__, R"(C:\P\bin\x.dll)", '\\', R"(C:\P)"},
-    {__LINE__, R"(C:\P\Hardware Applets\sub\x.dll)", '\\', R"(C:\P)"},
-    {__LINE__, R"(C:\P\LIB64\x.dll)", '\\', R"(C:\P)"},
-    {__LINE__, R"(C:\P\dll\model\deep\x.dll)", '\\', R"(C:\P)"},
-    {__LINE__, R"(C:\P\\Lib\\x.dll)", '\\', R"(C:\P)"},
-    {__LINE__, R"(C:\bin\Q\lib\x.dll)", '\\', R"(C:\bin\Q)"}, // the nearest one wins
-    {__LINE__, R"(C:\bin\x.dll)", '\\', "C:"},
-    {__LINE__, R"(C:\Q\x.dll)", '\\', nullptr},
-    {__LINE__, R"(C:\binary\mylib\x.dll)", '\\', nullptr},
-    {__LINE__, R"(C:\P/bin/x.dll)", '\\', nullptr},
-    {__LINE__, R"(\x.dll)", '\\', nullptr},
-    {__LINE__, "x.dll", '\\', nullptr},
-    {__LINE__, "", '\\', nullptr},
-    {__LINE__, "/opt/product/lib/libx.so", '/', "/opt/product"},
-    {__LINE__, "/opt/product/Hardware Applets/model/libx.so", '/', "/opt/product"},
-    {__LINE__, "/bin/libx.so", '/', ""}, // the root: "" + "/bin/..." finds what lies there
-    {__LINE__, "/home/user/libx.so", '/', nullptr},
-    {__LINE__, R"(/home/user\bin\libx.so)", '/', nullptr},
-};
-
-struct Copied
-{
-    int line;
-    std::string given;
-    const char* kept;
-};
-
-} // namespace
-
 TEST(InstallationWalk, CutsToTheFolderAboveTheNearestProductFolder)
 {
+    struct Walk
+    {
+        int line;
+        const char* file;
+        char separator;
+        const char* installation; ///< null: nothing found
+    };
+    const Walk walks[] = {
+        {__LINE__, R"(C:\P\bin\x.dll)", '\\', R"(C:\P)"},
+        {__LINE__, R"(C:\P\Hardware Applets\sub\x.dll)", '\\', R"(C:\P)"},
+        {__LINE__, R"(C:\P\LIB64\x.dll)", '\\', R"(C:\P)"},
+        {__LINE__, R"(C:\P\dll\model\deep\x.dll)", '\\', R"(C:\P)"},
+        {__LINE__, R"(C:\P\\Lib\\x.dll)", '\\', R"(C:\P)"},
+        {__LINE__, R"(C:\bin\Q\lib\x.dll)", '\\', R"(C:\bin\Q)"}, // the nearest one wins
+        {__LINE__, R"(C:\bin\x.dll)", '\\', "C:"},
+        {__LINE__, R"(C:\Q\x.dll)", '\\', nullptr},
+        {__LINE__, R"(C:\binary\mylib\x.dll)", '\\', nullptr},
+        {__LINE__, R"(C:\P/bin/x.dll)", '\\', nullptr},
+        {__LINE__, R"(\x.dll)", '\\', nullptr},
+        {__LINE__, "x.dll", '\\', nullptr},
+        {__LINE__, "", '\\', nullptr},
+        {__LINE__, "/opt/product/lib/libx.so", '/', "/opt/product"},
+        {__LINE__, "/opt/product/Hardware Applets/model/libx.so", '/', "/opt/product"},
+        {__LINE__, "/bin/libx.so", '/', ""}, // the root: "" + "/bin/..." finds what lies there
+        {__LINE__, "/home/user/libx.so", '/', nullptr},
+        {__LINE__, R"(/home/user\bin\libx.so)", '/', nullptr},
+    };
     for (const Walk& row : walks) {
         SCOPED_TRACE("row of line " + std::to_string(row.line) + ": " + row.file);
         std::string path = row.file;
         const bool found = cutToInstallation(path.data(), row.separator);
-        EXPECT_EQ(found, row.installation != nullptr);
-        if (found && row.installation) {
-            EXPECT_STREQ(path.c_str(), row.installation);
-        }
+        EXPECT_STREQ(found ? path.c_str() : nullptr, row.installation);
     }
 }
 
 TEST(InstallationFromTheEnvironment, LosesItsClosingSeparatorsAndWhatDoesNotFit)
 {
+    struct Copied
+    {
+        int line;
+        std::string given;
+        const char* kept;
+    };
     const Copied rows[] = {
         {__LINE__, R"(D:\R\\)", R"(D:\R)"},
         {__LINE__, R"(D:\R)", R"(D:\R)"},
@@ -72,9 +61,8 @@ TEST(InstallationFromTheEnvironment, LosesItsClosingSeparatorsAndWhatDoesNotFit)
     };
     for (const Copied& row : rows) {
         SCOPED_TRACE("row of line " + std::to_string(row.line));
-        char buffer[16];
-        std::memset(buffer, '#', sizeof(buffer));
-        copyDirectory(row.given.c_str(), buffer, sizeof(buffer), '\\');
-        EXPECT_STREQ(buffer, row.kept);
+        std::string buffer(16, '#');
+        copyDirectory(row.given.c_str(), buffer.data(), buffer.size(), '\\');
+        EXPECT_STREQ(buffer.c_str(), row.kept);
     }
 }

@@ -28,8 +28,6 @@ public:
             std::this_thread::yield();
     }
 
-    bool complete() const { return m_missing == 0; }
-
 private:
     std::atomic<int> m_missing;
 };
@@ -45,18 +43,81 @@ void onThreads(int count, const std::function<void(int)>& work)
         });
 }
 
-void waitFor(const std::atomic<bool>& flag)
-{
-    while (!flag)
-        std::this_thread::yield();
-}
+constexpr int THREADS[] = {2, 4, 16};
 
-class LocksWithThreads : public testing::TestWithParam<int>
+// What excludes every other thread: take() makes a guard; takeAgain() comes and goes inside it, where it may.
+
+struct SpinLock
+{
+    std::atomic<std::int32_t> lock{0};
+    auto take() { return SpinLockVariableGuard(&lock); }
+    void takeAgain() {}
+    bool isFree() const { return lock == 0; }
+};
+
+struct OwnedSpinLock
+{
+    std::atomic<std::int32_t> lock{0};
+    std::atomic<std::uint32_t> owner{0};
+    auto take() { return SpinLockVariableGuard(&lock, &owner); }
+    void takeAgain() { const auto inner = take(); }
+    bool isFree() const { return lock == 0 && owner == 0; }
+};
+
+struct Mutex
+{
+    RecursiveMutex mutex;
+    auto take() { return RecursiveMutexGuard(&mutex); }
+    void takeAgain() { const auto inner = take(); }
+    bool isFree() const { return true; } // cannot be told from outside
+};
+
+template <class Lock>
+class ExclusiveLocks : public testing::Test
 {};
 
 } // namespace
 
-INSTANTIATE_TEST_SUITE_P(Threads, LocksWithThreads, testing::Values(2, 4, 16));
+using ExclusiveKinds = testing::Types<SpinLock, OwnedSpinLock, Mutex>;
+TYPED_TEST_SUITE(ExclusiveLocks, ExclusiveKinds);
+
+TYPED_TEST(ExclusiveLocks, LetOneThreadInAtATimeHoweverDeep)
+{
+    for (const int threads : THREADS) {
+        TypeParam lock;
+        int plain = 0;
+        onThreads(threads, [&](int) {
+            for (int i = 0; i < 500; ++i) {
+                const auto outer = lock.take();
+                lock.takeAgain();
+                ++plain;
+            }
+        });
+        EXPECT_EQ(plain, 500 * threads);
+        EXPECT_TRUE(lock.isFree());
+    }
+}
+
+TYPED_TEST(ExclusiveLocks, StayTakenUntilTheOutermostGuardEnds)
+{
+    TypeParam lock;
+    std::atomic<bool> entered{false};
+    std::jthread other;
+    {
+        const auto outer = lock.take();
+        lock.takeAgain();
+        other = std::jthread([&] {
+            const auto guard = lock.take();
+            entered = true;
+        });
+        for (int i = 0; i < 50; ++i)
+            std::this_thread::yield();
+        EXPECT_FALSE(entered);
+    }
+    other.join();
+    EXPECT_TRUE(entered);
+    EXPECT_TRUE(lock.isFree());
+}
 
 TEST(ThreadIds, AreStableDifferAndAreNeverZero)
 {
@@ -68,128 +129,36 @@ TEST(ThreadIds, AreStableDifferAndAreNeverZero)
     EXPECT_NE(currentThreadId(), other);
 }
 
-TEST_P(LocksWithThreads, SpinLockLetsOneThreadInAtATime)
+TEST(ReadWriteLocks, LetWritersInAloneAndReadersTogetherWhoSeeWholeWrites)
 {
-    std::atomic<std::int32_t> lock{0};
-    std::atomic<std::uint32_t> owner{0};
-    int plain = 0;
-    onThreads(GetParam(), [&](int) {
-        for (int i = 0; i < 500; ++i) {
-            const SpinLockVariableGuard outer(&lock, &owner);
-            const SpinLockVariableGuard inner(&lock, &owner);
-            ++plain;
-        }
-    });
-    EXPECT_EQ(plain, 500 * GetParam());
-    EXPECT_EQ(lock, 0);
-    EXPECT_EQ(owner, 0U);
-}
-
-TEST(SpinLock, InnerGuardOfTheOwnerLeavesTheLockTaken)
-{
-    std::atomic<std::int32_t> lock{0};
-    std::atomic<std::uint32_t> owner{0};
-    {
-        const SpinLockVariableGuard outer(&lock, &owner);
-        {
-            const SpinLockVariableGuard inner(&lock, &owner);
-        }
-        EXPECT_EQ(lock, 1);
-        EXPECT_EQ(owner, currentThreadId());
-    }
-    EXPECT_EQ(lock, 0);
-    EXPECT_EQ(owner, 0U);
-}
-
-TEST(SpinLock, WithoutAnOwnerWordASecondGuardWaitsForTheFirst)
-{
-    std::atomic<std::int32_t> lock{0};
-    std::atomic<bool> entered{false};
-    std::jthread second;
-    {
-        const SpinLockVariableGuard first(&lock);
-        second = std::jthread([&] {
-            const SpinLockVariableGuard guard(&lock);
-            entered = true;
-        });
-        for (int i = 0; i < 50; ++i)
-            std::this_thread::yield();
-        EXPECT_FALSE(entered);
-    }
-    second.join();
-    EXPECT_TRUE(entered);
-}
-
-TEST_P(LocksWithThreads, RecursiveMutexLetsOneThreadInAtATimeHoweverDeep)
-{
-    RecursiveMutex mutex;
-    int plain = 0;
-    onThreads(GetParam(), [&](int) {
-        for (int i = 0; i < 300; ++i) {
-            const RecursiveMutexGuard outer(&mutex);
-            const RecursiveMutexGuard inner(&mutex);
-            ++plain;
-        }
-    });
-    EXPECT_EQ(plain, 300 * GetParam());
-}
-
-TEST(RecursiveMutexes, StayTakenUntilTheOutermostGuardEnds)
-{
-    RecursiveMutex mutex;
-    std::atomic<bool> entered{false};
-    std::jthread other;
-    {
-        const RecursiveMutexGuard outer(&mutex);
-        {
-            const RecursiveMutexGuard inner(&mutex);
-        }
-        other = std::jthread([&] {
-            const RecursiveMutexGuard guard(&mutex);
-            entered = true;
-        });
-        for (int i = 0; i < 50; ++i)
-            std::this_thread::yield();
-        EXPECT_FALSE(entered);
-    }
-    other.join();
-    EXPECT_TRUE(entered);
-}
-
-TEST_P(LocksWithThreads, WritersAreAloneAndReadersSeeWholeWrites)
-{
-    ReadWriteLock lock;
-    int first = 0;
-    int second = 0;
-    std::atomic<int> torn{0};
-    onThreads(GetParam(), [&](int thread) {
-        for (int i = 0; i < 200; ++i) {
-            if (thread % 2 == 0) {
-                const ReadWriteLockGuard guard(&lock, ReadWriteLockGuard::Write);
-                ++first;
-                ++second;
-            } else {
-                const ReadWriteLockGuard guard(&lock, ReadWriteLockGuard::Read);
-                if (first != second)
-                    ++torn;
+    for (const int threads : THREADS) {
+        ReadWriteLock lock;
+        int first = 0;
+        int second = 0;
+        std::atomic<int> torn{0};
+        onThreads(threads, [&](int thread) {
+            for (int i = 0; i < 200; ++i) {
+                if (thread % 2 == 0) {
+                    const ReadWriteLockGuard guard(&lock, ReadWriteLockGuard::Write);
+                    ++first;
+                    ++second;
+                } else {
+                    const ReadWriteLockGuard guard(&lock, ReadWriteLockGuard::Read);
+                    torn += first != second;
+                }
             }
-        }
-    });
-    EXPECT_EQ(torn, 0);
-    EXPECT_EQ(first, 200 * ((GetParam() + 1) / 2));
-    EXPECT_EQ(second, first);
-}
+        });
+        EXPECT_EQ(torn, 0);
+        EXPECT_EQ(first, 200 * threads / 2);
+        EXPECT_EQ(second, first);
 
-TEST_P(LocksWithThreads, ReadersAreInsideTogether)
-{
-    ReadWriteLock lock;
-    MeetingPoint allInside(GetParam());
-    // Hangs, and fails by the time limit, if one reader keeps another out.
-    onThreads(GetParam(), [&](int) {
-        const ReadWriteLockGuard guard(&lock, ReadWriteLockGuard::Read);
-        allInside.arriveAndWait();
-    });
-    EXPECT_TRUE(allInside.complete());
+        MeetingPoint allInside(threads);
+        // Hangs, and fails by the time limit, if one reader keeps another out.
+        onThreads(threads, [&](int) {
+            const ReadWriteLockGuard guard(&lock, ReadWriteLockGuard::Read);
+            allInside.arriveAndWait();
+        });
+    }
 }
 
 TEST(ReadWriteLocks, AReaderThatComesAndGoesStopsEnteringOnceAWriterWaits)
@@ -221,7 +190,7 @@ TEST(ReadWriteLocks, AReaderThatComesAndGoesStopsEnteringOnceAWriterWaits)
     }
     EXPECT_FALSE(writerEntered);
     lock.unlock();
-    waitFor(writerEntered);
+    writer.join();
     running = false;
 }
 

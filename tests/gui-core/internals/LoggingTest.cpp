@@ -1,26 +1,23 @@
 #include "NewProcess.h"
-#include "TemporaryInstallation.h"
 
+#include "fglib/RuntimeLibrary.h"
 #include "native/Thread.h"
 #include "platform/Logging.h"
 #include "platform/ProcessEnvironment.h"
 #include "platform/SharedLibrary.h"
+#include "tests/TemporaryFolder.h"
 
-#include "fglib/RuntimeLibrary.h"
 #include "gui-core/EntryPoints.h"
 #include "simulation/common-logging-dispatcher/DispatcherControl.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <fstream>
-#include <functional>
-#include <sstream>
 #include <thread>
 #include <vector>
 
+using ovra::gui::fglib::openRuntimeLibrary;
+using ovra::templates::platform::currentThreadId;
 using ovra::templates::platform::setEnvironmentVariable;
-using ovra::tests::TemporaryInstallation;
 using ovra::tools::logging::Logger;
 using ovra::tools::logging::Logging;
 
@@ -29,64 +26,51 @@ namespace {
 template <class Function>
 Function* control(const char* name)
 {
-    const auto dispatcher = ovra::gui::fglib::openRuntimeLibrary("common-logging-dispatcher", nullptr);
+    const auto dispatcher = openRuntimeLibrary("common-logging-dispatcher", nullptr);
     return dispatcher ? reinterpret_cast<Function*>(dispatcher->locate(name)) : nullptr;
 }
 
-void useInstallation(const std::string& folder)
+/// Sets the variables that say where the dispatcher is, and what the dispatcher itself asks for.
+void set(std::initializer_list<std::pair<const char*, std::string>> variables)
 {
-    setEnvironmentVariable("OVRADIR5_64", folder);
-}
-
-std::vector<std::string> linesOf(const std::filesystem::path& file)
-{
-    std::vector<std::string> lines;
-    std::ifstream stream(file);
-    for (std::string line; std::getline(stream, line);)
-        lines.push_back(line);
-    return lines;
+    for (const auto& [name, value] : variables)
+        setEnvironmentVariable(name, value);
 }
 
 } // namespace
 
 TEST(LoggingDeathTest, WithoutADispatcherEveryTagHasTheSilentDefaultLogger)
 {
-    IN_A_NEW_PROCESS([] {
-        useInstallation("no such folder");
-        Logging& logging = Logging::instance();
-        Logger& logger = logging.getLogger("one");
-        EXPECT_FALSE(logging.isConnected());
-        EXPECT_EQ(&logging.getLogger("other"), &logger);
-        EXPECT_EQ(logger.id(), 0U);
-        EXPECT_EQ(logger.threshold(), 7U);
-        EXPECT_FALSE(logger.isEnabled(2));
-        logger.log(9, "goes nowhere", 0, 0);
-        Logging::onSetLevel(&logging, 5, 1);
-    });
-}
-
-TEST(LoggingDeathTest, ALibraryWithoutTheDescriptorIsNoDispatcher)
-{
-    IN_A_NEW_PROCESS([] {
-        TemporaryInstallation installation;
-        installation.add(OVRA_LEGACY_APPLET, "bin", "common-logging-dispatcher");
-        useInstallation(installation.folder());
-        EXPECT_FALSE(Logging::instance().isConnected());
-        EXPECT_NE(ovra::gui::fglib::openRuntimeLibrary("common-logging-dispatcher", nullptr), nullptr)
-            << "the file is a library, or the test shows nothing";
-    });
+    // Where it should be, there is nothing, or a library without the descriptor.
+    for (const bool library : {false, true}) {
+        IN_A_NEW_PROCESS([library] {
+            const TemporaryFolder installation;
+            if (library)
+                installation.add(OVRA_LEGACY_APPLET, "bin", "common-logging-dispatcher");
+            set({{"OVRADIR5_64", installation.path().string()}});
+            Logging& logging = Logging::instance();
+            EXPECT_FALSE(logging.isConnected());
+            Logger& logger = logging.getLogger("one");
+            EXPECT_EQ(&logging.getLogger("other"), &logger);
+            EXPECT_EQ(logger.id(), 0U);
+            EXPECT_EQ(logger.threshold(), 7U);
+            EXPECT_FALSE(logger.isEnabled(2));
+            logger.log(9, "goes nowhere", 0, 0);
+            Logging::onSetLevel(&logging, 5, 1);
+            EXPECT_EQ(openRuntimeLibrary("common-logging-dispatcher", nullptr) != nullptr, library);
+        });
+    }
 }
 
 TEST(LoggingDeathTest, LoggersFollowTheDispatcherUntilItDisconnects)
 {
     IN_A_NEW_PROCESS([] {
-        TemporaryInstallation installation;
-        const auto file = installation.path() / "log.txt";
-        useInstallation(OVRA_STAGE_DIR);
-        setEnvironmentVariable("OVRA_LOG_FILE", file.string());
-        setEnvironmentVariable("OVRA_LOG_LEVELS", "quiet=5;loud=1");
-        // The dispatcher calls back before connect() has returned: re-entry must find the instance.
-        setEnvironmentVariable("OVRA_LOG_CALLBACK_ON_CONNECT", "loud;quiet");
+        const TemporaryFolder folder;
+        set({{"OVRADIR5_64", OVRA_STAGE_DIR},
+             {"OVRA_LOG_FILE", folder.path("log.txt").string()},
+             {"OVRA_LOG_LEVELS", "quiet=5;loud=1"},
+             // The dispatcher calls back before connect() has returned: re-entry must find the instance.
+             {"OVRA_LOG_CALLBACK_ON_CONNECT", "loud;quiet"}});
 
         Logging& logging = Logging::instance();
         ASSERT_TRUE(logging.isConnected());
@@ -104,10 +88,10 @@ TEST(LoggingDeathTest, LoggersFollowTheDispatcherUntilItDisconnects)
         setLevel("never asked for", 0);
         Logging::onSetLevel(&logging, 4711, 0);
 
-        quiet.mute(ovra::templates::platform::currentThreadId());
+        quiet.mute(currentThreadId());
         EXPECT_FALSE(quiet.isEnabled(4));
         std::thread([&quiet] { EXPECT_TRUE(quiet.isEnabled(4)) << "another thread"; }).join();
-        quiet.unmute(ovra::templates::platform::currentThreadId());
+        quiet.unmute(currentThreadId());
         EXPECT_TRUE(quiet.isEnabled(4));
 
         loud.log(4, "before", 0, 0);
@@ -116,18 +100,17 @@ TEST(LoggingDeathTest, LoggersFollowTheDispatcherUntilItDisconnects)
         EXPECT_FALSE(logging.isConnected());
         EXPECT_EQ(logging.getLogger("loud").id(), 0U);
         EXPECT_TRUE(loud.isEnabled(4)) << "a logger handed out before stays valid";
-        EXPECT_EQ(linesOf(file), std::vector<std::string>{"4 loud before"});
+        EXPECT_EQ(folder.read("log.txt"), "4 loud before\n");
     });
 }
 
 TEST(LoggingDeathTest, TheLibraryWritesItsTwoLinesWithThreadAndUseCount)
 {
     IN_A_NEW_PROCESS([] {
-        TemporaryInstallation installation;
-        const auto file = installation.path() / "log.txt";
-        useInstallation(OVRA_STAGE_DIR);
-        setEnvironmentVariable("OVRA_LOG_FILE", file.string());
-        setEnvironmentVariable("OVRA_LOG_LEVEL", "2");
+        const TemporaryFolder folder;
+        set({{"OVRADIR5_64", OVRA_STAGE_DIR},
+             {"OVRA_LOG_FILE", folder.path("log.txt").string()},
+             {"OVRA_LOG_LEVEL", "2"}});
         OvraGuiCoreInit();
         OvraGuiCoreInit();
         OvraGuiCoreDeinit();
@@ -137,23 +120,20 @@ TEST(LoggingDeathTest, TheLibraryWritesItsTwoLinesWithThreadAndUseCount)
         OvraGuiCoreInit();
         OvraGuiCoreDeinit();
 
-        const std::string prefix =
-            "2 guard.library thread-id=" + std::to_string(ovra::templates::platform::currentThreadId()) +
-            "|LIBRARY ";
-        const std::vector<std::string> expected = {
-            prefix + "INIT: OvraGuiCore (useCount: 1)",   prefix + "INIT: OvraGuiCore (useCount: 2)",
-            prefix + "DEINIT: OvraGuiCore (useCount: 2)", prefix + "INIT: OvraGuiCore (useCount: 1)",
-            prefix + "DEINIT: OvraGuiCore (useCount: 1)",
-        };
-        EXPECT_EQ(linesOf(file), expected);
+        std::string expected;
+        for (const char* step : {"INIT: OvraGuiCore (useCount: 1)", "INIT: OvraGuiCore (useCount: 2)",
+                                 "DEINIT: OvraGuiCore (useCount: 2)", "INIT: OvraGuiCore (useCount: 1)",
+                                 "DEINIT: OvraGuiCore (useCount: 1)"})
+            expected +=
+                "2 guard.library thread-id=" + std::to_string(currentThreadId()) + "|LIBRARY " + step + "\n";
+        EXPECT_EQ(folder.read("log.txt"), expected);
     });
 }
 
 TEST(LoggingDeathTest, ManyThreadsThatComeFirstFindOneInstance)
 {
     IN_A_NEW_PROCESS([] {
-        useInstallation(OVRA_STAGE_DIR);
-        setEnvironmentVariable("OVRA_LOG_LEVEL", "2");
+        set({{"OVRADIR5_64", OVRA_STAGE_DIR}, {"OVRA_LOG_LEVEL", "2"}});
         std::vector<Logger*> found(8);
         {
             std::vector<std::jthread> threads;

@@ -1,0 +1,61 @@
+// The forwarders on a runtime that is opened as any other library.
+
+#include "fglib/EntryTable.h"
+#include "platform/ProcessEnvironment.h"
+#include "tests/TemporaryFolder.h"
+
+#include "fglib5/Fglib5.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+#include <vector>
+
+using namespace ovra::gui::fglib;
+
+namespace {
+
+int innerCalls = 0;
+
+Fg_Struct* countingInit(const char*, unsigned int)
+{
+    ++innerCalls;
+    return nullptr;
+}
+
+struct RealRuntime : testing::Test
+{
+    ~RealRuntime() override
+    {
+        resolveEntries([](const void*, const char*) -> void* { return nullptr; }, nullptr);
+    }
+};
+
+} // namespace
+
+TEST_F(RealRuntime, NeverPassesItsInnerCallsThroughTheForwarders)
+{
+    ASSERT_EQ(bindFglib(OVRA_STAGE_DIR), 0);
+    entryTable.Fg_Init = &countingInit;
+    Fg_Init("through the forwarder", 0);
+    EXPECT_EQ(innerCalls, 1);
+    // The runtime's Fg_InitConfig calls its own Fg_Init; were our function of that name visible, it would
+    // come here.
+    Fg_InitConfig(TemporaryFolder().path("some.mcf").string().c_str(), 0);
+    Fg_InitEx("some.hap", 0, 0);
+    EXPECT_EQ(innerCalls, 1);
+}
+
+TEST_F(RealRuntime, IsBoundByThreadsThatMakeTheFirstCallTogether)
+{
+    // The forwarders bind from the installation directory; this process has none but what is set here.
+    ovra::templates::platform::setEnvironmentVariable("OVRADIR5_64", OVRA_STAGE_DIR);
+    std::vector<const char*> answers(8);
+    {
+        std::vector<std::jthread> threads;
+        for (auto& answer : answers)
+            threads.emplace_back([&answer] { answer = Fg_getErrorDescription(nullptr, -1); });
+    }
+    for (const char* answer : answers)
+        EXPECT_NE(answer, nullptr);
+}

@@ -20,30 +20,16 @@ namespace ovra::tests {
 class RecordingViews : public gui::Views
 {
 public:
-    std::vector<std::string> lines() const
-    {
-        const std::lock_guard lock(m_mutex);
-        return m_lines;
-    }
+    std::vector<std::string> lines() const { return copyOf(m_lines); }
+    std::vector<std::string> logMessages() const { return copyOf(m_logMessages); }
+    /// Lines of calls that came on another thread than the GUI thread, but for the two that may.
+    std::vector<std::string> callsOffTheGuiThread() const { return copyOf(m_strays); }
 
     void clear()
     {
         const std::lock_guard lock(m_mutex);
         m_lines.clear();
         m_logMessages.clear();
-    }
-
-    /// Lines of calls that came on another thread than the GUI thread, but for the two that may.
-    std::vector<std::string> callsOffTheGuiThread() const
-    {
-        const std::lock_guard lock(m_mutex);
-        return m_strays;
-    }
-
-    std::vector<std::string> logMessages() const
-    {
-        const std::lock_guard lock(m_mutex);
-        return m_logMessages;
     }
 
     /// Called with each line as it is written, on the thread of the call. May throw.
@@ -115,6 +101,12 @@ public:
     std::size_t eventConnections() const { return m_events.num_slots(); }
 
 private:
+    std::vector<std::string> copyOf(const std::vector<std::string>& kept) const
+    {
+        const std::lock_guard lock(m_mutex);
+        return kept;
+    }
+
     void note(const std::string& line, bool anyThread = false)
     {
         {

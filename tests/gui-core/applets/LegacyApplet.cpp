@@ -15,14 +15,9 @@ extern "C" APPLET_EXPORT int Info(int query, int a, int b, int c, int d)
         query == 1888 || (query == 3072 && before == 1888) || (query == 3328 && before == 3072);
     const bool asUsual = inOrder && a == 0 && b == 0 && c == 0 && d == 0;
     before = query;
-    switch (query) {
-    case 1888:
-        return asUsual ? CHANNELS : 7;
-    case 3072:
-        return asUsual ? MEDIUM : !MEDIUM;
-    default:
-        return asUsual ? FULL : !FULL;
-    }
+    const int answer = query == 1888 ? CHANNELS : query == 3072 ? MEDIUM : FULL;
+    const int wrongAnswer = query == 1888 ? 7 : !answer;
+    return asUsual ? answer : wrongAnswer;
 }
 #else
 extern "C" APPLET_EXPORT int Information()

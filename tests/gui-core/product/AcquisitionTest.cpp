@@ -1,30 +1,8 @@
 #include "Product.h"
 
-#include "gui-core/AcquisitionBufferCountChangeCommand.h"
-#include "gui-core/StartAcquisitionCommand.h"
-#include "gui-core/StopAcquisitionCommand.h"
-
-#include "simulation/fglib5/SimulationControl.h"
-
-#include "ovra-core/HarloApplication.h"
-#include "ovra-lib-display/DisplayScene.h"
-#include "ovra-lib-environment/Environment.h"
-#include "ovra-lib-environment/HlEnvironmentGlobalResourceModel.h"
-#include "ovra-lib-environment/HlEnvironmentHardwareNodes.h"
 #include "ovra-lib-genicam-model/GenICamModel.h"
-#include "ovra_log/reference/Journal.h"
 
-#include <algorithm>
-#include <atomic>
 #include <mutex>
-
-using ovra::core::HarloApplication;
-using ovra::gui::Gui;
-using ovra::gui::commands::AcquisitionBufferCountChangeCommand;
-using ovra::gui::commands::StartAcquisitionCommand;
-using ovra::gui::commands::StopAcquisitionCommand;
-using ovra::reference::Journal;
-using Lines = std::vector<std::string>;
 
 namespace ovra::tests {
 
@@ -38,41 +16,38 @@ constexpr int IGNORE = 2;
 constexpr const char* REMEMBERED = "gui.mainwindow.acquisition.sync.remembered";
 constexpr const char* REMEMBERED_VALUE = "gui.mainwindow.acquisition.sync.remembered.value";
 
-/// Counts what a scene shows it and keeps the size and the pixels of the newest image.
-class CountingVisualizer : public display::DisplaySceneVisualizer
+struct Picture
+{
+    int width = 0;
+    int height = 0;
+    std::vector<std::uint8_t> pixels;
+
+    bool operator==(const Picture&) const = default;
+};
+
+/// Counts the images that a scene shows it and keeps the newest.
+class PictureTaker : public display::DisplaySceneVisualizer
 {
 public:
     void showImage(const display::Image& image) override
     {
         const std::lock_guard lock(m_mutex);
-        m_newest.assign(image.pixels, image.pixels + static_cast<std::ptrdiff_t>(image.width) * image.height);
-        width = image.width;
-        height = image.height;
+        const auto bytes = static_cast<std::ptrdiff_t>(image.width) * image.height;
+        m_newest = {image.width, image.height, {image.pixels, image.pixels + bytes}};
         ++images;
     }
 
-    std::vector<std::uint8_t> newest() const
+    Picture newest() const
     {
         const std::lock_guard lock(m_mutex);
         return m_newest;
     }
 
     std::atomic<int> images{0};
-    std::atomic<int> width{0};
-    std::atomic<int> height{0};
 
 private:
     mutable std::mutex m_mutex;
-    std::vector<std::uint8_t> m_newest;
-};
-
-struct Picture
-{
-    int width;
-    int height;
-    std::vector<std::uint8_t> pixels;
-
-    bool operator==(const Picture&) const = default;
+    Picture m_newest;
 };
 
 /// Two boards. Board 0: process 0 with channels 0 and 1 and port 0, process 1 with channel 2 and port 1.
@@ -91,8 +66,6 @@ protected:
             "dmas": [{"index": 7, "width": 64, "height": 48, "port": 0}])");
     }
 
-    ~Acquisition() override { Journal::stop(); }
-
     void startBoth()
     {
         start();
@@ -106,19 +79,16 @@ protected:
         HarloApplication::setConfigEntry("gui.preferences.sync_dma_and_camera_dimensions", 0);
     }
 
-    void startDma(int serial, unsigned int index)
+    void startDma(int serial, unsigned int i)
     {
-        run(StartAcquisitionCommand::create(dma(serial, index), ENDLESS));
+        run(StartAcquisitionCommand::create(dma(serial, i), ENDLESS));
     }
-    void startPort(int serial, unsigned int index)
+    void startPort(int serial, unsigned int i)
     {
-        run(StartAcquisitionCommand::create(port(serial, index), ENDLESS));
+        run(StartAcquisitionCommand::create(port(serial, i), ENDLESS));
     }
-    void stopDma(int serial, unsigned int index) { run(StopAcquisitionCommand::create(dma(serial, index))); }
-    void stopPort(int serial, unsigned int index)
-    {
-        run(StopAcquisitionCommand::create(port(serial, index)));
-    }
+    void stopDma(int serial, unsigned int i) { run(StopAcquisitionCommand::create(dma(serial, i))); }
+    void stopPort(int serial, unsigned int i) { run(StopAcquisitionCommand::create(port(serial, i))); }
 
     boost::shared_ptr<core::models::GenICamModel> camera(int serial, unsigned int index) const
     {
@@ -128,7 +98,7 @@ protected:
     /// Time passes: a generator on the other board delivers some images.
     void waitForImagesElsewhere()
     {
-        CountingVisualizer elsewhere;
+        ImageCounter elsewhere;
         const auto scene = dma(ALPHA_SERIAL, 1)->getDisplayScene();
         scene->setVisualizer(&elsewhere);
         scene->startGrabbing(ENDLESS);
@@ -140,11 +110,10 @@ protected:
     /// Of the questions so far, what they were about.
     Lines questions() const
     {
-        Lines pairs;
-        for (const auto& line : views->lines())
-            if (line.rfind("choice", 0) == 0)
-                pairs.push_back(line.substr(line.find("camera port "), 13) + ", " +
-                                line.substr(line.find("DMA port "), 10));
+        Lines pairs = told({"choice"});
+        for (auto& line : pairs)
+            line =
+                line.substr(line.find("camera port "), 13) + ", " + line.substr(line.find("DMA port "), 10);
         return pairs;
     }
 
@@ -152,14 +121,14 @@ protected:
     Picture firstPicture(unsigned int channel, int choice)
     {
         views->choice = choice;
-        CountingVisualizer visualizer;
+        PictureTaker shown;
         const auto scene = dma(ALPHA_SERIAL, channel)->getDisplayScene();
-        scene->setVisualizer(&visualizer);
+        scene->setVisualizer(&shown);
         run(StartAcquisitionCommand::create(dma(ALPHA_SERIAL, channel), 1));
-        pumpUntil([&] { return visualizer.images == 1; });
+        pumpUntil([&] { return shown.images == 1; });
         stopDma(ALPHA_SERIAL, channel);
         scene->setVisualizer(nullptr);
-        return {visualizer.width, visualizer.height, visualizer.newest()};
+        return shown.newest();
     }
 
     static Lines startsAndStops()
@@ -240,31 +209,22 @@ TEST_F(Acquisition, ReachesAsFarAsTheSyncModeSaysAndStopsInTheOppositeOrder)
     EXPECT_EQ(failures, Lines{});
 }
 
-TEST_F(Acquisition, SkipsWhatIsMissing)
+TEST_F(Acquisition, PassesOverWhatIsMissingExpiredOrIncompleteAndGoesOn)
 {
     startBoth();
-    setUncheckedDimensions();
-    Gui::setSyncMode(Gui::SyncNone);
-    const auto unmapped = core::models::HlEnvironmentLogicalPortNode::create();
-    const auto sceneless = core::models::HlEnvironmentDmaNode::create();
-    const auto noDma = boost::shared_ptr<core::models::HlEnvironmentDmaNode>();
+    const auto startAndStop = [this](const auto& target, Gui::SyncMode mode) {
+        Gui::setSyncMode(mode);
+        run(StartAcquisitionCommand::create(target, 1));
+        run(StopAcquisitionCommand::create(target));
+    };
     views->clear();
     Journal::start();
-    run(StartAcquisitionCommand::create(unmapped, 1));
-    run(StartAcquisitionCommand::create(sceneless, 1));
-    run(StopAcquisitionCommand::create(unmapped));
-    run(StopAcquisitionCommand::create(sceneless));
-    Gui::setSyncMode(Gui::SyncAllBoards);
-    run(StartAcquisitionCommand::create(noDma, 1));
-    run(StopAcquisitionCommand::create(noDma));
+    startAndStop(core::models::HlEnvironmentLogicalPortNode::create(), Gui::SyncNone);
+    startAndStop(core::models::HlEnvironmentDmaNode::create(), Gui::SyncNone);
+    startAndStop(boost::shared_ptr<core::models::HlEnvironmentDmaNode>(), Gui::SyncAllBoards);
     EXPECT_EQ(startsAndStops(), Lines{});
     EXPECT_EQ(views->lines(), Lines(6, "update_acquisition_state"));
-    EXPECT_EQ(failures, Lines{});
-}
 
-TEST_F(Acquisition, PassesOverWhatHasExpiredOrIsIncompleteAndGoesOn)
-{
-    startBoth();
     Gui::setSyncMode(Gui::SyncBoard);
     for (const auto type : {core::Environment::ResourceDma, core::Environment::ResourceLogicalPort}) {
         const auto expired = core::models::HlEnvironmentGlobalResourceNode::create();
@@ -274,7 +234,7 @@ TEST_F(Acquisition, PassesOverWhatHasExpiredOrIsIncompleteAndGoesOn)
     dma(ALPHA_SERIAL, 0)->setDisplayScene({});
     port(ALPHA_SERIAL, 0)->setMappedPortEntry({});
     dma(ALPHA_SERIAL, 2)->setFrameBufferGroup({});
-    views->choice = 0; // which wants the group that is missing
+    views->choice = CAMERA_TO_DMA; // which wants the group that is missing
     views->clear();
     Journal::start();
     startDma(ALPHA_SERIAL, 0);
@@ -291,12 +251,15 @@ TEST_F(Acquisition, AGeneratorKeepsTheCameraOutOfItAndACameraLinkCameraIsStarted
     struct Row
     {
         Gui::SyncMode mode;
+        unsigned int port;
         Lines started;
         Lines stopped;
     };
     const Row rows[] = {
-        {Gui::SyncNone, {CAMERA_0_1}, {}},
+        {Gui::SyncNone, 0, {}, {}},
+        {Gui::SyncNone, 1, {CAMERA_0_1}, {}},
         {Gui::SyncAllBoards,
+         1,
          {DMA_0, DMA_1, DMA_2, DMA_7, CAMERA_0_1, CAMERA_1_0},
          {stopOf(CAMERA_1_0), stopOf(DMA_0), stopOf(DMA_1), stopOf(DMA_2), stopOf(DMA_7)}},
     };
@@ -305,58 +268,41 @@ TEST_F(Acquisition, AGeneratorKeepsTheCameraOutOfItAndACameraLinkCameraIsStarted
     port(ALPHA_SERIAL, 0)->setGeneratorActive(true);
     port(ALPHA_SERIAL, 1)->setClCameraPresent(true);
     for (const Row& row : rows) {
-        SCOPED_TRACE(row.mode);
+        SCOPED_TRACE("mode " + std::to_string(row.mode) + ", port " + std::to_string(row.port));
         Gui::setSyncMode(row.mode);
         Journal::start();
-        startPort(ALPHA_SERIAL, 1);
+        startPort(ALPHA_SERIAL, row.port);
         EXPECT_EQ(startsAndStops(), row.started);
         Journal::start();
-        stopPort(ALPHA_SERIAL, 1);
+        stopPort(ALPHA_SERIAL, row.port);
         EXPECT_EQ(startsAndStops(), row.stopped);
     }
-    Gui::setSyncMode(Gui::SyncNone);
-    Journal::start();
-    startPort(ALPHA_SERIAL, 0);
-    stopPort(ALPHA_SERIAL, 0);
-    EXPECT_EQ(startsAndStops(), Lines{});
 }
 
-TEST_F(Acquisition, ImagesArriveUntilTheStopAndNoneAfterIt)
+TEST_F(Acquisition, ImagesArriveWhileTheCameraSendsAndNoneAfterTheStop)
 {
     startBoth();
-    CountingVisualizer visualizer;
-    dma(BETA_SERIAL, 7)->getDisplayScene()->setVisualizer(&visualizer);
+    PictureTaker shown;
+    dma(BETA_SERIAL, 7)->getDisplayScene()->setVisualizer(&shown);
+    Gui::setSyncMode(Gui::SyncNone);
     startDma(BETA_SERIAL, 7);
-    pumpUntil([&] { return visualizer.images >= 3; });
-    const auto first = visualizer.newest();
-    pumpUntil([&] { return visualizer.newest() != first; });
-    EXPECT_EQ(visualizer.width, 64);
-    EXPECT_EQ(visualizer.height, 48);
+    waitForImagesElsewhere();
+    EXPECT_EQ(shown.images, 0) << "the camera stands still";
+    startPort(BETA_SERIAL, 0);
+    pumpUntil([&] { return shown.images >= 3; });
+    const auto first = shown.newest();
+    pumpUntil([&] { return shown.newest() != first; });
+    EXPECT_EQ(first.width, 64);
+    EXPECT_EQ(first.height, 48);
     EXPECT_TRUE(camera(BETA_SERIAL, 0)->isAcquiring());
 
+    Gui::setSyncMode(Gui::SyncProcess);
     stopDma(BETA_SERIAL, 7);
-    const int atStop = visualizer.images;
+    const int atStop = shown.images;
     EXPECT_FALSE(camera(BETA_SERIAL, 0)->isAcquiring());
     waitForImagesElsewhere();
-    EXPECT_EQ(visualizer.images, atStop);
+    EXPECT_EQ(shown.images, atStop);
     dma(BETA_SERIAL, 7)->getDisplayScene()->setVisualizer(nullptr);
-}
-
-TEST_F(Acquisition, AChannelWhoseCameraStandsStillGetsNothing)
-{
-    startBoth();
-    Gui::setSyncMode(Gui::SyncNone);
-    CountingVisualizer visualizer;
-    dma(BETA_SERIAL, 7)->getDisplayScene()->setVisualizer(&visualizer);
-    startDma(BETA_SERIAL, 7);
-    waitForImagesElsewhere();
-    EXPECT_EQ(visualizer.images, 0);
-    startPort(BETA_SERIAL, 0);
-    pumpUntil([&] { return visualizer.images >= 1; });
-    unload(BETA_SERIAL);
-    const int atUnload = visualizer.images;
-    load(BETA_SERIAL, beta);
-    EXPECT_EQ(visualizer.images, atUnload);
 }
 
 TEST_F(Acquisition, AMismatchShowsInThePictureUntilOneSideTakesTheOthersSize)
@@ -516,17 +462,24 @@ TEST_F(Acquisition, BuffersOfOneChannelAreGrantedWithinTheBudgetOfAllBoardsToThe
 {
     constexpr unsigned long long MIB = 1 << 20;
     HarloApplication::setConfigEntry("gui.preferences.max_dma_buffersize", 1);
-    HarloApplication::setConfigEntry("gui.preferences.acq.default.buffers", 4);
+    HarloApplication::setConfigEntry("gui.preferences.acq.default.buffers", 14);
+    HarloApplication::setConfigEntry("gui.preferences.acq.default.timeout", 3);
     alpha = installation.addAlphaApplet("alpha.hap", R"("processes": [{"dmas": [0, 1], "ports": [0]}],
         "dmas": [{"index": 0, "width": 64, "height": 48}, {"index": 1, "width": 320, "height": 256}])");
+    Journal::start();
     startBoth();
+    const std::string setTimeout = "FglibFrameBufferGroup::setTimeout dma=";
+    EXPECT_EQ(journalOf({setTimeout}),
+              (Lines{setTimeout + "0 seconds=3", setTimeout + "1 seconds=3", setTimeout + "7 seconds=3"}));
+    EXPECT_EQ(dma(BETA_SERIAL, 7)->getAcqTimeout(), 3U);
+    EXPECT_EQ(dma(BETA_SERIAL, 7)->getAcqBuffersCurrent(), 7U) << "what the others leave";
     constexpr unsigned long long SMALL = 64 * 48, LARGE = 320 * 256;
     const auto expectUsed = [&](unsigned long long bytes) {
         EXPECT_EQ(Gui::getUsedDmaMemory(), bytes);
         EXPECT_EQ(static_cast<unsigned long long>(installation.live(FGSIM_RING_BYTES)), bytes);
         EXPECT_EQ(Gui::getTotalDmaMemory(), MIB);
     };
-    expectUsed(4 * SMALL + 4 * LARGE + 4 * SMALL);
+    expectUsed(14 * SMALL + 12 * LARGE + 7 * SMALL);
 
     struct Row
     {
@@ -538,16 +491,16 @@ TEST_F(Acquisition, BuffersOfOneChannelAreGrantedWithinTheBudgetOfAllBoardsToThe
         unsigned long long used;
     };
     const Row rows[] = {
-        {__LINE__, ALPHA_SERIAL, 1, 12, 12, 12, 8 * SMALL + 12 * LARGE},
-        {__LINE__, ALPHA_SERIAL, 1, 12, 12, 12, 8 * SMALL + 12 * LARGE}, // again: a change as well
-        {__LINE__, ALPHA_SERIAL, 1, 13, 13, 12, 8 * SMALL + 12 * LARGE}, // the 13th would not fit
-        {__LINE__, BETA_SERIAL, 7, 100, 100, 17, 21 * SMALL + 12 * LARGE},
-        {__LINE__, ALPHA_SERIAL, 0, 9, 9, 4, 21 * SMALL + 12 * LARGE},
+        {__LINE__, ALPHA_SERIAL, 1, 12, 12, 12, 21 * SMALL + 12 * LARGE}, // as it is: a change as well
+        {__LINE__, ALPHA_SERIAL, 1, 13, 13, 12, 21 * SMALL + 12 * LARGE}, // the 13th would not fit
+        {__LINE__, ALPHA_SERIAL, 0, 9, 9, 9, 16 * SMALL + 12 * LARGE},
+        {__LINE__, BETA_SERIAL, 7, 100, 100, 12, 21 * SMALL + 12 * LARGE},
+        {__LINE__, ALPHA_SERIAL, 0, 14, 14, 9, 21 * SMALL + 12 * LARGE},
         // Refused by the group: the model and the user are told all the same.
         {__LINE__, ALPHA_SERIAL, 1, 0, 13, 12, 21 * SMALL + 12 * LARGE},
         {__LINE__, ALPHA_SERIAL, 1, -3, 13, 12, 21 * SMALL + 12 * LARGE},
         {__LINE__, ALPHA_SERIAL, 1, 1, 1, 1, 21 * SMALL + 1 * LARGE},
-        {__LINE__, BETA_SERIAL, 7, 100, 100, 100, 104 * SMALL + 1 * LARGE},
+        {__LINE__, BETA_SERIAL, 7, 100, 100, 100, 109 * SMALL + 1 * LARGE},
     };
     Gui::setSyncMode(Gui::SyncAllBoards); // which widens starts and stops only
     views->onLine = [](const std::string& line) { Journal::note("views " + line); };
@@ -571,7 +524,7 @@ TEST_F(Acquisition, BuffersOfOneChannelAreGrantedWithinTheBudgetOfAllBoardsToThe
     run(AcquisitionBufferCountChangeCommand::create(dma(BETA_SERIAL, 7), 50));
     EXPECT_EQ(failures.size(), 1U);
     EXPECT_EQ(dma(BETA_SERIAL, 7)->getAcqBuffersCurrent(), 100U) << "what there was before";
-    expectUsed(104 * SMALL + 1 * LARGE);
+    expectUsed(109 * SMALL + 1 * LARGE);
     const auto late = dma(BETA_SERIAL, 7);
     unload(BETA_SERIAL);
     Journal::start();
@@ -579,7 +532,7 @@ TEST_F(Acquisition, BuffersOfOneChannelAreGrantedWithinTheBudgetOfAllBoardsToThe
     run(AcquisitionBufferCountChangeCommand::create(late, 8));
     EXPECT_EQ(journalOf({"HlEnvironmentDmaNode::set", "views"}), told);
     EXPECT_EQ(failures, Lines{});
-    expectUsed(4 * SMALL + 1 * LARGE);
+    expectUsed(9 * SMALL + 1 * LARGE);
     unload(ALPHA_SERIAL);
     expectUsed(0);
 }

@@ -7,26 +7,10 @@
 
 #include "Product.h"
 
-#include "gui-core/AcquisitionBufferCountChangeCommand.h"
-#include "gui-core/LoadAppletCommand.h"
-#include "gui-core/StartAcquisitionCommand.h"
-#include "gui-core/StopAcquisitionCommand.h"
-#include "gui-core/UnloadAppletCommand.h"
-
-#include "simulation/fglib5/SimulationControl.h"
-
-#include "ovra-core/HarloApplication.h"
-#include "ovra-lib-display/DisplayScene.h"
 #include "ovra-lib-fglib-model/FgLibEventsModel.h"
 
-#include <algorithm>
 #include <array>
-#include <atomic>
 #include <cstdlib>
-
-using ovra::core::HarloApplication;
-using ovra::gui::Gui;
-using namespace ovra::gui::commands;
 
 namespace ovra::tests {
 
@@ -39,12 +23,6 @@ std::chrono::seconds wantedDuration()
     const char* const wanted = std::getenv("OVRA_LOAD_SECONDS");
     return std::chrono::seconds(wanted ? std::max(std::atoi(wanted), 1) : 3);
 }
-
-struct Counter : display::DisplaySceneVisualizer
-{
-    void showImage(const display::Image&) override { ++images; }
-    std::atomic<std::int64_t> images{0};
-};
 
 class AcquisitionUnderLoad : public Product
 {
@@ -63,12 +41,7 @@ protected:
             "dmas": [{"index": 7, "width": 64, "height": 48}])");
     }
 
-    ~AcquisitionUnderLoad() override
-    {
-        for (unsigned int i = 0; i < CHANNELS && board(ALPHA_SERIAL); ++i)
-            if (const auto channel = dma(ALPHA_SERIAL, i))
-                channel->getDisplayScene()->setVisualizer(nullptr);
-    }
+    ~AcquisitionUnderLoad() override { unload(ALPHA_SERIAL); } // before that goes which it shows images to
 
     void begin()
     {
@@ -93,12 +66,11 @@ protected:
 
     void awaitImagesOfAll()
     {
-        std::array<std::int64_t, CHANNELS> before{};
-        std::transform(shown.begin(), shown.end(), before.begin(),
-                       [](const Counter& each) { return each.images.load(); });
+        std::array<int, CHANNELS> before{};
+        std::ranges::transform(shown, before.begin(), [](const auto& each) { return each.images.load(); });
         pumpUntil([&] {
-            return std::equal(shown.begin(), shown.end(), before.begin(),
-                              [](const Counter& each, std::int64_t images) { return each.images > images; });
+            return std::ranges::equal(shown, before,
+                                      [](const auto& each, int images) { return each.images > images; });
         });
     }
 
@@ -128,13 +100,11 @@ protected:
     /// Nothing that the round had to tell was lost.
     void expectRoundIsComplete()
     {
-        constexpr std::size_t ACQUISITION_COMMANDS = 6;
-        constexpr std::size_t BUFFER_COMMANDS = 2;
-        constexpr std::size_t LINES_OF_AN_UNLOAD = 2;
-        const auto lines = views->lines();
-        EXPECT_EQ(std::count(lines.begin(), lines.end(), "update_acquisition_state"), ACQUISITION_COMMANDS);
-        EXPECT_EQ(lines.size(), ACQUISITION_COMMANDS + BUFFER_COMMANDS + LINES_OF_AN_UNLOAD + linesOfALoad);
-        EXPECT_EQ(failures, std::vector<std::string>{});
+        constexpr std::size_t ACQUISITION_COMMANDS = 6, BUFFER_COMMANDS = 2, LINES_OF_AN_UNLOAD = 2;
+        EXPECT_EQ(told({"update_acquisition_state"}).size(), ACQUISITION_COMMANDS);
+        EXPECT_EQ(views->lines().size(),
+                  ACQUISITION_COMMANDS + BUFFER_COMMANDS + LINES_OF_AN_UNLOAD + linesOfALoad);
+        EXPECT_EQ(failures, Lines{});
         EXPECT_EQ(Gui::getUsedDmaMemory(),
                   static_cast<unsigned long long>(installation.live(FGSIM_RING_BYTES)));
         pumpUntil([this] { return cameraStarts >= expectedCameraStarts; });
@@ -143,7 +113,7 @@ protected:
 
     std::string alpha;
     std::string beta;
-    std::array<Counter, CHANNELS> shown;
+    std::array<ImageCounter, CHANNELS> shown;
     std::size_t linesOfALoad = 0;
     std::atomic<int> cameraStarts{0};
     int expectedCameraStarts = 0;

@@ -1,21 +1,6 @@
 #include "Product.h"
 
-#include "gui-core/LoadMcfCommand.h"
-#include "gui-core/StoreMcfCommand.h"
-
 #include "fglib5/Fglib5.h"
-
-#include "ovra-lib-display/DisplayScene.h"
-#include "ovra-lib-environment/Environment.h"
-#include "ovra-lib-environment/HlEnvironmentFileNode.h"
-#include "ovra-lib-environment/HlEnvironmentModel.h"
-#include "ovra_log/reference/Journal.h"
-
-using ovra::gui::Gui;
-using ovra::gui::commands::LoadMcfCommand;
-using ovra::gui::commands::StoreMcfCommand;
-using ovra::reference::Journal;
-using Lines = std::vector<std::string>;
 
 namespace ovra::tests {
 
@@ -41,8 +26,6 @@ std::string replaced(std::string text, const std::string& what, const std::strin
 class Configuration : public Product
 {
 protected:
-    ~Configuration() override { Journal::stop(); }
-
     /// In texts of tables, "%" stands for the installation's folder.
     std::string resolved(const std::string& text) const { return replaced(text, "%", installation.folder()); }
 
@@ -55,12 +38,7 @@ protected:
         views->clear();
         Journal::start();
         commands();
-        Lines told;
-        for (const auto& line : views->lines())
-            if (line.rfind("showErrorMessage", 0) == 0 || line.rfind("warning", 0) == 0 ||
-                line.rfind("error", 0) == 0 || line.find("MCF") != std::string::npos)
-                told.push_back(line);
-        return told;
+        return told({"showErrorMessage", "warning", "error", "status(Loading Configuration"});
     }
 
     std::string loadedApplet() const
@@ -77,8 +55,7 @@ protected:
         return asked.empty() ? "" : asked.back().substr(question.size());
     }
 
-    template <class Value>
-    void set(int parameter, const Value* value)
+    void set(int parameter, const void* value)
     {
         auto& write = installation.entry<decltype(Fg_setParameter)>("Fg_setParameter");
         ASSERT_EQ(write(board(ALPHA_SERIAL)->getBoardHandle(), parameter, value, 0), FG_OK);
@@ -178,33 +155,26 @@ TEST_F(Configuration, OnlyTheEndingTellsAnAppletFromAnMcf)
     EXPECT_EQ(loadedApplet(), applet) << "what cannot be loaded leaves the board as it is";
 }
 
-TEST_F(Configuration, TheEnvironmentIsMadeToAddWhatItDoesNotKnow)
-{
-    installation.addAlphaApplet("one.hap", ADJUSTABLE);
-    start();
-    Gui::environment()->stopMonitor();
-    const auto mcf = installation.write("late.mcf", "[Kamerasektion]\nHapName=late;\n");
-    const auto late = installation.addAlphaApplet("late.hap", ADJUSTABLE);
-    const Lines forced = {"Environment::forceSingleFileAddition " + late};
-    for (const Lines& additions : {forced, Lines{}}) {
-        EXPECT_EQ(toldBy([&] { loadMcf(mcf); }), APPLIED);
-        EXPECT_EQ(journalOf({"Environment::forceSingleFileAddition"}), additions);
-    }
-    EXPECT_EQ(loadedApplet(), late);
-}
-
-TEST_F(Configuration, TheFolderIsThatOfTheBoardsModel)
+TEST_F(Configuration, TheFolderIsThatOfTheBoardsModelAndTheEnvironmentIsMadeToAddWhatItDoesNotKnow)
 {
     installation.write("simulation/machine.json", R"({"name": "x", "boards": [
         {"model": "novel", "boardType": 1, "serial": "a1b2c3", "ports": 1},
         {"model": "ovra-dual-cxp", "boardType": 2898, "serial": "beef", "ports": 1}]})");
     const auto mcf = installation.write("one.mcf", "[Kamerasektion]\nHapName=one;\n");
+    const auto loadBeta = [&] { run(LoadMcfCommand::create(board(BETA_SERIAL), mcf)); };
     start();
+    Gui::environment()->stopMonitor();
     EXPECT_EQ(toldBy([&] { loadMcf(mcf); }), Lines{ABSENT});
     EXPECT_EQ(askedFor(), installation.folder() + "/Hardware Applets/unknown/one.hap");
-    EXPECT_EQ(toldBy([&] { run(LoadMcfCommand::create(board(BETA_SERIAL), mcf)); }),
-              Lines{replaced(ABSENT, "Board 0", "Board 1")});
-    EXPECT_EQ(askedFor(), installation.folder() + "/Hardware Applets/ovra-dual-cxp/one.hap");
+    EXPECT_EQ(toldBy(loadBeta), Lines{replaced(ABSENT, "Board 0", "Board 1")});
+    const auto late = installation.addBetaApplet("one.hap", ADJUSTABLE);
+    EXPECT_EQ(askedFor(), late);
+    const Lines forced = {"Environment::forceSingleFileAddition " + late};
+    for (const Lines& additions : {forced, Lines{}}) {
+        EXPECT_EQ(toldBy(loadBeta), APPLIED);
+        EXPECT_EQ(journalOf({"Environment::forceSingleFileAddition"}), additions);
+    }
+    EXPECT_EQ(board(BETA_SERIAL)->getLoadedAppletEntry()->getFilePath(), late);
 }
 
 TEST_F(Configuration, WhatWasStoredComesBackToTheByteAndTheDisplaysFollow)
@@ -265,6 +235,7 @@ TEST_F(Configuration, AnMcfThatDoesNotFitIsAWarningAndTheAppletStays)
         {__LINE__, "[DMA0]\nFG_WIDTH=32;\nGAIN=16.5;\n", 0, invalid},
         {__LINE__, "[DMA1]\nFG_WIDTH=32;\n", 0, invalid},
         {__LINE__, "", -77777, "warning(...Error loading MCF: Unknown Error Code (-77777))"},
+        {__LINE__, "", FG_TIMEOUT, "warning(...Error loading MCF: Nothing arrived in time (-17))"},
     };
     const auto applet = installation.addAlphaApplet("one.hap", ADJUSTABLE);
     start();
@@ -277,6 +248,7 @@ TEST_F(Configuration, AnMcfThatDoesNotFitIsAWarningAndTheAppletStays)
         EXPECT_EQ(toldBy([&] { loadMcf(mcf); }), (Lines{APPLIED[0], row.warning}));
         EXPECT_EQ(loadedApplet(), applet);
         EXPECT_EQ(values(), "64 1.000000 factory") << "all values or none";
+        EXPECT_EQ(journalOf({"FglibFrameBufferGroup::notify"}), Lines{});
     }
     // A configuration made for another applet can only come with an applet that was asked for directly.
     const auto other = installation.write("other.mcf", "[Kamerasektion]\nHapName=two;\n");

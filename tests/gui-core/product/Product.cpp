@@ -1,24 +1,12 @@
 #include "Product.h"
 
 #include "gui-core/EntryPoints.h"
-#include "gui-core/LoadAppletCommand.h"
-#include "gui-core/UnloadAppletCommand.h"
-
-#include "simulation/fglib5/SimulationControl.h"
 
 #include "ovra-core/CommandProcessor.h"
-#include "ovra-core/HarloApplication.h"
-#include "ovra-lib-environment/Environment.h"
-#include "ovra-lib-environment/HlEnvironmentGlobalResourceModel.h"
-#include "ovra-lib-environment/HlEnvironmentModel.h"
-#include "ovra_log/reference/Journal.h"
 
-#include <algorithm>
 #include <sstream>
 
 namespace ovra::tests {
-
-using gui::Gui;
 
 namespace {
 
@@ -29,6 +17,23 @@ std::string boardKey(int serial)
     std::ostringstream key;
     key << "board-" << std::hex << serial;
     return key.str();
+}
+
+/// The node with that index, or null.
+template <class Nodes>
+auto nodeOf(const Nodes& nodes, unsigned int index)
+{
+    while (nodes->hasNext() && nodes->current()->getIndex() != index)
+        nodes->advance();
+    return nodes->hasNext() ? nodes->current() : nullptr;
+}
+
+Lines chosen(Lines lines, const Lines& prefixes)
+{
+    std::erase_if(lines, [&](const std::string& line) {
+        return std::ranges::none_of(prefixes, [&](const auto& prefix) { return line.starts_with(prefix); });
+    });
+    return lines;
 }
 
 } // namespace
@@ -45,13 +50,14 @@ Product::Product()
 
 Product::~Product()
 {
+    Journal::stop();
     if (m_started) {
         // The end of an application leaves boards as they are; the next test must find them empty.
         unload(ALPHA_SERIAL);
         unload(BETA_SERIAL);
         stop();
     }
-    EXPECT_EQ(views->callsOffTheGuiThread(), std::vector<std::string>{});
+    EXPECT_EQ(views->callsOffTheGuiThread(), Lines{});
 }
 
 void Product::start()
@@ -73,28 +79,12 @@ void Product::stop()
 
 void Product::submit(const boost::shared_ptr<core::Command>& command)
 {
-    core::HarloApplication::commandprocessor()->executeCommand(command);
-}
-
-void Product::run(const boost::shared_ptr<core::Command>& command)
-{
-    submit(command);
-    settle();
-}
-
-void Product::load(int serial, const std::string& applet, const std::string& mcf)
-{
-    run(gui::commands::LoadAppletCommand::create(serial, applet, mcf));
-}
-
-void Product::unload(int serial)
-{
-    run(gui::commands::UnloadAppletCommand::create(serial));
+    HarloApplication::commandprocessor()->executeCommand(command);
 }
 
 void Product::settle()
 {
-    ASSERT_TRUE(application.pumpUntil([this] { return application.idle(); }, GENEROUS_LIMIT));
+    pumpUntil([this] { return application.idle(); });
     application.processEvents();
 }
 
@@ -111,28 +101,27 @@ boost::shared_ptr<core::models::HlEnvironmentBoardNode> Product::board(int seria
 
 boost::shared_ptr<core::models::HlEnvironmentDmaNode> Product::dma(int serial, unsigned int index) const
 {
-    for (const auto dmas = board(serial)->getDmas(); dmas->hasNext(); dmas->advance())
-        if (dmas->current()->getIndex() == index)
-            return dmas->current();
-    return {};
+    return nodeOf(board(serial)->getDmas(), index);
 }
 
 boost::shared_ptr<core::models::HlEnvironmentLogicalPortNode> Product::port(int serial,
                                                                             unsigned int index) const
 {
-    for (const auto ports = board(serial)->getLogicalPorts(); ports->hasNext(); ports->advance())
-        if (ports->current()->getIndex() == index)
-            return ports->current();
-    return {};
+    return nodeOf(board(serial)->getLogicalPorts(), index);
 }
 
-std::vector<std::string> Product::resources() const
+Lines Product::resources() const
 {
-    std::vector<std::string> keys;
+    Lines keys;
     const auto root = Gui::environment()->globalResourceModel()->root();
     for (const auto all = root->getChildren(); all->hasNext(); all->advance())
         keys.push_back(std::to_string(all->current()->getType()) + " " + all->current()->getKey());
     return keys;
+}
+
+Lines Product::told(const Lines& prefixes) const
+{
+    return chosen(views->lines(), prefixes);
 }
 
 void Product::expectEmptyBoard(int serial) const
@@ -154,14 +143,40 @@ void Product::expectEmptyBoard(int serial) const
         EXPECT_EQ(resource.find(boardKey(serial)), std::string::npos) << resource << " was left behind";
 }
 
-std::vector<std::string> journalOf(const std::vector<std::string>& prefixes)
+void Product::expectNothingLeftOf(int serial) const
 {
-    std::vector<std::string> chosen;
-    for (const auto& line : reference::Journal::lines())
-        if (std::any_of(prefixes.begin(), prefixes.end(),
-                        [&line](const std::string& prefix) { return line.rfind(prefix, 0) == 0; }))
-            chosen.push_back(line);
-    return chosen;
+    expectEmptyBoard(serial);
+    EXPECT_EQ(installation.live(FGSIM_BOARD_HANDLES), 0);
+    EXPECT_EQ(installation.live(FGSIM_RINGS), 0);
+    EXPECT_EQ(Gui::getUsedDmaMemory(), 0U);
+    EXPECT_EQ(views->eventConnections(), 0U);
+}
+
+std::size_t Product::sweep(const std::function<void()>& prepare, const std::function<void()>& act,
+                           const std::function<void(bool)>& check) const
+{
+    for (std::size_t n = 1;; ++n) {
+        SCOPED_TRACE("host call " + std::to_string(n) + " throws");
+        prepare();
+        Journal::start();
+        Journal::throwAt(n);
+        bool thrown = false;
+        try {
+            act();
+        } catch (const reference::ReferenceFault&) {
+            thrown = true;
+        }
+        Journal::stop();
+        EXPECT_EQ(thrown, Journal::faultStruck());
+        check(thrown);
+        if (!thrown || HasFailure())
+            return n - 1;
+    }
+}
+
+Lines journalOf(const Lines& prefixes)
+{
+    return chosen(Journal::lines(), prefixes);
 }
 
 } // namespace ovra::tests

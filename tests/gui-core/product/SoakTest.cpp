@@ -6,26 +6,15 @@
 #include "ProcessResources.h"
 #include "Product.h"
 
-#include "gui-core/StartAcquisitionCommand.h"
-#include "gui-core/StopAcquisitionCommand.h"
-
-#include "simulation/fglib5/SimulationControl.h"
-
-#include "ovra-lib-display/DisplayScene.h"
 #include "ovra_log/reference/LiveObjects.h"
 
-#include <algorithm>
 #include <array>
-#include <atomic>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <future>
 #include <thread>
-
-using ovra::gui::Gui;
-using namespace ovra::gui::commands;
 
 namespace ovra::tests {
 
@@ -57,22 +46,19 @@ Round applicationLives()
         Session session;
         session.start();
         session.stop();
-        EXPECT_EQ(session.failures, std::vector<std::string>{});
+        EXPECT_EQ(session.failures, Lines{});
     };
 }
 
 Round loads()
 {
-    std::string dmas = "0";
-    std::string descriptions = R"({"index": 0, "width": 16, "height": 16})";
-    for (int i = 1; i < 16; ++i) {
-        dmas += ", " + std::to_string(i);
-        descriptions += R"(, {"index": )" + std::to_string(i) + R"(, "width": 16, "height": 16})";
-    }
+    std::string dmas;
+    for (int i = 0; i < 16; ++i)
+        dmas += (i ? "," : "") + (R"({"index": )" + std::to_string(i)) + R"(, "width": 16, "height": 16})";
     const auto session = std::make_shared<Session>();
-    const auto applet = session->installation.addAlphaApplet(
-        "largest.hap", R"("processes": [{"dmas": [)" + dmas + R"(], "ports": [0, 1, 2, 3]}], "dmas": [)" +
-                           descriptions + "]");
+    const auto applet = session->installation.addAlphaApplet("largest.hap", R"("processes": [
+        {"dmas": [0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15], "ports": [0, 1, 2, 3]}],
+        "dmas": [)" + dmas + "]");
     session->start();
     return [=] {
         session->load(ALPHA_SERIAL, applet);
@@ -85,14 +71,9 @@ Round loads()
 
 Round acquisitions()
 {
-    struct Counter : display::DisplaySceneVisualizer
-    {
-        void showImage(const display::Image&) override { ++images; }
-        std::atomic<int> images{0};
-    };
     struct Acquiring
     {
-        std::array<Counter, 2> shown; // outlives the scenes
+        std::array<ImageCounter, 2> shown; // outlives the scenes
         Session session;
     };
     const auto all = std::make_shared<Acquiring>();

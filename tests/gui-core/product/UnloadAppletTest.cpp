@@ -1,37 +1,14 @@
-#include "LoadedApplet.h"
-
-#include "gui-core/StartAcquisitionCommand.h"
-#include "gui-core/UnloadAppletCommand.h"
+#include "Product.h"
 
 #include "fglib5/Fglib5Types.h"
 
-#include "simulation/fglib5/SimulationControl.h"
-
-#include "ovra-lib-display/DisplayScene.h"
-#include "ovra-lib-environment/Environment.h"
-#include "ovra-lib-environment/HlEnvironmentGlobalResourceModel.h"
-#include "ovra_log/reference/Journal.h"
-
-#include <algorithm>
-#include <atomic>
-
-using ovra::gui::Gui;
-using ovra::gui::commands::StartAcquisitionCommand;
-using ovra::gui::commands::UnloadAppletCommand;
-using ovra::reference::Journal;
+#include <array>
 
 namespace ovra::tests {
 
 namespace {
 
-class UnloadApplet : public LoadedApplet
-{};
-
-struct ImageCounter : display::DisplaySceneVisualizer
-{
-    void showImage(const display::Image&) override { ++images; }
-    std::atomic<int> images{0};
-};
+using UnloadApplet = Product;
 
 /// The journal without what only looks, and without the details of operations that change one node.
 Lines changes()
@@ -39,15 +16,14 @@ Lines changes()
     const Lines questions = {
         "::get",           "::root", "::model", "Parent::", "globalResourceModel", "CommandProcessor",
         "HarloApplication"};
+    const Lines whole = {"views", "Children::clear", "HlEnvironmentGlobalResourceRootNode::removeChild"};
     Lines steps;
     for (const auto& line : Journal::lines()) {
         const std::string operation = line.substr(0, line.find(' '));
-        if (operation == "views" || operation == "Children::clear" ||
-            operation == "HlEnvironmentGlobalResourceRootNode::removeChild")
+        const auto contains = [&](const auto& part) { return operation.find(part) != std::string::npos; };
+        if (std::ranges::count(whole, operation) != 0)
             steps.push_back(line);
-        else if (std::ranges::none_of(questions, [&](const std::string& part) {
-                     return operation.find(part) != std::string::npos;
-                 }))
+        else if (std::ranges::none_of(questions, contains))
             steps.push_back(operation);
     }
     return steps;
@@ -67,50 +43,40 @@ TEST_F(UnloadApplet, TakesTheBoardApartInItsFixedOrder)
     unload(ALPHA_SERIAL);
     views->onLine = nullptr;
 
-    const std::string removeChild = "HlEnvironmentGlobalResourceRootNode::removeChild ";
-    const Lines expected = {
-        "HlEnvironmentBoardNode::setFglibEventsSignalConnection",
-        removeChild + "board-a1b2c3",
-        removeChild + "board-a1b2c3-common",
-        removeChild + "board-a1b2c3-events",
-        removeChild + "board-a1b2c3-group-dmas",
-        removeChild + "board-a1b2c3-group-no-dma-hap-applet",
-        removeChild + "board-a1b2c3-group-ports",
-        removeChild + "board-a1b2c3-nodma-hap-applet",
-        removeChild + "board-a1b2c3-process-0",
-        removeChild + "board-a1b2c3-process-0-dma-0",
-        removeChild + "board-a1b2c3-process-0-port-0",
-        removeChild + "board-a1b2c3-process-0-port-1",
-        removeChild + "board-a1b2c3-process-0-port-2",
-        removeChild + "board-a1b2c3-process-0-port-3",
-        removeChild + "board-a1b2c3-process-1",
-        "FgLibModel::stop",
-        "FgLibModel::removeFrameBufferGroup",
-        "HlEnvironmentDmaNode::setFrontendRegInfoModel",
-        "HlEnvironmentDmaNode::setFrontendRegInfoPointer",
-        "DisplayScene::stopGrabbing",
-        "DisplayScene::removeFrameBufferGroup",
-        "DisplayScene::setVisualizer",
-        "HlEnvironmentDmaNode::setFrameBufferGroup",
-        "HlEnvironmentDmaNode::setDisplayScene",
-        "FglibFrameBufferGroup::releaseBuffers",
-        "FgLibModel::stop",
-        "HlEnvironmentBoardNode::setNoDmaFrontendRegInfoModel",
-        "HlEnvironmentBoardNode::setNoDmaFrontendRegInfoPointer",
-        "Children::clear count=1", // DMA channels
-        "Children::clear count=2", // processes
-        "Children::clear count=4", // logical ports
-        "Children::clear count=3", // physical ports
-        "HlEnvironmentBoardNode::setFglibEventsModel",
-        "HlEnvironmentBoardNode::beginHandleChange",
-        "HlEnvironmentBoardNode::setBoardHandle",
-        "HlEnvironmentBoardNode::endHandleChange",
-        "HlEnvironmentBoardNode::handleChanged", // what an observer sees: one update
-        "HlEnvironmentBoardNode::setLoadedAppletEntry",
-        "HlEnvironmentBoardNode::setBoardSelectedForViewEntry",
-        "views applet_unloaded",
-        "views update_dma_memory",
-    };
+    Lines expected = {"HlEnvironmentBoardNode::setFglibEventsSignalConnection"};
+    for (const char* key :
+         {"", "-common", "-events", "-group-dmas", "-group-no-dma-hap-applet", "-group-ports",
+          "-nodma-hap-applet", "-process-0", "-process-0-dma-0", "-process-0-port-0", "-process-0-port-1",
+          "-process-0-port-2", "-process-0-port-3", "-process-1"})
+        expected.push_back(std::string("HlEnvironmentGlobalResourceRootNode::removeChild board-a1b2c3") +
+                           key);
+    for (const char* step : {"FgLibModel::stop",
+                             "FgLibModel::removeFrameBufferGroup",
+                             "HlEnvironmentDmaNode::setFrontendRegInfoModel",
+                             "HlEnvironmentDmaNode::setFrontendRegInfoPointer",
+                             "DisplayScene::stopGrabbing",
+                             "DisplayScene::removeFrameBufferGroup",
+                             "DisplayScene::setVisualizer",
+                             "HlEnvironmentDmaNode::setFrameBufferGroup",
+                             "HlEnvironmentDmaNode::setDisplayScene",
+                             "FglibFrameBufferGroup::releaseBuffers",
+                             "FgLibModel::stop",
+                             "HlEnvironmentBoardNode::setNoDmaFrontendRegInfoModel",
+                             "HlEnvironmentBoardNode::setNoDmaFrontendRegInfoPointer",
+                             "Children::clear count=1", // DMA channels
+                             "Children::clear count=2", // processes
+                             "Children::clear count=4", // logical ports
+                             "Children::clear count=3", // physical ports
+                             "HlEnvironmentBoardNode::setFglibEventsModel",
+                             "HlEnvironmentBoardNode::beginHandleChange",
+                             "HlEnvironmentBoardNode::setBoardHandle",
+                             "HlEnvironmentBoardNode::endHandleChange",
+                             "HlEnvironmentBoardNode::handleChanged", // what an observer sees: one update
+                             "HlEnvironmentBoardNode::setLoadedAppletEntry",
+                             "HlEnvironmentBoardNode::setBoardSelectedForViewEntry",
+                             "views applet_unloaded",
+                             "views update_dma_memory"})
+        expected.emplace_back(step);
     EXPECT_EQ(changes(), expected);
     expectNothingLeftOf(ALPHA_SERIAL);
 }
@@ -177,16 +143,13 @@ TEST_F(UnloadApplet, EveryChangeOfTheHandleIsOneUpdateOfTheBoard)
         unload(ALPHA_SERIAL);
         EXPECT_EQ(installation.calls("*") != calls, held); // an empty board is no business of the runtime's
         std::string updates;
-        for (const auto& line : journalOf({"HlEnvironmentBoardNode::", "HlEnvironmentRootNode::set"})) {
-            if (line.find("::setFgInitInProgress") != std::string::npos)
-                updates += line.ends_with("true") ? "+" : "-";
-            else if (line.find("::beginHandleChange") != std::string::npos)
-                updates += "[";
-            else if (line.find("::setBoardHandle") != std::string::npos)
-                updates += "set";
-            else if (line.find("::endHandleChange") != std::string::npos)
-                updates += "] ";
-        }
+        for (const auto& line : Journal::lines())
+            for (const auto& [operation, sign] : {std::pair("RootNode::setFgInitInProgress true", "+"),
+                                                  {"RootNode::setFgInitInProgress false", "-"},
+                                                  {"BoardNode::beginHandleChange", "["},
+                                                  {"BoardNode::setBoardHandle", "set"},
+                                                  {"BoardNode::endHandleChange", "] "}})
+                updates += line.find(operation) != std::string::npos ? sign : "";
         EXPECT_EQ(updates, row.updates) << row.applet;
     }
 }
@@ -195,40 +158,36 @@ TEST_F(UnloadApplet, OfABoardThatAcquiresDeliversNoImageAfterIt)
 {
     const std::string generating =
         R"("width": 8, "height": 8, "generator": {"pattern": "ramp", "frameRate": 500, "enabled": true}})";
-    const auto alpha =
-        installation.addAlphaApplet("two.hap", R"("processes": [{"dmas": [0, 1]}], "dmas": [{"index": 0, )" +
-                                                   generating + R"(, {"index": 1, )" + generating + "]");
-    const auto beta = installation.addBetaApplet(
-        "one.hap", R"("processes": [{"dmas": [0]}], "dmas": [{"index": 0, )" + generating + "]");
-    ImageCounter first;
-    ImageCounter second;
-    ImageCounter elsewhere;
+    const std::string two = R"("processes": [{"dmas": [0, 1]}], "dmas": [{"index": 0, )" + generating +
+                            R"(, {"index": 1, )" + generating + "]";
+    const auto alpha = installation.addAlphaApplet("two.hap", two);
+    const auto beta = installation.addBetaApplet("two.hap", two);
+    std::array<ImageCounter, 3> shown;
     start();
     load(ALPHA_SERIAL, alpha);
     load(BETA_SERIAL, beta);
-    const auto acquire = [this](int serial, unsigned int index, ImageCounter& counter) {
-        dma(serial, index)->getDisplayScene()->setVisualizer(&counter);
-        run(StartAcquisitionCommand::create(dma(serial, index), -1));
-    };
-    acquire(ALPHA_SERIAL, 0, first);
-    acquire(ALPHA_SERIAL, 1, second);
-    acquire(BETA_SERIAL, 0, elsewhere);
-    pumpUntil([&] { return first.images > 3 && second.images > 3; });
+    const std::pair<int, unsigned int> channels[] = {{ALPHA_SERIAL, 0}, {ALPHA_SERIAL, 1}, {BETA_SERIAL, 0}};
+    for (std::size_t i = 0; i < shown.size(); ++i) {
+        const auto channel = dma(channels[i].first, channels[i].second);
+        channel->getDisplayScene()->setVisualizer(&shown[i]);
+        run(StartAcquisitionCommand::create(channel, ENDLESS));
+    }
+    pumpUntil([&] { return shown[0].images > 3 && shown[1].images > 3; });
 
     UnloadAppletCommand(ALPHA_SERIAL).executeSync();
-    const std::vector<int> atReturn = {first.images, second.images};
-    EXPECT_EQ(installation.live(FGSIM_ACQUIRING_CHANNELS), 1);
+    const int atReturn[] = {shown[0].images, shown[1].images, shown[2].images};
+    EXPECT_EQ(installation.live(FGSIM_ACQUIRING_CHANNELS), 2) << "those of the other board";
     expectEmptyBoard(ALPHA_SERIAL);
-    const int elsewhereAtReturn = elsewhere.images;
-    pumpUntil([&] { return elsewhere.images > elsewhereAtReturn + 20; }); // time passes
-    EXPECT_EQ((std::vector<int>{first.images, second.images}), atReturn);
+    pumpUntil([&] { return shown[2].images > atReturn[2] + 20; }); // time passes
+    EXPECT_EQ(shown[0].images, atReturn[0]);
+    EXPECT_EQ(shown[1].images, atReturn[1]);
     unload(BETA_SERIAL);
     expectNothingLeftOf(BETA_SERIAL);
 }
 
 TEST_F(UnloadApplet, SurvivesEveryHostCallThatThrows)
 {
-    const Lines kinds = {installation.addAlphaApplet("double.hap", DOUBLE), addWrappedApplet()};
+    const Lines kinds = {installation.addAlphaApplet("double.hap", DOUBLE), installation.addWrappedApplet()};
     start();
     for (const auto& applet : kinds) {
         const auto prepare = [&] {
@@ -240,9 +199,8 @@ TEST_F(UnloadApplet, SurvivesEveryHostCallThatThrows)
             unload(ALPHA_SERIAL);
             expectNothingLeftOf(ALPHA_SERIAL);
         };
-        EXPECT_GT(sweep(
-                      prepare, [] { UnloadAppletCommand(ALPHA_SERIAL).executeSync(); }, repeat),
-                  50U);
+        const auto act = [] { UnloadAppletCommand(ALPHA_SERIAL).executeSync(); };
+        EXPECT_GT(sweep(prepare, act, repeat), 50U);
     }
     EXPECT_EQ(failures, Lines{});
 }

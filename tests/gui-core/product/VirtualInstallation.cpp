@@ -1,12 +1,9 @@
 #include "VirtualInstallation.h"
 
-#include "simulation/fglib5/SimulationControl.h"
-
 #include <gtest/gtest.h>
 
 #include <fstream>
 #include <iterator>
-#include <random>
 
 namespace ovra::tests {
 
@@ -28,12 +25,6 @@ constexpr const char* MACHINE = R"({
     ]
 })";
 
-std::filesystem::path newTemporaryFolder()
-{
-    std::random_device random;
-    return std::filesystem::temp_directory_path() / ("ovra-test-" + std::to_string(random()));
-}
-
 } // namespace
 
 std::string contentOf(const std::filesystem::path& file)
@@ -44,39 +35,25 @@ std::string contentOf(const std::filesystem::path& file)
 }
 
 VirtualInstallation::VirtualInstallation()
-    : m_folder(newTemporaryFolder()),
-      m_runtimeFile(std::filesystem::path(OVRA_STAGE_DIR) / "bin" /
+    : m_runtimeFile(std::filesystem::path(OVRA_STAGE_DIR) / "bin" /
                     ("fglib5" + boost::dll::shared_library::suffix().string())),
       m_runtime(m_runtimeFile)
 {
     const std::string machine = write("simulation/machine.json", MACHINE);
     m_runtime.get<FgSim_setMachine_t>("FgSim_setMachine")(machine.c_str());
+    m_runtime.get<FgSim_resetCounts_t>("FgSim_resetCounts")();
 }
 
 VirtualInstallation::~VirtualInstallation()
 {
     forgetFaults();
     m_runtime.get<FgSim_setMachine_t>("FgSim_setMachine")(nullptr);
-    std::error_code ignored; // a folder that stays behind is no reason to fail
-    std::filesystem::remove_all(m_folder, ignored);
 }
 
 std::string VirtualInstallation::write(const std::string& path, const std::string& content)
 {
-    const std::filesystem::path file = m_folder / path;
-    std::filesystem::create_directories(file.parent_path());
-    std::ofstream(file, std::ios::binary) << content;
+    m_folder.write(path, content);
     return folder() + "/" + path;
-}
-
-std::string VirtualInstallation::addAlphaApplet(const std::string& fileName, const std::string& body)
-{
-    return addApplet("Hardware Applets/ovra-quad-cl/", 2625, fileName, body);
-}
-
-std::string VirtualInstallation::addBetaApplet(const std::string& fileName, const std::string& body)
-{
-    return addApplet("Hardware Applets/ovra-dual-cxp/", 2898, fileName, body);
 }
 
 std::string VirtualInstallation::addAlphaLibrary(const std::string& name, const std::string& content)
@@ -84,12 +61,30 @@ std::string VirtualInstallation::addAlphaLibrary(const std::string& name, const 
     return write("dll/ovra-quad-cl/" + name + boost::dll::shared_library::suffix().string(), content);
 }
 
-std::string VirtualInstallation::addApplet(const std::string& folder, int boardType,
+std::string VirtualInstallation::addLegacyApplet(const std::string& module)
+{
+    const std::string file = module + boost::dll::shared_library::suffix().string();
+    return addAlphaLibrary(module, contentOf(std::filesystem::path(OVRA_TEST_MODULES) / module / file));
+}
+
+std::string VirtualInstallation::addInstalledLegacyApplet()
+{
+    return addAlphaLibrary("legacy", contentOf(OVRA_LEGACY_APPLET));
+}
+
+std::string VirtualInstallation::addWrappedApplet()
+{
+    return addAlphaLibrary("wrapped", R"({"format": "virtual-applet-1", "name": "wrapped", "boardType": 2625,
+        "processes": [{"dmas": [4, 5], "ports": [0]}, {"ports": [1]}],
+        "dmas": [{"index": 4, "width": 8, "height": 8}, {"index": 5, "width": 8, "height": 8}]})");
+}
+
+std::string VirtualInstallation::addApplet(const std::string& model, int boardType,
                                            const std::string& fileName, const std::string& body)
 {
-    return write(folder + fileName, R"({"format": "virtual-applet-1", "name": ")" + fileName +
-                                        R"(", "boardType": )" + std::to_string(boardType) + ", " + body +
-                                        "}");
+    return write("Hardware Applets/" + model + "/" + fileName,
+                 R"({"format": "virtual-applet-1", "name": ")" + fileName + R"(", "boardType": )" +
+                     std::to_string(boardType) + ", " + body + "}");
 }
 
 void VirtualInstallation::failCall(const std::string& entry, std::uint64_t nth, int code)
@@ -97,20 +92,10 @@ void VirtualInstallation::failCall(const std::string& entry, std::uint64_t nth, 
     ASSERT_EQ(m_runtime.get<FgSim_addFault_t>("FgSim_addFault")(entry.c_str(), nth, code), 0) << entry;
 }
 
-void VirtualInstallation::forgetFaults()
-{
-    m_runtime.get<FgSim_clearFaults_t>("FgSim_clearFaults")();
-}
-
 std::int64_t VirtualInstallation::calls(const std::string& entry) const
 {
     return entry == "*" ? m_runtime.get<FgSim_totalCalls_t>("FgSim_totalCalls")()
                         : m_runtime.get<FgSim_callCount_t>("FgSim_callCount")(entry.c_str());
-}
-
-std::int64_t VirtualInstallation::live(int kind) const
-{
-    return m_runtime.get<FgSim_live_t>("FgSim_live")(kind);
 }
 
 } // namespace ovra::tests

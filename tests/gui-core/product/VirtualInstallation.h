@@ -5,6 +5,9 @@
 /// there are cameras at port 0 (64 x 48) and port 1 (32 x 16), on board 1 one at port 0 (64 x 48).
 #pragma once
 
+#include "simulation/fglib5/SimulationControl.h"
+#include "tests/TemporaryFolder.h"
+
 #include <boost/dll/shared_library.hpp>
 
 #include <cstdint>
@@ -28,7 +31,7 @@ public:
     VirtualInstallation& operator=(const VirtualInstallation&) = delete;
 
     /// With "/" between folders, as the environment keeps paths.
-    std::string folder() const { return m_folder.generic_string(); }
+    std::string folder() const { return m_folder.text(); }
     /// The simulated runtime, which is that of the build.
     std::string runtimeLibrary() const { return m_runtimeFile.string(); }
 
@@ -37,18 +40,29 @@ public:
 
     /// Writes an applet for a board model. \p body is the part of the description behind name and board type.
     /// Returns the path under which the environment knows the file.
-    std::string addAlphaApplet(const std::string& fileName, const std::string& body);
-    std::string addBetaApplet(const std::string& fileName, const std::string& body);
+    std::string addAlphaApplet(const std::string& fileName, const std::string& body)
+    {
+        return addApplet("ovra-quad-cl", 2625, fileName, body);
+    }
+    std::string addBetaApplet(const std::string& fileName, const std::string& body)
+    {
+        return addApplet("ovra-dual-cxp", 2898, fileName, body);
+    }
     /// Writes a file with the ending of the platform's libraries into the folder of board 0.
     std::string addAlphaLibrary(const std::string& name, const std::string& content);
+    /// A copy of a library that the build made for tests, or of the installation's own.
+    std::string addLegacyApplet(const std::string& module);
+    std::string addInstalledLegacyApplet();
+    /// A wrapped library with two processes, the second of them without DMA channels.
+    std::string addWrappedApplet();
 
     /// Lets the \p nth call of a runtime entry from now on fail with \p code.
     void failCall(const std::string& entry, std::uint64_t nth, int code);
-    void forgetFaults();
-    /// Calls of an entry so far; of all with "*".
+    void forgetFaults() { m_runtime.get<FgSim_clearFaults_t>("FgSim_clearFaults")(); }
+    /// Calls of an entry since the installation was made; of all with "*".
     std::int64_t calls(const std::string& entry) const;
     /// What the runtime has given out and not got back, of a kind of FgSimLive.
-    std::int64_t live(int kind) const;
+    std::int64_t live(int kind) const { return m_runtime.get<FgSim_live_t>("FgSim_live")(kind); }
 
     /// An entry of the runtime, past the library: entry<decltype(Fg_getParameter)>("Fg_getParameter").
     template <class Entry>
@@ -58,10 +72,10 @@ public:
     }
 
 private:
-    std::string addApplet(const std::string& folder, int boardType, const std::string& fileName,
+    std::string addApplet(const std::string& model, int boardType, const std::string& fileName,
                           const std::string& body);
 
-    std::filesystem::path m_folder;
+    const TemporaryFolder m_folder;
     std::filesystem::path m_runtimeFile;
     boost::dll::shared_library m_runtime;
 };

@@ -186,6 +186,22 @@ TEST_F(Controller, AHostLibraryThatFailsToStopKeepsNothingElseFromStopping)
     EXPECT_EQ(ovra::reference::libraryUses("ovra-core"), 0);
 }
 
+TEST_F(Controller, AHostLibraryThatStartsAndStopsTheLibraryWhileItIsStoppedIsShutDownWithTheRest)
+{
+    LibraryInitController::acquire();
+    First::instance();
+    LibraryInitController::registerLibrary(&startUp, [] {
+        LibraryInitController::acquire();
+        LibraryInitController::registerLibrary(&startUp, &shutDown<'B'>);
+        LibraryInitController::release();
+    });
+    LibraryInitController::registerLibrary(&startUp, &shutDown<'A'>);
+    events.clear();
+    LibraryInitController::release();
+    EXPECT_EQ(events, (Lines{"start", "shut down A", "shut down B", "1 before destruction", "1 destroyed"}));
+    EXPECT_EQ(LibraryInitController::useCount(), 0U);
+}
+
 TEST_F(Controller, ConcurrentRoundsEndBalanced)
 {
     std::vector<std::jthread> threads;

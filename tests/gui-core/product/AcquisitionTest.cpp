@@ -279,6 +279,32 @@ TEST_F(Acquisition, AGeneratorKeepsTheCameraOutOfItAndACameraLinkCameraIsStarted
     }
 }
 
+TEST_F(Acquisition, AStepThatThrowsEndsAStartOrAStopAndAnotherStopDoesTheRest)
+{
+    const Lines starts = {DMA_0, DMA_1, DMA_2, CAMERA_0_0, CAMERA_0_1};
+    const Lines stops = {stopOf(CAMERA_0_0), stopOf(CAMERA_0_1), stopOf(DMA_0), stopOf(DMA_1), stopOf(DMA_2)};
+    startBoth();
+    setUncheckedDimensions();
+    Gui::setSyncMode(Gui::SyncBoard);
+    for (const Lines* steps : {&starts, &stops})
+        for (auto step = steps->begin(); step != steps->end(); ++step) {
+            SCOPED_TRACE(*step + " throws");
+            if (steps == &stops)
+                startDma(ALPHA_SERIAL, 0);
+            views->clear();
+            failures.clear();
+            Journal::start();
+            Journal::throwAt(1, *step);
+            steps == &starts ? startDma(ALPHA_SERIAL, 0) : stopDma(ALPHA_SERIAL, 0);
+            EXPECT_EQ(startsAndStops(), Lines(steps->begin(), step + 1));
+            EXPECT_EQ(failures.size(), 1U);
+            EXPECT_EQ(views->lines(), Lines{"update_acquisition_state"});
+            stopDma(ALPHA_SERIAL, 0);
+            EXPECT_EQ(installation.live(FGSIM_ACQUIRING_CHANNELS), 0);
+            EXPECT_FALSE(camera(ALPHA_SERIAL, 0)->isAcquiring() || camera(ALPHA_SERIAL, 1)->isAcquiring());
+        }
+}
+
 TEST_F(Acquisition, ImagesArriveWhileTheCameraSendsAndNoneAfterTheStop)
 {
     startBoth();

@@ -4,6 +4,7 @@
 #include "Platform.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <map>
 
@@ -64,8 +65,9 @@ void readRange(const JsonField& field, ParameterDescription& description)
     if (description.type == FG_TYPE_DOUBLE)
         description.initial = field["default"].number(description.minimum, description.maximum);
     else
-        description.initial = field["default"].integer(static_cast<std::int64_t>(description.minimum),
-                                                       static_cast<std::int64_t>(description.maximum));
+        description.initial =
+            field["default"].integer(static_cast<std::int64_t>(std::ceil(description.minimum)),
+                                     static_cast<std::int64_t>(std::floor(description.maximum)));
 }
 
 ParameterDescription readParameter(const JsonField& field)

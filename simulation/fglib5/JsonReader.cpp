@@ -33,6 +33,14 @@ std::string withoutPrefix(const std::string& message)
     return place == std::string::npos ? message : message.substr(place + 4);
 }
 
+// A text in a file can hold any character, by its escape; in a message none may end the line.
+std::string onOneLine(std::string text)
+{
+    std::ranges::replace_if(
+        text, [](unsigned char letter) { return std::iscntrl(letter) != 0; }, '?');
+    return text;
+}
+
 } // namespace
 
 std::string readFile(const std::filesystem::path& file)
@@ -48,7 +56,8 @@ std::string readFile(const std::filesystem::path& file)
 
 void JsonSource::fail(const std::string& place, const std::string& line) const
 {
-    throw Failure(code, kind + " " + file.string() + ": " + (place.empty() ? "" : place + ": ") + line);
+    throw Failure(code,
+                  kind + " " + file.string() + ": " + onOneLine((place.empty() ? "" : place + ": ") + line));
 }
 
 JsonDocument::JsonDocument(JsonSource source) : source_(std::move(source))

@@ -97,6 +97,8 @@ TEST_F(Applet, ThatIsBrokenIsRefusedWithOneLineThatNamesThePlace)
         {R"("ramp")", R"("stripes")", "/dmas/0/generator/pattern: expected one of 'ramp', 'checkerboard'"},
         {R"("default": 0.5)", R"("default": 5)",
          "/parameters/0/default: expected a number from -2 to 4, found 5"},
+        {R"("min": 2,)", R"("min": 2.5,)",
+         "/parameters/1/default: expected a whole number from 3 to 10, found 2"},
         {R"("id": 10002)", R"("id": 5010)", "/parameters/1/id: expected a whole number from 10000"},
         {R"("id": 10002)", R"("id": 10001)", "/parameters/1/id: expected an id that no other parameter has"},
         {R"("type": "double")", R"("type": "float")", "/parameters/0/type: expected one of 'int32'"},

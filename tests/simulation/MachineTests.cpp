@@ -92,6 +92,7 @@ TEST_F(Machine, ThatIsBrokenIsRefusedWithOneLineThatNamesThePlaceAndLeavesNothin
         {R"("model": "dual", )", "",
          "/boards/1/model: expected a name of letters, digits, '-', '_' or '.', found nothing"},
         {R"("dual")", R"("../dual")", "/boards/1/model: expected a name"},
+        {R"("dual")", R"("a\nb")", "found 'a?b'"},
         {R"("boards")", R"("borads")", "/borads: expected one of 'name', 'boards'"},
         {R"("port": 1)", R"("port": 4)", "/cameras/1/port: expected a whole number from 0 to 3, found 4"},
         {R"("port": 1)", R"("port": 0)", "/cameras/1/port: expected a port without another camera"},

@@ -37,7 +37,7 @@ std::size_t commonLength(std::span<const Entry> entries)
     for (const Entry& entry : entries) {
         const std::string_view key = entry.key();
         const auto differing = std::mismatch(common.begin(), common.end(), key.begin(), key.end());
-        common = {common.begin(), differing.first};
+        common.remove_suffix(static_cast<std::size_t>(common.end() - differing.first));
     }
     return common.size();
 }

@@ -33,7 +33,10 @@ namespace {
 /// In memory: a disk would take most of the time.
 const std::filesystem::path& scratchFile()
 {
-    static const std::filesystem::path file = "/dev/shm/ovra-fuzz-" + std::to_string(getpid()) + ENDING;
+    static const std::filesystem::path memory = "/dev/shm";
+    static const std::filesystem::path file =
+        (is_directory(memory) ? memory : std::filesystem::temp_directory_path()) /
+        ("ovra-fuzz-" + std::to_string(getpid()) + ENDING);
     return file;
 }
 

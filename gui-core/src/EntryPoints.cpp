@@ -1,8 +1,8 @@
 #include "gui-core/EntryPoints.h"
 
 #include "LibraryInitController.h"
+#include "logging/Logging.h"
 #include "native/Thread.h"
-#include "platform/Logging.h"
 
 #include "ovra-core/EntryPoints.h"
 #include "ovra-lib-display-fglib/EntryPoints.h"

@@ -47,14 +47,14 @@ void Dispatcher::callClient(std::unique_lock<std::mutex>& lock, std::optional<Cl
 {
     if (!client)
         return;
-    ++calls_;
+    ++m_calls;
     ++ownCalls;
     lock.unlock();
     call(*client);
     lock.lock();
     --ownCalls;
-    --calls_;
-    quiet_.notify_all();
+    --m_calls;
+    m_quiet.notify_all();
 }
 
 Dispatcher& Dispatcher::instance()
@@ -65,59 +65,59 @@ Dispatcher& Dispatcher::instance()
 
 void Dispatcher::connect(void* client, LoggingOnDisconnect onDisconnect, LoggingOnSetLevel onSetLevel)
 {
-    const std::lock_guard lock(mutex_);
+    const std::lock_guard lock(m_mutex);
     readEnvironment();
-    client_ = Client{client, onDisconnect, onSetLevel};
+    m_client = Client{client, onDisconnect, onSetLevel};
 }
 
 void Dispatcher::readEnvironment()
 {
-    defaultThreshold_ = number(environment("OVRA_LOG_LEVEL")).value_or(7);
-    thresholds_.clear();
+    m_defaultThreshold = number(environment("OVRA_LOG_LEVEL")).value_or(7);
+    m_thresholds.clear();
     for (const auto& part : parts(environment("OVRA_LOG_LEVELS"))) {
         const auto equals = part.find('=');
         if (equals == std::string::npos)
             continue;
         if (const auto threshold = number(part.substr(equals + 1)))
-            thresholds_[part.substr(0, equals)] = *threshold;
+            m_thresholds[part.substr(0, equals)] = *threshold;
     }
-    announced_ = parts(environment("OVRA_LOG_CALLBACK_ON_CONNECT"));
-    file_.close();
-    file_.clear();
+    m_announced = parts(environment("OVRA_LOG_CALLBACK_ON_CONNECT"));
+    m_file.close();
+    m_file.clear();
     const auto file = environment("OVRA_LOG_FILE");
     if (!file.empty())
-        file_.open(std::filesystem::path(std::u8string(file.begin(), file.end())),
-                   std::ios::app | std::ios::binary);
+        m_file.open(std::filesystem::path(std::u8string(file.begin(), file.end())),
+                    std::ios::app | std::ios::binary);
 }
 
 Dispatcher::Logger& Dispatcher::loggerLocked(const std::string& tag)
 {
-    const auto known = loggers_.find(tag);
-    if (known != loggers_.end())
+    const auto known = m_loggers.find(tag);
+    if (known != m_loggers.end())
         return known->second;
-    tags_.push_back(tag);
-    const auto own = thresholds_.find(tag);
-    const auto threshold = own == thresholds_.end() ? defaultThreshold_ : own->second;
-    return loggers_.emplace(tag, Logger{tags_.size(), threshold}).first->second;
+    m_tags.push_back(tag);
+    const auto own = m_thresholds.find(tag);
+    const auto threshold = own == m_thresholds.end() ? m_defaultThreshold : own->second;
+    return m_loggers.emplace(tag, Logger{m_tags.size(), threshold}).first->second;
 }
 
 Dispatcher::Logger Dispatcher::logger(const std::string& tag)
 {
-    const std::lock_guard lock(mutex_);
+    const std::lock_guard lock(m_mutex);
     return loggerLocked(tag);
 }
 
 std::uint64_t Dispatcher::knownId(const std::string& tag)
 {
-    const std::lock_guard lock(mutex_);
-    const auto known = loggers_.find(tag);
-    return known == loggers_.end() ? 0 : known->second.id;
+    const std::lock_guard lock(m_mutex);
+    const auto known = m_loggers.find(tag);
+    return known == m_loggers.end() ? 0 : known->second.id;
 }
 
 void Dispatcher::announceLevels()
 {
-    std::unique_lock lock(mutex_);
-    const auto tags = announced_;
+    std::unique_lock lock(m_mutex);
+    const auto tags = m_announced;
     lock.unlock();
     for (const auto& tag : tags)
         setLevel(tag, logger(tag).threshold);
@@ -125,45 +125,46 @@ void Dispatcher::announceLevels()
 
 void Dispatcher::setLevel(const std::string& tag, std::uint32_t threshold)
 {
-    std::unique_lock lock(mutex_);
+    std::unique_lock lock(m_mutex);
     auto& logger = loggerLocked(tag);
     logger.threshold = threshold;
     const auto id = logger.id;
-    callClient(lock, client_, [&](const Client& client) { client.onSetLevel(client.object, id, threshold); });
+    callClient(lock, m_client,
+               [&](const Client& client) { client.onSetLevel(client.object, id, threshold); });
 }
 
 void Dispatcher::release(void* client)
 {
-    std::unique_lock lock(mutex_);
-    if (!client_ || client_->object != client)
+    std::unique_lock lock(m_mutex);
+    if (!m_client || m_client->object != client)
         return;
-    client_.reset();
-    quiet_.wait(lock, [&] { return calls_ <= ownCalls; });
+    m_client.reset();
+    m_quiet.wait(lock, [&] { return m_calls <= ownCalls; });
 }
 
 void Dispatcher::disconnect()
 {
-    std::unique_lock lock(mutex_);
-    const auto client = std::exchange(client_, {});
+    std::unique_lock lock(m_mutex);
+    const auto client = std::exchange(m_client, {});
     callClient(lock, client, [](const Client& gone) { gone.onDisconnect(gone.object); });
 }
 
 // The client has compared level and threshold already; a message that is here is wanted.
 void Dispatcher::log(std::uint64_t id, std::uint32_t level, const char* text)
 {
-    const std::lock_guard lock(mutex_);
-    if (!client_ || id == 0 || id > tags_.size())
+    const std::lock_guard lock(m_mutex);
+    if (!m_client || id == 0 || id > m_tags.size())
         return;
-    ++messages_;
-    auto& stream = file_.is_open() ? static_cast<std::ostream&>(file_) : std::cerr;
-    stream << level << ' ' << tags_[id - 1] << ' ' << text
+    ++m_messages;
+    auto& stream = m_file.is_open() ? static_cast<std::ostream&>(m_file) : std::cerr;
+    stream << level << ' ' << m_tags[id - 1] << ' ' << text
            << std::endl; // a crash must not lose the last lines
 }
 
 std::uint64_t Dispatcher::messages()
 {
-    const std::lock_guard lock(mutex_);
-    return messages_;
+    const std::lock_guard lock(m_mutex);
+    return m_messages;
 }
 
 } // namespace simulation

@@ -55,17 +55,17 @@ private:
     void readEnvironment();
     Logger& loggerLocked(const std::string& tag);
 
-    std::mutex mutex_;
-    std::condition_variable quiet_;
-    unsigned int calls_ = 0; ///< of the client that are under way
-    std::optional<Client> client_;
-    std::uint32_t defaultThreshold_ = 7;
-    std::map<std::string, std::uint32_t> thresholds_;
-    std::vector<std::string> announced_;
-    std::map<std::string, Logger> loggers_;
-    std::vector<std::string> tags_; ///< of the loggers by id - 1
-    std::ofstream file_;
-    std::uint64_t messages_ = 0;
+    std::mutex m_mutex;
+    std::condition_variable m_quiet;
+    unsigned int m_calls = 0; ///< of the client that are under way
+    std::optional<Client> m_client;
+    std::uint32_t m_defaultThreshold = 7;
+    std::map<std::string, std::uint32_t> m_thresholds;
+    std::vector<std::string> m_announced;
+    std::map<std::string, Logger> m_loggers;
+    std::vector<std::string> m_tags; ///< of the loggers by id - 1
+    std::ofstream m_file;
+    std::uint64_t m_messages = 0;
 };
 
 } // namespace simulation

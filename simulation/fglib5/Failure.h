@@ -11,12 +11,12 @@ namespace simulation {
 class Failure : public std::runtime_error
 {
 public:
-    Failure(int code, const std::string& line) : std::runtime_error(line), code_(code) {}
+    Failure(int code, const std::string& line) : std::runtime_error(line), m_code(code) {}
 
-    int code() const noexcept { return code_; }
+    int code() const noexcept { return m_code; }
 
 private:
-    int code_;
+    int m_code;
 };
 
 /// Description of a status code of Fglib5Types.h, null for any other number.

@@ -30,13 +30,13 @@ Probe& Probe::instance()
     return *probe;
 }
 
-Probe::Visit::Visit(Entry entry) : plannedCode_(0)
+Probe::Visit::Visit(Entry entry) : m_plannedCode(0)
 {
     auto& probe = instance();
     const auto index = static_cast<std::size_t>(entry);
-    probe.counts_[index].fetch_add(1, std::memory_order_relaxed);
-    if (probe.watched_.load(std::memory_order_relaxed))
-        plannedCode_ = probe.arriveWatched(index);
+    probe.m_counts[index].fetch_add(1, std::memory_order_relaxed);
+    if (probe.m_watched.load(std::memory_order_relaxed))
+        m_plannedCode = probe.arriveWatched(index);
     ++depth;
 }
 
@@ -50,12 +50,12 @@ int Probe::arriveWatched(std::size_t entry)
     int code = 0;
     std::uint32_t delay = 0;
     {
-        const std::lock_guard lock(mutex_);
+        const std::lock_guard lock(m_mutex);
         code = takeFault(entry);
         delay = delayOf(entry);
-        if (journalOn_)
-            journal_.push_back(std::string(2UL * depth, ' ') + names[entry] +
-                               (code == 0 ? std::string() : " -> " + std::to_string(code)));
+        if (m_journalOn)
+            m_journal.push_back(std::string(2UL * depth, ' ') + names[entry] +
+                                (code == 0 ? std::string() : " -> " + std::to_string(code)));
     }
     if (delay > 0)
         std::this_thread::sleep_for(std::chrono::microseconds(delay));
@@ -66,7 +66,7 @@ int Probe::takeFault(std::size_t entry)
 {
     int code = 0;
     // Every plan counts this call, also when an earlier one already makes it fail.
-    std::erase_if(faults_, [&](Fault& fault) {
+    std::erase_if(m_faults, [&](Fault& fault) {
         if (fault.entry != entry && fault.entry != anyEntry)
             return false;
         const bool everyCall = fault.callsLeft == 0;
@@ -82,7 +82,7 @@ int Probe::takeFault(std::size_t entry)
 std::uint32_t Probe::delayOf(std::size_t entry) const
 {
     std::uint32_t longest = 0;
-    for (const auto& delay : delays_)
+    for (const auto& delay : m_delays)
         if (delay.entry == entry || delay.entry == anyEntry)
             longest = std::max(longest, delay.microseconds);
     return longest;
@@ -93,70 +93,70 @@ void Probe::addFault(std::string_view entry, std::uint64_t nth, int code, Origin
     if (code >= 0)
         throw Failure(FG_INVALID_ARGUMENT, "A planned fault needs a code below 0");
     const auto index = entryNamed(entry);
-    const std::lock_guard lock(mutex_);
-    faults_.push_back({index, nth, code, origin});
+    const std::lock_guard lock(m_mutex);
+    m_faults.push_back({index, nth, code, origin});
     updateWatched();
 }
 
 void Probe::setDelay(std::string_view entry, std::uint32_t microseconds, Origin origin)
 {
     const auto index = entryNamed(entry);
-    const std::lock_guard lock(mutex_);
-    std::erase_if(delays_, [&](const Delay& delay) { return delay.entry == index; });
+    const std::lock_guard lock(m_mutex);
+    std::erase_if(m_delays, [&](const Delay& delay) { return delay.entry == index; });
     if (microseconds > 0)
-        delays_.push_back({index, microseconds, origin});
+        m_delays.push_back({index, microseconds, origin});
     updateWatched();
 }
 
 void Probe::clearFaults()
 {
-    const std::lock_guard lock(mutex_);
-    faults_.clear();
+    const std::lock_guard lock(m_mutex);
+    m_faults.clear();
     updateWatched();
 }
 
 void Probe::clearPlansOf(Origin origin)
 {
-    const std::lock_guard lock(mutex_);
-    std::erase_if(faults_, [&](const Fault& fault) { return fault.origin == origin; });
-    std::erase_if(delays_, [&](const Delay& delay) { return delay.origin == origin; });
+    const std::lock_guard lock(m_mutex);
+    std::erase_if(m_faults, [&](const Fault& fault) { return fault.origin == origin; });
+    std::erase_if(m_delays, [&](const Delay& delay) { return delay.origin == origin; });
     updateWatched();
 }
 
 std::int64_t Probe::calls(std::string_view entry) const
 {
     const auto index = entryNamed(entry);
-    return index == anyEntry ? totalCalls() : static_cast<std::int64_t>(counts_[index].load());
+    return index == anyEntry ? totalCalls() : static_cast<std::int64_t>(m_counts[index].load());
 }
 
 std::int64_t Probe::totalCalls() const
 {
     std::uint64_t total = 0;
-    for (const auto& count : counts_)
+    for (const auto& count : m_counts)
         total += count.load();
     return static_cast<std::int64_t>(total);
 }
 
 void Probe::resetCounts()
 {
-    for (auto& count : counts_)
+    for (auto& count : m_counts)
         count.store(0);
 }
 
 void Probe::setJournal(bool on)
 {
-    const std::lock_guard lock(mutex_);
+    const std::lock_guard lock(m_mutex);
     if (on)
-        journal_.clear();
-    journalOn_ = on;
+        m_journal.clear();
+    m_journalOn = on;
     updateWatched();
 }
 
 std::string Probe::journal() const
 {
-    const std::lock_guard lock(mutex_);
+    const std::lock_guard lock(m_mutex);
     std::string text;
-    for (const auto& line : journal_)
+    for (const auto& line : m_journal)
         text += line + '\n';
     return text;
 }
@@ -182,7 +182,7 @@ std::size_t Probe::entryNamed(std::string_view name)
 
 void Probe::updateWatched()
 {
-    watched_.store(journalOn_ || !faults_.empty() || !delays_.empty(), std::memory_order_relaxed);
+    m_watched.store(m_journalOn || !m_faults.empty() || !m_delays.empty(), std::memory_order_relaxed);
 }
 
 } // namespace simulation

@@ -4,7 +4,7 @@
 /// While nothing but counting is asked for, a call costs one increment and one branch.
 #pragma once
 
-#include "Entries.h"
+#include "entries/Entries.h"
 
 #include <array>
 #include <atomic>
@@ -31,10 +31,10 @@ public:
         Visit& operator=(const Visit&) = delete;
 
         /// The code with which this call has to fail, 0 for none.
-        int plannedCode() const noexcept { return plannedCode_; }
+        int plannedCode() const noexcept { return m_plannedCode; }
 
     private:
-        int plannedCode_;
+        int m_plannedCode;
     };
 
     /// A plan of the machine description goes when the next machine is loaded; one of a client's stays.
@@ -85,14 +85,14 @@ private:
     std::uint32_t delayOf(std::size_t entry) const;
     void updateWatched();
 
-    std::array<std::atomic<std::uint64_t>, entryCount> counts_{};
-    std::atomic<bool> watched_{false};
+    std::array<std::atomic<std::uint64_t>, entryCount> m_counts{};
+    std::atomic<bool> m_watched{false};
 
-    mutable std::mutex mutex_;
-    std::vector<Fault> faults_;
-    std::vector<Delay> delays_;
-    bool journalOn_ = false;
-    std::vector<std::string> journal_;
+    mutable std::mutex m_mutex;
+    std::vector<Fault> m_faults;
+    std::vector<Delay> m_delays;
+    bool m_journalOn = false;
+    std::vector<std::string> m_journal;
 };
 
 } // namespace simulation

@@ -1,7 +1,7 @@
 #include "gui-core/InitializeApplicationCommand.h"
 
-#include "LogForwarding.h"
-#include "commands/EventPosting.h"
+#include "messages/CommandSubmission.h"
+#include "messages/LogForwarding.h"
 #include "platform/ProcessEnvironment.h"
 
 #include "gui-core/Gui.h"

@@ -1,10 +1,10 @@
 #include "gui-core/LoadMcfCommand.h"
 
-#include "commands/BoardLookup.h"
-#include "commands/BoardModel.h"
-#include "commands/EventPosting.h"
-#include "commands/McfFile.h"
-#include "commands/StatusText.h"
+#include "mcf/McfFile.h"
+#include "messages/CommandSubmission.h"
+#include "messages/StatusText.h"
+#include "model/AppletFolders.h"
+#include "model/BoardLookup.h"
 
 #include "gui-core/Gui.h"
 #include "gui-core/LoadAppletCommand.h"

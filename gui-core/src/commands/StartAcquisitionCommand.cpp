@@ -1,8 +1,8 @@
 #include "gui-core/StartAcquisitionCommand.h"
 
-#include "commands/CameraOfPort.h"
-#include "commands/DimensionCheck.h"
-#include "commands/ResourceSweep.h"
+#include "acquisition/CameraOfPort.h"
+#include "acquisition/DimensionCheck.h"
+#include "acquisition/ResourceSweep.h"
 
 #include "gui-core/Gui.h"
 #include "gui-core/Views.h"

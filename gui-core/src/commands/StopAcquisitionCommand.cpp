@@ -1,7 +1,7 @@
 #include "gui-core/StopAcquisitionCommand.h"
 
-#include "commands/CameraOfPort.h"
-#include "commands/ResourceSweep.h"
+#include "acquisition/CameraOfPort.h"
+#include "acquisition/ResourceSweep.h"
 
 #include "gui-core/Gui.h"
 #include "gui-core/Views.h"

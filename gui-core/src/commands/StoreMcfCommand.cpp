@@ -1,6 +1,6 @@
 #include "gui-core/StoreMcfCommand.h"
 
-#include "commands/StatusText.h"
+#include "messages/StatusText.h"
 
 #include "gui-core/Gui.h"
 #include "gui-core/Views.h"

@@ -1,9 +1,9 @@
 #include "gui-core/UnloadAppletCommand.h"
 
-#include "commands/BoardHandle.h"
-#include "commands/BoardLookup.h"
-#include "commands/BoardResources.h"
-#include "commands/BoardTeardown.h"
+#include "applet/BoardHandle.h"
+#include "applet/BoardTeardown.h"
+#include "model/BoardLookup.h"
+#include "model/BoardResources.h"
 
 #include "gui-core/Gui.h"
 #include "gui-core/Views.h"

@@ -1,6 +1,6 @@
-#include "LogForwarding.h"
 #include "NewProcess.h"
 #include "RecordingViews.h"
+#include "messages/LogForwarding.h"
 
 #include "gui-core/EntryPoints.h"
 #include "gui-core/Gui.h"

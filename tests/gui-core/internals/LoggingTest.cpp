@@ -1,8 +1,8 @@
 #include "NewProcess.h"
 
 #include "fglib/RuntimeLibrary.h"
+#include "logging/Logging.h"
 #include "native/Thread.h"
-#include "platform/Logging.h"
 #include "platform/ProcessEnvironment.h"
 #include "platform/SharedLibrary.h"
 #include "tests/TemporaryFolder.h"

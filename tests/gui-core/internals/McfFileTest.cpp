@@ -1,4 +1,4 @@
-#include "commands/McfFile.h"
+#include "mcf/McfFile.h"
 #include "tests/TemporaryFolder.h"
 
 #include <gtest/gtest.h>

@@ -1,0 +1,126 @@
+#include "applet/ChannelSetup.h"
+
+#include "messages/CommandSubmission.h"
+
+#include "gui-core/Gui.h"
+#include "gui-core/Views.h"
+
+#include "fglib5/Fglib5.h"
+
+#include "ovra-core/HarloApplication.h"
+#include "ovra-lib-display-fglib/FglibFrameBufferGroup.h"
+#include "ovra-lib-display/DisplayScene.h"
+#include "ovra-lib-environment/HlEnvironmentBoardNode.h"
+#include "ovra-lib-fglib-model/FgLibEventsModel.h"
+#include "ovra-lib-fglib-model/FgLibModel.h"
+
+#include <string>
+
+namespace ovra::gui::commands {
+
+using core::models::FgLibEventsModel;
+using core::models::FgLibModel;
+using core::models::HlEnvironmentBoardNode;
+using core::models::HlEnvironmentDmaNode;
+
+namespace {
+
+constexpr long long DEFAULT_TIMEOUT_SECONDS = 10;
+constexpr long long DEFAULT_BUFFERS = 16;
+
+/// Null, after a warning, when the runtime describes no parameters.
+FgRegisterInfo* registerInformation(const HlEnvironmentBoardNode& board, unsigned int dma)
+{
+    FgRegisterInfo* const info = Fg_getParameterInfo(board.getBoardHandle(), dma);
+    if (!info)
+        postLoadWarning("Error in Fg_getParameterInfo(" + std::to_string(dma) + "): NULL");
+    return info;
+}
+
+boost::shared_ptr<FgLibModel> createModel(HlEnvironmentBoardNode& board, unsigned int dma,
+                                          FgRegisterInfo* info, bool noDma)
+{
+    const auto self = boost::static_pointer_cast<HlEnvironmentBoardNode>(board.shared_from_this());
+    auto model = FgLibModel::create(board.getBoardHandle(), dma, info, self, noDma);
+    model->init();
+    return model;
+}
+
+void createModelPerDma(HlEnvironmentBoardNode& board)
+{
+    for (const auto dmas = board.getDmas(); dmas->hasNext(); dmas->advance()) {
+        HlEnvironmentDmaNode& dma = *dmas->current();
+        FgRegisterInfo* const info = registerInformation(board, dma.getIndex());
+        if (!info)
+            continue;
+        const auto model = createModel(board, dma.getIndex(), info, false);
+        dma.setFrontendRegInfoPointer(info);
+        dma.setFrontendRegInfoModel(model);
+    }
+}
+
+void createModelForApplet(HlEnvironmentBoardNode& board)
+{
+    FgRegisterInfo* const info = registerInformation(board, 0);
+    if (!info)
+        return;
+    const auto model = createModel(board, 0, info, true);
+    for (const auto dmas = board.getDmas(); dmas->hasNext(); dmas->advance()) {
+        dmas->current()->setFrontendRegInfoPointer(info);
+        dmas->current()->setFrontendRegInfoModel(model);
+    }
+    // On the board as well: an applet without DMA channels has parameters, too.
+    board.setNoDmaFrontendRegInfoPointer(info);
+    board.setNoDmaFrontendRegInfoModel(model);
+}
+
+unsigned int configured(const char* key, long long defaultValue)
+{
+    return static_cast<unsigned int>(core::HarloApplication::getConfigIntEntry(key, defaultValue));
+}
+
+void createAcquisitionObjects(HlEnvironmentBoardNode& board, HlEnvironmentDmaNode& dma)
+{
+    dma.setAcqTimeout(configured("gui.preferences.acq.default.timeout", DEFAULT_TIMEOUT_SECONDS));
+    dma.setAcqBuffersCurrent(configured("gui.preferences.acq.default.buffers", DEFAULT_BUFFERS));
+
+    const auto group = display::FglibFrameBufferGroup::create(
+        board.getBoardHandle(), board.getIndex(), dma.getIndex(), dma.getAcqBuffersCurrent(),
+        &Gui::getUsedDmaMemory, &Gui::getTotalDmaMemory, &Gui::updateUsedMemory);
+    // The group may grant fewer than it was asked for.
+    dma.setAcqBuffersCurrent(group->bufferCount());
+    group->setTimeout(dma.getAcqTimeout());
+
+    const auto scene = display::DisplayScene::create();
+    scene->addFrameBufferGroup(0, group);
+    dma.setFrameBufferGroup(group);
+    dma.setDisplayScene(scene);
+    if (const auto model = dma.getFrontendRegInfoModel())
+        model->addFrameBufferGroup(group);
+}
+
+} // namespace
+
+void createEventsModel(HlEnvironmentBoardNode& board)
+{
+    const auto self = boost::static_pointer_cast<HlEnvironmentBoardNode>(board.shared_from_this());
+    const auto events = FgLibEventsModel::create(self);
+    board.setFglibEventsModel(events);
+    board.setFglibEventsSignalConnection(Gui::views()->connectFglibEvents(events));
+}
+
+void createRegisterInformation(HlEnvironmentBoardNode& board, AppletType type)
+{
+    if (type == AppletType::Hap)
+        createModelForApplet(board);
+    else
+        createModelPerDma(board);
+}
+
+void createAcquisitionObjects(HlEnvironmentBoardNode& board)
+{
+    for (const auto dmas = board.getDmas(); dmas->hasNext(); dmas->advance())
+        createAcquisitionObjects(board, *dmas->current());
+}
+
+} // namespace ovra::gui::commands

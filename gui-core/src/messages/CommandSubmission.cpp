@@ -1,0 +1,36 @@
+#include "messages/CommandSubmission.h"
+
+#include "messages/LoadAppletNotifyEvent.h"
+#include "messages/ShowSplashscreenMessageEvent.h"
+
+#include "ovra-core/CommandProcessor.h"
+#include "ovra-core/HarloApplication.h"
+
+namespace ovra::gui::commands {
+
+void execute(const boost::shared_ptr<core::Command>& command)
+{
+    core::HarloApplication::commandprocessor()->executeCommand(command);
+}
+
+void postSplashMessage(const std::string& message)
+{
+    execute(ShowSplashscreenMessageEvent::create(message));
+}
+
+void postLoadStatus(const std::string& message)
+{
+    execute(LoadAppletNotifyEvent::create(LoadAppletNotifyEvent::Information, message));
+}
+
+void postLoadWarning(const std::string& message)
+{
+    execute(LoadAppletNotifyEvent::create(LoadAppletNotifyEvent::Warning, message));
+}
+
+void postLoadError(const std::string& message)
+{
+    execute(LoadAppletNotifyEvent::create(LoadAppletNotifyEvent::Error, message));
+}
+
+} // namespace ovra::gui::commands

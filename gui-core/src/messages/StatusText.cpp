@@ -1,0 +1,42 @@
+#include "messages/StatusText.h"
+
+#include "fglib5/Fglib5.h"
+
+namespace ovra::gui::commands {
+
+namespace {
+
+std::string orUnknown(const char* description)
+{
+    return description && *description ? description : "Unknown Error Code";
+}
+
+std::string codeAndDescription(int code, const std::string& description)
+{
+    return std::to_string(code) + " (" + description + ")";
+}
+
+} // namespace
+
+std::string statusDescription(Fg_Struct* handle, int code)
+{
+    return orUnknown(Fg_getErrorDescription(handle, code));
+}
+
+std::string statusText(Fg_Struct* handle, int code)
+{
+    return codeAndDescription(code, statusDescription(handle, code));
+}
+
+std::string describedStatus(int code)
+{
+    return statusDescription(nullptr, code) + " (" + std::to_string(code) + ")";
+}
+
+std::string lastErrorText()
+{
+    const int code = Fg_getLastErrorNumber(nullptr);
+    return codeAndDescription(code, orUnknown(Fg_getLastErrorDescription(nullptr)));
+}
+
+} // namespace ovra::gui::commands

@@ -1,0 +1,34 @@
+#include "model/BoardLookup.h"
+
+#include "gui-core/Gui.h"
+
+#include "ovra-lib-environment/Environment.h"
+#include "ovra-lib-environment/HlEnvironmentBoardNode.h"
+#include "ovra-lib-environment/HlEnvironmentFileNode.h"
+#include "ovra-lib-environment/HlEnvironmentModel.h"
+
+namespace ovra::gui::commands {
+
+namespace {
+
+constexpr const char* BOARD_SOURCE = "ovra";
+
+} // namespace
+
+boost::shared_ptr<core::models::HlEnvironmentRootNode> environmentRoot()
+{
+    return Gui::environment()->model()->root();
+}
+
+boost::shared_ptr<core::models::HlEnvironmentBoardNode> findBoard(unsigned int serial)
+{
+    const auto source = environmentRoot()->getSourcesEntry(BOARD_SOURCE);
+    return source ? source->getChild(serial) : boost::shared_ptr<core::models::HlEnvironmentBoardNode>();
+}
+
+boost::shared_ptr<core::models::HlEnvironmentFileNode> findAppletFile(const std::string& path)
+{
+    return environmentRoot()->getFilesEntryNode()->getAllFilesEntry(path);
+}
+
+} // namespace ovra::gui::commands

@@ -1,0 +1,277 @@
+#include "descriptions/Applet.h"
+
+#include "Platform.h"
+#include "descriptions/JsonReader.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <map>
+
+namespace simulation {
+
+namespace {
+
+constexpr auto format = "virtual-applet-1";
+constexpr int largestSide = 32768; // pixels
+constexpr int mostDmas = 256;
+constexpr int firstOwnId = 10000; // below are the runtime's own parameters
+constexpr int mostLegacyChannels = 64;
+constexpr int legacyChannelQuery = 1888;
+
+bool hasEnding(const std::filesystem::path& file, const std::string& ending)
+{
+    return file.extension().string() == ending;
+}
+
+bool looksLikeJson(const std::string& content)
+{
+    const auto first = content.find_first_not_of(" \t\r\n");
+    return first != std::string::npos && content[first] == '{';
+}
+
+FgValueType valueTypeNamed(const std::string& name)
+{
+    static const std::map<std::string, FgValueType> types = {
+        {"int32", FG_TYPE_INT32},   {"uint32", FG_TYPE_UINT32}, {"int64", FG_TYPE_INT64},
+        {"uint64", FG_TYPE_UINT64}, {"double", FG_TYPE_DOUBLE}, {"string", FG_TYPE_STRING}};
+    return types.at(name);
+}
+
+// The runtime computes with signed numbers of 64 bits that double also holds exactly.
+std::pair<double, double> limitsOf(FgValueType type)
+{
+    constexpr double exact = 9007199254740992.0;
+    switch (type) {
+    case FG_TYPE_INT32:
+        return {std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max()};
+    case FG_TYPE_UINT32:
+        return {0, std::numeric_limits<std::uint32_t>::max()};
+    case FG_TYPE_INT64:
+        return {-exact, exact};
+    case FG_TYPE_UINT64:
+        return {0, exact};
+    default:
+        return {std::numeric_limits<double>::lowest(), std::numeric_limits<double>::max()};
+    }
+}
+
+void readRange(const JsonField& field, ParameterDescription& description)
+{
+    const auto [lowest, highest] = limitsOf(description.type);
+    description.minimum = field["min"].numberOr(lowest, lowest, highest);
+    description.maximum = field["max"].numberOr(highest, description.minimum, highest);
+    description.step = field["step"].numberOr(description.type == FG_TYPE_DOUBLE ? 0 : 1, 0, highest);
+    if (description.type == FG_TYPE_DOUBLE)
+        description.initial = field["default"].number(description.minimum, description.maximum);
+    else
+        description.initial =
+            field["default"].integer(static_cast<std::int64_t>(std::ceil(description.minimum)),
+                                     static_cast<std::int64_t>(std::floor(description.maximum)));
+}
+
+ParameterDescription readParameter(const JsonField& field)
+{
+    field.object({"name", "id", "type", "unit", "min", "max", "step", "default", "writable", "scope"});
+    ParameterDescription description{};
+    description.name = field["name"].name();
+    description.id =
+        static_cast<int>(field["id"].integer(firstOwnId, std::numeric_limits<std::int32_t>::max()));
+    description.unit = field["unit"].textOr("");
+    description.type =
+        valueTypeNamed(field["type"].choice({"int32", "uint32", "int64", "uint64", "double", "string"}));
+    description.writable = field["writable"].booleanOr(true);
+    description.perDma = field["scope"].given() && field["scope"].choice({"dma", "applet"}) == "dma";
+    if (description.type == FG_TYPE_STRING)
+        description.initial = field["default"].text();
+    else
+        readRange(field, description);
+    return description;
+}
+
+std::vector<ParameterDescription> readParameters(const JsonField& list)
+{
+    std::vector<ParameterDescription> descriptions;
+    for (const auto& field : list.elements()) {
+        const auto description = readParameter(field);
+        for (const auto& other : descriptions) {
+            if (other.id == description.id)
+                field["id"].expected("an id that no other parameter has");
+            if (other.name == description.name)
+                field["name"].expected("a name that no other parameter has");
+        }
+        descriptions.push_back(description);
+    }
+    return descriptions;
+}
+
+GeneratorDescription readGenerator(const JsonField& field)
+{
+    field.object({"pattern", "frameRate", "enabled"});
+    return {.pattern = patternNamed(field["pattern"].choice({"ramp", "checkerboard"})),
+            .frameRate = field["frameRate"].numberOr(25, 0, 100000),
+            .enabled = field["enabled"].booleanOr(false)};
+}
+
+DmaDescription readDma(const JsonField& field)
+{
+    field.object({"index", "width", "height", "maxWidth", "maxHeight", "port", "generator"});
+    DmaDescription dma{};
+    dma.index = static_cast<int>(field["index"].integer(0, mostDmas - 1));
+    dma.maxWidth = static_cast<int>(field["maxWidth"].integerOr(largestSide, 1, largestSide));
+    dma.maxHeight = static_cast<int>(field["maxHeight"].integerOr(largestSide, 1, largestSide));
+    dma.width = static_cast<int>(field["width"].integer(1, dma.maxWidth));
+    dma.height = static_cast<int>(field["height"].integer(1, dma.maxHeight));
+    if (field["port"].given())
+        dma.port = static_cast<int>(field["port"].integer(0, mostDmas - 1));
+    if (field["generator"].given())
+        dma.generator = readGenerator(field["generator"]);
+    return dma;
+}
+
+std::vector<DmaDescription> readDmas(const JsonField& list)
+{
+    std::vector<DmaDescription> dmas;
+    for (const auto& field : list.elements()) {
+        const auto dma = readDma(field);
+        if (std::ranges::find(dmas, dma.index, &DmaDescription::index) != dmas.end())
+            field["index"].expected("an index that no other DMA channel has");
+        dmas.push_back(dma);
+    }
+    std::ranges::sort(dmas, {}, &DmaDescription::index);
+    return dmas;
+}
+
+std::optional<int> readPosition(const JsonField& field)
+{
+    if (!field.given())
+        return {};
+    return static_cast<int>(field.integer(0, mostDmas - 1));
+}
+
+ProcessDescription readProcess(const JsonField& field, const std::vector<DmaDescription>& dmas)
+{
+    field.object({"dmas", "ports", "dmaCountFails", "portCountFails", "dmaPortFails", "camPortFails"});
+    ProcessDescription process;
+    for (const auto& element : field["dmas"].elements()) {
+        const auto index = static_cast<int>(element.integer(0, mostDmas - 1));
+        if (std::ranges::find(dmas, index, &DmaDescription::index) == dmas.end())
+            element.expected("the index of a channel that /dmas describes");
+        process.dmas.push_back(index);
+    }
+    for (const auto& element : field["ports"].elements())
+        process.ports.push_back(static_cast<int>(element.integer(-mostDmas, mostDmas - 1)));
+    process.dmaCountFails = field["dmaCountFails"].booleanOr(false);
+    process.portCountFails = field["portCountFails"].booleanOr(false);
+    process.dmaPortFails = readPosition(field["dmaPortFails"]);
+    process.camPortFails = readPosition(field["camPortFails"]);
+    return process;
+}
+
+int readProcessesInFile(const JsonField& field, std::size_t processes)
+{
+    if (!field.given())
+        return static_cast<int>(processes);
+    if (field.isBoolean())
+        return field.booleanOr(true) ? static_cast<int>(processes) : -1;
+    return static_cast<int>(field.integer(-1, mostDmas));
+}
+
+// A channel that names no port delivers the camera at its own position among its process's ports.
+void assignPorts(Applet& applet)
+{
+    for (const auto& process : applet.processes) {
+        for (std::size_t j = 0; j < std::min(process.dmas.size(), process.ports.size()); ++j) {
+            auto& dma = *std::ranges::find(applet.dmas, process.dmas[j], &DmaDescription::index);
+            if (!dma.port && process.ports[j] >= 0)
+                dma.port = process.ports[j];
+        }
+    }
+}
+
+Applet readDescription(const std::filesystem::path& file, const std::string& content, bool wrapped)
+{
+    const JsonDocument document({"applet file", file, FG_INVALID_APPLET_FILE}, content);
+    const auto root = document.root();
+    root.object({"format", "name", "version", "boardType", "type", "tags", "nrOfProcessesInFile",
+                 "processCountFails", "processes", "dmas", "parameters"});
+    root["format"].choice({format});
+    Applet applet;
+    applet.file = file;
+    applet.name = root["name"].text();
+    applet.version = root["version"].textOr("1.0");
+    applet.boardType = static_cast<std::uint16_t>(root["boardType"].integer(0, 65535));
+    applet.type = root["type"].textOr(wrapped ? "DLL" : "HAP");
+    applet.wrapped = wrapped;
+    for (const auto& tag : root["tags"].elements())
+        applet.tags.push_back(tag.text());
+    applet.dmas = readDmas(root["dmas"]);
+    for (const auto& process : root["processes"].elements())
+        applet.processes.push_back(readProcess(process, applet.dmas));
+    applet.processesInFile = readProcessesInFile(root["nrOfProcessesInFile"], applet.processes.size());
+    applet.processCountFails = root["processCountFails"].booleanOr(false);
+    applet.parameters = readParameters(root["parameters"]);
+    assignPorts(applet);
+    return applet;
+}
+
+Applet legacyApplet(const std::filesystem::path& file)
+{
+    Applet applet;
+    applet.file = file;
+    applet.name = file.stem().string();
+    applet.type = "DLL";
+    applet.legacy = true;
+    return applet;
+}
+
+int channelsOf(const std::filesystem::path& file)
+{
+    auto* library = platform::openLibrary(file);
+    if (library == nullptr)
+        return 0;
+    using Info = int (*)(int, int, int, int, int);
+    const auto info = reinterpret_cast<Info>(platform::findSymbol(library, "Info"));
+    const auto channels = info == nullptr ? 0 : info(legacyChannelQuery, 0, 0, 0, 0);
+    platform::closeLibrary(library);
+    return std::clamp(channels, 0, mostLegacyChannels);
+}
+
+} // namespace
+
+Applet readApplet(const std::filesystem::path& file)
+{
+    std::string content;
+    try {
+        content = readFile(file);
+    } catch (const std::ios_base::failure&) {
+        throw Failure(FG_APPLET_NOT_FOUND,
+                      "applet file " + file.string() + ": expected a readable file, found none");
+    }
+    const auto library = platform::libraryEnding();
+    const bool isLibrary = hasEnding(file, library);
+    if (!isLibrary && !hasEnding(file, ".hap"))
+        throw Failure(FG_INVALID_APPLET_FILE, "applet file " + file.string() +
+                                                  ": expected a name that ends with '.hap' or '" + library +
+                                                  "'");
+    if (isLibrary && !looksLikeJson(content))
+        return legacyApplet(file);
+    return readDescription(file, content, isLibrary);
+}
+
+void askLegacyChannels(Applet& applet)
+{
+    const int channels = channelsOf(applet.file);
+    for (int i = 0; i < channels; ++i) {
+        applet.dmas.push_back({.index = i,
+                               .width = 640,
+                               .height = 480,
+                               .maxWidth = largestSide,
+                               .maxHeight = largestSide,
+                               .port = i,
+                               .generator = GeneratorDescription{Pattern::ramp, 25, false}});
+        applet.processes.push_back({.dmas = {i}, .ports = {i}, .dmaPortFails = {}, .camPortFails = {}});
+    }
+}
+
+} // namespace simulation

@@ -1,0 +1,92 @@
+/// \file
+/// Applets: what an applet file says. simulation/README.md teaches the fields.
+///
+///   .hap                        a JSON description
+///   .so or .dll, JSON inside    a wrapped DLL applet, the same description
+///   .so or .dll, otherwise      a legacy DLL applet: the library itself tells its number of channels
+#pragma once
+
+#include "pictures/Patterns.h"
+
+#include "fglib5/Fglib5Types.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace simulation {
+
+/// A parameter's value: of the integer types the first, whatever their width.
+using ParameterValue = std::variant<std::int64_t, double, std::string>;
+
+struct ParameterDescription
+{
+    int id;
+    std::string name;
+    std::string unit;
+    FgValueType type;
+    double minimum;
+    double maximum;
+    double step;
+    ParameterValue initial;
+    bool writable;
+    bool perDma; ///< each DMA channel has a value of its own
+};
+
+struct GeneratorDescription
+{
+    Pattern pattern;
+    double frameRate; ///< images per second, 0 = as fast as possible
+    bool enabled;
+};
+
+struct DmaDescription
+{
+    int index;
+    int width; ///< pixels, at the start
+    int height;
+    int maxWidth;
+    int maxHeight;
+    std::optional<int> port; ///< whose camera it delivers
+    std::optional<GeneratorDescription> generator;
+};
+
+struct ProcessDescription
+{
+    std::vector<int> dmas;  ///< global indices
+    std::vector<int> ports; ///< global indices; a negative one is reported as it is
+    bool dmaCountFails = false;
+    bool portCountFails = false;
+    std::optional<int> dmaPortFails; ///< position whose query fails
+    std::optional<int> camPortFails;
+};
+
+struct Applet
+{
+    std::filesystem::path file;
+    std::string name;
+    std::string version;
+    std::string type; ///< "HAP", "DLL" or what the file says
+    bool wrapped = false;
+    bool legacy = false;
+    std::optional<std::uint16_t> boardType; ///< a legacy applet does not tell
+    std::vector<std::string> tags;
+    int processesInFile = -1; ///< negative: the file does not tell
+    bool processCountFails = false;
+    std::vector<ProcessDescription> processes;
+    std::vector<DmaDescription> dmas;
+    std::vector<ParameterDescription> parameters;
+};
+
+/// Throws FG_APPLET_NOT_FOUND, or FG_INVALID_APPLET_FILE with the line that says what is wrong. The channels
+/// of a legacy applet are not asked for.
+Applet readApplet(const std::filesystem::path& file);
+
+/// Asks a legacy applet's library for its channels: DMA i and port i for each of them. A library that cannot
+/// be opened or has no Info gets none: the verdict on it is left to who opens it for its structure.
+void askLegacyChannels(Applet& applet);
+
+} // namespace simulation

@@ -1,0 +1,55 @@
+/// \file
+/// What the implementations of the entries have in common: reading arguments, giving answers.
+#pragma once
+
+#include "Failure.h"
+#include "hardware/Grabber.h"
+#include "hardware/Runtime.h"
+
+#include <cstddef>
+#include <cstring>
+#include <memory>
+#include <string>
+
+namespace simulation {
+
+inline std::shared_ptr<Grabber> grabberOf(Fg_Struct* handle)
+{
+    return Runtime::instance().grabber(handle);
+}
+
+/// Throws FG_INVALID_ARGUMENT for a null.
+template <class T>
+T* required(T* argument, const char* name)
+{
+    if (argument == nullptr)
+        throw Failure(FG_INVALID_ARGUMENT, std::string("The argument ") + name + " is missing");
+    return argument;
+}
+
+/// Gives \p bytes bytes to a client that offers \p *room; \p *room then says how many there are. A null
+/// target asks for that alone.
+inline void giveBytes(const void* data, std::size_t bytes, void* target, std::size_t* room)
+{
+    const auto offered = *required(room, "for the size");
+    *room = bytes;
+    if (target == nullptr)
+        return;
+    if (offered < bytes)
+        throw Failure(FG_INVALID_ARGUMENT, "The answer takes " + std::to_string(bytes) +
+                                               " bytes, there is room for " + std::to_string(offered));
+    std::memcpy(target, data, bytes);
+}
+
+inline void giveText(const std::string& text, char* target, std::size_t* room)
+{
+    giveBytes(text.c_str(), text.size() + 1, target, room);
+}
+
+/// For an entry that has called another one: fails as that one did.
+[[noreturn]] inline void failLikeInner()
+{
+    throw Failure(lastErrorNumber(), lastErrorDescription());
+}
+
+} // namespace simulation

@@ -1,0 +1,69 @@
+#include "entries/Answers.h"
+#include "entries/Entries.h"
+
+namespace simulation::entries {
+
+namespace {
+
+std::shared_ptr<Board> boardOf(unsigned int board)
+{
+    return Runtime::instance().board(board);
+}
+
+std::string cameraText(const CameraDescription& camera, int selector)
+{
+    switch (selector) {
+    case FGCAM_MODEL:
+        return camera.model;
+    case FGCAM_SERIAL:
+        return camera.serial;
+    case FGCAM_INTERFACE:
+        return camera.interface;
+    default:
+        throw Failure(FG_INVALID_PARAMETER, "A camera has no text " + std::to_string(selector));
+    }
+}
+
+} // namespace
+
+int FgCam_getCount(unsigned int board)
+{
+    return boardOf(board)->cameras();
+}
+
+int FgCam_getPort(unsigned int board, unsigned int position)
+{
+    return boardOf(board)->portOf(position);
+}
+
+int FgCam_getString(unsigned int board, unsigned int port, int selector, char* text, std::size_t textBytes)
+{
+    giveText(cameraText(boardOf(board)->camera(port), selector), required(text, "text"), &textBytes);
+    return FG_OK;
+}
+
+int FgCam_getInteger(unsigned int board, unsigned int port, int selector, int* value)
+{
+    *required(value, "value") = boardOf(board)->cameraInteger(port, selector);
+    return FG_OK;
+}
+
+int FgCam_setInteger(unsigned int board, unsigned int port, int selector, int value)
+{
+    boardOf(board)->setCameraInteger(port, selector, value);
+    return FG_OK;
+}
+
+int FgCam_start(unsigned int board, unsigned int port)
+{
+    boardOf(board)->startCamera(port);
+    return FG_OK;
+}
+
+int FgCam_stop(unsigned int board, unsigned int port)
+{
+    boardOf(board)->stopCamera(port);
+    return FG_OK;
+}
+
+} // namespace simulation::entries

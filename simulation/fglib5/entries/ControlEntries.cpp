@@ -1,0 +1,103 @@
+#include "Probe.h"
+#include "descriptions/AppletList.h"
+#include "descriptions/PathText.h"
+#include "entries/Answers.h"
+#include "entries/Entries.h"
+
+namespace simulation::entries {
+
+namespace {
+
+std::string_view entryOr(const char* entry)
+{
+    return entry == nullptr ? std::string_view() : entry;
+}
+
+} // namespace
+
+int FgSim_setMachine(const char* path)
+{
+    if (path == nullptr)
+        Runtime::instance().setMachineFile({});
+    else
+        Runtime::instance().setMachineFile(pathOf(path));
+    return FG_OK;
+}
+
+int FgSim_addFault(const char* entry, std::uint64_t nth, int code)
+{
+    Probe::instance().addFault(entryOr(entry), nth, code);
+    return FG_OK;
+}
+
+int FgSim_clearFaults()
+{
+    Probe::instance().clearFaults();
+    return FG_OK;
+}
+
+int FgSim_setDelay(const char* entry, std::uint32_t microseconds)
+{
+    Probe::instance().setDelay(entryOr(entry), microseconds);
+    return FG_OK;
+}
+
+std::int64_t FgSim_callCount(const char* entry)
+{
+    return Probe::instance().calls(entryOr(entry));
+}
+
+std::int64_t FgSim_totalCalls()
+{
+    return Probe::instance().totalCalls();
+}
+
+int FgSim_resetCounts()
+{
+    Probe::instance().resetCounts();
+    return FG_OK;
+}
+
+std::int64_t FgSim_live(int kind)
+{
+    switch (kind) {
+    case FGSIM_BOARD_HANDLES:
+        return Runtime::instance().handles();
+    case FGSIM_RINGS:
+        return BufferRing::liveRings();
+    case FGSIM_RING_BYTES:
+        return BufferRing::liveBytes();
+    case FGSIM_ACQUIRING_CHANNELS:
+        return DmaChannel::acquiringChannels();
+    case FGSIM_APPLET_ITERATORS:
+        return AppletList::live();
+    default:
+        throw Failure(FG_INVALID_ARGUMENT, "There is nothing to count under " + std::to_string(kind));
+    }
+}
+
+int FgSim_setJournal(int on)
+{
+    Probe::instance().setJournal(on != 0);
+    return FG_OK;
+}
+
+int FgSim_getJournal(char* text, std::size_t* textBytes)
+{
+    giveText(Probe::instance().journal(), text, textBytes);
+    return FG_OK;
+}
+
+int FgSim_raiseEvent(unsigned int board, const char* event)
+{
+    const auto grabber = Runtime::instance().board(board)->grabber();
+    if (!grabber)
+        throw Failure(FG_INVALID_ARGUMENT, "The board carries no applet");
+    const auto mask = grabber->events().maskOf(required(event, "event"));
+    if (mask == 0)
+        throw Failure(FG_INVALID_ARGUMENT, std::string("There is no event ") + event);
+    grabber->events().raise(mask, 0);
+    return FG_OK;
+}
+
+} // namespace simulation::entries

@@ -1,0 +1,109 @@
+// The exported functions. Each one is a row of a list: it passes the probe, calls the implementation of its
+// name, and lets no exception out.
+
+#include "Failure.h"
+#include "Probe.h"
+#include "entries/Entries.h"
+#include "entries/Linkage.h"
+
+#include <new>
+#include <type_traits>
+
+namespace simulation {
+
+namespace {
+
+// They release what a client holds, and a client cannot release it twice. So a planned failure changes their
+// result only.
+bool releases(Entry entry)
+{
+    switch (entry) {
+    case Entry::Fg_FreeLibraries:
+    case Entry::Fg_FreeGrabber:
+    case Entry::Fg_FreeMem:
+    case Entry::Fg_FreeMemEx:
+    case Entry::Fg_FreeMemHead:
+    case Entry::Fg_DelMem:
+    case Entry::Fg_freeParameterStringWithType:
+    case Entry::Fg_stopAcquire:
+    case Entry::Fg_stopAcquireEx:
+    case Entry::Fg_freeAppletIterator:
+    case Entry::FgCam_stop:
+        return true;
+    default:
+        return false;
+    }
+}
+
+template <class Result>
+Result failed(int code, const char* line) noexcept
+{
+    setLastError(code, line);
+    if constexpr (std::is_pointer_v<Result>)
+        return nullptr;
+    else if constexpr (std::is_unsigned_v<Result>)
+        return 0;
+    else if constexpr (!std::is_void_v<Result>)
+        return code;
+}
+
+template <class Result, class Call>
+Result guarded(Call call) noexcept
+{
+    try {
+        return call();
+    } catch (const Failure& failure) {
+        return failed<Result>(failure.code(), failure.what());
+    } catch (const std::bad_alloc&) {
+        return failed<Result>(FG_NO_MEMORY, descriptionOf(FG_NO_MEMORY));
+    } catch (const std::exception& failure) {
+        return failed<Result>(FG_INIT_ERROR, failure.what());
+    }
+}
+
+template <class Result, class Call>
+Result watched(Entry entry, Call call) noexcept
+{
+    return guarded<Result>([&]() -> Result {
+        const Probe::Visit visit(entry);
+        if (visit.plannedCode() == 0)
+            return call();
+        if (releases(entry))
+            call();
+        throw Failure(visit.plannedCode(), std::string("Planned failure of ") + Probe::nameOf(entry));
+    });
+}
+
+} // namespace
+
+} // namespace simulation
+
+extern "C" {
+
+#define FGLIB5_ENTRY(result, name, symbol, parameters, arguments, missing)                       \
+    FGSIM_LINKAGE(name) result name parameters                                                   \
+    {                                                                                            \
+        return simulation::watched<result>(simulation::Entry::name,                              \
+                                           [&] { return simulation::entries::name arguments; }); \
+    }
+#include "fglib5/Fglib5Entries.inc"
+
+#define EXPORTED(name, parameters, arguments)                                                 \
+    FGSIM_LINKAGE(name) int name parameters                                                   \
+    {                                                                                         \
+        return simulation::watched<int>(simulation::Entry::name,                              \
+                                        [&] { return simulation::entries::name arguments; }); \
+    }
+FGCAM_ENTRIES(EXPORTED)
+#undef EXPORTED
+
+// Not watched: who controls the simulation does not want to be part of it.
+#define EXPORTED(result, name, parameters, arguments)                                            \
+    FGSIM_LINKAGE(name) result name parameters                                                   \
+    {                                                                                            \
+        return simulation::guarded<result>([&] { return simulation::entries::name arguments; }); \
+    }
+FGSIM_ENTRIES(EXPORTED)
+#undef EXPORTED
+
+} // extern "C"

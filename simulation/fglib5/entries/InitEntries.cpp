@@ -1,0 +1,93 @@
+// Libraries, boards and their configuration.
+//
+// Entries that build on others call them by their exported names, the way the real runtime's parts do.
+
+#include "descriptions/Configuration.h"
+#include "descriptions/PathText.h"
+#include "entries/Answers.h"
+#include "entries/Entries.h"
+
+namespace simulation::entries {
+
+int Fg_InitLibraries(const char*)
+{
+    Runtime::instance().load();
+    return FG_OK;
+}
+
+int Fg_InitLibrariesEx(const char* options, unsigned int, const char*, unsigned int)
+{
+    return ::Fg_InitLibraries(options);
+}
+
+void Fg_FreeLibraries()
+{
+    Runtime::instance().unload();
+}
+
+Fg_Struct* Fg_Init(const char* appletFile, unsigned int board)
+{
+    return Runtime::instance().open(pathOf(required(appletFile, "appletFile")), board);
+}
+
+Fg_Struct* Fg_InitEx(const char* appletFile, unsigned int board, int flags)
+{
+    if (flags != 0)
+        throw Failure(FG_NOT_SIMULATED, "Fg_InitEx is simulated without flags only");
+    return ::Fg_Init(appletFile, board);
+}
+
+Fg_Struct* Fg_InitConfig(const char* configFile, unsigned int board)
+{
+    const auto model = Runtime::instance().board(board)->description().model;
+    const auto applet =
+        appletOfConfiguration(pathOf(required(configFile, "configFile")), Runtime::installation(), model);
+    auto* grabber = ::Fg_Init(applet.string().c_str(), board);
+    if (grabber == nullptr)
+        failLikeInner();
+    if (::Fg_loadConfig(grabber, configFile) == FG_OK)
+        return grabber;
+    const Failure reason(lastErrorNumber(), lastErrorDescription());
+    ::Fg_FreeGrabber(grabber);
+    throw reason;
+}
+
+Fg_Struct* Fg_InitConfigEx(const char* configFile, unsigned int board, int flags)
+{
+    if (flags != 0)
+        throw Failure(FG_NOT_SIMULATED, "Fg_InitConfigEx is simulated without flags only");
+    return ::Fg_InitConfig(configFile, board);
+}
+
+int Fg_InitHandle(Fg_Struct** grabber, const char* appletFile, unsigned int board)
+{
+    *required(grabber, "grabber") = ::Fg_Init(appletFile, board);
+    return *grabber == nullptr ? lastErrorNumber() : FG_OK;
+}
+
+int Fg_InitHandleSlaveAware(Fg_Struct** grabber, const char* appletFile, unsigned int board, int slave)
+{
+    if (slave != 0)
+        throw Failure(FG_NOT_SIMULATED, "Slave boards are not simulated");
+    return ::Fg_InitHandle(grabber, appletFile, board);
+}
+
+int Fg_FreeGrabber(Fg_Struct* grabber)
+{
+    Runtime::instance().close(grabber);
+    return FG_OK;
+}
+
+int Fg_saveConfig(Fg_Struct* grabber, const char* file)
+{
+    saveConfiguration(*grabberOf(grabber), pathOf(required(file, "file")));
+    return FG_OK;
+}
+
+int Fg_loadConfig(Fg_Struct* grabber, const char* file)
+{
+    loadConfiguration(*grabberOf(grabber), pathOf(required(file, "file")));
+    return FG_OK;
+}
+
+} // namespace simulation::entries

@@ -1,0 +1,375 @@
+#include "hardware/DmaChannel.h"
+
+#include "Failure.h"
+#include "hardware/DeviceWrite.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <utility>
+
+namespace simulation {
+
+namespace {
+
+// A board has memory of its own: a channel that is late catches up with this much of its source.
+constexpr std::chrono::milliseconds boardMemory{500};
+
+// With this many images at most, one right after the other, does a channel catch up. The newest image that a
+// reader has been given is then still whole, and the source goes on at its own pace before its buffer is due.
+FgFrameIndex longestCatchUp(const BufferRing& ring, FgFrameIndex wanted)
+{
+    if (wanted != FG_GRAB_INFINITE && wanted <= ring.size())
+        return std::numeric_limits<FgFrameIndex>::max(); // no buffer is written twice
+    return std::max<FgFrameIndex>(ring.size() - 2, 1);
+}
+
+constexpr std::chrono::microseconds longestSpin{50};
+
+constexpr auto nobodyWaits = std::numeric_limits<FgFrameIndex>::max();
+
+std::atomic<std::int64_t> acquiringNow{0};
+
+std::string eventName(const char* kind, int dma)
+{
+    return std::string(kind) + std::to_string(dma);
+}
+
+} // namespace
+
+// When the next image of the present source is due.
+struct DmaChannel::Pace
+{
+    std::shared_ptr<const Stream> stream;
+    std::uint64_t next = 0;    ///< number of that image, from 0 at the source's start
+    std::uint64_t longest;     ///< images that may be written without waiting in between
+    std::uint64_t written = 0; ///< images since the channel last waited for its source
+
+    explicit Pace(FgFrameIndex longestCatchUp) : longest(static_cast<std::uint64_t>(longestCatchUp)) {}
+
+    /// The channel has had this source in view since \p joined: what went by before is not for it.
+    void follow(const std::shared_ptr<const Stream>& source, Clock::time_point joined)
+    {
+        stream = source;
+        next = 0;
+        if (!stream || stream->frameRate == 0 || joined <= stream->start)
+            return;
+        const std::chrono::duration<double> age = joined - stream->start;
+        next = static_cast<std::uint64_t>(std::ceil(age.count() * stream->frameRate));
+    }
+
+    Clock::time_point due() const
+    {
+        const std::chrono::duration<double> since(static_cast<double>(next) / stream->frameRate);
+        return stream->start + std::chrono::duration_cast<Clock::duration>(since);
+    }
+
+    // Leaves out the oldest of the images that are due, where they are more than the board's memory holds or
+    // than may still be written without waiting; returns how many that were. The image that is next then may
+    // not be due yet.
+    FgFrameIndex skipLost(Clock::time_point now)
+    {
+        const std::chrono::duration<double> late = now - due(), memory = boardMemory;
+        const auto waiting = static_cast<std::uint64_t>(late.count() * stream->frameRate) + 1;
+        const auto held =
+            std::max(static_cast<std::uint64_t>(memory.count() * stream->frameRate), std::uint64_t{1});
+        const auto kept = std::min(held, longest - written);
+        if (waiting <= kept)
+            return 0;
+        const auto lost = waiting - kept;
+        next += lost;
+        return static_cast<FgFrameIndex>(lost);
+    }
+};
+
+DmaChannel::DmaChannel(const DmaDescription& description, EventHub& events)
+    : m_description(description),
+      m_events(events),
+      m_startEvent(events.maskOf(eventName("FG_START_OF_FRAME_DMA", description.index))),
+      m_lossEvent(events.maskOf(eventName("FG_IMAGES_LOST_DMA", description.index))),
+      m_generatorOn(description.generator && description.generator->enabled),
+      m_generatorRate(description.generator ? description.generator->frameRate : 0)
+{}
+
+DmaChannel::~DmaChannel()
+{
+    finishThread();
+}
+
+void DmaChannel::acquire(std::shared_ptr<BufferRing> ring, FgFrameIndex frames, int width, int height)
+{
+    const std::lock_guard control(m_control);
+    {
+        const std::lock_guard lock(m_mutex);
+        if (m_closed)
+            throw Failure(FG_INVALID_HANDLE, "The board is being freed");
+        if (m_running)
+            throw Failure(FG_ACQUISITION_RUNNING,
+                          "DMA channel " + std::to_string(m_description.index) + " acquires already");
+    }
+    finishThread(); // of an acquisition that has got all its images
+    ring->claim(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+    {
+        const std::lock_guard lock(m_mutex);
+        m_ring = std::move(ring);
+        m_wanted = frames;
+        m_last = 0;
+        m_lost = 0;
+        m_width = width;
+        m_height = height;
+        m_stopping = false;
+        m_running = true;
+        m_joined = Clock::now();
+    }
+    ++acquiringNow;
+    try {
+        updateGeneratorStream();
+        m_thread = std::thread([this] { run(); });
+    } catch (...) {
+        const std::lock_guard lock(m_mutex);
+        finish();
+        throw;
+    }
+}
+
+void DmaChannel::stop()
+{
+    if (m_threadId.load() == std::this_thread::get_id())
+        throw Failure(FG_INVALID_ARGUMENT, "An acquisition cannot be stopped from within its own handler");
+    const std::lock_guard control(m_control);
+    {
+        const std::lock_guard lock(m_mutex);
+        m_stopping = true;
+    }
+    m_changed.notify_all();
+    m_delivered.notify_all();
+    finishThread();
+}
+
+void DmaChannel::close()
+{
+    if (m_threadId.load() == std::this_thread::get_id())
+        throw Failure(FG_INVALID_ARGUMENT, "A board cannot be freed from within an acquisition's handler");
+    {
+        const std::lock_guard lock(m_mutex);
+        m_closed = true;
+    }
+    stop();
+}
+
+void DmaChannel::finishThread()
+{
+    if (!m_thread.joinable())
+        return;
+    m_thread.join();
+    m_threadId = std::thread::id();
+}
+
+bool DmaChannel::acquiring() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_running;
+}
+
+void DmaChannel::setCameraStream(std::shared_ptr<const Stream> stream)
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        m_cameraStream = std::move(stream);
+    }
+    m_changed.notify_all();
+}
+
+void DmaChannel::setGenerator(bool on, double frameRate)
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        if (m_generatorOn == on && m_generatorRate == frameRate)
+            return;
+        m_generatorOn = on;
+        m_generatorRate = frameRate;
+        m_joined = Clock::now();
+    }
+    updateGeneratorStream();
+}
+
+// The pattern is drawn outside the lock: readers and the acquisition thread go on meanwhile.
+void DmaChannel::updateGeneratorStream()
+{
+    std::unique_lock lock(m_mutex);
+    m_generatorStream.reset();
+    const auto order = ++m_generatorOrders;
+    const bool needed = m_generatorOn && m_running;
+    const int width = m_width, height = m_height;
+    const double rate = m_generatorRate;
+    lock.unlock();
+    if (needed) {
+        auto cycle = FrameCycle::ofPattern(m_description.generator->pattern, width, height);
+        auto stream = std::make_shared<const Stream>(std::move(cycle), rate, Clock::now());
+        lock.lock();
+        if (order == m_generatorOrders) // else it was drawn for a size or a rate of the past
+            m_generatorStream = std::move(stream);
+        lock.unlock();
+    }
+    m_changed.notify_all();
+}
+
+const std::shared_ptr<const Stream>& DmaChannel::source() const
+{
+    return m_generatorOn ? m_generatorStream : m_cameraStream;
+}
+
+// A source that is as fast as possible has its next image ready before a reader would have fallen asleep, and
+// to wake one would cost the acquisition more than a small image does. Where all cores are busy, others go
+// first. The images of any other source are worth a sleep.
+void DmaChannel::spinFor(FgFrameIndex frame, std::unique_lock<std::mutex>& lock) const
+{
+    if (m_last >= frame || !m_running || !source() || source()->frameRate != 0)
+        return;
+    lock.unlock();
+    const auto end = Clock::now() + longestSpin;
+    while (m_last < frame && Clock::now() < end)
+        std::this_thread::yield();
+    lock.lock();
+}
+
+FgFrameIndex DmaChannel::waitFor(FgFrameIndex frame, std::chrono::milliseconds timeout)
+{
+    const auto deadline = Clock::now() + timeout;
+    std::unique_lock lock(m_mutex);
+    spinFor(frame, lock);
+    while (m_last < frame && m_running && !m_stopping) {
+        m_awaited = std::min(m_awaited, frame); // whoever wakes the readers forgets what they wait for
+        if (m_delivered.wait_until(lock, deadline) == std::cv_status::timeout)
+            break;
+    }
+    if (m_running && m_stopping)
+        throw Failure(FG_NOT_ACQUIRING, "The acquisition was stopped before image " + std::to_string(frame));
+    if (m_last >= frame)
+        return m_last;
+    if (!m_running)
+        throw Failure(FG_NOT_ACQUIRING,
+                      "DMA channel " + std::to_string(m_description.index) + " does not acquire");
+    throw Failure(FG_TIMEOUT,
+                  "No image " + std::to_string(frame) + " within " + std::to_string(timeout.count()) + " ms");
+}
+
+FgFrameIndex DmaChannel::lostFrames() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_lost;
+}
+
+std::shared_ptr<BufferRing> DmaChannel::ring() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_ring;
+}
+
+void DmaChannel::forgetRing(const BufferRing& ring)
+{
+    const std::lock_guard lock(m_mutex);
+    if (!m_running && m_ring.get() == &ring)
+        m_ring.reset();
+}
+
+void DmaChannel::setApc(const FgApcControl& control)
+{
+    const std::lock_guard lock(m_mutex);
+    if (m_running)
+        throw Failure(FG_ACQUISITION_RUNNING, "A handler is registered before the acquisition starts");
+    m_apc.reset();
+    if (control.callback != nullptr)
+        m_apc = control;
+}
+
+std::int64_t DmaChannel::acquiringChannels() noexcept
+{
+    return acquiringNow;
+}
+
+void DmaChannel::run()
+{
+    m_threadId = std::this_thread::get_id();
+    std::unique_lock lock(m_mutex);
+    Pace pace(longestCatchUp(*m_ring, m_wanted));
+    m_lastApc = Clock::now();
+    const auto bytes = static_cast<std::size_t>(m_width) * static_cast<std::size_t>(m_height);
+    while (!m_stopping && m_last != m_wanted) {
+        if (!imageDue(lock, pace))
+            continue;
+        const auto target = m_ring->bufferOf(m_last + 1).first(bytes);
+        lock.unlock();
+        m_events.raise(m_startEvent, m_last + 1); // only this thread writes m_last
+        {
+            const DeviceWrite scope;
+            pace.stream->images->write(pace.next++, target);
+        }
+        lock.lock();
+        const auto now = Clock::now();
+        publish();
+        callApc(lock, now);
+    }
+    finish(); // still under the lock: who has seen the last image finds the ring free
+}
+
+void DmaChannel::finish()
+{
+    m_running = false;
+    m_ring->release();
+    --acquiringNow;
+    m_delivered.notify_all();
+}
+
+// Waits until the next image is due. False when something changed on the way and has to be looked at first.
+bool DmaChannel::imageDue(std::unique_lock<std::mutex>& lock, Pace& pace)
+{
+    if (pace.stream != source())
+        pace.follow(source(), m_joined);
+    if (!pace.stream) {
+        pace.written = 0;
+        m_changed.wait(lock);
+        return false;
+    }
+    if (pace.stream->frameRate == 0)
+        return true;
+    const auto now = Clock::now();
+    if (now < pace.due()) {
+        pace.written = 0;
+        m_changed.wait_until(lock, pace.due());
+        return false;
+    }
+    const auto lost = pace.skipLost(now);
+    m_lost += lost;
+    if (lost > 0)
+        m_events.raise(m_lossEvent, m_last);
+    if (pace.written == pace.longest)
+        return false;
+    ++pace.written;
+    return true;
+}
+
+void DmaChannel::publish()
+{
+    // A reader that waits for a later image costs nothing until then.
+    if (++m_last < m_awaited)
+        return;
+    m_awaited = nobodyWaits;
+    m_delivered.notify_all();
+}
+
+void DmaChannel::callApc(std::unique_lock<std::mutex>& lock, Clock::time_point now)
+{
+    if (!m_apc)
+        return;
+    const auto control = *m_apc;
+    const bool late = now - std::exchange(m_lastApc, now) > std::chrono::milliseconds(control.timeoutMs);
+    const FgFrameIndex frame = m_last;
+    lock.unlock();
+    const bool ended = late || control.callback(frame, control.userData) != 0;
+    lock.lock();
+    if (ended)
+        m_apc.reset();
+}
+
+} // namespace simulation

@@ -1,0 +1,120 @@
+/// \file
+/// A DMA channel: takes the images of its camera or its generator into a ring of buffers.
+///
+/// | state     | images                       | start       | stop       | blocked reader   |
+/// |-----------|------------------------------|-------------|------------|------------------|
+/// | stopped   | none                         | > acquiring | no effect  | FG_NOT_ACQUIRING |
+/// | acquiring | while camera or generator on | refused     | > stopped  | waits            |
+/// | finished  | all wanted ones are there    | > acquiring | > stopped  | FG_NOT_ACQUIRING |
+/// | closed    | none, the board is freed     | refused     | no effect  | FG_NOT_ACQUIRING |
+///
+/// A channel that is late catches up with ring size - 2 images at most (at least 1) before it waits for its
+/// source again; what is older is lost. With 3 buffers or more, a reader that takes the newest image has
+/// nearly two of the source's periods at the worst, and ring size of them as a rule, until its buffer is
+/// written again. An acquisition of no more images than the ring has buffers catches up without that limit.
+/// Nothing protects a reader beyond that, as on hardware: with a source as fast as possible, or a ring
+/// of 1 or 2 buffers, it can be overtaken while it copies. Whether it was is told by lastFrame() after the
+/// copy.
+///
+/// Safe from any thread.
+#pragma once
+
+#include "descriptions/Applet.h"
+#include "hardware/BufferRing.h"
+#include "hardware/EventHub.h"
+#include "hardware/FrameCycle.h"
+
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <thread>
+
+namespace simulation {
+
+class DmaChannel
+{
+public:
+    DmaChannel(const DmaDescription& description, EventHub& events);
+    ~DmaChannel();
+    DmaChannel(const DmaChannel&) = delete;
+    DmaChannel& operator=(const DmaChannel&) = delete;
+
+    const DmaDescription& description() const { return m_description; }
+
+    /// Starts to acquire \p frames images (FG_GRAB_INFINITE: until stopped) of this size, in pixels.
+    void acquire(std::shared_ptr<BufferRing> ring, FgFrameIndex frames, int width, int height);
+    /// No image is written any more when this returns. Not from the channel's own handler.
+    void stop();
+    /// Stops, and refuses to start again.
+    void close();
+    bool acquiring() const;
+
+    /// What the camera sends; null while it does not acquire.
+    void setCameraStream(std::shared_ptr<const Stream> stream);
+    /// While the generator is on, the channel delivers its pattern in place of the camera's images.
+    void setGenerator(bool on, double frameRate);
+
+    FgFrameIndex lastFrame() const { return m_last; }
+    /// The newest image's number, once image \p frame is there. Throws FG_TIMEOUT, FG_NOT_ACQUIRING.
+    FgFrameIndex waitFor(FgFrameIndex frame, std::chrono::milliseconds timeout);
+    FgFrameIndex lostFrames() const;
+    /// The ring of the present or the last acquisition; null where there is none.
+    std::shared_ptr<BufferRing> ring() const;
+    /// For a ring that is freed: its memory does not stay until the next acquisition.
+    void forgetRing(const BufferRing& ring);
+
+    /// Called for each image of the next acquisitions; a null callback ends that.
+    void setApc(const FgApcControl& control);
+
+    static std::int64_t acquiringChannels() noexcept;
+
+private:
+    using Clock = std::chrono::steady_clock;
+    struct Pace;
+
+    void finishThread();
+    void spinFor(FgFrameIndex frame, std::unique_lock<std::mutex>& lock) const;
+    void updateGeneratorStream();
+    const std::shared_ptr<const Stream>& source() const;
+    void run();
+    void finish();
+    bool imageDue(std::unique_lock<std::mutex>& lock, Pace& pace);
+    void publish();
+    void callApc(std::unique_lock<std::mutex>& lock, Clock::time_point now);
+
+    const DmaDescription m_description;
+    EventHub& m_events;
+    const std::uint64_t m_startEvent;
+    const std::uint64_t m_lossEvent;
+
+    std::mutex m_control; ///< one start or stop at a time; taken before m_mutex
+    std::thread m_thread;
+    std::atomic<std::thread::id> m_threadId{};
+
+    mutable std::mutex m_mutex;
+    std::condition_variable m_changed;   ///< for the thread: stop, another source
+    std::condition_variable m_delivered; ///< for readers
+    FgFrameIndex m_awaited = 0;          ///< the first image that a reader waits for
+    bool m_stopping = false;
+    bool m_running = false;
+    bool m_closed = false;
+    std::shared_ptr<BufferRing> m_ring;
+    FgFrameIndex m_wanted = 0;
+    std::atomic<FgFrameIndex> m_last{0}; ///< written under the lock
+    FgFrameIndex m_lost = 0;
+    int m_width = 0;
+    int m_height = 0;
+    bool m_generatorOn;
+    double m_generatorRate;
+    std::shared_ptr<const Stream> m_cameraStream;
+    std::shared_ptr<const Stream> m_generatorStream;
+    std::uint64_t m_generatorOrders = 0; ///< counts what can make a pattern being drawn the wrong one
+    Clock::time_point m_joined; ///< since when the channel has taken images of the present kind of source
+    std::optional<FgApcControl> m_apc;
+    Clock::time_point m_lastApc;
+};
+
+} // namespace simulation

@@ -1,0 +1,86 @@
+/// \file
+/// The events of one board handle.
+///
+/// An event is recorded while it is activated. It then wakes one Fg_eventWait that asks for it, and is handed
+/// to the callbacks registered for it, on the hub's own thread. Waiters and callbacks do not take events from
+/// each other.
+#pragma once
+
+#include "fglib5/Fglib5Types.h"
+
+#include <array>
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace simulation {
+
+class EventHub
+{
+public:
+    explicit EventHub(std::vector<std::string> names);
+    ~EventHub();
+    EventHub(const EventHub&) = delete;
+    EventHub& operator=(const EventHub&) = delete;
+
+    int count() const { return static_cast<int>(m_names.size()); }
+    /// 0 for an unknown name.
+    std::uint64_t maskOf(const std::string& name) const;
+    /// Of the lowest event in \p mask; null where there is none.
+    const char* nameOf(std::uint64_t mask) const;
+
+    /// One branch while none of the events is activated.
+    void raise(std::uint64_t mask, FgFrameIndex frame);
+
+    void activate(std::uint64_t mask, bool on);
+    void clear(std::uint64_t mask);
+    /// The events of \p mask that have happened, which are then forgotten. Throws FG_TIMEOUT.
+    std::uint64_t wait(std::uint64_t mask, std::chrono::milliseconds timeout, FgEventInfo* info);
+    /// A null callback unregisters; the old one has returned for the last time when this returns (except from
+    /// within it).
+    void setCallback(std::uint64_t mask, FgEventCallback callback, void* userData);
+
+    /// Wakes all waiters and ends the callbacks, for good.
+    void close();
+
+private:
+    struct Callback
+    {
+        std::uint64_t mask;
+        FgEventCallback function;
+        void* userData;
+    };
+
+    void run();
+    void record(std::uint64_t event, FgFrameIndex frame);
+    FgEventInfo takeQueued();
+
+    const std::vector<std::string> m_names;
+    const std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
+    std::atomic<std::uint64_t> m_active{0};
+
+    std::mutex m_mutex;
+    std::condition_variable m_happened; ///< for waiters
+    std::condition_variable m_arrived;  ///< for the thread
+    std::condition_variable m_idle;     ///< for who unregisters
+    std::uint64_t m_pending = 0;
+    std::array<FgEventInfo, 64> m_latest{};
+    std::vector<FgEventInfo> m_queue; ///< a ring, made with the first callback: an event allocates nothing
+    std::size_t m_firstQueued = 0;
+    std::size_t m_queued = 0;
+    std::array<std::size_t, 64> m_queuedOfKind{};
+    unsigned int m_dropped = 0;
+    std::shared_ptr<const std::vector<Callback>> m_callbacks; ///< replaced, never changed
+    bool m_calling = false;
+    std::uint64_t m_calls = 0; ///< the call that is under way: with events queued, the next begins at once
+    bool m_closed = false;
+    std::thread m_thread;
+};
+
+} // namespace simulation

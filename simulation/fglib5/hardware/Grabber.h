@@ -1,0 +1,131 @@
+/// \file
+/// What a board handle stands for: an applet on a board, with its parameters, DMA channels, rings and events.
+#pragma once
+
+#include "descriptions/Applet.h"
+#include "hardware/BufferRing.h"
+#include "hardware/DmaChannel.h"
+#include "hardware/EventHub.h"
+#include "hardware/ParameterSet.h"
+
+#include "fglib5/Fglib5Types.h"
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace simulation {
+
+/// One value of a configuration file.
+struct Setting
+{
+    std::optional<int> dma; ///< none: of the applet as a whole
+    int parameter;
+    ParameterValue value;
+};
+
+class Grabber
+{
+public:
+    Grabber(Applet applet, std::string boardModel, std::uint32_t serial);
+    ~Grabber();
+    Grabber(const Grabber&) = delete;
+    Grabber& operator=(const Grabber&) = delete;
+
+    Fg_Struct* handle() { return reinterpret_cast<Fg_Struct*>(this); }
+    const Applet& applet() const { return m_applet; }
+    const std::string& boardModel() const { return m_boardModel; }
+    std::uint32_t serial() const { return m_serial; }
+    EventHub& events() { return m_events; }
+
+    /// Stops everything and wakes everybody; the rings are freed. The object may live on in threads that are
+    /// just leaving it.
+    void close();
+
+    // --- layout: number of processes, and what each of them has
+    /// \p value is the position asked for, where there is one.
+    int layout(int query, unsigned int process, int value) const;
+    static bool isLayoutQuery(int parameter);
+
+    // --- parameters; dma is a global index, and means nothing for a parameter of the whole applet
+    ParameterValue get(int parameter, unsigned int dma) const;
+    void set(int parameter, unsigned int dma, const ParameterValue& value);
+    const ParameterDescription& description(int parameter, unsigned int dma) const;
+    /// Each parameter that exists, once.
+    const std::vector<const ParameterDescription*>& distinct() const { return m_distinct; }
+    /// Null, where the applet has channels but not this one.
+    FgRegisterInfo* registerInfo(unsigned int dma);
+
+    /// All values that can be written, in a fixed order.
+    std::vector<Setting> settings() const;
+    const std::string& nameOf(const Setting& setting) const;
+    const ParameterDescription* findForSetting(std::optional<int> dma, const std::string& name) const;
+    /// Throws for the first value that cannot be applied now; \p failed gets its position. Changes nothing.
+    void check(const std::vector<Setting>& settings, std::size_t& failed) const;
+    void apply(const std::vector<Setting>& settings);
+
+    // --- images
+    /// Draws the generators' patterns at the sizes that the channels have at first.
+    void drawAhead() const;
+    DmaChannel& channel(unsigned int dma);
+    /// Acquires into \p ring, or into the channel's own one where that is null.
+    void acquire(unsigned int dma, FgFrameIndex frames, FgBufferRing* ring);
+    void setCameraStream(unsigned int port, const std::shared_ptr<const Stream>& stream);
+
+    FgBufferRing* addRing(std::shared_ptr<BufferRing> ring);
+    std::shared_ptr<BufferRing> ring(FgBufferRing* ring) const;
+    void freeRing(FgBufferRing* ring);
+    /// The ring that Fg_AllocMem gave the channel; null where it has none.
+    FgBufferRing* ownRing(unsigned int dma) const;
+    void setOwnRing(unsigned int dma, FgBufferRing* ring);
+
+private:
+    struct RegisterList
+    {
+        std::vector<FgRegisterDescription> descriptions;
+        FgRegisterInfo info;
+    };
+
+    struct Channel
+    {
+        Channel(const DmaDescription& dma, std::vector<ParameterDescription> descriptions, EventHub& events)
+            : parameters(std::move(descriptions)),
+              dma(dma, events)
+        {}
+
+        ParameterSet parameters;
+        std::mutex generator; ///< one setting of the generator at a time; taken before the grabber's lock
+        DmaChannel dma;
+        FgBufferRing* ownRing = nullptr;
+        RegisterList registers;
+    };
+
+    const Channel& channelOf(unsigned int dma) const;
+    Channel& channelOf(unsigned int dma);
+    const ParameterSet& setOf(int parameter, unsigned int dma) const;
+    ParameterSet& setOf(int parameter, unsigned int dma);
+    void requireSettable(int parameter, unsigned int dma, const ParameterValue& value) const;
+    void takeUpGenerator(unsigned int dma);
+    RegisterList registersOf(const ParameterSet* ofChannel) const;
+
+    const Applet m_applet;
+    const std::string m_boardModel;
+    const std::uint32_t m_serial;
+    EventHub m_events;
+
+    std::mutex m_closing;
+    /// Values, rings; may be held while a channel's lock is taken, not the reverse.
+    mutable std::mutex m_mutex;
+    ParameterSet m_appletParameters;
+    std::map<int, std::unique_ptr<Channel>> m_channels;
+    std::vector<const ParameterDescription*> m_distinct;
+    RegisterList m_appletRegisters;
+    std::map<FgBufferRing*, std::shared_ptr<BufferRing>> m_rings;
+    bool m_closed = false;
+};
+
+} // namespace simulation

@@ -1,0 +1,56 @@
+/// \file
+/// The parameters of one DMA channel, or those of the whole applet.
+#pragma once
+
+#include "descriptions/Applet.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace simulation {
+
+/// A value as a type of the interface holds it. Throws FG_INVALID_TYPE, and FG_VALUE_OUT_OF_RANGE for a
+/// number that the type cannot hold.
+ParameterValue readValue(const void* value, FgValueType type);
+void writeValue(const ParameterValue& value, void* target, FgValueType type);
+
+/// Text of a value as configuration files hold it, and back. The latter throws FG_INVALID_TYPE.
+std::string textOf(const ParameterValue& value);
+ParameterValue valueOf(const std::string& text, FgValueType type);
+
+/// The parameters that the runtime gives every DMA channel.
+std::vector<ParameterDescription> channelParameters(const DmaDescription& dma);
+
+/// Not safe from several threads by itself; its owner guards it.
+class ParameterSet
+{
+public:
+    explicit ParameterSet(std::vector<ParameterDescription> descriptions);
+    // The descriptions point into the descriptions.
+    ParameterSet(const ParameterSet&) = delete;
+    ParameterSet& operator=(const ParameterSet&) = delete;
+    ~ParameterSet() = default;
+
+    const std::vector<ParameterDescription>& descriptions() const { return m_specs; }
+    /// Null where there is none.
+    const ParameterDescription* find(int id) const;
+    const ParameterDescription* find(std::string_view name) const;
+
+    const ParameterValue& get(int id) const;
+    /// \p value converted to the parameter's kind. Throws FG_NOT_WRITABLE, FG_INVALID_TYPE,
+    /// FG_VALUE_OUT_OF_RANGE.
+    ParameterValue checked(const ParameterDescription& description, const ParameterValue& value) const;
+    void set(const ParameterDescription& description, const ParameterValue& value);
+
+    /// The integer value of a parameter that is known to exist.
+    int integer(int id) const;
+
+private:
+    std::size_t indexOf(int id) const;
+
+    std::vector<ParameterDescription> m_specs;
+    std::vector<ParameterValue> m_values;
+};
+
+} // namespace simulation

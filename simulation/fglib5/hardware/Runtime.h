@@ -1,0 +1,90 @@
+/// \file
+/// The state of the whole runtime: the machine, and the board handles that clients hold.
+#pragma once
+
+#include "descriptions/MachineDescription.h"
+#include "hardware/Board.h"
+#include "hardware/Grabber.h"
+
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <shared_mutex>
+#include <string>
+#include <vector>
+
+namespace simulation {
+
+class Runtime
+{
+public:
+    static Runtime& instance();
+
+    /// The folder above the one that this module lies in.
+    static const std::filesystem::path& installation();
+
+    /// Reads the machine description, unless it has been read and is unchanged, or a board is in use. Throws
+    /// FG_MACHINE_DESCRIPTION; there is no machine then.
+    void load();
+    /// Forgets the machine, unless a board is in use.
+    void unload();
+    /// Where the next load reads from; nothing: environment or installation.
+    void setMachineFile(std::optional<std::filesystem::path> file);
+
+    // The machine is loaded where it is not yet. All of these throw what load throws.
+    std::string machineName();
+    unsigned int boardCount();
+    /// Throws FG_INVALID_BOARD_NUMBER.
+    std::shared_ptr<Board> board(unsigned int index);
+    /// Null for a type that no board has.
+    const char* modelOfType(int boardType);
+
+    Fg_Struct* open(const std::filesystem::path& applet, unsigned int board);
+    void close(Fg_Struct* handle);
+    /// Throws FG_INVALID_HANDLE.
+    std::shared_ptr<Grabber> grabber(Fg_Struct* handle) const;
+    std::int64_t handles() const;
+
+    /// A copy of a text that lives as long as the process.
+    const char* kept(const std::string& text);
+
+private:
+    struct Stamp
+    {
+        std::filesystem::path file;
+        std::filesystem::file_time_type time;
+        std::uintmax_t size = 0;
+        bool operator==(const Stamp&) const = default;
+    };
+
+    struct Machine
+    {
+        MachineDescription description;
+        Stamp stamp;
+        std::vector<std::shared_ptr<Board>> boards;
+    };
+
+    struct OpenBoard
+    {
+        std::shared_ptr<Grabber> grabber;
+        std::shared_ptr<Board> board;
+    };
+
+    std::filesystem::path machineFile() const;
+    std::shared_ptr<const Machine> machine();
+    void loadLocked();
+    static std::shared_ptr<const Machine> build(const Stamp& stamp);
+    bool inUse() const;
+
+    std::mutex m_loading; ///< m_machine, m_machineFile, m_kept
+    std::optional<std::filesystem::path> m_machineFile;
+    std::shared_ptr<const Machine> m_machine;
+    std::map<std::string, std::unique_ptr<std::string>> m_kept;
+
+    mutable std::shared_mutex m_handles; ///< m_open
+    std::map<Fg_Struct*, OpenBoard> m_open;
+};
+
+} // namespace simulation

@@ -36,6 +36,19 @@ void traceUse([[maybe_unused]] const char* step, [[maybe_unused]] std::uint32_t 
                     static_cast<void*>(controller.get()), count);
 }
 
+/// A flag that is up for the length of a scope.
+class Raised
+{
+public:
+    explicit Raised(bool& flag) : m_flag(flag) { m_flag = true; }
+    ~Raised() { m_flag = false; }
+    Raised(const Raised&) = delete;
+    Raised& operator=(const Raised&) = delete;
+
+private:
+    bool& m_flag;
+};
+
 } // namespace
 
 std::uint32_t LibraryInitController::acquire()
@@ -91,7 +104,7 @@ std::uint32_t LibraryInitController::useCount()
 
 std::exception_ptr LibraryInitController::shutDown()
 {
-    m_isShuttingDown = true;
+    const Raised shuttingDown(m_isShuttingDown);
     std::exception_ptr failure;
     // Lists are taken out before they are walked: what is being shut down may register anew. First started,
     // first stopped: the host's libraries are used to that order.
@@ -112,7 +125,6 @@ std::exception_ptr LibraryInitController::shutDown()
         delete singleton;
         pointer = nullptr;
     }
-    m_isShuttingDown = false;
     return failure;
 }
 

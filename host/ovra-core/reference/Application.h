@@ -61,7 +61,8 @@ public:
     /// Throws std::logic_error while there is another one.
     explicit Application(const ApplicationOptions& options);
     Application() : Application(ApplicationOptions{}) {}
-    /// GUI thread. Waits for the asynchronous phase that runs; runs no other phase and drops what is queued.
+    /// GUI thread. Ends commands as CommandProcessor::terminateAsyncCommands() does, so that each one that
+    /// began comes to its last phase, and drops what is queued.
     ~Application();
     Application(const Application&) = delete;
     Application& operator=(const Application&) = delete;

@@ -38,7 +38,7 @@ public:
     bool idle() const;
     bool terminating() const;
     bool onGuiThread() const;
-    /// What terminateAsyncCommands() does.
+    /// What terminateAsyncCommands() does, for the host itself: it is not on the record.
     void finishAll();
     /// GUI thread. Ends the worker and drops what has not run.
     void shutDown();

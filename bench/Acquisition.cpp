@@ -22,7 +22,7 @@
 #include "ovra-core/CommandProcessor.h"
 #include "ovra-core/HarloApplication.h"
 #include "ovra-core/reference/Application.h"
-#include "ovra-core/reference/Runtime.h"
+#include "ovra-core/reference/RuntimeEntries.h"
 #include "ovra-lib-display/DisplayScene.h"
 #include "ovra-lib-display/FrameBufferGroup.h"
 #include "ovra-lib-environment/HlEnvironmentBoardNode.h"

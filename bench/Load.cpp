@@ -21,7 +21,7 @@
 #include "ovra-core/CommandProcessor.h"
 #include "ovra-core/HarloApplication.h"
 #include "ovra-core/reference/Application.h"
-#include "ovra-core/reference/Runtime.h"
+#include "ovra-core/reference/RuntimeEntries.h"
 
 #include <boost/make_shared.hpp>
 

@@ -9,7 +9,7 @@
 #include "ovra-core/Plugin.h"
 #include "ovra-core/PluginManager.h"
 #include "ovra-core/reference/Application.h"
-#include "ovra-core/reference/Runtime.h"
+#include "ovra-core/reference/RuntimeEntries.h"
 
 #include <boost/make_shared.hpp>
 #include <gmock/gmock.h>

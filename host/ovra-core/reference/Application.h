@@ -31,7 +31,7 @@ class Plugin;
 
 namespace ovra::reference {
 
-struct ApplicationParts;
+struct ApplicationState;
 
 /// Paths are UTF-8; both separators will do where the platform has two.
 struct ApplicationOptions
@@ -110,7 +110,7 @@ public:
     bool isMonitoringPlugins() const;
 
 private:
-    boost::shared_ptr<ApplicationParts> m_parts;
+    boost::shared_ptr<ApplicationState> m_state;
 };
 
 } // namespace ovra::reference

@@ -1,6 +1,6 @@
 #include "ovra-core/reference/Application.h"
 
-#include "ApplicationParts.h"
+#include "ApplicationState.h"
 
 #include <stdexcept>
 #include <utility>
@@ -11,119 +11,119 @@ using core::Plugin;
 
 namespace {
 
-void requireGuiThread(const ApplicationParts& parts, const char* operation)
+void requireGuiThread(const ApplicationState& state, const char* operation)
 {
-    if (!parts.processor.onGuiThread())
+    if (!state.processor.onGuiThread())
         throw std::logic_error(std::string("Application::") + operation + ": for the GUI thread only");
 }
 
 } // namespace
 
-Application::Application(const ApplicationOptions& options) : m_parts(new ApplicationParts(options))
+Application::Application(const ApplicationOptions& options) : m_state(new ApplicationState(options))
 {
     try {
-        setCurrentApplication(m_parts);
+        setCurrentApplication(m_state);
     } catch (...) {
-        m_parts->processor.shutDown();
+        m_state->processor.shutDown();
         throw;
     }
 }
 
 Application::~Application()
 {
-    m_parts->processor.finishAll(); // while its commands still find the application
+    m_state->processor.finishAll(); // while its commands still find the application
     // Who asks from now on finds no application; who holds a part of it keeps that part, without life.
     clearCurrentApplication();
-    m_parts->processor.shutDown();
-    m_parts->queue.close();
-    m_parts->plugins.clear();
+    m_state->processor.shutDown();
+    m_state->queue.close();
+    m_state->plugins.clear();
 }
 
 void Application::exec()
 {
-    requireGuiThread(*m_parts, "exec");
-    m_parts->queue.exec();
+    requireGuiThread(*m_state, "exec");
+    m_state->queue.exec();
 }
 
 void Application::processEvents()
 {
-    requireGuiThread(*m_parts, "processEvents");
-    m_parts->queue.processEvents();
+    requireGuiThread(*m_state, "processEvents");
+    m_state->queue.processEvents();
 }
 
 bool Application::pumpUntil(const std::function<bool()>& condition, std::chrono::milliseconds limit)
 {
-    requireGuiThread(*m_parts, "pumpUntil");
-    return m_parts->queue.pumpUntil(condition, limit);
+    requireGuiThread(*m_state, "pumpUntil");
+    return m_state->queue.pumpUntil(condition, limit);
 }
 
 void Application::quit()
 {
-    m_parts->queue.quit();
+    m_state->queue.quit();
 }
 
 void Application::post(std::function<void()> work)
 {
-    m_parts->queue.post(std::move(work));
+    m_state->queue.post(std::move(work));
 }
 
 void Application::setWakeUpCallback(std::function<void()> callback)
 {
-    m_parts->queue.setWakeUpCallback(std::move(callback));
+    m_state->queue.setWakeUpCallback(std::move(callback));
 }
 
 void Application::setErrorHandler(std::function<void(const PhaseFailure&)> handler)
 {
-    requireGuiThread(*m_parts, "setErrorHandler");
-    m_parts->processor.setErrorHandler(std::move(handler));
+    requireGuiThread(*m_state, "setErrorHandler");
+    m_state->processor.setErrorHandler(std::move(handler));
 }
 
 bool Application::idle() const
 {
-    return m_parts->processor.idle();
+    return m_state->processor.idle();
 }
 
 bool Application::terminating() const
 {
-    return m_parts->processor.terminating();
+    return m_state->processor.terminating();
 }
 
 void Application::addPlugin(const boost::shared_ptr<Plugin>& plugin,
                             const std::map<std::string, boost::any>& dependencies)
 {
-    requireGuiThread(*m_parts, "addPlugin");
+    requireGuiThread(*m_state, "addPlugin");
     plugin->postConstruct();
     for (const auto& [key, value] : dependencies)
         plugin->injectDependency(key, value);
     plugin->postInjection();
-    m_parts->plugins.push_back(plugin);
+    m_state->plugins.push_back(plugin);
 }
 
 std::vector<boost::shared_ptr<Plugin>> Application::plugins() const
 {
-    return m_parts->plugins;
+    return m_state->plugins;
 }
 
 void Application::startPlugins()
 {
-    requireGuiThread(*m_parts, "startPlugins");
+    requireGuiThread(*m_state, "startPlugins");
     for (const auto& plugin : plugins())
         if (const auto command = plugin->createInitializationApplicationCommand())
-            m_parts->processor.executeCommand(command);
+            m_state->processor.executeCommand(command);
 }
 
 void Application::stopPlugins()
 {
-    requireGuiThread(*m_parts, "stopPlugins");
+    requireGuiThread(*m_state, "stopPlugins");
     const auto plugins = this->plugins();
     for (auto plugin = plugins.rbegin(); plugin != plugins.rend(); ++plugin)
         if (const auto command = (*plugin)->createCleanupApplicationCommand())
-            m_parts->processor.executeCommand(command);
+            m_state->processor.executeCommand(command);
 }
 
 bool Application::isMonitoringPlugins() const
 {
-    return m_parts->pluginFolder.isMonitoring();
+    return m_state->pluginFolder.isMonitoring();
 }
 
 } // namespace ovra::reference

@@ -1,6 +1,6 @@
 #include "ovra-core/HarloApplication.h"
 
-#include "ApplicationParts.h"
+#include "ApplicationState.h"
 #include "ovra_log/reference/Journal.h"
 
 namespace ovra::core {
@@ -33,14 +33,14 @@ long long HarloApplication::getConfigIntEntry(const std::string& key, long long 
 {
     probe("HarloApplication::getConfigIntEntry", key);
     const auto application = currentApplication();
-    return application ? application->entries.get(key).value_or(defaultValue) : defaultValue;
+    return application ? application->configuration.get(key).value_or(defaultValue) : defaultValue;
 }
 
 void HarloApplication::setConfigEntry(const std::string& key, int value)
 {
     probe("HarloApplication::setConfigEntry", key, '=', value);
     if (const auto application = currentApplication())
-        application->entries.set(key, value);
+        application->configuration.set(key, value);
 }
 
 std::string HarloApplication::getRuntimeDirectory()

@@ -9,7 +9,7 @@ namespace ovra::reference {
 
 namespace {
 // How long a condition that no queued work brings about may go unnoticed.
-constexpr std::chrono::milliseconds lookInterval{5};
+constexpr std::chrono::milliseconds LOOK_INTERVAL{5};
 } // namespace
 
 class WorkQueue::RestAnnounced
@@ -92,7 +92,7 @@ bool WorkQueue::pumpUntil(const std::function<bool()>& condition, std::chrono::m
         const auto now = Clock::now();
         if (now >= deadline)
             return false;
-        if (const auto work = takeUntil(std::min(deadline, now + lookInterval)))
+        if (const auto work = takeUntil(std::min(deadline, now + LOOK_INTERVAL)))
             (*work)();
     }
     return true;

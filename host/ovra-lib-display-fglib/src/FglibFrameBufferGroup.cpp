@@ -1,6 +1,6 @@
 #include "ovra-lib-display-fglib/FglibFrameBufferGroup.h"
 
-#include "BufferRing.h"
+#include "ImageBuffers.h"
 #include "ovra_log/reference/Journal.h"
 #include "ovra_log/reference/LiveObjects.h"
 #include "ovra_log/reference/Log.h"
@@ -23,11 +23,11 @@ using reference::LogLevel;
 using reference::probe;
 
 namespace {
-constexpr unsigned int defaultTimeoutSeconds = 10;
+constexpr unsigned int DEFAULT_TIMEOUT_SECONDS = 10;
 
 // A ring that is overwritten while one image is copied gives no better one at the next attempt, as a rule:
 // more attempts than these would only take time from whoever shows the images.
-constexpr int copyAttempts = 3;
+constexpr int COPY_ATTEMPTS = 3;
 } // namespace
 
 /// What the group is about:
@@ -44,7 +44,7 @@ constexpr int copyAttempts = 3;
 /// it is counted in `waiters`, and buffers are not freed while there are any.
 struct FglibFrameBufferGroup::State
 {
-    boost::shared_ptr<const reference::Runtime> runtime;
+    boost::shared_ptr<const reference::RuntimeEntries> runtime;
     Fg_Struct_s* handle = nullptr;
     unsigned int dma = 0;
     MemoryBudget budget{};
@@ -54,7 +54,7 @@ struct FglibFrameBufferGroup::State
 
     mutable std::mutex mutex;
     std::condition_variable changed;
-    std::unique_ptr<BufferRing> ring; // replaced under control and mutex
+    std::unique_ptr<ImageBuffers> ring; // replaced under control and mutex
     Geometry geometry;
     unsigned int requested = 0;
     bool running = false;
@@ -66,7 +66,7 @@ struct FglibFrameBufferGroup::State
     std::int64_t earlier = 0; // images handed out before the last pause: the runtime counts anew after it
     int waiters = 0;
 
-    std::atomic<unsigned int> timeoutSeconds{defaultTimeoutSeconds};
+    std::atomic<unsigned int> timeoutSeconds{DEFAULT_TIMEOUT_SECONDS};
     std::vector<std::uint8_t> copy; // of the image handed out; touched in waitForImage only
     std::vector<std::uint8_t> room; // for larger copies: the next wait takes it up
     std::size_t roomBytes = 0;      // of the largest that there was; under control
@@ -97,9 +97,9 @@ struct FglibFrameBufferGroup::State
         Failed // the runtime gave up, not the client
     };
     Wait waitOnce(std::int64_t after, Image& image, FgFrameIndex& number);
-    FgFrameIndex fetch(FgFrameIndex wanted, const BufferRing& source);
-    FgFrameIndex copyNewest(FgFrameIndex wanted, const BufferRing& source);
-    bool overwritten(FgFrameIndex number, const BufferRing& source) const;
+    FgFrameIndex fetch(FgFrameIndex wanted, const ImageBuffers& source);
+    FgFrameIndex copyNewest(FgFrameIndex wanted, const ImageBuffers& source);
+    bool overwritten(FgFrameIndex number, const ImageBuffers& source) const;
 
     std::string text(const std::string& message) const
     {
@@ -250,7 +250,7 @@ void FglibFrameBufferGroup::State::unpause()
 
 void FglibFrameBufferGroup::State::makeRing(Geometry size, unsigned int buffers)
 {
-    auto made = std::make_unique<BufferRing>(runtime, handle, size, buffers, budget);
+    auto made = std::make_unique<ImageBuffers>(runtime, handle, size, buffers, budget);
     // Written here, so that no image waits for its pages.
     std::vector<std::uint8_t> pages(size.bytes() > roomBytes ? size.bytes() : 0);
     const std::lock_guard lock(mutex);
@@ -264,7 +264,7 @@ void FglibFrameBufferGroup::State::makeRing(Geometry size, unsigned int buffers)
 
 void FglibFrameBufferGroup::State::dropRing()
 {
-    std::unique_ptr<BufferRing> dropped;
+    std::unique_ptr<ImageBuffers> dropped;
     {
         const std::lock_guard lock(mutex);
         dropped = std::move(ring);
@@ -319,16 +319,16 @@ void FglibFrameBufferGroup::State::release()
 
 /// Waits in the runtime, without the lock, for a picture of at least the number \p wanted, and copies the
 /// newest. A negative result is the runtime's code.
-FgFrameIndex FglibFrameBufferGroup::State::fetch(FgFrameIndex wanted, const BufferRing& source)
+FgFrameIndex FglibFrameBufferGroup::State::fetch(FgFrameIndex wanted, const ImageBuffers& source)
 {
     FgFrameIndex number = copyNewest(wanted, source);
-    for (int attempt = 1; attempt < copyAttempts && number > 0 && overwritten(number, source); ++attempt)
+    for (int attempt = 1; attempt < COPY_ATTEMPTS && number > 0 && overwritten(number, source); ++attempt)
         number = copyNewest(number, source);
     // Where the ring stays too fast, the newest image is shown as it is: better than none at all.
     return number;
 }
 
-FgFrameIndex FglibFrameBufferGroup::State::copyNewest(FgFrameIndex wanted, const BufferRing& source)
+FgFrameIndex FglibFrameBufferGroup::State::copyNewest(FgFrameIndex wanted, const ImageBuffers& source)
 {
     const FgFrameIndex number = runtime->Fg_getLastPicNumberBlockingEx(
         handle, wanted, dma, static_cast<int>(timeoutSeconds.load()), source.get());
@@ -344,7 +344,7 @@ FgFrameIndex FglibFrameBufferGroup::State::copyNewest(FgFrameIndex wanted, const
 
 /// True when the runtime may have written to the buffer of picture \p number since that was the newest. It
 /// fills the buffer that follows the newest one, so it is there one picture before its number comes round.
-bool FglibFrameBufferGroup::State::overwritten(FgFrameIndex number, const BufferRing& source) const
+bool FglibFrameBufferGroup::State::overwritten(FgFrameIndex number, const ImageBuffers& source) const
 {
     const FgFrameIndex latest = runtime->Fg_getLastPicNumberEx(handle, dma, source.get());
     // In a ring of one buffer only a further picture shows it.
@@ -359,7 +359,7 @@ FglibFrameBufferGroup::State::Wait FglibFrameBufferGroup::State::waitOnce(std::i
     if (!running)
         return Wait::Ended;
     const std::int64_t base = earlier;
-    const BufferRing& source = *ring; // stays while this is counted in waiters
+    const ImageBuffers& source = *ring; // stays while this is counted in waiters
     const Geometry size = source.geometry();
     if (!room.empty())
         copy = std::exchange(room, {});

@@ -19,7 +19,7 @@ using reference::Unrecorded;
 
 namespace {
 // Hardware that is never twice the same must not hold up the start.
-constexpr int mostPasses = 10;
+constexpr int MAX_PASSES = 10;
 } // namespace
 
 struct Environment::State
@@ -130,7 +130,7 @@ void Environment::discoverResources()
     probe("Environment::discoverResources");
     const Unrecorded own;
     std::set<std::string> before;
-    for (int pass = 0; pass < mostPasses; ++pass) {
+    for (int pass = 0; pass < MAX_PASSES; ++pass) {
         m_state->pass();
         auto now = m_state->found();
         if (pass > 0 && now == before)

@@ -12,7 +12,7 @@ namespace ovra::core {
 namespace {
 // The portable way to notice changes, and often enough for somebody who copies a file and looks at the
 // screen.
-constexpr std::chrono::milliseconds interval{250};
+constexpr std::chrono::milliseconds INTERVAL{250};
 } // namespace
 
 FolderMonitor::FolderMonitor(std::function<void()> look) : m_look(std::move(look)) {}
@@ -48,7 +48,7 @@ void FolderMonitor::run()
 {
     const reference::Unrecorded own;
     std::unique_lock lock(m_mutex);
-    while (!m_ending.wait_for(lock, interval, [this] { return m_ends; })) {
+    while (!m_ending.wait_for(lock, INTERVAL, [this] { return m_ends; })) {
         lock.unlock();
         lookOnce();
         lock.lock();

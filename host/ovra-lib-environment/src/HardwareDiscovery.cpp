@@ -1,7 +1,7 @@
 #include "HardwareDiscovery.h"
 
 #include "PluggedCameras.h"
-#include "ovra-core/reference/Runtime.h"
+#include "ovra-core/reference/RuntimeEntries.h"
 #include "ovra-lib-genicam-model/GenICamModel.h"
 #include "ovra_log/reference/Log.h"
 
@@ -14,7 +14,7 @@
 
 namespace ovra::core::models {
 
-using reference::Runtime;
+using reference::RuntimeEntries;
 
 namespace {
 
@@ -33,7 +33,7 @@ struct FoundCamera
     std::string name;
 };
 
-std::string systemText(const Runtime& runtime, FgInfoSelector selector, unsigned int argument)
+std::string systemText(const RuntimeEntries& runtime, FgInfoSelector selector, unsigned int argument)
 {
     std::array<char, 256> text{};
     std::size_t bytes = text.size();
@@ -54,7 +54,7 @@ unsigned int number(const std::string& text, int base, const char* what)
     return value;
 }
 
-FoundBoard findBoard(const Runtime& runtime, unsigned int index)
+FoundBoard findBoard(const RuntimeEntries& runtime, unsigned int index)
 {
     const int type = runtime.Fg_getBoardType(static_cast<int>(index));
     if (type < 0)
@@ -66,7 +66,7 @@ FoundBoard findBoard(const Runtime& runtime, unsigned int index)
     return {static_cast<int>(index), serial, static_cast<std::uint16_t>(type), name ? name : "unknown board"};
 }
 
-std::vector<FoundBoard> findBoards(const Runtime& runtime)
+std::vector<FoundBoard> findBoards(const RuntimeEntries& runtime)
 {
     std::vector<FoundBoard> boards;
     const unsigned int count =
@@ -76,7 +76,8 @@ std::vector<FoundBoard> findBoards(const Runtime& runtime)
     return boards;
 }
 
-std::string cameraText(const Runtime& runtime, unsigned int board, unsigned int port, FgCamString selector)
+std::string cameraText(const RuntimeEntries& runtime, unsigned int board, unsigned int port,
+                       FgCamString selector)
 {
     std::array<char, 256> text{};
     if (runtime.FgCam_getString(board, port, selector, text.data(), text.size()) != FG_OK)
@@ -85,7 +86,7 @@ std::string cameraText(const Runtime& runtime, unsigned int board, unsigned int 
     return text.data();
 }
 
-void findCamerasOf(const Runtime& runtime, unsigned int board, std::vector<FoundCamera>& cameras)
+void findCamerasOf(const RuntimeEntries& runtime, unsigned int board, std::vector<FoundCamera>& cameras)
 {
     const int count = runtime.FgCam_getCount(board);
     for (int position = 0; position < count; ++position) {
@@ -99,7 +100,7 @@ void findCamerasOf(const Runtime& runtime, unsigned int board, std::vector<Found
     }
 }
 
-std::vector<FoundCamera> findCameras(const Runtime& runtime, std::size_t boards)
+std::vector<FoundCamera> findCameras(const RuntimeEntries& runtime, std::size_t boards)
 {
     std::vector<FoundCamera> cameras;
     if (runtime.hasCameraControl)

@@ -1,7 +1,7 @@
 #include "ovra-lib-environment/HlEnvironmentBoardNode.h"
 
 #include "PluggedCameras.h"
-#include "ovra-core/reference/Runtime.h"
+#include "ovra-core/reference/RuntimeEntries.h"
 #include "ovra-lib-environment/HlEnvironmentFileNode.h"
 #include "ovra-lib-environment/reference/BoardHandleObserver.h"
 #include "ovra_log/reference/Journal.h"

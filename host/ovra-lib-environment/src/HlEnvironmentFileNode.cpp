@@ -1,6 +1,6 @@
 #include "ovra-lib-environment/HlEnvironmentFileNode.h"
 
-#include "ovra-core/reference/Runtime.h"
+#include "ovra-core/reference/RuntimeEntries.h"
 #include "ovra_log/reference/Journal.h"
 #include "ovra_log/reference/LiveObjects.h"
 #include "ovra_log/reference/Log.h"
@@ -11,20 +11,20 @@
 namespace ovra::core::models {
 
 using reference::probe;
-using reference::Runtime;
+using reference::RuntimeEntries;
 
 namespace {
 
 // Without a board the list has no installed applets to begin with, which would all be read first.
-constexpr int noBoard = -1;
+constexpr int NO_BOARD = -1;
 
 /// An applet list of the runtime, to which files are added in order to have them read.
 class AppletList
 {
 public:
-    explicit AppletList(boost::shared_ptr<const Runtime> runtime) : m_runtime(std::move(runtime))
+    explicit AppletList(boost::shared_ptr<const RuntimeEntries> runtime) : m_runtime(std::move(runtime))
     {
-        if (m_runtime->Fg_getAppletIterator(noBoard, 0, &m_list, 0) < FG_OK)
+        if (m_runtime->Fg_getAppletIterator(NO_BOARD, 0, &m_list, 0) < FG_OK)
             throw std::runtime_error(lastFailureText(*m_runtime));
     }
     ~AppletList() { m_runtime->Fg_freeAppletIterator(m_list); }
@@ -41,11 +41,12 @@ public:
     }
 
 private:
-    const boost::shared_ptr<const Runtime> m_runtime;
+    const boost::shared_ptr<const RuntimeEntries> m_runtime;
     FgAppletIterator* m_list = nullptr;
 };
 
-std::string textOf(const Runtime& runtime, const FgAppletIteratorItem* item, FgAppletStringProperty property)
+std::string textOf(const RuntimeEntries& runtime, const FgAppletIteratorItem* item,
+                   FgAppletStringProperty property)
 {
     const char* const text = runtime.Fg_getAppletStringProperty(item, property);
     return text ? text : "";

@@ -1,6 +1,6 @@
 #include "ovra-lib-fglib-model/FgLibEventsModel.h"
 
-#include "ovra-core/reference/Runtime.h"
+#include "ovra-core/reference/RuntimeEntries.h"
 #include "ovra-lib-environment/HlEnvironmentBoardNode.h"
 #include "ovra_log/reference/Journal.h"
 #include "ovra_log/reference/LiveObjects.h"
@@ -17,7 +17,7 @@ namespace ovra::core::models {
 using reference::log;
 using reference::LogLevel;
 using reference::probe;
-using reference::Runtime;
+using reference::RuntimeEntries;
 using reference::Unrecorded;
 
 namespace {
@@ -89,7 +89,7 @@ extern "C" int onEvents(std::uint64_t events, void* userData, const FgEventInfo*
     return 0;
 }
 
-std::map<std::uint64_t, std::string> eventNames(const Runtime& runtime, Fg_Struct_s* handle)
+std::map<std::uint64_t, std::string> eventNames(const RuntimeEntries& runtime, Fg_Struct_s* handle)
 {
     std::map<std::uint64_t, std::string> names;
     const int count = runtime.Fg_getEventCount(handle);
@@ -106,7 +106,7 @@ std::map<std::uint64_t, std::string> eventNames(const Runtime& runtime, Fg_Struc
 struct FgLibEventsModel::State
 {
     const std::shared_ptr<Delivery> delivery = std::make_shared<Delivery>();
-    boost::shared_ptr<const Runtime> runtime;
+    boost::shared_ptr<const RuntimeEntries> runtime;
     boost::weak_ptr<HlEnvironmentBoardNode> board;
     Fg_Struct_s* handle = nullptr; // null: nothing is registered
     std::uint64_t mask = 0;

@@ -1,6 +1,6 @@
 #include "ovra-lib-fglib-model/FgLibModel.h"
 
-#include "ovra-core/reference/Runtime.h"
+#include "ovra-core/reference/RuntimeEntries.h"
 #include "ovra-lib-display-fglib/FglibFrameBufferGroup.h"
 #include "ovra-lib-environment/HlEnvironmentBoardNode.h"
 #include "ovra_log/reference/Journal.h"
@@ -20,7 +20,7 @@ using display::FglibFrameBufferGroup;
 using parameters::Parameter;
 using parameters::Value;
 using reference::probe;
-using reference::Runtime;
+using reference::RuntimeEntries;
 using reference::Unrecorded;
 
 namespace {
@@ -61,7 +61,7 @@ bool shapesImage(int parameter)
 class Channel
 {
 public:
-    Channel(const Runtime& runtime, Fg_Struct_s* handle, unsigned int dma)
+    Channel(const RuntimeEntries& runtime, Fg_Struct_s* handle, unsigned int dma)
         : m_runtime(runtime),
           m_handle(handle),
           m_dma(dma)
@@ -144,7 +144,7 @@ private:
         return FG_OK;
     }
 
-    const Runtime& m_runtime;
+    const RuntimeEntries& m_runtime;
     Fg_Struct_s* const m_handle;
     const unsigned int m_dma;
 };
@@ -155,7 +155,7 @@ struct FgLibModel::State
 {
     using Groups = std::set<boost::shared_ptr<FglibFrameBufferGroup>>;
 
-    boost::shared_ptr<const Runtime> runtime;
+    boost::shared_ptr<const RuntimeEntries> runtime;
     FgRegisterInfo_s* info = nullptr;
     std::string place; // for messages
 

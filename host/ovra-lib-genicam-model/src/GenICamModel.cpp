@@ -1,6 +1,6 @@
 #include "ovra-lib-genicam-model/GenICamModel.h"
 
-#include "ovra-core/reference/Runtime.h"
+#include "ovra-core/reference/RuntimeEntries.h"
 #include "ovra_log/reference/Journal.h"
 #include "ovra_log/reference/LiveObjects.h"
 
@@ -10,7 +10,7 @@
 namespace ovra::core::models {
 
 using reference::probe;
-using reference::Runtime;
+using reference::RuntimeEntries;
 
 /// Where the camera is plugged in: all there is to know, the rest is asked each time.
 struct GenICamModel::State
@@ -22,13 +22,13 @@ struct GenICamModel::State
     {
         return "Camera on board " + std::to_string(board) + ", port " + std::to_string(port);
     }
-    boost::shared_ptr<const Runtime> control() const;
-    void check(const Runtime& runtime, const char* what, int code) const;
+    boost::shared_ptr<const RuntimeEntries> control() const;
+    void check(const RuntimeEntries& runtime, const char* what, int code) const;
     int get(const char* what, int selector) const;
     void set(const char* what, int selector, int value) const;
 };
 
-boost::shared_ptr<const Runtime> GenICamModel::State::control() const
+boost::shared_ptr<const RuntimeEntries> GenICamModel::State::control() const
 {
     auto runtime = reference::requireRuntime();
     if (!runtime->hasCameraControl)
@@ -36,7 +36,7 @@ boost::shared_ptr<const Runtime> GenICamModel::State::control() const
     return runtime;
 }
 
-void GenICamModel::State::check(const Runtime& runtime, const char* what, int code) const
+void GenICamModel::State::check(const RuntimeEntries& runtime, const char* what, int code) const
 {
     if (code != FG_OK)
         throw std::runtime_error(reference::failureText(runtime, name() + ": " + what, code));

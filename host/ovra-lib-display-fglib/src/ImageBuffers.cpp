@@ -1,4 +1,4 @@
-#include "BufferRing.h"
+#include "ImageBuffers.h"
 
 #include "ovra_log/reference/Log.h"
 
@@ -26,8 +26,8 @@ unsigned int affordable(const MemoryBudget& budget, std::size_t imageBytes, unsi
 
 } // namespace
 
-BufferRing::BufferRing(boost::shared_ptr<const reference::Runtime> runtime, Fg_Struct_s* handle,
-                       Geometry geometry, unsigned int wanted, MemoryBudget budget)
+ImageBuffers::ImageBuffers(boost::shared_ptr<const reference::RuntimeEntries> runtime, Fg_Struct_s* handle,
+                           Geometry geometry, unsigned int wanted, MemoryBudget budget)
     : m_runtime(std::move(runtime)),
       m_handle(handle),
       m_geometry(geometry),
@@ -44,7 +44,7 @@ BufferRing::BufferRing(boost::shared_ptr<const reference::Runtime> runtime, Fg_S
     m_budget.update(bytes());
 }
 
-BufferRing::~BufferRing()
+ImageBuffers::~ImageBuffers()
 {
     int code = FG_OK;
     {
@@ -57,7 +57,7 @@ BufferRing::~BufferRing()
                        reference::failureText(*m_runtime, "Image buffers could not be given back", code));
 }
 
-long long BufferRing::bytes() const
+long long ImageBuffers::bytes() const
 {
     return static_cast<long long>(m_geometry.bytes() * m_count);
 }

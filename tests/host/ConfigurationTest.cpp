@@ -18,12 +18,12 @@ using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
 
-constexpr long long absent = -1;
+constexpr long long ABSENT = -1;
 
-class EntriesTest : public testing::Test
+class ConfigurationTest : public testing::Test
 {
 protected:
-    ApplicationOptions options(const std::string& file = "/entries.cfg") const
+    ApplicationOptions options(const std::string& file = "/configuration.cfg") const
     {
         return {.runtimeDirectory = {}, .runtimeLibrary = {}, .configurationFile = folder.text() + file};
     }
@@ -32,28 +32,28 @@ protected:
     const LogCollector log;
 };
 
-TEST_F(EntriesTest, OutliveTheApplicationInAFileAmongWhatPeopleWrote)
+TEST_F(ConfigurationTest, OutliveTheApplicationInAFileAmongWhatPeopleWrote)
 {
-    folder.write("entries.cfg", "# limits\n\n a = 5 \nbroken\nb=1\n");
+    folder.write("configuration.cfg", "# limits\n\n a = 5 \nbroken\nb=1\n");
     {
         const Application application(options());
         HarloApplication::setConfigEntry("c.d", 12);
         HarloApplication::setConfigEntry("b", -3);
         HarloApplication::setConfigEntry("c.d", 13);
     }
-    std::string text = folder.read("entries.cfg");
+    std::string text = folder.read("configuration.cfg");
     std::erase(text, '\r'); // line ends are the platform's
     EXPECT_EQ(text, "# limits\n\n a = 5 \nbroken\nb=-3\nc.d=13\n");
     const std::filesystem::directory_iterator files(folder.path());
     EXPECT_EQ(std::distance(files, {}), 1); // no temporary one
     const Application application(options());
-    EXPECT_EQ(HarloApplication::getConfigIntEntry("a", absent), 5);
-    EXPECT_EQ(HarloApplication::getConfigIntEntry("b", absent), -3);
-    EXPECT_EQ(HarloApplication::getConfigIntEntry("c.d", absent), 13);
+    EXPECT_EQ(HarloApplication::getConfigIntEntry("a", ABSENT), 5);
+    EXPECT_EQ(HarloApplication::getConfigIntEntry("b", ABSENT), -3);
+    EXPECT_EQ(HarloApplication::getConfigIntEntry("c.d", ABSENT), 13);
     EXPECT_EQ(log.texts().size(), 2U); // once for each application
 }
 
-TEST_F(EntriesTest, AreReadOrNamedByFileAndLine)
+TEST_F(ConfigurationTest, AreReadOrNamedByFileAndLine)
 {
     struct Row
     {
@@ -66,40 +66,41 @@ TEST_F(EntriesTest, AreReadOrNamedByFileAndLine)
         {"key=-17", -17},
         {"key = 17\r", 17},
         {"key=9000000000000", 9000000000000LL},
-        {"# key=17", absent},
-        {"", absent},
-        {"key=", absent, true},
-        {"=17", absent, true},
-        {"key 17", absent, true},
-        {"key=many", absent, true},
-        {"key=17x", absent, true},
-        {"key=99999999999999999999", absent, true},
+        {"# key=17", ABSENT},
+        {"", ABSENT},
+        {"key=", ABSENT, true},
+        {"=17", ABSENT, true},
+        {"key 17", ABSENT, true},
+        {"key=many", ABSENT, true},
+        {"key=17x", ABSENT, true},
+        {"key=99999999999999999999", ABSENT, true},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.line);
         const LogCollector messages;
-        folder.write("entries.cfg", std::string("other=1\n") + row.line + "\n");
+        folder.write("configuration.cfg", std::string("other=1\n") + row.line + "\n");
         const Application application(options());
-        EXPECT_EQ(HarloApplication::getConfigIntEntry("key", absent), row.value);
-        EXPECT_EQ(HarloApplication::getConfigIntEntry("other", absent), 1);
+        EXPECT_EQ(HarloApplication::getConfigIntEntry("key", ABSENT), row.value);
+        EXPECT_EQ(HarloApplication::getConfigIntEntry("other", ABSENT), 1);
         ASSERT_EQ(messages.texts().size(), row.complained ? 1U : 0U);
         for (const auto& complaint : messages.texts())
-            EXPECT_THAT(complaint, EndsWith(std::string("entries.cfg:2: expected key=integer, found \"") +
-                                            row.line + '"'));
+            EXPECT_THAT(complaint,
+                        EndsWith(std::string("configuration.cfg:2: expected key=integer, found \"") +
+                                 row.line + '"'));
     }
 }
 
-TEST_F(EntriesTest, SayOnceThatTheFileCannotBeReadOrWritten)
+TEST_F(ConfigurationTest, SayOnceThatTheFileCannotBeReadOrWritten)
 {
-    folder.write("entries.cfg/something", "x");
+    folder.write("configuration.cfg/something", "x");
     {
         const Application application(options());
-        EXPECT_EQ(HarloApplication::getConfigIntEntry("a", absent), absent);
+        EXPECT_EQ(HarloApplication::getConfigIntEntry("a", ABSENT), ABSENT);
     }
     const Application application(options("/no/such/folder.cfg"));
     HarloApplication::setConfigEntry("a", 4);
-    EXPECT_EQ(HarloApplication::getConfigIntEntry("a", absent), 4);
-    EXPECT_THAT(log.texts(), ElementsAre(HasSubstr("entries.cfg: is a folder, not a file"),
+    EXPECT_EQ(HarloApplication::getConfigIntEntry("a", ABSENT), 4);
+    EXPECT_THAT(log.texts(), ElementsAre(HasSubstr("configuration.cfg: is a folder, not a file"),
                                          HasSubstr("folder.cfg: cannot be written")));
 }
 

@@ -2,13 +2,13 @@
 /// What an application consists of, and the way to the present one.
 #pragma once
 
-#include "Entries.h"
+#include "Configuration.h"
 #include "Processor.h"
 #include "WorkQueue.h"
 #include "ovra-core/Plugin.h"
 #include "ovra-core/PluginManager.h"
 #include "ovra-core/reference/Application.h"
-#include "ovra-core/reference/Runtime.h"
+#include "ovra-core/reference/RuntimeEntries.h"
 
 #include <atomic>
 #include <filesystem>
@@ -29,26 +29,26 @@ private:
 };
 
 /// Held by the application, and by everybody who was given a part of it.
-struct ApplicationParts
+struct ApplicationState
 {
-    explicit ApplicationParts(const ApplicationOptions& options);
+    explicit ApplicationState(const ApplicationOptions& options);
 
     const std::string runtimeDirectory;
     const std::filesystem::path runtimeLibrary;
-    Entries entries;
+    Configuration configuration;
     PluginFolder pluginFolder;
     WorkQueue queue;
     Processor processor;
     std::vector<boost::shared_ptr<core::Plugin>> plugins;
 
     std::mutex runtimeMutex;
-    boost::shared_ptr<const Runtime> runtime;
+    boost::shared_ptr<const RuntimeEntries> runtime;
 };
 
 /// Any thread. Empty when there is no application.
-boost::shared_ptr<ApplicationParts> currentApplication();
+boost::shared_ptr<ApplicationState> currentApplication();
 /// Throws std::logic_error when there is one already.
-void setCurrentApplication(const boost::shared_ptr<ApplicationParts>& parts);
+void setCurrentApplication(const boost::shared_ptr<ApplicationState>& state);
 void clearCurrentApplication();
 
 } // namespace ovra::reference

@@ -1,8 +1,8 @@
 /// \file
-/// BufferRing: image buffers of the runtime, and their share of the memory budget.
+/// ImageBuffers: image buffers of the runtime, and their share of the memory budget.
 #pragma once
 
-#include "ovra-core/reference/Runtime.h"
+#include "ovra-core/reference/RuntimeEntries.h"
 #include "ovra-lib-display-fglib/FglibFrameBufferGroup.h"
 
 namespace ovra::display {
@@ -26,16 +26,16 @@ struct Geometry
 };
 
 /// Takes buffers when it is made, and gives them and their bytes back when it is destroyed.
-class BufferRing
+class ImageBuffers
 {
 public:
     /// As many of the \p wanted buffers as the budget allows, but at least one. Throws std::runtime_error
     /// when the runtime gives none.
-    BufferRing(boost::shared_ptr<const reference::Runtime> runtime, Fg_Struct_s* handle, Geometry geometry,
-               unsigned int wanted, MemoryBudget budget);
-    ~BufferRing();
-    BufferRing(const BufferRing&) = delete;
-    BufferRing& operator=(const BufferRing&) = delete;
+    ImageBuffers(boost::shared_ptr<const reference::RuntimeEntries> runtime, Fg_Struct_s* handle,
+                 Geometry geometry, unsigned int wanted, MemoryBudget budget);
+    ~ImageBuffers();
+    ImageBuffers(const ImageBuffers&) = delete;
+    ImageBuffers& operator=(const ImageBuffers&) = delete;
 
     FgBufferRing_s* get() const { return m_ring; }
     unsigned int count() const { return m_count; }
@@ -44,7 +44,7 @@ public:
 private:
     long long bytes() const;
 
-    const boost::shared_ptr<const reference::Runtime> m_runtime;
+    const boost::shared_ptr<const reference::RuntimeEntries> m_runtime;
     Fg_Struct_s* const m_handle;
     const Geometry m_geometry;
     const MemoryBudget m_budget;

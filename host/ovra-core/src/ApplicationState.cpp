@@ -1,4 +1,4 @@
-#include "ApplicationParts.h"
+#include "ApplicationState.h"
 
 #include "ovra-core/reference/PathText.h"
 #include "ovra_log/reference/Journal.h"
@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 namespace {
 
 std::mutex currentMutex;
-boost::shared_ptr<ApplicationParts> current;
+boost::shared_ptr<ApplicationState> current;
 
 fs::path absolutePath(const std::string& text)
 {
@@ -69,30 +69,30 @@ bool PluginFolder::isMonitoring() const
     return m_monitoring;
 }
 
-ApplicationParts::ApplicationParts(const ApplicationOptions& options)
+ApplicationState::ApplicationState(const ApplicationOptions& options)
     : runtimeDirectory(runtimeDirectoryOf(options)),
       runtimeLibrary(runtimeLibraryOf(options, runtimeDirectory)),
-      entries(pathOf(options.configurationFile)),
+      configuration(pathOf(options.configurationFile)),
       processor(queue)
 {}
 
-boost::shared_ptr<ApplicationParts> currentApplication()
+boost::shared_ptr<ApplicationState> currentApplication()
 {
     const std::lock_guard lock(currentMutex);
     return current;
 }
 
-void setCurrentApplication(const boost::shared_ptr<ApplicationParts>& parts)
+void setCurrentApplication(const boost::shared_ptr<ApplicationState>& state)
 {
     const std::lock_guard lock(currentMutex);
     if (current)
         throw std::logic_error("There is an application in this process already");
-    current = parts;
+    current = state;
 }
 
 void clearCurrentApplication()
 {
-    boost::shared_ptr<ApplicationParts> cleared;
+    boost::shared_ptr<ApplicationState> cleared;
     const std::lock_guard lock(currentMutex);
     cleared.swap(current);
 }

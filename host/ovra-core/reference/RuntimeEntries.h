@@ -15,7 +15,7 @@ namespace ovra::reference {
 
 /// The runtime's entries. Those that the host uses are never null, but for the camera control, which a
 /// runtime may lack as a whole: see hasCameraControl.
-struct Runtime
+struct RuntimeEntries
 {
 #define FGLIB5_ENTRY(result, name, symbol, parameters, arguments, missing) result(*name) parameters = nullptr;
 #include "fglib5/Fglib5Entries.inc"
@@ -32,14 +32,14 @@ struct Runtime
 };
 
 /// Any thread. Empty when there is no application, or no usable runtime.
-OVRA_CORE_API boost::shared_ptr<const Runtime> runtime();
+OVRA_CORE_API boost::shared_ptr<const RuntimeEntries> runtime();
 
 /// Any thread. As runtime(), but throws std::runtime_error with the file and the reason.
-OVRA_CORE_API boost::shared_ptr<const Runtime> requireRuntime();
+OVRA_CORE_API boost::shared_ptr<const RuntimeEntries> requireRuntime();
 
 /// "what: description (code)".
-OVRA_CORE_API std::string failureText(const Runtime& runtime, const std::string& what, int code);
+OVRA_CORE_API std::string failureText(const RuntimeEntries& runtime, const std::string& what, int code);
 /// The description of what failed last on this thread.
-OVRA_CORE_API std::string lastFailureText(const Runtime& runtime);
+OVRA_CORE_API std::string lastFailureText(const RuntimeEntries& runtime);
 
 } // namespace ovra::reference

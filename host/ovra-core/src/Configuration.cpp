@@ -1,4 +1,4 @@
-#include "Entries.h"
+#include "Configuration.h"
 
 #include "ovra_log/reference/Log.h"
 
@@ -12,11 +12,11 @@ namespace {
 
 std::string_view trimmed(std::string_view text)
 {
-    constexpr std::string_view blanks = " \t\r";
-    const auto first = text.find_first_not_of(blanks);
+    constexpr std::string_view BLANKS = " \t\r";
+    const auto first = text.find_first_not_of(BLANKS);
     if (first == std::string_view::npos)
         return {};
-    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
+    return text.substr(first, text.find_last_not_of(BLANKS) - first + 1);
 }
 
 std::optional<long long> integer(std::string_view text)
@@ -36,9 +36,9 @@ void warn(const std::vector<std::string>& messages)
 
 } // namespace
 
-Entries::Entries(std::filesystem::path file) : m_file(std::move(file)) {}
+Configuration::Configuration(std::filesystem::path file) : m_file(std::move(file)) {}
 
-std::optional<long long> Entries::get(const std::string& key)
+std::optional<long long> Configuration::get(const std::string& key)
 {
     Messages messages;
     std::optional<long long> value;
@@ -52,7 +52,7 @@ std::optional<long long> Entries::get(const std::string& key)
     return value;
 }
 
-void Entries::set(const std::string& key, long long value)
+void Configuration::set(const std::string& key, long long value)
 {
     Messages messages;
     {
@@ -68,7 +68,7 @@ void Entries::set(const std::string& key, long long value)
     warn(messages);
 }
 
-void Entries::readOnce(Messages& messages)
+void Configuration::readOnce(Messages& messages)
 {
     if (m_read)
         return;
@@ -94,7 +94,7 @@ void Entries::readOnce(Messages& messages)
     }
 }
 
-void Entries::readLine(const std::string& line, std::size_t number, Messages& messages)
+void Configuration::readLine(const std::string& line, std::size_t number, Messages& messages)
 {
     const std::string_view text = trimmed(line);
     if (text.empty() || text.front() == '#')
@@ -112,7 +112,7 @@ void Entries::readLine(const std::string& line, std::size_t number, Messages& me
     m_places[key] = number - 1;
 }
 
-void Entries::write(Messages& messages) const
+void Configuration::write(Messages& messages) const
 {
     if (m_file.empty())
         return;

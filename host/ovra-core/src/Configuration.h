@@ -1,5 +1,5 @@
 /// \file
-/// Entries: the application's integer entries, in memory or in a file.
+/// Configuration: the application's integer entries, in memory or in a file.
 #pragma once
 
 #include <filesystem>
@@ -14,11 +14,11 @@ namespace ovra::reference {
 
 /// Any thread. The file holds one "key=integer" a line; blank lines and lines that begin with "#" are for
 /// people. Of a key that stands there twice the later line counts.
-class Entries
+class Configuration
 {
 public:
     /// \p file empty: entries live in memory only. The file is read at the first use and need not exist.
-    explicit Entries(std::filesystem::path file);
+    explicit Configuration(std::filesystem::path file);
 
     std::optional<long long> get(const std::string& key);
     /// Writes the file anew, all at once; that it cannot is logged, and the entry then lives in memory.

@@ -1,6 +1,6 @@
-#include "ovra-core/reference/Runtime.h"
+#include "ovra-core/reference/RuntimeEntries.h"
 
-#include "ApplicationParts.h"
+#include "ApplicationState.h"
 #include "ovra_log/reference/Log.h"
 
 #include <boost/dll/shared_library.hpp>
@@ -31,9 +31,9 @@ void bind(const shared_library& library, const char* symbol, Function*& entry)
         entry = &library.get<Function>(symbol);
 }
 
-boost::shared_ptr<Runtime> bindAll(const shared_library& library)
+boost::shared_ptr<RuntimeEntries> bindAll(const shared_library& library)
 {
-    const auto bound = boost::make_shared<Runtime>();
+    const auto bound = boost::make_shared<RuntimeEntries>();
 #define FGLIB5_ENTRY(result, name, symbol, parameters, arguments, missing) bind(library, symbol, bound->name);
 #include "fglib5/Fglib5Entries.inc"
     bind(library, "FgCam_getCount", bound->FgCam_getCount);
@@ -50,7 +50,7 @@ boost::shared_ptr<Runtime> bindAll(const shared_library& library)
 }
 
 // The entries that the host libraries call.
-void checkEntries(const Runtime& bound, const std::filesystem::path& file)
+void checkEntries(const RuntimeEntries& bound, const std::filesystem::path& file)
 {
     const std::pair<const char*, bool> used[] = {
         {"Fg_InitLibraries", bound.Fg_InitLibraries},
@@ -85,7 +85,7 @@ void checkEntries(const Runtime& bound, const std::filesystem::path& file)
             fail(file, std::string("has no entry ") + name);
 }
 
-boost::shared_ptr<const Runtime> open(const std::filesystem::path& file)
+boost::shared_ptr<const RuntimeEntries> open(const std::filesystem::path& file)
 {
     std::error_code error;
     if (!std::filesystem::is_regular_file(file, error))
@@ -109,7 +109,7 @@ boost::shared_ptr<const Runtime> open(const std::filesystem::path& file)
 
 } // namespace
 
-boost::shared_ptr<const Runtime> requireRuntime()
+boost::shared_ptr<const RuntimeEntries> requireRuntime()
 {
     const auto application = currentApplication();
     if (!application)
@@ -121,7 +121,7 @@ boost::shared_ptr<const Runtime> requireRuntime()
     return application->runtime;
 }
 
-boost::shared_ptr<const Runtime> runtime()
+boost::shared_ptr<const RuntimeEntries> runtime()
 {
     try {
         return requireRuntime();
@@ -131,13 +131,13 @@ boost::shared_ptr<const Runtime> runtime()
     }
 }
 
-std::string failureText(const Runtime& runtime, const std::string& what, int code)
+std::string failureText(const RuntimeEntries& runtime, const std::string& what, int code)
 {
     const char* const description = runtime.Fg_getErrorDescription(nullptr, code);
     return what + ": " + (description ? description : "unknown error") + " (" + std::to_string(code) + ')';
 }
 
-std::string lastFailureText(const Runtime& runtime)
+std::string lastFailureText(const RuntimeEntries& runtime)
 {
     const char* const description = runtime.Fg_getLastErrorDescription(nullptr);
     return description && *description ? description : "unknown error";

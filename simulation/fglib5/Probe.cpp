@@ -10,14 +10,14 @@ namespace simulation {
 
 namespace {
 
-constexpr std::array names = {
+constexpr std::array NAMES = {
 #define FGLIB5_ENTRY(result, name, symbol, parameters, arguments, missing) #name,
 #include "fglib5/Fglib5Entries.inc"
 #define NAMED(name, parameters, arguments) #name,
     FGCAM_ENTRIES(NAMED)
 #undef NAMED
 };
-static_assert(names.size() == static_cast<std::size_t>(Entry::count));
+static_assert(NAMES.size() == static_cast<std::size_t>(Entry::Count));
 
 // How many entries of this thread are under way: an entry called by another one is indented in the journal.
 constinit thread_local unsigned int depth = 0;
@@ -54,7 +54,7 @@ int Probe::arriveWatched(std::size_t entry)
         code = takeFault(entry);
         delay = delayOf(entry);
         if (m_journalOn)
-            m_journal.push_back(std::string(2UL * depth, ' ') + names[entry] +
+            m_journal.push_back(std::string(2UL * depth, ' ') + NAMES[entry] +
                                 (code == 0 ? std::string() : " -> " + std::to_string(code)));
     }
     if (delay > 0)
@@ -67,7 +67,7 @@ int Probe::takeFault(std::size_t entry)
     int code = 0;
     // Every plan counts this call, also when an earlier one already makes it fail.
     std::erase_if(m_faults, [&](Fault& fault) {
-        if (fault.entry != entry && fault.entry != anyEntry)
+        if (fault.entry != entry && fault.entry != ANY_ENTRY)
             return false;
         const bool everyCall = fault.callsLeft == 0;
         const bool due = everyCall || --fault.callsLeft == 0;
@@ -83,7 +83,7 @@ std::uint32_t Probe::delayOf(std::size_t entry) const
 {
     std::uint32_t longest = 0;
     for (const auto& delay : m_delays)
-        if (delay.entry == entry || delay.entry == anyEntry)
+        if (delay.entry == entry || delay.entry == ANY_ENTRY)
             longest = std::max(longest, delay.microseconds);
     return longest;
 }
@@ -126,7 +126,7 @@ void Probe::clearPlansOf(Origin origin)
 std::int64_t Probe::calls(std::string_view entry) const
 {
     const auto index = entryNamed(entry);
-    return index == anyEntry ? totalCalls() : static_cast<std::int64_t>(m_counts[index].load());
+    return index == ANY_ENTRY ? totalCalls() : static_cast<std::int64_t>(m_counts[index].load());
 }
 
 std::int64_t Probe::totalCalls() const
@@ -163,12 +163,12 @@ std::string Probe::journal() const
 
 bool Probe::isEntry(std::string_view name)
 {
-    return name.empty() || name == "*" || std::ranges::find(names, name) != names.end();
+    return name.empty() || name == "*" || std::ranges::find(NAMES, name) != NAMES.end();
 }
 
 const char* Probe::nameOf(Entry entry)
 {
-    return names[static_cast<std::size_t>(entry)];
+    return NAMES[static_cast<std::size_t>(entry)];
 }
 
 std::size_t Probe::entryNamed(std::string_view name)
@@ -176,8 +176,8 @@ std::size_t Probe::entryNamed(std::string_view name)
     if (!isEntry(name))
         throw Failure(FG_INVALID_ARGUMENT, "The runtime has no entry '" + std::string(name) + "'");
     if (name.empty() || name == "*")
-        return anyEntry;
-    return static_cast<std::size_t>(std::ranges::find(names, name) - names.begin());
+        return ANY_ENTRY;
+    return static_cast<std::size_t>(std::ranges::find(NAMES, name) - NAMES.begin());
 }
 
 void Probe::updateWatched()

@@ -4,7 +4,7 @@
 /// While nothing but counting is asked for, a call costs one increment and one branch.
 #pragma once
 
-#include "entries/Entries.h"
+#include "EntryList.h"
 
 #include <array>
 #include <atomic>
@@ -40,13 +40,13 @@ public:
     /// A plan of the machine description goes when the next machine is loaded; one of a client's stays.
     enum class Origin
     {
-        machine,
-        client
+        Machine,
+        Client
     };
 
     /// \p entry as in SimulationControl.h. Throws FG_INVALID_ARGUMENT.
-    void addFault(std::string_view entry, std::uint64_t nth, int code, Origin origin = Origin::client);
-    void setDelay(std::string_view entry, std::uint32_t microseconds, Origin origin = Origin::client);
+    void addFault(std::string_view entry, std::uint64_t nth, int code, Origin origin = Origin::Client);
+    void setDelay(std::string_view entry, std::uint32_t microseconds, Origin origin = Origin::Client);
     void clearFaults();
     void clearPlansOf(Origin origin);
 
@@ -61,8 +61,8 @@ public:
     static const char* nameOf(Entry entry);
 
 private:
-    static constexpr auto entryCount = static_cast<std::size_t>(Entry::count);
-    static constexpr std::size_t anyEntry = entryCount;
+    static constexpr auto ENTRY_COUNT = static_cast<std::size_t>(Entry::Count);
+    static constexpr std::size_t ANY_ENTRY = ENTRY_COUNT;
 
     struct Fault
     {
@@ -85,7 +85,7 @@ private:
     std::uint32_t delayOf(std::size_t entry) const;
     void updateWatched();
 
-    std::array<std::atomic<std::uint64_t>, entryCount> m_counts{};
+    std::array<std::atomic<std::uint64_t>, ENTRY_COUNT> m_counts{};
     std::atomic<bool> m_watched{false};
 
     mutable std::mutex m_mutex;

@@ -2,7 +2,7 @@
 /// The simulated runtime, opened at run time as its clients open it, and a throw-away folder for each test.
 #pragma once
 
-#include "simulation/fglib5/entries/Entries.h"
+#include "simulation/fglib5/EntryList.h"
 #include "tests/TemporaryFolder.h"
 
 #include <gmock/gmock.h>

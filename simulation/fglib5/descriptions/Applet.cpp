@@ -2,6 +2,7 @@
 
 #include "Platform.h"
 #include "descriptions/JsonReader.h"
+#include "descriptions/NumberText.h"
 
 #include <algorithm>
 #include <cmath>
@@ -12,12 +13,12 @@ namespace simulation {
 
 namespace {
 
-constexpr auto format = "virtual-applet-1";
-constexpr int largestSide = 32768; // pixels
-constexpr int mostDmas = 256;
-constexpr int firstOwnId = 10000; // below are the runtime's own parameters
-constexpr int mostLegacyChannels = 64;
-constexpr int legacyChannelQuery = 1888;
+constexpr auto FORMAT = "virtual-applet-1";
+constexpr int MAX_SIDE = 32768; // pixels
+constexpr int MAX_DMAS = 256;
+constexpr int FIRST_OWN_ID = 10000; // below are the runtime's own parameters
+constexpr int MAX_LEGACY_CHANNELS = 64;
+constexpr int LEGACY_CHANNEL_QUERY = 1888;
 
 bool hasEnding(const std::filesystem::path& file, const std::string& ending)
 {
@@ -32,25 +33,24 @@ bool looksLikeJson(const std::string& content)
 
 FgValueType valueTypeNamed(const std::string& name)
 {
-    static const std::map<std::string, FgValueType> types = {
+    static const std::map<std::string, FgValueType> TYPES = {
         {"int32", FG_TYPE_INT32},   {"uint32", FG_TYPE_UINT32}, {"int64", FG_TYPE_INT64},
         {"uint64", FG_TYPE_UINT64}, {"double", FG_TYPE_DOUBLE}, {"string", FG_TYPE_STRING}};
-    return types.at(name);
+    return TYPES.at(name);
 }
 
 // The runtime computes with signed numbers of 64 bits that double also holds exactly.
 std::pair<double, double> limitsOf(FgValueType type)
 {
-    constexpr double exact = 9007199254740992.0;
     switch (type) {
     case FG_TYPE_INT32:
         return {std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max()};
     case FG_TYPE_UINT32:
         return {0, std::numeric_limits<std::uint32_t>::max()};
     case FG_TYPE_INT64:
-        return {-exact, exact};
+        return {-EXACT_INTEGERS, EXACT_INTEGERS};
     case FG_TYPE_UINT64:
-        return {0, exact};
+        return {0, EXACT_INTEGERS};
     default:
         return {std::numeric_limits<double>::lowest(), std::numeric_limits<double>::max()};
     }
@@ -76,7 +76,7 @@ ParameterDescription readParameter(const JsonField& field)
     ParameterDescription description{};
     description.name = field["name"].name();
     description.id =
-        static_cast<int>(field["id"].integer(firstOwnId, std::numeric_limits<std::int32_t>::max()));
+        static_cast<int>(field["id"].integer(FIRST_OWN_ID, std::numeric_limits<std::int32_t>::max()));
     description.unit = field["unit"].textOr("");
     description.type =
         valueTypeNamed(field["type"].choice({"int32", "uint32", "int64", "uint64", "double", "string"}));
@@ -117,13 +117,13 @@ DmaDescription readDma(const JsonField& field)
 {
     field.object({"index", "width", "height", "maxWidth", "maxHeight", "port", "generator"});
     DmaDescription dma{};
-    dma.index = static_cast<int>(field["index"].integer(0, mostDmas - 1));
-    dma.maxWidth = static_cast<int>(field["maxWidth"].integerOr(largestSide, 1, largestSide));
-    dma.maxHeight = static_cast<int>(field["maxHeight"].integerOr(largestSide, 1, largestSide));
+    dma.index = static_cast<int>(field["index"].integer(0, MAX_DMAS - 1));
+    dma.maxWidth = static_cast<int>(field["maxWidth"].integerOr(MAX_SIDE, 1, MAX_SIDE));
+    dma.maxHeight = static_cast<int>(field["maxHeight"].integerOr(MAX_SIDE, 1, MAX_SIDE));
     dma.width = static_cast<int>(field["width"].integer(1, dma.maxWidth));
     dma.height = static_cast<int>(field["height"].integer(1, dma.maxHeight));
     if (field["port"].given())
-        dma.port = static_cast<int>(field["port"].integer(0, mostDmas - 1));
+        dma.port = static_cast<int>(field["port"].integer(0, MAX_DMAS - 1));
     if (field["generator"].given())
         dma.generator = readGenerator(field["generator"]);
     return dma;
@@ -146,7 +146,7 @@ std::optional<int> readPosition(const JsonField& field)
 {
     if (!field.given())
         return {};
-    return static_cast<int>(field.integer(0, mostDmas - 1));
+    return static_cast<int>(field.integer(0, MAX_DMAS - 1));
 }
 
 ProcessDescription readProcess(const JsonField& field, const std::vector<DmaDescription>& dmas)
@@ -154,13 +154,13 @@ ProcessDescription readProcess(const JsonField& field, const std::vector<DmaDesc
     field.object({"dmas", "ports", "dmaCountFails", "portCountFails", "dmaPortFails", "camPortFails"});
     ProcessDescription process;
     for (const auto& element : field["dmas"].elements()) {
-        const auto index = static_cast<int>(element.integer(0, mostDmas - 1));
+        const auto index = static_cast<int>(element.integer(0, MAX_DMAS - 1));
         if (std::ranges::find(dmas, index, &DmaDescription::index) == dmas.end())
             element.expected("the index of a channel that /dmas describes");
         process.dmas.push_back(index);
     }
     for (const auto& element : field["ports"].elements())
-        process.ports.push_back(static_cast<int>(element.integer(-mostDmas, mostDmas - 1)));
+        process.ports.push_back(static_cast<int>(element.integer(-MAX_DMAS, MAX_DMAS - 1)));
     process.dmaCountFails = field["dmaCountFails"].booleanOr(false);
     process.portCountFails = field["portCountFails"].booleanOr(false);
     process.dmaPortFails = readPosition(field["dmaPortFails"]);
@@ -174,7 +174,7 @@ int readProcessesInFile(const JsonField& field, std::size_t processes)
         return static_cast<int>(processes);
     if (field.isBoolean())
         return field.booleanOr(true) ? static_cast<int>(processes) : -1;
-    return static_cast<int>(field.integer(-1, mostDmas));
+    return static_cast<int>(field.integer(-1, MAX_DMAS));
 }
 
 // A channel that names no port delivers the camera at its own position among its process's ports.
@@ -195,7 +195,7 @@ Applet readDescription(const std::filesystem::path& file, const std::string& con
     const auto root = document.root();
     root.object({"format", "name", "version", "boardType", "type", "tags", "nrOfProcessesInFile",
                  "processCountFails", "processes", "dmas", "parameters"});
-    root["format"].choice({format});
+    root["format"].choice({FORMAT});
     Applet applet;
     applet.file = file;
     applet.name = root["name"].text();
@@ -232,9 +232,9 @@ int channelsOf(const std::filesystem::path& file)
         return 0;
     using Info = int (*)(int, int, int, int, int);
     const auto info = reinterpret_cast<Info>(platform::findSymbol(library, "Info"));
-    const auto channels = info == nullptr ? 0 : info(legacyChannelQuery, 0, 0, 0, 0);
+    const auto channels = info == nullptr ? 0 : info(LEGACY_CHANNEL_QUERY, 0, 0, 0, 0);
     platform::closeLibrary(library);
-    return std::clamp(channels, 0, mostLegacyChannels);
+    return std::clamp(channels, 0, MAX_LEGACY_CHANNELS);
 }
 
 } // namespace
@@ -266,10 +266,10 @@ void askLegacyChannels(Applet& applet)
         applet.dmas.push_back({.index = i,
                                .width = 640,
                                .height = 480,
-                               .maxWidth = largestSide,
-                               .maxHeight = largestSide,
+                               .maxWidth = MAX_SIDE,
+                               .maxHeight = MAX_SIDE,
                                .port = i,
-                               .generator = GeneratorDescription{Pattern::ramp, 25, false}});
+                               .generator = GeneratorDescription{Pattern::Ramp, 25, false}});
         applet.processes.push_back({.dmas = {i}, .ports = {i}, .dmaPortFails = {}, .camPortFails = {}});
     }
 }

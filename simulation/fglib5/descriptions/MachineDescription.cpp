@@ -11,8 +11,8 @@ namespace simulation {
 
 namespace {
 
-constexpr int largestSensor = 16384; // pixels a side
-constexpr unsigned int mostPorts = 256;
+constexpr int MAX_SENSOR_SIDE = 16384; // pixels a side
+constexpr unsigned int MAX_PORTS = 256;
 
 BoardDescription readBoard(const JsonField& field)
 {
@@ -20,7 +20,7 @@ BoardDescription readBoard(const JsonField& field)
     return {.model = field["model"].name(),
             .boardType = static_cast<std::uint16_t>(field["boardType"].integer(0, 65535)),
             .serial = field["serial"].hexadecimal(),
-            .ports = static_cast<unsigned int>(field["ports"].integer(0, mostPorts))};
+            .ports = static_cast<unsigned int>(field["ports"].integer(0, MAX_PORTS))};
 }
 
 // A board type stands for one model everywhere: folders are named after the model and found by the type.
@@ -66,8 +66,8 @@ CameraDescription readCamera(const JsonField& field, const std::vector<BoardDesc
     camera.model = field["model"].text();
     camera.serial = field["serial"].text();
     camera.interface = field["interface"].choice({"gige", "coaxpress", "cameralink"});
-    camera.sensorWidth = static_cast<int>(field["sensorWidth"].integer(1, largestSensor));
-    camera.sensorHeight = static_cast<int>(field["sensorHeight"].integer(1, largestSensor));
+    camera.sensorWidth = static_cast<int>(field["sensorWidth"].integer(1, MAX_SENSOR_SIDE));
+    camera.sensorHeight = static_cast<int>(field["sensorHeight"].integer(1, MAX_SENSOR_SIDE));
     camera.width = static_cast<int>(field["width"].integerOr(camera.sensorWidth, 1, camera.sensorWidth));
     camera.height = static_cast<int>(field["height"].integerOr(camera.sensorHeight, 1, camera.sensorHeight));
     camera.frameRate = field["frameRate"].numberOr(25, 0, 100000);
@@ -75,7 +75,7 @@ CameraDescription readCamera(const JsonField& field, const std::vector<BoardDesc
         camera.scene =
             sceneNamed(field["scene"].choice({"landscape", "circuit-board", "bottles", "text-chart"}));
     else
-        camera.scene = Scene::textChart;
+        camera.scene = Scene::TextChart;
     return camera;
 }
 

@@ -10,11 +10,13 @@
 
 namespace simulation {
 
+/// A double holds every integer up to here.
+inline constexpr double EXACT_INTEGERS = 9007199254740992.0;
+
 /// The shortest text that is read back as the same number, without an exponent where the number is whole.
 inline std::string numberText(double number)
 {
-    constexpr double exactIntegers = 9007199254740992.0;
-    if (std::trunc(number) == number && std::abs(number) < exactIntegers)
+    if (std::trunc(number) == number && std::abs(number) < EXACT_INTEGERS)
         return std::to_string(static_cast<std::int64_t>(number));
     std::array<char, 32> digits{};
     const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;

@@ -9,8 +9,8 @@ namespace {
 
 std::chrono::milliseconds seconds(std::int64_t count)
 {
-    constexpr std::int64_t longest = 1'000'000'000; // some thirty years: a clock can still add it
-    return std::chrono::seconds(std::clamp<std::int64_t>(count, 0, longest));
+    constexpr std::int64_t MAX_SECONDS = 1'000'000'000; // some thirty years: a clock can still add it
+    return std::chrono::seconds(std::clamp<std::int64_t>(count, 0, MAX_SECONDS));
 }
 
 // A client may name the ring it thinks of; it has to be the channel's.

@@ -20,7 +20,7 @@ inline std::shared_ptr<Grabber> grabberOf(Fg_Struct* handle)
 
 /// Throws FG_INVALID_ARGUMENT for a null.
 template <class T>
-T* required(T* argument, const char* name)
+T* checkedArgument(T* argument, const char* name)
 {
     if (argument == nullptr)
         throw Failure(FG_INVALID_ARGUMENT, std::string("The argument ") + name + " is missing");
@@ -29,9 +29,9 @@ T* required(T* argument, const char* name)
 
 /// Gives \p bytes bytes to a client that offers \p *room; \p *room then says how many there are. A null
 /// target asks for that alone.
-inline void giveBytes(const void* data, std::size_t bytes, void* target, std::size_t* room)
+inline void copyOut(const void* data, std::size_t bytes, void* target, std::size_t* room)
 {
-    const auto offered = *required(room, "for the size");
+    const auto offered = *checkedArgument(room, "for the size");
     *room = bytes;
     if (target == nullptr)
         return;
@@ -41,9 +41,9 @@ inline void giveBytes(const void* data, std::size_t bytes, void* target, std::si
     std::memcpy(target, data, bytes);
 }
 
-inline void giveText(const std::string& text, char* target, std::size_t* room)
+inline void copyTextOut(const std::string& text, char* target, std::size_t* room)
 {
-    giveBytes(text.c_str(), text.size() + 1, target, room);
+    copyOut(text.c_str(), text.size() + 1, target, room);
 }
 
 /// For an entry that has called another one: fails as that one did.

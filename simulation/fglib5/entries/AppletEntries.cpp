@@ -8,7 +8,7 @@ namespace {
 
 AppletList& listOf(FgAppletIterator* applets)
 {
-    return *reinterpret_cast<AppletList*>(required(applets, "applets"));
+    return *reinterpret_cast<AppletList*>(checkedArgument(applets, "applets"));
 }
 
 FgAppletIteratorItem* handleOf(const AppletItem* item, const char* failure)
@@ -20,14 +20,14 @@ FgAppletIteratorItem* handleOf(const AppletItem* item, const char* failure)
 
 const AppletItem& itemOf(const FgAppletIteratorItem* applet)
 {
-    return *reinterpret_cast<const AppletItem*>(required(applet, "applet"));
+    return *reinterpret_cast<const AppletItem*>(checkedArgument(applet, "applet"));
 }
 
 } // namespace
 
 int Fg_getAppletIterator(int board, int source, FgAppletIterator** applets, int)
 {
-    required(applets, "applets");
+    checkedArgument(applets, "applets");
     auto list = std::make_unique<AppletList>();
     if (board >= 0 && source == FG_APPLETS_INSTALLED) {
         const auto place = Runtime::instance().board(static_cast<unsigned int>(board));
@@ -47,13 +47,14 @@ FgAppletIteratorItem* Fg_getAppletIteratorItem(FgAppletIterator* applets, int po
 
 FgAppletIteratorItem* Fg_findAppletIteratorItem(FgAppletIterator* applets, const char* path)
 {
-    return handleOf(listOf(applets).find(required(path, "path")), "The list has no applet with this path");
+    return handleOf(listOf(applets).find(checkedArgument(path, "path")),
+                    "The list has no applet with this path");
 }
 
 FgAppletIteratorItem* Fg_addAppletIteratorItem(FgAppletIterator* applets, const char* path, int* added)
 {
     bool isNew = false;
-    const auto& item = listOf(applets).add(required(path, "path"), &isNew);
+    const auto& item = listOf(applets).add(checkedArgument(path, "path"), &isNew);
     if (added != nullptr)
         *added = isNew ? 1 : 0;
     return handleOf(&item, "");
@@ -103,14 +104,14 @@ const char* Fg_getAppletStringProperty(const FgAppletIteratorItem* applet, int p
 // the whole path.
 int Fg_findApplet(unsigned int board, char* path, std::size_t pathBytes)
 {
-    const std::string beginning = required(path, "path");
+    const std::string beginning = checkedArgument(path, "path");
     AppletList list;
     list.addInstalled(Runtime::installation(), Runtime::instance().board(board)->description().model);
     for (std::size_t i = 0; i < list.size(); ++i) {
         const auto& item = *list.at(i);
         if (!item.applet.file.filename().string().starts_with(beginning))
             continue;
-        giveText(item.path, path, &pathBytes);
+        copyTextOut(item.path, path, &pathBytes);
         return FG_OK;
     }
     throw Failure(FG_APPLET_NOT_FOUND, "No applet of the board begins with '" + beginning + "'");

@@ -38,13 +38,14 @@ int FgCam_getPort(unsigned int board, unsigned int position)
 
 int FgCam_getString(unsigned int board, unsigned int port, int selector, char* text, std::size_t textBytes)
 {
-    giveText(cameraText(boardOf(board)->camera(port), selector), required(text, "text"), &textBytes);
+    copyTextOut(cameraText(boardOf(board)->camera(port), selector), checkedArgument(text, "text"),
+                &textBytes);
     return FG_OK;
 }
 
 int FgCam_getInteger(unsigned int board, unsigned int port, int selector, int* value)
 {
-    *required(value, "value") = boardOf(board)->cameraInteger(port, selector);
+    *checkedArgument(value, "value") = boardOf(board)->cameraInteger(port, selector);
     return FG_OK;
 }
 

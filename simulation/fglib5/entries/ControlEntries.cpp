@@ -84,7 +84,7 @@ int FgSim_setJournal(int on)
 
 int FgSim_getJournal(char* text, std::size_t* textBytes)
 {
-    giveText(Probe::instance().journal(), text, textBytes);
+    copyTextOut(Probe::instance().journal(), text, textBytes);
     return FG_OK;
 }
 
@@ -93,7 +93,7 @@ int FgSim_raiseEvent(unsigned int board, const char* event)
     const auto grabber = Runtime::instance().board(board)->grabber();
     if (!grabber)
         throw Failure(FG_INVALID_ARGUMENT, "The board carries no applet");
-    const auto mask = grabber->events().maskOf(required(event, "event"));
+    const auto mask = grabber->events().maskOf(checkedArgument(event, "event"));
     if (mask == 0)
         throw Failure(FG_INVALID_ARGUMENT, std::string("There is no event ") + event);
     grabber->events().raise(mask, 0);

@@ -6,7 +6,7 @@ namespace simulation::entries {
 std::uint64_t Fg_getEventMask(Fg_Struct* grabber, const char* event)
 {
     const auto owner = grabberOf(grabber);
-    const auto mask = owner->events().maskOf(required(event, "event"));
+    const auto mask = owner->events().maskOf(checkedArgument(event, "event"));
     if (mask == 0)
         throw Failure(FG_INVALID_ARGUMENT, std::string("There is no event ") + event);
     return mask;

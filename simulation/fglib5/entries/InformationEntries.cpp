@@ -95,7 +95,7 @@ const char* Fg_getAppletId(Fg_Struct* grabber)
 int Fg_getSystemInformation(Fg_Struct*, int selector, unsigned int argument, char* text,
                             std::size_t* textBytes)
 {
-    giveText(information(selector, argument), text, textBytes);
+    copyTextOut(information(selector, argument), text, textBytes);
     return FG_OK;
 }
 

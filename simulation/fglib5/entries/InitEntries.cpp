@@ -2,10 +2,10 @@
 //
 // Entries that build on others call them by their exported names, the way the real runtime's parts do.
 
-#include "descriptions/Configuration.h"
 #include "descriptions/PathText.h"
 #include "entries/Answers.h"
 #include "entries/Entries.h"
+#include "hardware/Configuration.h"
 
 namespace simulation::entries {
 
@@ -27,7 +27,7 @@ void Fg_FreeLibraries()
 
 Fg_Struct* Fg_Init(const char* appletFile, unsigned int board)
 {
-    return Runtime::instance().open(pathOf(required(appletFile, "appletFile")), board);
+    return Runtime::instance().open(pathOf(checkedArgument(appletFile, "appletFile")), board);
 }
 
 Fg_Struct* Fg_InitEx(const char* appletFile, unsigned int board, int flags)
@@ -40,8 +40,8 @@ Fg_Struct* Fg_InitEx(const char* appletFile, unsigned int board, int flags)
 Fg_Struct* Fg_InitConfig(const char* configFile, unsigned int board)
 {
     const auto model = Runtime::instance().board(board)->description().model;
-    const auto applet =
-        appletOfConfiguration(pathOf(required(configFile, "configFile")), Runtime::installation(), model);
+    const auto applet = appletOfConfiguration(pathOf(checkedArgument(configFile, "configFile")),
+                                              Runtime::installation(), model);
     auto* grabber = ::Fg_Init(applet.string().c_str(), board);
     if (grabber == nullptr)
         failLikeInner();
@@ -61,7 +61,7 @@ Fg_Struct* Fg_InitConfigEx(const char* configFile, unsigned int board, int flags
 
 int Fg_InitHandle(Fg_Struct** grabber, const char* appletFile, unsigned int board)
 {
-    *required(grabber, "grabber") = ::Fg_Init(appletFile, board);
+    *checkedArgument(grabber, "grabber") = ::Fg_Init(appletFile, board);
     return *grabber == nullptr ? lastErrorNumber() : FG_OK;
 }
 
@@ -80,13 +80,13 @@ int Fg_FreeGrabber(Fg_Struct* grabber)
 
 int Fg_saveConfig(Fg_Struct* grabber, const char* file)
 {
-    saveConfiguration(*grabberOf(grabber), pathOf(required(file, "file")));
+    saveConfiguration(*grabberOf(grabber), pathOf(checkedArgument(file, "file")));
     return FG_OK;
 }
 
 int Fg_loadConfig(Fg_Struct* grabber, const char* file)
 {
-    loadConfiguration(*grabberOf(grabber), pathOf(required(file, "file")));
+    loadConfiguration(*grabberOf(grabber), pathOf(checkedArgument(file, "file")));
     return FG_OK;
 }
 

@@ -21,19 +21,19 @@ const ParameterDescription& atPosition(const Grabber& grabber, int position)
     return *all[static_cast<std::size_t>(position)];
 }
 
-void giveProperty(const ParameterDescription& description, int property, void* value, std::size_t* bytes)
+void copyPropertyOut(const ParameterDescription& description, int property, void* value, std::size_t* bytes)
 {
     switch (property) {
     case FG_PROPERTY_MINIMUM:
-        return giveBytes(&description.minimum, sizeof(double), value, bytes);
+        return copyOut(&description.minimum, sizeof(double), value, bytes);
     case FG_PROPERTY_MAXIMUM:
-        return giveBytes(&description.maximum, sizeof(double), value, bytes);
+        return copyOut(&description.maximum, sizeof(double), value, bytes);
     case FG_PROPERTY_STEP:
-        return giveBytes(&description.step, sizeof(double), value, bytes);
+        return copyOut(&description.step, sizeof(double), value, bytes);
     case FG_PROPERTY_UNIT:
-        return giveText(description.unit, static_cast<char*>(value), bytes);
+        return copyTextOut(description.unit, static_cast<char*>(value), bytes);
     case FG_PROPERTY_NAME:
-        return giveText(description.name, static_cast<char*>(value), bytes);
+        return copyTextOut(description.name, static_cast<char*>(value), bytes);
     default:
         throw Failure(FG_INVALID_ARGUMENT, "There is no property " + std::to_string(property));
     }
@@ -60,7 +60,7 @@ int Fg_getParameterIdByName(Fg_Struct* grabber, const char* name)
 {
     const auto owner = grabberOf(grabber);
     const auto& all = owner->distinct();
-    const std::string wanted = required(name, "name");
+    const std::string wanted = checkedArgument(name, "name");
     const auto found = std::ranges::find(all, wanted, &ParameterDescription::name);
     if (found == all.end())
         throw Failure(FG_INVALID_PARAMETER, "The applet has no parameter " + wanted);
@@ -82,7 +82,7 @@ int Fg_getParameterWithType(Fg_Struct* grabber, int parameter, void* value, unsi
                             FgValueType type)
 {
     const auto owner = grabberOf(grabber);
-    required(value, "value");
+    checkedArgument(value, "value");
     if (!Grabber::isLayoutQuery(parameter)) {
         writeValue(owner->get(parameter, dma), value, type);
         return FG_OK;
@@ -106,7 +106,7 @@ int Fg_setParameterWithType(Fg_Struct* grabber, int parameter, const void* value
 {
     if (Grabber::isLayoutQuery(parameter))
         throw Failure(FG_NOT_WRITABLE, "The layout of an applet is fixed");
-    grabberOf(grabber)->set(parameter, dma, readValue(required(value, "value"), type));
+    grabberOf(grabber)->set(parameter, dma, readValue(checkedArgument(value, "value"), type));
     return FG_OK;
 }
 
@@ -114,7 +114,7 @@ int Fg_freeParameterStringWithType(Fg_Struct*, int, void* value, unsigned int, F
 {
     if (type != FG_TYPE_STRING)
         throw Failure(FG_INVALID_TYPE, "Only texts are freed");
-    auto*& text = *static_cast<char**>(required(value, "value"));
+    auto*& text = *static_cast<char**>(checkedArgument(value, "value"));
     delete[] text;
     text = nullptr;
     return FG_OK;
@@ -133,14 +133,14 @@ int Fg_getParameterProperty(Fg_Struct* grabber, int parameter, int property, voi
     const auto found = std::ranges::find(all, parameter, &ParameterDescription::id);
     if (found == all.end())
         throw Failure(FG_INVALID_PARAMETER, "The applet has no parameter " + std::to_string(parameter));
-    giveProperty(**found, property, value, valueBytes);
+    copyPropertyOut(**found, property, value, valueBytes);
     return FG_OK;
 }
 
 int Fg_getParameterPropertyEx(Fg_Struct* grabber, int parameter, int property, unsigned int dma, void* value,
                               std::size_t* valueBytes)
 {
-    giveProperty(grabberOf(grabber)->description(parameter, dma), property, value, valueBytes);
+    copyPropertyOut(grabberOf(grabber)->description(parameter, dma), property, value, valueBytes);
     return FG_OK;
 }
 

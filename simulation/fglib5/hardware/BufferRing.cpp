@@ -9,15 +9,15 @@ namespace simulation {
 
 namespace {
 
-constexpr FgFrameIndex mostBuffers = 1 << 20;
+constexpr FgFrameIndex MAX_BUFFERS = 1 << 20;
 
 std::atomic<std::int64_t> rings{0};
 std::atomic<std::int64_t> ringBytes{0};
 
 std::size_t checkedCount(FgFrameIndex buffers)
 {
-    if (buffers < 1 || buffers > mostBuffers)
-        throw Failure(FG_INVALID_ARGUMENT, "A ring has from 1 to " + std::to_string(mostBuffers) +
+    if (buffers < 1 || buffers > MAX_BUFFERS)
+        throw Failure(FG_INVALID_ARGUMENT, "A ring has from 1 to " + std::to_string(MAX_BUFFERS) +
                                                " buffers, not " + std::to_string(buffers));
     return static_cast<std::size_t>(buffers);
 }

@@ -13,20 +13,20 @@ namespace simulation {
 namespace {
 
 // A board has memory of its own: a channel that is late catches up with this much of its source.
-constexpr std::chrono::milliseconds boardMemory{500};
+constexpr std::chrono::milliseconds BOARD_MEMORY{500};
 
 // With this many images at most, one right after the other, does a channel catch up. The newest image that a
 // reader has been given is then still whole, and the source goes on at its own pace before its buffer is due.
-FgFrameIndex longestCatchUp(const BufferRing& ring, FgFrameIndex wanted)
+FgFrameIndex maxCatchUp(const BufferRing& ring, FgFrameIndex wanted)
 {
     if (wanted != FG_GRAB_INFINITE && wanted <= ring.size())
         return std::numeric_limits<FgFrameIndex>::max(); // no buffer is written twice
     return std::max<FgFrameIndex>(ring.size() - 2, 1);
 }
 
-constexpr std::chrono::microseconds longestSpin{50};
+constexpr std::chrono::microseconds MAX_SPIN{50};
 
-constexpr auto nobodyWaits = std::numeric_limits<FgFrameIndex>::max();
+constexpr auto NOBODY_WAITS = std::numeric_limits<FgFrameIndex>::max();
 
 std::atomic<std::int64_t> acquiringNow{0};
 
@@ -45,7 +45,7 @@ struct DmaChannel::Pace
     std::uint64_t longest;     ///< images that may be written without waiting in between
     std::uint64_t written = 0; ///< images since the channel last waited for its source
 
-    explicit Pace(FgFrameIndex longestCatchUp) : longest(static_cast<std::uint64_t>(longestCatchUp)) {}
+    explicit Pace(FgFrameIndex maxCatchUp) : longest(static_cast<std::uint64_t>(maxCatchUp)) {}
 
     /// The channel has had this source in view since \p joined: what went by before is not for it.
     void follow(const std::shared_ptr<const Stream>& source, Clock::time_point joined)
@@ -69,7 +69,7 @@ struct DmaChannel::Pace
     // not be due yet.
     FgFrameIndex skipLost(Clock::time_point now)
     {
-        const std::chrono::duration<double> late = now - due(), memory = boardMemory;
+        const std::chrono::duration<double> late = now - due(), memory = BOARD_MEMORY;
         const auto waiting = static_cast<std::uint64_t>(late.count() * stream->frameRate) + 1;
         const auto held =
             std::max(static_cast<std::uint64_t>(memory.count() * stream->frameRate), std::uint64_t{1});
@@ -227,7 +227,7 @@ void DmaChannel::spinFor(FgFrameIndex frame, std::unique_lock<std::mutex>& lock)
     if (m_last >= frame || !m_running || !source() || source()->frameRate != 0)
         return;
     lock.unlock();
-    const auto end = Clock::now() + longestSpin;
+    const auto end = Clock::now() + MAX_SPIN;
     while (m_last < frame && Clock::now() < end)
         std::this_thread::yield();
     lock.lock();
@@ -292,7 +292,7 @@ void DmaChannel::run()
 {
     m_threadId = std::this_thread::get_id();
     std::unique_lock lock(m_mutex);
-    Pace pace(longestCatchUp(*m_ring, m_wanted));
+    Pace pace(maxCatchUp(*m_ring, m_wanted));
     m_lastApc = Clock::now();
     const auto bytes = static_cast<std::size_t>(m_width) * static_cast<std::size_t>(m_height);
     while (!m_stopping && m_last != m_wanted) {
@@ -354,7 +354,7 @@ void DmaChannel::publish()
     // A reader that waits for a later image costs nothing until then.
     if (++m_last < m_awaited)
         return;
-    m_awaited = nobodyWaits;
+    m_awaited = NOBODY_WAITS;
     m_delivered.notify_all();
 }
 

@@ -11,7 +11,7 @@ namespace {
 
 // Events of one kind that wait for the callbacks. What comes in excess is dropped and counted: a flood of one
 // kind neither grows without end nor pushes out the others.
-constexpr std::size_t mostQueuedOfAKind = 256;
+constexpr std::size_t MAX_QUEUED_OF_A_KIND = 256;
 
 } // namespace
 
@@ -67,7 +67,7 @@ void EventHub::record(std::uint64_t event, FgFrameIndex frame)
     m_latest[kind] = info;
     if (m_callbacks->empty())
         return;
-    if (m_queuedOfKind[kind] == mostQueuedOfAKind) {
+    if (m_queuedOfKind[kind] == MAX_QUEUED_OF_A_KIND) {
         ++m_dropped;
         return;
     }
@@ -126,7 +126,7 @@ void EventHub::setCallback(std::uint64_t mask, FgEventCallback callback, void* u
     std::erase_if(callbacks, [](const Callback& registered) { return registered.mask == 0; });
     if (callback != nullptr) {
         callbacks.push_back({mask, callback, userData});
-        m_queue.resize(m_names.size() * mostQueuedOfAKind);
+        m_queue.resize(m_names.size() * MAX_QUEUED_OF_A_KIND);
         if (!m_thread.joinable())
             m_thread = std::thread([this] { run(); });
     }

@@ -11,13 +11,13 @@ namespace simulation {
 
 namespace {
 
-constexpr std::size_t mostEvents = 64; // bits of a mask
+constexpr std::size_t MAX_EVENTS = 64; // bits of a mask
 
 std::vector<std::string> eventNames(const Applet& applet)
 {
     std::vector<std::string> names = {"FG_CAMERA_STARTED", "FG_CAMERA_STOPPED"};
     for (const auto& dma : applet.dmas) {
-        if (names.size() + 2 > mostEvents)
+        if (names.size() + 2 > MAX_EVENTS)
             break;
         names.push_back("FG_START_OF_FRAME_DMA" + std::to_string(dma.index));
         names.push_back("FG_IMAGES_LOST_DMA" + std::to_string(dma.index));

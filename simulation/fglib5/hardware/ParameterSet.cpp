@@ -38,8 +38,6 @@ void writeInteger(std::int64_t number, void* target)
     std::memcpy(target, &converted, sizeof converted);
 }
 
-constexpr double exactIntegers = 9007199254740992.0; // double holds every integer up to here
-
 std::int64_t integerOf(const ParameterValue& value)
 {
     if (const auto* integer = std::get_if<std::int64_t>(&value))
@@ -47,7 +45,7 @@ std::int64_t integerOf(const ParameterValue& value)
     if (std::holds_alternative<std::string>(value))
         throw Failure(FG_INVALID_TYPE, "A text stands where a number is expected");
     const double number = std::get<double>(value);
-    if (!(std::abs(number) <= exactIntegers) || std::trunc(number) != number)
+    if (!(std::abs(number) <= EXACT_INTEGERS) || std::trunc(number) != number)
         outOfRange(textOf(value) + " is not a whole number");
     return static_cast<std::int64_t>(number);
 }

@@ -65,11 +65,11 @@ void Runtime::loadLocked()
     m_machine.reset();
     m_machine = build(stamp);
     auto& probe = Probe::instance();
-    probe.clearPlansOf(Probe::Origin::machine);
+    probe.clearPlansOf(Probe::Origin::Machine);
     for (const auto& fault : m_machine->description.faults)
-        probe.addFault(fault.entry, fault.nth, fault.code, Probe::Origin::machine);
+        probe.addFault(fault.entry, fault.nth, fault.code, Probe::Origin::Machine);
     for (const auto& delay : m_machine->description.delays)
-        probe.setDelay(delay.entry, delay.microseconds, Probe::Origin::machine);
+        probe.setDelay(delay.entry, delay.microseconds, Probe::Origin::Machine);
 }
 
 std::shared_ptr<const Runtime::Machine> Runtime::build(const Stamp& stamp)

@@ -7,18 +7,18 @@
 
 namespace simulation {
 
-inline constexpr int blockLetterColumns = 5;
-inline constexpr int blockLetterRows = 7;
+inline constexpr int BLOCK_LETTER_COLUMNS = 5;
+inline constexpr int BLOCK_LETTER_ROWS = 7;
 
 /// One letter, a byte a row from the top; its bit 4 is the leftmost dot.
-using BlockLetter = std::array<std::uint8_t, blockLetterRows>;
+using BlockLetter = std::array<std::uint8_t, BLOCK_LETTER_ROWS>;
 
 /// A-Z, 0-9, - . and /; anything else is a blank.
 BlockLetter blockLetter(char letter);
 
 constexpr bool blockLetterDot(const BlockLetter& letter, int column, int row)
 {
-    return ((letter[static_cast<std::size_t>(row)] >> (blockLetterColumns - 1 - column)) & 1) != 0;
+    return ((letter[static_cast<std::size_t>(row)] >> (BLOCK_LETTER_COLUMNS - 1 - column)) & 1) != 0;
 }
 
 } // namespace simulation

@@ -16,31 +16,31 @@ public:
     Lattice()
     {
         for (std::size_t i = 0; i < m_values.size(); ++i)
-            m_values[i] = scatter(static_cast<int>(i % side), static_cast<int>(i / side));
+            m_values[i] = scatter(static_cast<int>(i % SIDE), static_cast<int>(i / SIDE));
     }
 
     float operator()(int x, int y) const
     {
-        return m_values[static_cast<std::size_t>(y & (side - 1)) * side +
-                        static_cast<std::size_t>(x & (side - 1))];
+        return m_values[static_cast<std::size_t>(y & (SIDE - 1)) * SIDE +
+                        static_cast<std::size_t>(x & (SIDE - 1))];
     }
 
 private:
-    static constexpr int side = 256;
+    static constexpr int SIDE = 256;
 
-    std::vector<float> m_values = std::vector<float>(static_cast<std::size_t>(side) * side);
+    std::vector<float> m_values = std::vector<float>(static_cast<std::size_t>(SIDE) * SIDE);
 };
 
 } // namespace
 
 float noise(float x, float y)
 {
-    static const Lattice lattice;
+    static const Lattice LATTICE;
     const float fx = std::floor(x), fy = std::floor(y);
     const int ix = static_cast<int>(fx), iy = static_cast<int>(fy);
     const float tx = ramp(0, 1, x - fx), ty = ramp(0, 1, y - fy);
-    return mix(mix(lattice(ix, iy), lattice(ix + 1, iy), tx),
-               mix(lattice(ix, iy + 1), lattice(ix + 1, iy + 1), tx), ty);
+    return mix(mix(LATTICE(ix, iy), LATTICE(ix + 1, iy), tx),
+               mix(LATTICE(ix, iy + 1), LATTICE(ix + 1, iy + 1), tx), ty);
 }
 
 float cloudiness(float x, float y, int octaves)
@@ -116,11 +116,11 @@ void Canvas::fillPolygon(const std::vector<Point>& corners, float shade)
 
 void Canvas::write(std::string_view text, Point corner, float letterHeight, float shade)
 {
-    const float dot = letterHeight / blockLetterRows;
+    const float dot = letterHeight / BLOCK_LETTER_ROWS;
     for (const char letter : text) {
         const auto rows = blockLetter(letter);
-        for (int row = 0; row < blockLetterRows; ++row) {
-            for (int column = 0; column < blockLetterColumns; ++column) {
+        for (int row = 0; row < BLOCK_LETTER_ROWS; ++row) {
+            for (int column = 0; column < BLOCK_LETTER_COLUMNS; ++column) {
                 if (!blockLetterDot(rows, column, row))
                     continue;
                 const float x = corner.x + static_cast<float>(column) * dot;
@@ -128,14 +128,14 @@ void Canvas::write(std::string_view text, Point corner, float letterHeight, floa
                 fillBox({x, y, x + dot, y + dot}, shade);
             }
         }
-        corner.x += dot * (blockLetterColumns + 1);
+        corner.x += dot * (BLOCK_LETTER_COLUMNS + 1);
     }
 }
 
 std::vector<std::uint8_t> Canvas::exposed(int image) const
 {
     // One table of noise for all images, entered at another place for each line and image.
-    static const auto table = [] {
+    static const auto NOISE_TABLE = [] {
         std::array<float, 8192> values{};
         for (int i = 0; i < static_cast<int>(values.size()); ++i)
             values[static_cast<std::size_t>(i)] =
@@ -147,7 +147,7 @@ std::vector<std::uint8_t> Canvas::exposed(int image) const
         auto place = static_cast<std::size_t>(scatter(row, 1000 + image) * 8192.0F);
         for (int column = 0; column < m_width; ++column) {
             const auto i = index(column, row);
-            const float value = m_pixels[i] * 255.0F + table[place++ % table.size()];
+            const float value = m_pixels[i] * 255.0F + NOISE_TABLE[place++ % NOISE_TABLE.size()];
             bytes[i] = static_cast<std::uint8_t>(std::clamp(value, 0.0F, 255.0F));
         }
     }

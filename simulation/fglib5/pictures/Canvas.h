@@ -27,7 +27,7 @@ struct Box
 // --- numbers
 // ------------------------------------------------------------------------------------------------
 
-inline constexpr float pi = 3.14159265F;
+inline constexpr float PI = 3.14159265F;
 
 inline float mix(float a, float b, float t)
 {

@@ -8,7 +8,7 @@ namespace {
 
 std::uint8_t greyOf(Pattern pattern, int x, int y, int image, int count)
 {
-    if (pattern == Pattern::ramp)
+    if (pattern == Pattern::Ramp)
         return static_cast<std::uint8_t>(x + y + 256 * image / count);
     const int shifted = x + 64 * image / count; // two fields to the left is where the pattern repeats
     return (shifted / 32 + y / 32) % 2 == 0 ? 24 : 224;
@@ -18,7 +18,7 @@ std::uint8_t greyOf(Pattern pattern, int x, int y, int image, int count)
 
 Pattern patternNamed(std::string_view name)
 {
-    return name == "ramp" ? Pattern::ramp : Pattern::checkerboard;
+    return name == "ramp" ? Pattern::Ramp : Pattern::Checkerboard;
 }
 
 std::vector<std::uint8_t> drawPattern(Pattern pattern, int width, int height, int image, int count)

@@ -10,8 +10,8 @@ namespace simulation {
 
 enum class Pattern
 {
-    ramp,         ///< diagonal grey ramp: grey value (x + y + shift) modulo 256
-    checkerboard, ///< fields of 32 x 32 pixels
+    Ramp,         ///< diagonal grey ramp: grey value (x + y + shift) modulo 256
+    Checkerboard, ///< fields of 32 x 32 pixels
 };
 
 Pattern patternNamed(std::string_view name);

@@ -5,21 +5,21 @@ namespace simulation {
 
 namespace {
 
-constexpr float pitch = 0.37F; ///< from bottle to bottle
-constexpr float beltTop = 0.865F;
-constexpr float capTop = 0.115F;
-constexpr float liquidLevel = 0.335F;
+constexpr float PITCH = 0.37F; ///< from bottle to bottle
+constexpr float BELT_TOP = 0.865F;
+constexpr float CAP_TOP = 0.115F;
+constexpr float LIQUID_LEVEL = 0.335F;
 
 // Half the bottle's width at a height of the picture.
 float profile(float y)
 {
-    constexpr float neck = 0.034F, body = 0.118F;
+    constexpr float NECK = 0.034F, BODY = 0.118F;
     if (y < 0.165F)
         return 0.043F; // cap
     if (y < 0.20F)
         return 0.041F; // ring below the cap
-    const float shoulder = mix(neck, body, ramp(0.29F, 0.47F, y));
-    return shoulder - 0.018F * ramp(beltTop - 0.03F, beltTop, y); // rounded foot
+    const float shoulder = mix(NECK, BODY, ramp(0.29F, 0.47F, y));
+    return shoulder - 0.018F * ramp(BELT_TOP - 0.03F, BELT_TOP, y); // rounded foot
 }
 
 void paintBackWall(Canvas& canvas)
@@ -37,20 +37,20 @@ void paintBackWall(Canvas& canvas)
 
 void paintBelt(Canvas& canvas, float shift)
 {
-    constexpr float link = pitch / 4; // divides the pitch, so that the belt repeats with the bottles
+    constexpr float LINK = PITCH / 4; // divides the pitch, so that the belt repeats with the bottles
     canvas.paint(
-        {0, beltTop, canvas.right(), canvas.bottom()}, [](float, float y) { return beltTop - y; },
+        {0, BELT_TOP, canvas.right(), canvas.bottom()}, [](float, float y) { return BELT_TOP - y; },
         [&](float x, float y) {
-            const float t = std::fmod(x - shift + 10 * pitch, link) / link;
+            const float t = std::fmod(x - shift + 10 * PITCH, LINK) / LINK;
             const float gap = ramp(0.06F, 0, std::min(t, 1 - t));
-            const float steel = 0.52F + 0.22F * ramp(beltTop + 0.02F, beltTop, y) - 0.9F * (y - beltTop);
+            const float steel = 0.52F + 0.22F * ramp(BELT_TOP + 0.02F, BELT_TOP, y) - 0.9F * (y - BELT_TOP);
             const float hole = ramp(0.004F, -0.004F,
-                                    roundedBox(t * link, y, {0.025F, 0.915F, link - 0.025F, 0.945F}, 0.012F));
-            return mix(mix(steel + 0.03F * std::cos(t * 2 * pi), 0.14F, gap), 0.10F, hole);
+                                    roundedBox(t * LINK, y, {0.025F, 0.915F, LINK - 0.025F, 0.945F}, 0.012F));
+            return mix(mix(steel + 0.03F * std::cos(t * 2 * PI), 0.14F, gap), 0.10F, hole);
         });
     canvas.paint(
-        {0, beltTop - 0.004F, canvas.right(), beltTop + 0.006F},
-        [](float, float y) { return std::abs(y - beltTop) - 0.004F; }, [](float, float) { return 0.30F; });
+        {0, BELT_TOP - 0.004F, canvas.right(), BELT_TOP + 0.006F},
+        [](float, float y) { return std::abs(y - BELT_TOP) - 0.004F; }, [](float, float) { return 0.30F; });
 }
 
 // How brightly the label's paper shows at a place given from its middle; 1 is blank paper.
@@ -78,14 +78,14 @@ float labelPrint(float x, float y)
 float glassShade(float u, float y)
 {
     const float edge = std::abs(u);
-    const bool filled = y > liquidLevel;
+    const bool filled = y > LIQUID_LEVEL;
     float shade = filled ? 0.34F : 0.66F;
     shade *= 1 - 0.75F * edge * edge * edge * edge; // glass darkens where one looks along it
     shade += (filled ? 0.22F : 0.10F) * std::exp(-16 * (u - 0.12F) * (u - 0.12F)); // light through the middle
     shade += 0.45F * std::exp(-180 * (u + 0.62F) * (u + 0.62F));                   // reflection of the lamp
     shade += 0.16F * std::exp(-300 * (u - 0.72F) * (u - 0.72F));
-    shade -= 0.22F * ramp(0.008F, 0, std::abs(y - liquidLevel));
-    return shade - 0.18F * ramp(beltTop - 0.05F, beltTop, y);
+    shade -= 0.22F * ramp(0.008F, 0, std::abs(y - LIQUID_LEVEL));
+    return shade - 0.18F * ramp(BELT_TOP - 0.05F, BELT_TOP, y);
 }
 
 float capShade(float u, float y)
@@ -111,12 +111,12 @@ float bottleShade(float x, float y)
 void paintBottle(Canvas& canvas, float middle)
 {
     canvas.paint(
-        {middle - 0.12F, capTop, middle + 0.12F, beltTop},
+        {middle - 0.12F, CAP_TOP, middle + 0.12F, BELT_TOP},
         [&](float x, float y) {
             const float steepness = (profile(y + 0.001F) - profile(y - 0.001F)) / 0.002F;
             const float side =
                 (std::abs(x - middle) - profile(y)) / std::hypot(1.0F, std::min(steepness, 2.0F));
-            return std::max(side, std::max(capTop - y, y - beltTop));
+            return std::max(side, std::max(CAP_TOP - y, y - BELT_TOP));
         },
         [&](float x, float y) { return bottleShade(x - middle, y); });
 }
@@ -124,7 +124,7 @@ void paintBottle(Canvas& canvas, float middle)
 // The dark foot of the bottle, mirrored in the steel.
 void paintReflection(Canvas& canvas, float middle)
 {
-    const Box box{middle - 0.13F, beltTop + 0.006F, middle + 0.13F, beltTop + 0.06F};
+    const Box box{middle - 0.13F, BELT_TOP + 0.006F, middle + 0.13F, BELT_TOP + 0.06F};
     for (int y = 0; y < canvas.height(); ++y) {
         const float down =
             (static_cast<float>(y) + 0.5F) / static_cast<float>(canvas.height()) * canvas.bottom();
@@ -150,9 +150,9 @@ void paintBottlingHall(Canvas& canvas)
 // One pitch further every bottle stands where its neighbour stood.
 void paintBottles(Canvas& canvas, float phase)
 {
-    const float shift = phase * pitch;
+    const float shift = phase * PITCH;
     paintBelt(canvas, shift);
-    for (float middle = shift - pitch / 2; middle < canvas.right() + pitch; middle += pitch) {
+    for (float middle = shift - PITCH / 2; middle < canvas.right() + PITCH; middle += PITCH) {
         paintReflection(canvas, middle);
         paintBottle(canvas, middle);
     }

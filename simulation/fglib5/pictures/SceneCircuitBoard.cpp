@@ -8,19 +8,19 @@ namespace simulation {
 
 namespace {
 
-constexpr float table = 0.07F, mask = 0.27F, pour = 0.32F, copper = 0.44F;
-constexpr float tin = 0.80F, silk = 0.92F, plastic = 0.13F, hole = 0.03F;
-constexpr float margin = 0.035F;
+constexpr float TABLE = 0.07F, MASK = 0.27F, POUR = 0.32F, COPPER = 0.44F;
+constexpr float TIN = 0.80F, SILK = 0.92F, PLASTIC = 0.13F, HOLE = 0.03F;
+constexpr float MARGIN = 0.035F;
 
 float metal(float x, float y)
 {
-    return tin + 0.10F * (noise(x * 160, y * 160) - 0.5F);
+    return TIN + 0.10F * (noise(x * 160, y * 160) - 0.5F);
 }
 
 void paintBare(Canvas& canvas)
 {
-    const Box board{margin, margin, canvas.right() - margin, 1 - margin};
-    canvas.cover([](float x, float y) { return table + 0.03F * noise(x * 6, y * 6); });
+    const Box board{MARGIN, MARGIN, canvas.right() - MARGIN, 1 - MARGIN};
+    canvas.cover([](float x, float y) { return TABLE + 0.03F * noise(x * 6, y * 6); });
     canvas.paint(
         {0, 0, canvas.right(), 1},
         [&](float x, float y) { return roundedBox(x - 0.008F, y - 0.010F, board, 0.02F); },
@@ -30,7 +30,7 @@ void paintBare(Canvas& canvas)
         [](float x, float y) {
             const float weave = 0.012F * std::sin(x * 420) * std::sin(y * 420);
             const float area = ramp(0.47F, 0.53F, noise(x * 3.2F + 5, y * 3.2F));
-            return mix(mask, pour, area) + weave;
+            return mix(MASK, POUR, area) + weave;
         });
 }
 
@@ -39,13 +39,13 @@ void paintPad(Canvas& canvas, Point center, float radius, float drill)
     canvas.paint(
         {center.x - radius, center.y - radius, center.x + radius, center.y + radius},
         [&](float x, float y) { return circle(x, y, center, radius); }, metal);
-    canvas.fillCircle(center, drill, hole);
+    canvas.fillCircle(center, drill, HOLE);
 }
 
 void paintHoles(Canvas& canvas)
 {
-    for (const float x : {margin + 0.055F, canvas.right() - margin - 0.055F})
-        for (const float y : {margin + 0.055F, 1 - margin - 0.055F})
+    for (const float x : {MARGIN + 0.055F, canvas.right() - MARGIN - 0.055F})
+        for (const float y : {MARGIN + 0.055F, 1 - MARGIN - 0.055F})
             paintPad(canvas, {x, y}, 0.038F, 0.022F);
 }
 
@@ -53,7 +53,7 @@ void paintTrace(Canvas& canvas, std::initializer_list<Point> corners)
 {
     const auto* from = corners.begin();
     for (const auto* to = from + 1; to != corners.end(); from = to++)
-        canvas.fillStroke(*from, *to, 0.0055F, copper);
+        canvas.fillStroke(*from, *to, 0.0055F, COPPER);
 }
 
 void paintVia(Canvas& canvas, Point center)
@@ -78,19 +78,19 @@ void paintBus(Canvas& canvas, Point start, int lines, float down, float side)
 
 void paintGullWings(Canvas& canvas, const Box& body, float spacing, bool allRound)
 {
-    constexpr float reach = 0.018F;
+    constexpr float REACH = 0.018F;
     const float thick = spacing * 0.5F;
     for (float x = body.left + spacing; x < body.right - spacing * 0.5F; x += spacing) {
         canvas.paint(
-            {x - thick / 2, body.top - reach, x + thick / 2, body.top},
+            {x - thick / 2, body.top - REACH, x + thick / 2, body.top},
             [&](float px, float py) {
-                return roundedBox(px, py, {x - thick / 2, body.top - reach, x + thick / 2, body.top}, 0);
+                return roundedBox(px, py, {x - thick / 2, body.top - REACH, x + thick / 2, body.top}, 0);
             },
             metal);
         canvas.paint(
-            {x - thick / 2, body.bottom, x + thick / 2, body.bottom + reach},
+            {x - thick / 2, body.bottom, x + thick / 2, body.bottom + REACH},
             [&](float px, float py) {
-                return roundedBox(px, py, {x - thick / 2, body.bottom, x + thick / 2, body.bottom + reach},
+                return roundedBox(px, py, {x - thick / 2, body.bottom, x + thick / 2, body.bottom + REACH},
                                   0);
             },
             metal);
@@ -98,8 +98,8 @@ void paintGullWings(Canvas& canvas, const Box& body, float spacing, bool allRoun
     if (!allRound)
         return;
     for (float y = body.top + spacing; y < body.bottom - spacing * 0.5F; y += spacing) {
-        canvas.fillBox({body.left - reach, y - thick / 2, body.left, y + thick / 2}, tin);
-        canvas.fillBox({body.right, y - thick / 2, body.right + reach, y + thick / 2}, tin);
+        canvas.fillBox({body.left - REACH, y - thick / 2, body.left, y + thick / 2}, TIN);
+        canvas.fillBox({body.right, y - thick / 2, body.right + REACH, y + thick / 2}, TIN);
     }
 }
 
@@ -111,7 +111,7 @@ void paintChip(Canvas& canvas, const Box& body, float spacing, bool allRound, co
         [&](float x, float y) {
             const float edge = -roundedBox(x, y, body, 0.006F);
             const float bevel = x + y < body.left + body.top + 2 * edge + 0.02F ? 0.09F : -0.05F;
-            return plastic + bevel * ramp(0.010F, 0, edge) + 0.02F * noise(x * 300, y * 300);
+            return PLASTIC + bevel * ramp(0.010F, 0, edge) + 0.02F * noise(x * 300, y * 300);
         });
     canvas.fillCircle({body.left + 0.02F, body.bottom - 0.02F}, 0.007F, 0.26F);
     const float height = std::min(0.028F, (body.bottom - body.top) * 0.24F);
@@ -124,10 +124,10 @@ void paintChip(Canvas& canvas, const Box& body, float spacing, bool allRound, co
 void paintResistor(Canvas& canvas, Point center, bool upright, const std::string& name)
 {
     const float w = upright ? 0.012F : 0.022F, h = upright ? 0.022F : 0.012F;
-    canvas.fillBox({center.x - w, center.y - h, center.x + w, center.y + h}, tin, 0.003F);
+    canvas.fillBox({center.x - w, center.y - h, center.x + w, center.y + h}, TIN, 0.003F);
     const float bw = upright ? w : w * 0.55F, bh = upright ? h * 0.55F : h;
     canvas.fillBox({center.x - bw, center.y - bh, center.x + bw, center.y + bh}, 0.16F);
-    canvas.write(name, {center.x - 0.018F, center.y - h - 0.021F}, 0.014F, silk);
+    canvas.write(name, {center.x - 0.018F, center.y - h - 0.021F}, 0.014F, SILK);
 }
 
 void paintCan(Canvas& canvas, Point center, float radius)
@@ -147,16 +147,16 @@ void paintCan(Canvas& canvas, Point center, float radius)
 
 void paintHeader(Canvas& canvas, Point corner, int pins)
 {
-    constexpr float spacing = 0.034F;
-    const float length = static_cast<float>(pins) * spacing;
+    constexpr float SPACING = 0.034F;
+    const float length = static_cast<float>(pins) * SPACING;
     canvas.fillBox(
-        {corner.x - 0.004F, corner.y - 0.004F, corner.x + length + 0.004F, corner.y + 2 * spacing + 0.004F},
-        silk);
-    canvas.fillBox({corner.x, corner.y, corner.x + length, corner.y + 2 * spacing}, 0.10F);
+        {corner.x - 0.004F, corner.y - 0.004F, corner.x + length + 0.004F, corner.y + 2 * SPACING + 0.004F},
+        SILK);
+    canvas.fillBox({corner.x, corner.y, corner.x + length, corner.y + 2 * SPACING}, 0.10F);
     for (int pin = 0; pin < pins; ++pin) {
         for (int row = 0; row < 2; ++row) {
-            const float x = corner.x + (static_cast<float>(pin) + 0.5F) * spacing;
-            const float y = corner.y + (static_cast<float>(row) + 0.5F) * spacing;
+            const float x = corner.x + (static_cast<float>(pin) + 0.5F) * SPACING;
+            const float y = corner.y + (static_cast<float>(row) + 0.5F) * SPACING;
             canvas.fillBox({x - 0.007F, y - 0.007F, x + 0.007F, y + 0.007F}, 0.88F, 0.002F);
         }
     }
@@ -206,15 +206,15 @@ void paintParts(Canvas& canvas, float left, float right)
     for (int i = 0; i < 4; ++i)
         paintResistor(canvas, {left + 0.10F + 0.055F * static_cast<float>(i), 0.64F}, true,
                       "C" + std::to_string(3 + i));
-    canvas.write("U1", {left + 0.26F, 0.245F}, 0.024F, silk);
-    canvas.write("BOARD 17-B", {right - 0.50F, 0.845F}, 0.030F, silk);
+    canvas.write("U1", {left + 0.26F, 0.245F}, 0.024F, SILK);
+    canvas.write("BOARD 17-B", {right - 0.50F, 0.845F}, 0.030F, SILK);
 }
 
 } // namespace
 
 void paintCircuitBoard(Canvas& canvas)
 {
-    const float left = margin, right = canvas.right() - margin;
+    const float left = MARGIN, right = canvas.right() - MARGIN;
     paintBare(canvas);
     paintTraces(canvas, left, right);
     paintHoles(canvas);

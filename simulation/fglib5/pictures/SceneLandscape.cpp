@@ -5,7 +5,7 @@ namespace simulation {
 
 namespace {
 
-constexpr float meadowTop = 0.70F;
+constexpr float MEADOW_TOP = 0.70F;
 
 struct Range
 {
@@ -31,7 +31,7 @@ void paintSky(Canvas& canvas)
 {
     const auto sun = sunOf(canvas);
     canvas.paint(
-        {0, 0, canvas.right(), meadowTop}, [](float, float) { return -1.0F; },
+        {0, 0, canvas.right(), MEADOW_TOP}, [](float, float) { return -1.0F; },
         [&](float x, float y) {
             const float blue = mix(0.42F, 0.80F, ramp(-0.1F, 0.65F, y));
             const float cloud = cloudiness(x * 1.7F + 11, y * 5.5F, 4);
@@ -57,12 +57,12 @@ struct Skyline
 
 Skyline skylineOf(const Canvas& canvas, const Range& range)
 {
-    constexpr float reach = 0.03F; // evens single rocks out
+    constexpr float REACH = 0.03F; // evens single rocks out
     Skyline line;
     for (int column = 0; column < canvas.width(); ++column) {
         const float x = canvas.right() * static_cast<float>(column) / static_cast<float>(canvas.width());
         line.y.push_back(ridge(range, x));
-        line.slope.push_back((ridge(range, x + reach) - ridge(range, x - reach)) / (2 * reach));
+        line.slope.push_back((ridge(range, x + REACH) - ridge(range, x - REACH)) / (2 * REACH));
     }
     return line;
 }
@@ -87,7 +87,7 @@ void paintRange(Canvas& canvas, const Range& range)
         return values[static_cast<std::size_t>(canvas.column(x))];
     };
     canvas.paint(
-        {0, range.foot - range.height, canvas.right(), meadowTop + 0.03F},
+        {0, range.foot - range.height, canvas.right(), MEADOW_TOP + 0.03F},
         [&](float x, float y) { return at(line.y, x) - y; },
         [&](float x, float y) { return mountainShade(range, x, y, y - at(line.y, x), at(line.slope, x)); });
 }
@@ -95,13 +95,13 @@ void paintRange(Canvas& canvas, const Range& range)
 void paintMeadow(Canvas& canvas)
 {
     const auto edge = [](float x) {
-        return meadowTop + 0.02F * std::sin(x * 4) - 0.03F * std::sin(x * 1.7F + 1);
+        return MEADOW_TOP + 0.02F * std::sin(x * 4) - 0.03F * std::sin(x * 1.7F + 1);
     };
     canvas.paint(
-        {0, meadowTop - 0.06F, canvas.right(), canvas.bottom()},
+        {0, MEADOW_TOP - 0.06F, canvas.right(), canvas.bottom()},
         [&](float x, float y) { return edge(x) - y; },
         [&](float x, float y) {
-            const float near = ramp(meadowTop, 1, y);
+            const float near = ramp(MEADOW_TOP, 1, y);
             const float grass = cloudiness(x * mix(90, 30, near), y * mix(260, 60, near), 3);
             return mix(0.50F, 0.30F, near) + (grass - 0.5F) * mix(0.10F, 0.30F, near);
         });
@@ -122,9 +122,9 @@ void paintConifer(Canvas& canvas, Point foot, float height)
     const float width = height * 0.42F;
     canvas.fillBox({foot.x - height * 0.03F, foot.y - height * 0.15F, foot.x + height * 0.03F, foot.y},
                    0.16F);
-    constexpr int tiers = 5;
-    for (int tier = 0; tier < tiers; ++tier) {
-        const float t = static_cast<float>(tier) / tiers;
+    constexpr int TIERS = 5;
+    for (int tier = 0; tier < TIERS; ++tier) {
+        const float t = static_cast<float>(tier) / TIERS;
         const float low = foot.y - height * (0.10F + 0.68F * t);
         const float half = width / 2 * (1 - 0.78F * t);
         const float top = low - height * 0.32F;
@@ -148,7 +148,7 @@ void paintForest(Canvas& canvas)
         const bool clearing =
             std::abs(x / canvas.right() - 0.22F) < 0.10F || std::abs(x / canvas.right() - 0.62F) < 0.13F;
         if (!clearing && scatter(i, 41) > 0.25F)
-            paintConifer(canvas, {x, meadowTop + 0.03F + 0.02F * scatter(i, 42)},
+            paintConifer(canvas, {x, MEADOW_TOP + 0.03F + 0.02F * scatter(i, 42)},
                          0.09F + 0.07F * scatter(i, 43));
     }
 }
@@ -243,7 +243,7 @@ void paintWindmillSails(Canvas& canvas, float phase)
 {
     const auto hub = millOf(canvas);
     for (int sail = 0; sail < 4; ++sail)
-        paintSail(canvas, hub, (static_cast<float>(sail) + phase) * pi / 2 + 0.3F);
+        paintSail(canvas, hub, (static_cast<float>(sail) + phase) * PI / 2 + 0.3F);
     canvas.fillCircle(hub, 0.013F, 0.12F);
 }
 

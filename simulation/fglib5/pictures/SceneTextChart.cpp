@@ -7,8 +7,8 @@ namespace simulation {
 
 namespace {
 
-constexpr float paper = 0.90F;
-constexpr float ink = 0.06F;
+constexpr float PAPER = 0.90F;
+constexpr float INK = 0.06F;
 
 Point hubOf(const Canvas& canvas)
 {
@@ -21,22 +21,22 @@ void paintRing(Canvas& canvas, Point center, float radius, float thickness)
     canvas.paint(
         {center.x - outer, center.y - outer, center.x + outer, center.y + outer},
         [&](float x, float y) { return std::abs(circle(x, y, center, radius)) - thickness / 2; },
-        [](float, float) { return ink; });
+        [](float, float) { return INK; });
 }
 
 void paintStar(Canvas& canvas, Point center, float radius)
 {
-    constexpr float spokes = 36;
+    constexpr float SPOKES = 36;
     const auto spoke = [&](float x, float y) {
         const float angle = std::atan2(y - center.y, x - center.x);
         const float away = std::max(circle(x, y, center, 0), 1e-4F);
         // Distance from the nearest spoke's edge: an angle of a sine's zero, times the radius.
-        return std::sin(angle * spokes) * away / spokes;
+        return std::sin(angle * SPOKES) * away / SPOKES;
     };
     canvas.paint(
         {center.x - radius, center.y - radius, center.x + radius, center.y + radius},
         [&](float x, float y) { return std::max(spoke(x, y), circle(x, y, center, radius)); },
-        [](float, float) { return ink; });
+        [](float, float) { return INK; });
 }
 
 // Groups of five bars, each group finer than the one before.
@@ -50,7 +50,7 @@ void paintBars(Canvas& canvas, Point corner, bool upright)
             const Box box =
                 upright ? Box{corner.x + from, corner.y, corner.x + from + pitch / 2, corner.y + length}
                         : Box{corner.x, corner.y + from, corner.x + length, corner.y + from + pitch / 2};
-            canvas.fillBox(box, ink);
+            canvas.fillBox(box, INK);
         }
         corner.y += length + 0.018F;
         pitch *= 0.74F;
@@ -81,28 +81,28 @@ void paintChecks(Canvas& canvas, const Box& box, float side)
         [&](float x, float y) {
             const auto column = static_cast<int>((x - box.left) / side);
             const auto row = static_cast<int>((y - box.top) / side);
-            return (column + row) % 2 == 0 ? ink : paper;
+            return (column + row) % 2 == 0 ? INK : PAPER;
         });
 }
 
 void paintCorner(Canvas& canvas, Point center)
 {
     paintRing(canvas, center, 0.045F, 0.004F);
-    canvas.fillStroke({center.x - 0.06F, center.y}, {center.x + 0.06F, center.y}, 0.003F, ink);
-    canvas.fillStroke({center.x, center.y - 0.06F}, {center.x, center.y + 0.06F}, 0.003F, ink);
-    canvas.fillCircle(center, 0.012F, ink);
+    canvas.fillStroke({center.x - 0.06F, center.y}, {center.x + 0.06F, center.y}, 0.003F, INK);
+    canvas.fillStroke({center.x, center.y - 0.06F}, {center.x, center.y + 0.06F}, 0.003F, INK);
+    canvas.fillCircle(center, 0.012F, INK);
 }
 
 void paintFrame(Canvas& canvas)
 {
     const float right = canvas.right();
     canvas.cover([&](float x, float y) {
-        return paper - 0.10F * circle(x, y, {right / 2, 0.5F}, 0) / right;
+        return PAPER - 0.10F * circle(x, y, {right / 2, 0.5F}, 0) / right;
     });
     for (const float x : {0.02F, right - 0.02F})
-        canvas.fillStroke({x, 0.02F}, {x, 0.98F}, 0.006F, ink);
+        canvas.fillStroke({x, 0.02F}, {x, 0.98F}, 0.006F, INK);
     for (const float y : {0.02F, 0.98F})
-        canvas.fillStroke({0.02F, y}, {right - 0.02F, y}, 0.006F, ink);
+        canvas.fillStroke({0.02F, y}, {right - 0.02F, y}, 0.006F, INK);
     for (const float x : {0.10F, right - 0.10F})
         for (const float y : {0.17F, 0.90F})
             paintCorner(canvas, {x, y});
@@ -111,10 +111,10 @@ void paintFrame(Canvas& canvas)
 void paintText(Canvas& canvas)
 {
     const float middle = canvas.right() / 2;
-    canvas.write("TEST CHART 7", {middle - 0.21F, 0.04F}, 0.035F, ink);
+    canvas.write("TEST CHART 7", {middle - 0.21F, 0.04F}, 0.035F, INK);
     float height = 0.025F, y = 0.28F;
     for (const std::string line : {"0123456789", "ABCDEFGHIJK", "LMNOPQRSTUV", "0123456789-WXYZ"}) {
-        canvas.write(line, {middle + 0.40F, y}, height, ink);
+        canvas.write(line, {middle + 0.40F, y}, height, INK);
         y += height * 1.6F;
         height *= 0.80F;
     }
@@ -129,7 +129,7 @@ void paintTextChart(Canvas& canvas)
     paintRing(canvas, hub, 0.335F, 0.006F);
     paintRing(canvas, hub, 0.26F, 0.003F);
     paintStar(canvas, hub, 0.19F);
-    canvas.fillCircle(hub, 0.022F, paper);
+    canvas.fillCircle(hub, 0.022F, PAPER);
     paintBars(canvas, {hub.x - 0.60F, 0.27F}, true);
     paintBars(canvas, {hub.x - 0.47F, 0.27F}, false);
     paintChecks(canvas, {hub.x + 0.40F, 0.47F, hub.x + 0.50F, 0.57F}, 0.02F);
@@ -142,12 +142,12 @@ void paintTextChart(Canvas& canvas)
 void paintChartHand(Canvas& canvas, float phase)
 {
     const auto hub = hubOf(canvas);
-    const float angle = phase * 2 * pi - pi / 2;
+    const float angle = phase * 2 * PI - PI / 2;
     const Point tip{hub.x + 0.30F * std::cos(angle), hub.y + 0.30F * std::sin(angle)};
     canvas.fillStroke(hub, tip, 0.012F, 0.35F);
-    canvas.fillCircle(tip, 0.024F, ink);
+    canvas.fillCircle(tip, 0.024F, INK);
     canvas.fillCircle(tip, 0.012F, 0.98F);
-    canvas.fillCircle(hub, 0.018F, ink);
+    canvas.fillCircle(hub, 0.018F, INK);
 }
 
 } // namespace simulation

@@ -7,24 +7,24 @@ namespace simulation {
 Scene sceneNamed(std::string_view name)
 {
     if (name == "landscape")
-        return Scene::landscape;
+        return Scene::Landscape;
     if (name == "circuit-board")
-        return Scene::circuitBoard;
+        return Scene::CircuitBoard;
     if (name == "bottles")
-        return Scene::bottles;
-    return Scene::textChart;
+        return Scene::Bottles;
+    return Scene::TextChart;
 }
 
 void paintStill(Scene scene, Canvas& canvas)
 {
     switch (scene) {
-    case Scene::landscape:
+    case Scene::Landscape:
         return paintLandscape(canvas);
-    case Scene::circuitBoard:
+    case Scene::CircuitBoard:
         return paintCircuitBoard(canvas);
-    case Scene::bottles:
+    case Scene::Bottles:
         return paintBottlingHall(canvas);
-    case Scene::textChart:
+    case Scene::TextChart:
         return paintTextChart(canvas);
     }
 }
@@ -32,13 +32,13 @@ void paintStill(Scene scene, Canvas& canvas)
 void paintMoving(Scene scene, Canvas& canvas, float phase)
 {
     switch (scene) {
-    case Scene::landscape:
+    case Scene::Landscape:
         return paintWindmillSails(canvas, phase);
-    case Scene::circuitBoard:
+    case Scene::CircuitBoard:
         return paintLineOfLight(canvas, phase);
-    case Scene::bottles:
+    case Scene::Bottles:
         return paintBottles(canvas, phase);
-    case Scene::textChart:
+    case Scene::TextChart:
         return paintChartHand(canvas, phase);
     }
 }

@@ -10,10 +10,10 @@ namespace simulation {
 
 enum class Scene
 {
-    landscape,    ///< a windmill turns
-    circuitBoard, ///< a line of light sweeps over the board
-    bottles,      ///< a conveyor moves
-    textChart,    ///< a hand turns
+    Landscape,    ///< a windmill turns
+    CircuitBoard, ///< a line of light sweeps over the board
+    Bottles,      ///< a conveyor moves
+    TextChart,    ///< a hand turns
 };
 
 Scene sceneNamed(std::string_view name);

@@ -1,4 +1,4 @@
-#include "descriptions/Configuration.h"
+#include "hardware/Configuration.h"
 
 #include "Failure.h"
 #include "Platform.h"

@@ -44,10 +44,10 @@ void forwardedCall(benchmark::State& state)
 void directCall(benchmark::State& state)
 {
     using Entry = int (*)(Fg_Struct*);
-    static const volatile Entry entry =
+    static const volatile Entry ENTRY =
         reinterpret_cast<Entry>(openBenchRuntime().locate("Fg_getLastErrorNumber"));
     for (auto _ : state)
-        benchmark::DoNotOptimize(entry(nullptr));
+        benchmark::DoNotOptimize(ENTRY(nullptr));
 }
 
 void bindAll(benchmark::State& state)

@@ -2,7 +2,7 @@
 
 #include "LibraryInitController.h"
 #include "logging/Logging.h"
-#include "native/Thread.h"
+#include "platform/Thread.h"
 
 #include "ovra-core/EntryPoints.h"
 #include "ovra-lib-display-fglib/EntryPoints.h"

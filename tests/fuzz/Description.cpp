@@ -33,11 +33,11 @@ namespace {
 /// In memory: a disk would take most of the time.
 const std::filesystem::path& scratchFile()
 {
-    static const std::filesystem::path memory = "/dev/shm";
-    static const std::filesystem::path file =
-        (is_directory(memory) ? memory : std::filesystem::temp_directory_path()) /
+    static const std::filesystem::path MEMORY = "/dev/shm";
+    static const std::filesystem::path FILE_PATH =
+        (is_directory(MEMORY) ? MEMORY : std::filesystem::temp_directory_path()) /
         ("ovra-fuzz-" + std::to_string(getpid()) + ENDING);
-    return file;
+    return FILE_PATH;
 }
 
 [[maybe_unused]] const bool removedAtTheEnd =

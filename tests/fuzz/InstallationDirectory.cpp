@@ -27,8 +27,8 @@ std::string withoutSeparatorsAtTheEnd(std::string text, char separator, std::siz
 
 bool isProductFolder(const std::string& name)
 {
-    constexpr std::array folders{"bin", "dll", "Hardware Applets", "lib", "lib64"};
-    return std::any_of(folders.begin(), folders.end(),
+    constexpr std::array FOLDERS{"bin", "dll", "Hardware Applets", "lib", "lib64"};
+    return std::any_of(FOLDERS.begin(), FOLDERS.end(),
                        [&](const char* folder) { return strcasecmp(folder, name.c_str()) == 0; });
 }
 

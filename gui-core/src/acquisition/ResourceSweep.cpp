@@ -17,7 +17,7 @@ ResourceFilter reachAround(const Node& node, Gui::SyncMode mode)
 
 } // namespace
 
-std::optional<ResourceFilter> widenedReach(const AcquisitionTarget& target, Gui::SyncMode mode)
+std::optional<ResourceFilter> reachOf(const AcquisitionTarget& target, Gui::SyncMode mode)
 {
     const bool widens = mode == Gui::SyncProcess || mode == Gui::SyncBoard || mode == Gui::SyncAllBoards;
     if (!widens || target.isEmpty())

@@ -12,20 +12,17 @@
 
 namespace ovra::gui::commands {
 
-/// Any board, or any process.
-inline constexpr unsigned int ANY = 0xFFFFFFFF;
-
-/// Which nodes a sweep takes in.
+/// Which nodes a sweep takes in: those of one board and process, or of any where none is named.
 struct ResourceFilter
 {
-    unsigned int board = ANY;
-    unsigned int process = ANY;
+    std::optional<unsigned int> board;
+    std::optional<unsigned int> process;
 
     /// For DMA and logical-port nodes.
     template <class Node>
     bool accepts(const Node& node) const
     {
-        return (board == ANY || node.getBoard() == board) && (process == ANY || node.getProcess() == process);
+        return (!board || node.getBoard() == *board) && (!process || node.getProcess() == *process);
     }
 };
 
@@ -40,7 +37,7 @@ struct AcquisitionTarget
 
 /// How far \p mode widens a start or stop of \p target. Empty when there is nothing to sweep: in the mode for
 /// a single channel, in one that does not exist, and for a target that is not there.
-std::optional<ResourceFilter> widenedReach(const AcquisitionTarget& target, Gui::SyncMode mode);
+std::optional<ResourceFilter> reachOf(const AcquisitionTarget& target, Gui::SyncMode mode);
 
 /// Walks over the global resources of the environment that there is when it is made. Each walk sees what is
 /// there when it begins, in the order of the keys.

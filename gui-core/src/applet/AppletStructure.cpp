@@ -71,7 +71,7 @@ std::string legacyPortType(const LegacyLayout& layout)
 void reportFailedQuery(const HlEnvironmentBoardNode& board, const char* parameter, int code)
 {
     postLoadError(std::string("Error in Fg_getParameter(") + parameter +
-                  "): " + statusText(board.getBoardHandle(), code));
+                  "): " + codeWithDescription(board.getBoardHandle(), code));
 }
 
 /// A query that fails counts as none, without a word: such a process is published without channels or ports.

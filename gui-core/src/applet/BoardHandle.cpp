@@ -110,7 +110,7 @@ bool initialiseBoard(core::models::HlEnvironmentBoardNode& board, const std::str
     InitialisationInProgress inProgress(environmentRoot());
     OwnedHandle handle(Fg_Init(appletPath.c_str(), static_cast<unsigned int>(board.getIndex())));
     if (!handle) {
-        postLoadError("Error in Fg_Init(...): " + lastErrorText());
+        postLoadError("Error in Fg_Init(...): " + lastErrorWithDescription());
         inProgress.end();
         return false;
     }

@@ -60,14 +60,14 @@ void clearStructure(HlEnvironmentBoardNode& board)
     board.getPhysicalPortsEntryNode()->_children().clear();
 }
 
-void resetBoard(HlEnvironmentBoardNode& board)
+void undoLoad(HlEnvironmentBoardNode& board)
 {
     clearStructure(board);
     freeBoardHandle(board);
     board.setBoardSelectedForViewEntry(false);
 }
 
-void abandonBoard(HlEnvironmentBoardNode& board) noexcept
+void forceEmpty(HlEnvironmentBoardNode& board) noexcept
 {
     attempt([&] { board.setFglibEventsSignalConnection({}); });
     attempt([&] { removeBoardResources(board); });
@@ -91,12 +91,12 @@ void abandonBoard(HlEnvironmentBoardNode& board) noexcept
 UnfinishedLoad::~UnfinishedLoad()
 {
     if (!m_finished)
-        abandonBoard(m_board);
+        forceEmpty(m_board);
 }
 
 void UnfinishedLoad::reset()
 {
-    resetBoard(m_board);
+    undoLoad(m_board);
     m_finished = true;
 }
 

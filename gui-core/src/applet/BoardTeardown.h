@@ -13,11 +13,11 @@ void clearStructure(core::models::HlEnvironmentBoardNode& board);
 
 /// Takes back what a load has published up to the structure: children, handle, selection. Global resources
 /// are not touched: they are registered after the last step that fails in an orderly way.
-void resetBoard(core::models::HlEnvironmentBoardNode& board);
+void undoLoad(core::models::HlEnvironmentBoardNode& board);
 
 /// Empties a board that a load left at any point, as far as the host lets it: a step that throws does not
 /// keep the others from being done.
-void abandonBoard(core::models::HlEnvironmentBoardNode& board) noexcept;
+void forceEmpty(core::models::HlEnvironmentBoardNode& board) noexcept;
 
 /// Stands for a load that is not complete. Leaving its scope before done() or reset(), by an exception of the
 /// host, abandons the board, so that the next load does not meet half of this one.

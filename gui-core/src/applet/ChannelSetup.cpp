@@ -79,7 +79,7 @@ unsigned int configured(const char* key, long long defaultValue)
     return static_cast<unsigned int>(core::HarloApplication::getConfigIntEntry(key, defaultValue));
 }
 
-void createAcquisitionObjects(HlEnvironmentBoardNode& board, HlEnvironmentDmaNode& dma)
+void setUpChannel(HlEnvironmentBoardNode& board, HlEnvironmentDmaNode& dma)
 {
     dma.setAcqTimeout(configured("gui.preferences.acq.default.timeout", DEFAULT_TIMEOUT_SECONDS));
     dma.setAcqBuffersCurrent(configured("gui.preferences.acq.default.buffers", DEFAULT_BUFFERS));
@@ -109,7 +109,7 @@ void createEventsModel(HlEnvironmentBoardNode& board)
     board.setFglibEventsSignalConnection(Gui::views()->connectFglibEvents(events));
 }
 
-void createRegisterInformation(HlEnvironmentBoardNode& board, AppletType type)
+void createParameterModels(HlEnvironmentBoardNode& board, AppletType type)
 {
     if (type == AppletType::Hap)
         createModelForApplet(board);
@@ -117,10 +117,10 @@ void createRegisterInformation(HlEnvironmentBoardNode& board, AppletType type)
         createModelPerDma(board);
 }
 
-void createAcquisitionObjects(HlEnvironmentBoardNode& board)
+void setUpChannels(HlEnvironmentBoardNode& board)
 {
     for (const auto dmas = board.getDmas(); dmas->hasNext(); dmas->advance())
-        createAcquisitionObjects(board, *dmas->current());
+        setUpChannel(board, *dmas->current());
 }
 
 } // namespace ovra::gui::commands

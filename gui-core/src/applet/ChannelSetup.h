@@ -19,9 +19,9 @@ void createEventsModel(core::models::HlEnvironmentBoardNode& board);
 /// Makes the models of the parameters that the runtime describes: one for each DMA channel, or for a HAP
 /// applet one for all of them and the board. Where the runtime gives no description the user is warned, and
 /// the model stays away.
-void createRegisterInformation(core::models::HlEnvironmentBoardNode& board, AppletType type);
+void createParameterModels(core::models::HlEnvironmentBoardNode& board, AppletType type);
 
 /// Gives each DMA channel its timeout, buffers and display scene, with the configured defaults.
-void createAcquisitionObjects(core::models::HlEnvironmentBoardNode& board);
+void setUpChannels(core::models::HlEnvironmentBoardNode& board);
 
 } // namespace ovra::gui::commands

@@ -28,8 +28,8 @@ LegacyLayout askLayout(InfoFunction info)
 
 bool buildLegacyApplet(core::models::HlEnvironmentBoardNode& board, const std::string& appletPath)
 {
-    constexpr bool freeOnDestruction = false; // the guard below closes it
-    SharedLibrary applet(appletPath, freeOnDestruction);
+    constexpr bool FREE_ON_DESTRUCTION = false; // the guard below closes it
+    SharedLibrary applet(appletPath, FREE_ON_DESTRUCTION);
     if (!applet.load()) {
         postLoadError("Opening applet DLL failed!");
         return false;

@@ -87,7 +87,7 @@ void applyMcf(const HlEnvironmentBoardNode& board, const std::string& mcfFile)
     postLoadStatus("Loading Configuration from MCF.");
     const int code = Fg_loadConfig(board.getBoardHandle(), mcfFile.c_str());
     if (code != FG_OK) {
-        postLoadWarning("...Error loading MCF: " + describedStatus(code));
+        postLoadWarning("...Error loading MCF: " + descriptionWithCode(code));
         return;
     }
     postLoadStatus("Loading Configuration from MCF succeeded.");
@@ -145,7 +145,7 @@ void LoadAppletCommand::executeSync()
     }
     views->showLoadingApplet(request.file->getFileName());
 
-    execute(UnloadAppletCommand::create(static_cast<int>(request.boardSerial)));
+    submit(UnloadAppletCommand::create(static_cast<int>(request.boardSerial)));
     request.loadable = true;
 }
 
@@ -175,8 +175,8 @@ void LoadAppletCommand::executeAsync()
     logStructure(board);
     mapLogicalPorts(board);
     createEventsModel(board);
-    createRegisterInformation(board, type);
-    createAcquisitionObjects(board);
+    createParameterModels(board, type);
+    setUpChannels(board);
     registerBoardResources(board, type);
     board.setLoadedAppletEntry(request.file);
     board.setBoardSelectedForViewEntry(true);
@@ -201,7 +201,7 @@ void LoadAppletCommand::executePostAsync()
         views->ensure_board_selection(request.boardSerial);
         views->update_dma_memory();
     }
-    execute(RescanAppletsCommand::create());
+    submit(RescanAppletsCommand::create());
 }
 
 } // namespace ovra::gui::commands

@@ -59,7 +59,7 @@ std::string appletPathOf(std::string name, const HlEnvironmentBoardNode& board)
     if (name.find('.') == std::string::npos)
         name += ".dll";
     const char* folder = isHap(name) ? "/Hardware Applets/" : "/dll/";
-    return core::HarloApplication::getRuntimeDirectory() + folder + boardModelFolder(board.getBoardType()) +
+    return core::HarloApplication::getRuntimeDirectory() + folder + appletFolderOf(board.getBoardType()) +
            "/" + name;
 }
 
@@ -114,8 +114,8 @@ void LoadMcfCommand::executeSync()
         executeErrorDialog("Applet File Referenced In MCF Configuration File Does Not Exist!");
         return;
     }
-    execute(LoadAppletCommand::create(static_cast<int>(board->getSerial()), node->getFilePath(),
-                                      appletOnly ? "" : file));
+    submit(LoadAppletCommand::create(static_cast<int>(board->getSerial()), node->getFilePath(),
+                                     appletOnly ? "" : file));
 }
 
 void LoadMcfCommand::executeErrorDialog(const std::string& text)
@@ -126,7 +126,7 @@ void LoadMcfCommand::executeErrorDialog(const std::string& text)
 
 void LoadMcfCommand::executeErrorDialog(int code)
 {
-    executeErrorDialog(describedStatus(code));
+    executeErrorDialog(descriptionWithCode(code));
 }
 
 } // namespace ovra::gui::commands

@@ -1,7 +1,7 @@
 #include "gui-core/StartAcquisitionCommand.h"
 
 #include "acquisition/CameraOfPort.h"
-#include "acquisition/DimensionCheck.h"
+#include "acquisition/ImageSizes.h"
 #include "acquisition/ResourceSweep.h"
 
 #include "gui-core/Gui.h"
@@ -78,8 +78,8 @@ void StartAcquisitionCommand::executeSync()
     if (core::HarloApplication::getConfigIntEntry("gui.preferences.sync_dma_and_camera_dimensions", 1) == 0)
         return;
     // Nothing to compare for a single channel, on purpose: it is started as it is.
-    if (const auto reach = widenedReach(m_request->target, Gui::getSyncMode()))
-        checkDimensions(*reach);
+    if (const auto reach = reachOf(m_request->target, Gui::getSyncMode()))
+        reconcileImageSizes(*reach);
 }
 
 void StartAcquisitionCommand::executeAsync()
@@ -93,7 +93,7 @@ void StartAcquisitionCommand::executeAsync()
             startDma(*target.dma, grabArgument);
         else if (target.port)
             startCamera(*target.port);
-    } else if (const auto reach = widenedReach(target, mode)) {
+    } else if (const auto reach = reachOf(target, mode)) {
         // Every channel is ready before the first camera sends.
         const ResourceSweep sweep;
         sweep.forEachDma(*reach,

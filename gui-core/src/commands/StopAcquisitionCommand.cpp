@@ -80,7 +80,7 @@ void StopAcquisitionCommand::executeAsync()
             stopDma(*target.dma);
         else if (target.port)
             stopCamera(*target.port);
-    } else if (const auto reach = widenedReach(target, mode)) {
+    } else if (const auto reach = reachOf(target, mode)) {
         // The reverse of the start: no camera sends to a channel that has stopped.
         const ResourceSweep sweep;
         sweep.forEachLogicalPort(*reach, &stopCamera);

@@ -48,7 +48,7 @@ void StoreMcfCommand::executeSync()
         return;
     const std::string title =
         "Board " + std::to_string(board->getIndex()) + " - Storing MCF Configuration File";
-    Gui::views()->showErrorMessage(title, "ERROR: " + describedStatus(status));
+    Gui::views()->showErrorMessage(title, "ERROR: " + descriptionWithCode(status));
 }
 
 } // namespace ovra::gui::commands

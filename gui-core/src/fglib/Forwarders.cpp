@@ -5,7 +5,7 @@
 // local.
 
 #include "fglib/EntryTable.h"
-#include "native/OutOfLine.h"
+#include "platform/OutOfLine.h"
 
 #include "fglib5/Fglib5.h"
 

@@ -38,8 +38,8 @@ bool equalWithoutCase(std::string_view left, std::string_view right)
 
 bool isProductFolder(std::string_view name)
 {
-    constexpr std::array<std::string_view, 5> folders = {"bin", "dll", "Hardware Applets", "lib", "lib64"};
-    return std::any_of(folders.begin(), folders.end(),
+    constexpr std::array<std::string_view, 5> FOLDERS = {"bin", "dll", "Hardware Applets", "lib", "lib64"};
+    return std::any_of(FOLDERS.begin(), FOLDERS.end(),
                        [name](std::string_view folder) { return equalWithoutCase(name, folder); });
 }
 

@@ -12,9 +12,9 @@ std::unique_ptr<SharedLibrary> openRuntimeLibrary(const char* baseName, const ch
         directory = getInstallationDirectory();
     if (!directory)
         return nullptr;
-    constexpr bool freeOnDestruction = false;
+    constexpr bool FREE_ON_DESTRUCTION = false;
     auto library = std::make_unique<SharedLibrary>(
-        templates::platform::runtimeLibraryPath(directory, baseName), freeOnDestruction);
+        templates::platform::runtimeLibraryPath(directory, baseName), FREE_ON_DESTRUCTION);
     if (!library->load())
         return nullptr;
     return library;

@@ -1,9 +1,9 @@
 #include "logging/Logging.h"
 
 #include "fglib/RuntimeLibrary.h"
-#include "native/Thread.h"
 #include "platform/Module.h"
 #include "platform/SharedLibrary.h"
+#include "platform/Thread.h"
 
 namespace ovra::tools::logging {
 

@@ -8,29 +8,29 @@
 
 namespace ovra::gui::commands {
 
-void execute(const boost::shared_ptr<core::Command>& command)
+void submit(const boost::shared_ptr<core::Command>& command)
 {
     core::HarloApplication::commandprocessor()->executeCommand(command);
 }
 
 void postSplashMessage(const std::string& message)
 {
-    execute(ShowSplashscreenMessageEvent::create(message));
+    submit(ShowSplashscreenMessageEvent::create(message));
 }
 
 void postLoadStatus(const std::string& message)
 {
-    execute(LoadAppletNotifyEvent::create(LoadAppletNotifyEvent::Information, message));
+    submit(LoadAppletNotifyEvent::create(LoadAppletNotifyEvent::Information, message));
 }
 
 void postLoadWarning(const std::string& message)
 {
-    execute(LoadAppletNotifyEvent::create(LoadAppletNotifyEvent::Warning, message));
+    submit(LoadAppletNotifyEvent::create(LoadAppletNotifyEvent::Warning, message));
 }
 
 void postLoadError(const std::string& message)
 {
-    execute(LoadAppletNotifyEvent::create(LoadAppletNotifyEvent::Error, message));
+    submit(LoadAppletNotifyEvent::create(LoadAppletNotifyEvent::Error, message));
 }
 
 } // namespace ovra::gui::commands

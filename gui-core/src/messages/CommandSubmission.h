@@ -13,7 +13,7 @@ class Command;
 namespace ovra::gui::commands {
 
 /// Any thread. Does not wait, except on the GUI thread for commands that the processor runs at once.
-void execute(const boost::shared_ptr<core::Command>& command);
+void submit(const boost::shared_ptr<core::Command>& command);
 
 /// Shows a splash message, from any thread.
 void postSplashMessage(const std::string& message);

@@ -18,22 +18,22 @@ std::string codeAndDescription(int code, const std::string& description)
 
 } // namespace
 
-std::string statusDescription(Fg_Struct* handle, int code)
+std::string descriptionOf(Fg_Struct* handle, int code)
 {
     return orUnknown(Fg_getErrorDescription(handle, code));
 }
 
-std::string statusText(Fg_Struct* handle, int code)
+std::string codeWithDescription(Fg_Struct* handle, int code)
 {
-    return codeAndDescription(code, statusDescription(handle, code));
+    return codeAndDescription(code, descriptionOf(handle, code));
 }
 
-std::string describedStatus(int code)
+std::string descriptionWithCode(int code)
 {
-    return statusDescription(nullptr, code) + " (" + std::to_string(code) + ")";
+    return descriptionOf(nullptr, code) + " (" + std::to_string(code) + ")";
 }
 
-std::string lastErrorText()
+std::string lastErrorWithDescription()
 {
     const int code = Fg_getLastErrorNumber(nullptr);
     return codeAndDescription(code, orUnknown(Fg_getLastErrorDescription(nullptr)));

@@ -9,15 +9,15 @@ struct Fg_Struct_s;
 namespace ovra::gui::commands {
 
 /// The runtime's words for \p code; "Unknown Error Code" when it has none. \p handle may be null.
-std::string statusDescription(Fg_Struct_s* handle, int code);
+std::string descriptionOf(Fg_Struct_s* handle, int code);
 
 /// "code (description)".
-std::string statusText(Fg_Struct_s* handle, int code);
+std::string codeWithDescription(Fg_Struct_s* handle, int code);
 
 /// "description (code)", for a status that no board is asked about.
-std::string describedStatus(int code);
+std::string descriptionWithCode(int code);
 
-/// As statusText, for the runtime's last error without a board.
-std::string lastErrorText();
+/// As codeWithDescription, for the runtime's last error without a board.
+std::string lastErrorWithDescription();
 
 } // namespace ovra::gui::commands

@@ -20,7 +20,7 @@ constexpr BoardModel BOARD_MODELS[] = {
 
 } // namespace
 
-const char* boardModelFolder(unsigned int boardType)
+const char* appletFolderOf(unsigned int boardType)
 {
     const auto* model = std::find_if(std::begin(BOARD_MODELS), std::end(BOARD_MODELS),
                                      [boardType](const BoardModel& m) { return m.type == boardType; });

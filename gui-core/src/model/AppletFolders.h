@@ -5,6 +5,6 @@
 namespace ovra::gui::commands {
 
 /// Name of the folder below "Hardware Applets" and "dll"; "unknown" for a type that is not in the table.
-const char* boardModelFolder(unsigned int boardType);
+const char* appletFolderOf(unsigned int boardType);
 
 } // namespace ovra::gui::commands

@@ -1,6 +1,6 @@
 #include "platform/ReadWriteLock.h"
 
-#include "platform/CriticalSectionGuard.h"
+#include "platform/CriticalSection.h"
 
 namespace ovra::templates::platform {
 

@@ -16,9 +16,9 @@
 /// read: a plain mutex is cheaper.
 #pragma once
 
-#include "native/CriticalSection.h"
-#include "native/ManualResetEvent.h"
+#include "platform/CriticalSection.h"
 #include "platform/Guard.h"
+#include "platform/ManualResetEvent.h"
 
 #include <cstdint>
 

@@ -1,11 +1,14 @@
 /// \file
-/// RecursiveMutexGuard, and what a RecursiveMutex is for.
+/// RecursiveMutex and its guard: a mutex that its owner may take again.
 ///
-/// The thread that holds the mutex may take it again, and releases it as often. Waiting blocks. Use it where
-/// a section may be entered again from within; where it may not, std::mutex is cheaper.
+/// lock() blocks until no other thread holds the mutex; the thread that holds it may take it again, and calls
+/// unlock() as often. Any thread. It can be neither copied nor moved. The constructor throws
+/// std::system_error when the system has no mutex left.
+///
+/// Use it where a section may be entered again from within; where it may not, std::mutex is cheaper.
 #pragma once
 
-#include "native/RecursiveMutex.h"
+#include "native/RecursiveMutexImpl.h"
 #include "platform/Guard.h"
 
 namespace ovra::templates::platform {

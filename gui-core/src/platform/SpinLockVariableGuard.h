@@ -17,7 +17,7 @@
 ///     const SpinLockVariableGuard guard(&lock, &owner);
 #pragma once
 
-#include "native/Thread.h"
+#include "platform/Thread.h"
 
 #include <atomic>
 #include <cstdint>

@@ -26,7 +26,7 @@ using Lines = std::vector<std::string>;
 
 namespace {
 
-constexpr std::array names = {
+constexpr std::array NAMES = {
 #define FGLIB5_ENTRY(result, name, symbol, parameters, arguments, missing) #name,
 #include "fglib5/Fglib5Entries.inc"
 };
@@ -49,7 +49,7 @@ struct Recorded<Result(Arguments...)>
     template <Position POSITION>
     static Result entry(Arguments...)
     {
-        journal.push_back(std::string("call ") + names[POSITION]);
+        journal.push_back(std::string("call ") + NAMES[POSITION]);
         return Result();
     }
 };
@@ -152,7 +152,7 @@ protected:
 
     static void loseAllBut(const std::string& entry)
     {
-        found.missing.insert(names.begin(), names.end());
+        found.missing.insert(NAMES.begin(), NAMES.end());
         found.missing.erase(entry);
     }
     /// Lines of the journal that begin so.
@@ -162,7 +162,7 @@ protected:
                                      [&](const std::string& line) { return line.starts_with(start); });
     }
 
-    inline static const std::string runtimeOpened = "open " + runtimeLibraryPath("own", "fglib5");
+    inline static const std::string RUNTIME_OPENED = "open " + runtimeLibraryPath("own", "fglib5");
 };
 
 } // namespace
@@ -178,7 +178,7 @@ TEST_F(RuntimeBinding, TheFirstCallLoadsOnceAndEachForwarderReachesItsOwnEntry)
 #include "fglib5/Fglib5Entries.inc"
 
     ASSERT_EQ(journal.size(), 1U + 107U + 105U);
-    EXPECT_EQ(journal[0], runtimeOpened);
+    EXPECT_EQ(journal[0], RUNTIME_OPENED);
     EXPECT_EQ(journal[1], "locate Fg_InitLibraries");
     EXPECT_EQ(journal[1 + 8], "locate Fg_InitEx");
     EXPECT_EQ(journal[1 + 34], "locate Fg_findApplet");
@@ -195,18 +195,18 @@ TEST_F(RuntimeBinding, WhatFailsToLoadOrLacksInitExIsTriedAgainByEachCallUntilIt
     found.runtime = false;
     EXPECT_EQ(Fg_InitLibraries(nullptr), -2130);
     EXPECT_EQ(bindFglib(nullptr), -2130);
-    EXPECT_EQ(journal, (Lines{runtimeOpened, runtimeOpened}));
+    EXPECT_EQ(journal, (Lines{RUNTIME_OPENED, RUNTIME_OPENED}));
     found.runtime = true;
     found.missing = {"Fg_InitEx"};
     for (int round = 1; round <= 3; ++round) {
         EXPECT_EQ(Fg_InitLibraries(nullptr), 0);
-        EXPECT_EQ(count(runtimeOpened), 2 + round);
+        EXPECT_EQ(count(RUNTIME_OPENED), 2 + round);
         EXPECT_EQ(count("locate "), round * 107);
     }
     found.missing.clear();
     for (int round = 0; round < 3; ++round)
         EXPECT_EQ(Fg_InitLibraries(nullptr), 0);
-    EXPECT_EQ(count(runtimeOpened), 6);
+    EXPECT_EQ(count(RUNTIME_OPENED), 6);
     EXPECT_EQ(count("locate "), 4 * 107);
     EXPECT_EQ(journal.back(), "call Fg_InitLibraries");
 }

@@ -1,7 +1,7 @@
-#include "native/Thread.h"
 #include "platform/ReadWriteLock.h"
 #include "platform/RecursiveMutex.h"
 #include "platform/SpinLockVariableGuard.h"
+#include "platform/Thread.h"
 
 #include <gtest/gtest.h>
 

@@ -2,9 +2,9 @@
 
 #include "fglib/RuntimeLibrary.h"
 #include "logging/Logging.h"
-#include "native/Thread.h"
 #include "platform/ProcessEnvironment.h"
 #include "platform/SharedLibrary.h"
+#include "platform/Thread.h"
 #include "tests/TemporaryFolder.h"
 
 #include "gui-core/EntryPoints.h"

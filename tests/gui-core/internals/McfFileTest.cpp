@@ -34,7 +34,7 @@ struct Row
     std::string content;
 };
 
-const Row rows[] = {
+const Row ROWS[] = {
     {__LINE__, "", ""},
     {__LINE__, "[S]\nb=2;\na=1;\n", "S{a=1|b=2}"},
     {__LINE__, "a=1;\n[S]\na=2;\n", "S{a=2}none{a=1}"},
@@ -63,7 +63,7 @@ TEST(McfFile, HasWhatTheTextSays)
 {
     const TemporaryFolder folder;
     McfFile used;
-    for (const Row& row : rows) {
+    for (const Row& row : ROWS) {
         SCOPED_TRACE("row of line " + std::to_string(row.line));
         EXPECT_EQ(content(McfFile::parse(row.text)), row.content);
         used = McfFile::read(folder.write("some.mcf", row.text).string(), std::move(used));

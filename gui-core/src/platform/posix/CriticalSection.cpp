@@ -1,4 +1,4 @@
-#include "native/CriticalSection.h"
+#include "platform/CriticalSection.h"
 
 #include <ctime>
 #include <sched.h>

@@ -1,4 +1,4 @@
-#include "native/ManualResetEvent.h"
+#include "platform/ManualResetEvent.h"
 
 namespace ovra::templates::platform {
 

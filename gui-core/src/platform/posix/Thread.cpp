@@ -1,4 +1,4 @@
-#include "native/Thread.h"
+#include "platform/Thread.h"
 
 #include <sys/syscall.h>
 #include <unistd.h>

@@ -1,4 +1,4 @@
-#include "native/ManualResetEvent.h"
+#include "platform/ManualResetEvent.h"
 
 #include <system_error>
 

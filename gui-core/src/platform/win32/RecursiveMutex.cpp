@@ -1,4 +1,4 @@
-#include "native/RecursiveMutex.h"
+#include "platform/RecursiveMutex.h"
 
 #include <system_error>
 

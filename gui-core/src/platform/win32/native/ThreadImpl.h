@@ -1,12 +1,12 @@
 /// \file
-/// The calling thread's numeric id.
+/// The calling thread's id on Windows: the system's.
 #pragma once
 
 #include <cstdint>
 
 namespace ovra::templates::platform {
 
-/// Unique among the running threads of the process, never 0.
+/// See platform/Thread.h.
 std::uint32_t currentThreadId();
 
 } // namespace ovra::templates::platform

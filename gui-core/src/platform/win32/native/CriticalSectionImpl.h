@@ -1,10 +1,10 @@
 /// \file
-/// CriticalSection: the lock for a handful of instructions inside other locks.
+/// CriticalSection on Windows: the system's.
 #pragma once
 
 namespace ovra::templates::platform {
 
-/// Not to be taken twice by one thread, nor held across anything that blocks. Any thread.
+/// See platform/CriticalSection.h.
 class CriticalSection
 {
 public:

@@ -1,4 +1,4 @@
-#include "acquisition/DimensionCheck.h"
+#include "acquisition/ImageSizes.h"
 
 #include "acquisition/CameraOfPort.h"
 #include "acquisition/ResourceSweep.h"
@@ -77,7 +77,7 @@ void applyToDma(const HlEnvironmentDmaNode& dma, const Size& camera)
     group->notifyGeometryMayHaveChangedSlot(0, 0, false);
 }
 
-void checkPair(const HlEnvironmentDmaNode& dma, const HlEnvironmentLogicalPortNode& port)
+void reconcilePair(const HlEnvironmentDmaNode& dma, const HlEnvironmentLogicalPortNode& port)
 {
     if (port.getGeneratorActive())
         return;
@@ -106,13 +106,13 @@ void checkPair(const HlEnvironmentDmaNode& dma, const HlEnvironmentLogicalPortNo
 
 } // namespace
 
-void checkDimensions(const ResourceFilter& filter)
+void reconcileImageSizes(const ResourceFilter& filter)
 {
     const ResourceSweep sweep;
     sweep.forEachDma(filter, [&sweep](const HlEnvironmentDmaNode& dma) {
         sweep.forEachLogicalPort({}, [&dma](const HlEnvironmentLogicalPortNode& port) {
             if (port.getBoard() == dma.getBoard() && port.getProcess() == dma.getProcess())
-                checkPair(dma, port);
+                reconcilePair(dma, port);
         });
     });
 }

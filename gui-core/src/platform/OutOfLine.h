@@ -2,4 +2,4 @@
 /// OVRA_OUT_OF_LINE: before a function that is rarely called and may not become part of its callers.
 #pragma once
 
-#define OVRA_OUT_OF_LINE [[gnu::noinline, gnu::cold]]
+#include "native/OutOfLineImpl.h"

@@ -1,15 +1,13 @@
 /// \file
-/// ManualResetEvent: a signal that stays until it is taken back.
+/// ManualResetEvent on Windows: the system's.
 #pragma once
 
 namespace ovra::templates::platform {
 
-/// Initially signalled. wait() returns at once while it is signalled, and blocks otherwise until set(). Any
-/// thread.
+/// See platform/ManualResetEvent.h.
 class ManualResetEvent
 {
 public:
-    /// Throws std::system_error when the system has no event left.
     ManualResetEvent();
     ~ManualResetEvent();
     ManualResetEvent(const ManualResetEvent&) = delete;

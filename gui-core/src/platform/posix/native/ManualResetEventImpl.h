@@ -1,5 +1,5 @@
 /// \file
-/// ManualResetEvent: a signal that stays until it is taken back.
+/// ManualResetEvent on POSIX systems: a word to wait on.
 #pragma once
 
 #include <atomic>
@@ -7,8 +7,8 @@
 
 namespace ovra::templates::platform {
 
-/// Initially signalled. wait() returns at once while it is signalled, and blocks otherwise until set(). Any
-/// thread. No system call while nobody waits: set() is one atomic exchange and a load, reset() a store.
+/// See platform/ManualResetEvent.h. No system call while no thread waits: set() is one atomic exchange and a
+/// load, reset() a store.
 class ManualResetEvent
 {
 public:

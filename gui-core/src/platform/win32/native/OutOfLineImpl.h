@@ -1,5 +1,5 @@
 /// \file
-/// OVRA_OUT_OF_LINE: before a function that is rarely called and may not become part of its callers.
+/// OVRA_OUT_OF_LINE as the platform's compilers write it.
 #pragma once
 
 #if defined(_MSC_VER)

@@ -1,16 +1,14 @@
 /// \file
-/// CriticalSection: the lock for a handful of instructions inside other locks.
+/// CriticalSection on POSIX systems: a spin lock that gives way.
 #pragma once
 
 #include <atomic>
 
 namespace ovra::templates::platform {
 
-/// Not to be taken twice by one thread, nor held across anything that blocks. Any thread.
-///
-/// Entering costs one atomic exchange, leaving a store: half of what a mutex costs, which must find out on
-/// leaving whether somebody sleeps. Whoever finds it taken spins for a moment, then gives way, then sleeps
-/// for moments.
+/// See platform/CriticalSection.h. Uncontended: one exchange to enter, one store to leave; half of what a
+/// mutex costs, which must find out on leaving whether a thread sleeps. Contended: spins 64 times, yields 64
+/// times, then sleeps 50 us at a time.
 class CriticalSection
 {
 public:

@@ -12,6 +12,6 @@ struct ResourceFilter;
 ///
 /// GUI thread; may show modal questions. Pairs that lack a camera or a display, or whose generator is on, are
 /// skipped.
-void checkDimensions(const ResourceFilter& filter);
+void reconcileImageSizes(const ResourceFilter& filter);
 
 } // namespace ovra::gui::commands

@@ -1,5 +1,5 @@
 /// \file
-/// The calling thread's numeric id.
+/// The calling thread's id on POSIX systems: the kernel's, asked once a thread.
 #pragma once
 
 #include <cstdint>
@@ -13,7 +13,7 @@ extern constinit thread_local std::uint32_t cachedThreadId [[gnu::tls_model("ini
 
 std::uint32_t fetchThreadId();
 
-/// Unique among the running threads of the process, never 0.
+/// See platform/Thread.h.
 inline std::uint32_t currentThreadId()
 {
     const std::uint32_t cached = cachedThreadId;

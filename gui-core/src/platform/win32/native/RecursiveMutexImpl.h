@@ -1,5 +1,5 @@
 /// \file
-/// RecursiveMutex: a mutex that its owner may take again.
+/// RecursiveMutex on Windows: the system's.
 #pragma once
 
 #include <cstdint>
@@ -10,14 +10,12 @@ namespace ovra::templates::platform {
 class RecursiveMutex
 {
 public:
-    /// Throws std::system_error when the system has no mutex left.
     RecursiveMutex();
     virtual ~RecursiveMutex();
     RecursiveMutex(const RecursiveMutex&) = delete;
     RecursiveMutex& operator=(const RecursiveMutex&) = delete;
 
     void lock();
-    /// Only by the thread that holds the mutex.
     void unlock();
 
 private:

@@ -1,5 +1,5 @@
 /// \file
-/// RecursiveMutex: a mutex that its owner may take again.
+/// RecursiveMutex on POSIX systems: the standard library's.
 #pragma once
 
 #include <cstdint>
@@ -22,7 +22,6 @@ public:
         ++m_lockCount;
     }
 
-    /// Only by the thread that holds the mutex.
     void unlock()
     {
         // Counted while the mutex is still held, so that no other thread counts at the same time.

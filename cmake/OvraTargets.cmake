@@ -12,6 +12,9 @@
 #   third-party-headers   the same, and nlohmann-json, CLI11 and stb
 #   demo-programs         everything that is installed, and nothing else
 #
+# What is installed belongs to a component: runtime (libraries, programs), development (headers, what a front end is
+# linked with) or simulation (the virtual installation).
+#
 # Built libraries and programs lie in ${OVRA_STAGE_DIR} (bin/, lib/) just as they do once installed, so
 # that what looks for its installation from its own place finds the same picture in the build tree.
 
@@ -28,6 +31,8 @@ endif()
 find_package(Threads REQUIRED)
 
 set(OVRA_STAGE_DIR "${PROJECT_BINARY_DIR}/stage")
+include(cmake/OvraAbi.cmake)
+ovra_abi(OVRA_ABI)
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -54,6 +59,10 @@ if(MSVC)
     target_compile_definitions(ovra-options INTERFACE _CRT_SECURE_NO_WARNINGS) # getenv is good enough
 else()
     target_compile_options(ovra-options INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Werror)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+        # At -O3 it takes a concatenation of strings for a copy onto itself.
+        target_compile_options(ovra-options INTERFACE $<$<CONFIG:Release>:-Wno-restrict>)
+    endif()
 endif()
 if(WIN32)
     target_compile_definitions(ovra-options INTERFACE _WIN32_WINNT=0x0A00 WIN32_LEAN_AND_MEAN NOMINMAX)
@@ -74,7 +83,8 @@ endif()
 
 # boost-headers is all that the product needs; third-party-headers is what the programs around it need.
 add_library(boost-headers INTERFACE)
-target_compile_definitions(boost-headers INTERFACE BOOST_ALL_NO_LIB BOOST_DLL_USE_STD_FS)
+add_library(Ovra::boost-headers ALIAS boost-headers)
+target_compile_definitions(boost-headers INTERFACE BOOST_ALL_NO_LIB $<BUILD_INTERFACE:BOOST_DLL_USE_STD_FS>)
 add_library(third-party-headers INTERFACE)
 target_link_libraries(third-party-headers INTERFACE boost-headers)
 
@@ -90,11 +100,12 @@ function(_ovra_headers target folder header)
         set(links "${PROJECT_BINARY_DIR}/headers")
         file(MAKE_DIRECTORY "${links}")
         file(CREATE_LINK "${OVRA_HEADERS_ROOT}/${folder}" "${links}/${folder}" SYMBOLIC)
-        target_include_directories(${target} SYSTEM INTERFACE "${links}")
+        set(OVRA_INCLUDE_${folder} "${links}" CACHE INTERNAL "")
+        target_include_directories(${target} SYSTEM INTERFACE "$<BUILD_INTERFACE:${links}>")
     else()
         find_path(OVRA_INCLUDE_${folder} "${folder}/${header}" REQUIRED)
         mark_as_advanced(OVRA_INCLUDE_${folder})
-        target_include_directories(${target} SYSTEM INTERFACE "${OVRA_INCLUDE_${folder}}")
+        target_include_directories(${target} SYSTEM INTERFACE "$<BUILD_INTERFACE:${OVRA_INCLUDE_${folder}}>")
     endif()
 endfunction()
 
@@ -118,7 +129,7 @@ if(MINGW)
             message(FATAL_ERROR "The compiler does not know where its ${dll} is")
         endif()
         configure_file("${path}" "${OVRA_STAGE_DIR}/bin/${dll}" COPYONLY)
-        install(FILES "${path}" DESTINATION bin)
+        install(FILES "${path}" DESTINATION bin COMPONENT runtime)
     endforeach()
 endif()
 
@@ -155,7 +166,10 @@ function(ovra_shared_library target)
     add_library(${target} SHARED ${arg_SOURCES})
     _ovra_library(${target})
     target_compile_definitions(${target} PRIVATE ${arg_EXPORT_MACRO}_BUILD)
-    target_include_directories(${target} PUBLIC ${arg_PUBLIC_INCLUDE})
+    foreach(folder IN LISTS arg_PUBLIC_INCLUDE)
+        target_include_directories(${target} PUBLIC "$<BUILD_INTERFACE:${folder}>")
+    endforeach()
+    target_compile_features(${target} INTERFACE cxx_std_20)
     target_link_libraries(${target} PUBLIC ${arg_PUBLIC_LINK} PRIVATE ${arg_PRIVATE_LINK})
     if(WIN32)
         set_target_properties(${target} PROPERTIES PREFIX "")
@@ -171,7 +185,11 @@ function(ovra_shared_library target)
         ARCHIVE_OUTPUT_DIRECTORY "${OVRA_STAGE_DIR}/lib"
         INSTALL_RPATH "$ORIGIN"
         BUILD_WITH_INSTALL_RPATH ON)
-    install(TARGETS ${target} RUNTIME DESTINATION bin LIBRARY DESTINATION lib ARCHIVE DESTINATION lib)
+    install(TARGETS ${target} EXPORT gui-core
+        RUNTIME DESTINATION bin COMPONENT runtime
+        LIBRARY DESTINATION lib COMPONENT runtime NAMELINK_COMPONENT development
+        ARCHIVE DESTINATION lib COMPONENT development
+        INCLUDES DESTINATION include)
     add_dependencies(demo-programs ${target})
 endfunction()
 
@@ -204,7 +222,7 @@ function(ovra_runtime_module target)
         LIBRARY_OUTPUT_DIRECTORY "${OVRA_STAGE_DIR}/bin"
         INSTALL_RPATH "$ORIGIN/../lib"
         BUILD_WITH_INSTALL_RPATH ON)
-    install(TARGETS ${target} LIBRARY DESTINATION bin)
+    install(TARGETS ${target} LIBRARY DESTINATION bin COMPONENT simulation)
     add_dependencies(demo-programs ${target})
 endfunction()
 
@@ -225,7 +243,7 @@ function(ovra_program target)
         RUNTIME_OUTPUT_DIRECTORY "${OVRA_STAGE_DIR}/bin"
         INSTALL_RPATH "$ORIGIN/../lib"
         BUILD_WITH_INSTALL_RPATH ON)
-    install(TARGETS ${target} RUNTIME DESTINATION bin)
+    install(TARGETS ${target} RUNTIME DESTINATION bin COMPONENT runtime)
     add_dependencies(demo-programs ${target})
 endfunction()
 
@@ -237,7 +255,7 @@ function(ovra_data folder)
         cmake_path(GET file FILENAME name)
         configure_file("${file}" "${OVRA_STAGE_DIR}/${folder}/${name}" COPYONLY)
     endforeach()
-    install(FILES ${ARGN} DESTINATION "${folder}")
+    install(FILES ${ARGN} DESTINATION "${folder}" COMPONENT runtime)
 endfunction()
 
 # --- details -------------------------------------------------------------------------------------

@@ -15,10 +15,6 @@
 struct Fg_Struct_s;
 struct FgRegisterInfo_s;
 
-namespace ovra::reference {
-class BoardHandleObserver;
-}
-
 namespace ovra::core::models {
 
 class FgLibEventsModel;
@@ -92,7 +88,6 @@ protected:
 
 private:
     struct HandleChange;
-    friend class reference::BoardHandleObserver;
 
     void beginChange();
     void endChange();

@@ -45,12 +45,21 @@ std::optional<unsigned int> connectorsOf(int boardIndex)
 
 } // namespace
 
+// For the observer, of which the exported class says nothing.
+reference::BoardHandleObserver::Signal& handleChanged(HlEnvironmentBoardNode& board);
+
 struct HlEnvironmentBoardNode::HandleChange
 {
     std::mutex mutex;
     int depth = 0;
     Fg_Struct_s* before = nullptr;
     reference::BoardHandleObserver::Signal changed;
+
+    static HandleChange& of(HlEnvironmentBoardNode& board) { return *board.m_change; }
+    friend reference::BoardHandleObserver::Signal& handleChanged(HlEnvironmentBoardNode& board)
+    {
+        return HandleChange::of(board).changed;
+    }
 };
 
 HlEnvironmentBoardNode::HlEnvironmentBoardNode(int index, unsigned int serial, std::uint16_t boardType,
@@ -334,5 +343,5 @@ void HlEnvironmentBoardNode::setNoDmaFrontendRegInfoModel(const boost::shared_pt
 boost::signals2::connection ovra::reference::BoardHandleObserver::connect(
     const boost::shared_ptr<core::models::HlEnvironmentBoardNode>& board, const Signal::slot_type& slot)
 {
-    return board->m_change->changed.connect(slot);
+    return handleChanged(*board).connect(slot);
 }

@@ -1,0 +1,7 @@
+#include "gui-core/EntryPoints.h"
+
+int main()
+{
+    OvraGuiCoreInit();
+    OvraGuiCoreDeinit();
+}

@@ -26,8 +26,8 @@ namespace ovra::console {
 
 namespace {
 
-constexpr std::chrono::seconds longestWaitForImages{30};
-constexpr int withoutEnd = -1; ///< number of images to start with
+constexpr std::chrono::seconds MAX_IMAGE_WAIT{30};
+constexpr int WITHOUT_END = -1; ///< number of images to start with
 
 /// A DMA channel that has a display scene.
 struct Channel
@@ -83,7 +83,7 @@ void start(Console& console, const Arguments& arguments)
     const auto board = findLoadedBoard(arguments.text(0));
     const bool dma = namesDma(arguments);
     const int index = arguments.integer(2, "INDEX", 0);
-    const int images = arguments.count() > 3 ? arguments.integer(3, "COUNT", 1) : withoutEnd;
+    const int images = arguments.count() > 3 ? arguments.integer(3, "COUNT", 1) : WITHOUT_END;
     if (dma)
         return console.run(StartAcquisitionCommand::create(findDma(*board, index), images));
     console.run(StartAcquisitionCommand::create(findPort(*board, index), images));
@@ -102,11 +102,11 @@ void stop(Console& console, const Arguments& arguments)
 
 void syncMode(Console& console, const Arguments& arguments)
 {
-    constexpr std::array reaches{"what is named", "the whole process", "the whole board", "all boards"};
+    constexpr std::array REACHES{"what is named", "the whole process", "the whole board", "all boards"};
     if (arguments.count() > 0)
         gui::Gui::setSyncMode(static_cast<gui::Gui::SyncMode>(arguments.integer(0, "MODE", 0, 3)));
     const auto mode = static_cast<std::size_t>(gui::Gui::getSyncMode());
-    console.printer.line("Sync mode " + std::to_string(mode) + ": start and stop reach " + reaches.at(mode) +
+    console.printer.line("Sync mode " + std::to_string(mode) + ": start and stop reach " + REACHES.at(mode) +
                          ".");
 }
 
@@ -140,7 +140,7 @@ void requireImages(const Channel& channel, std::int64_t wanted)
         throw CommandError(channel.title + ": " + std::to_string(arrived) + " of " + std::to_string(wanted) +
                            " images arrived" +
                            (channel.scene->isGrabbing()
-                                ? " within " + std::to_string(longestWaitForImages.count()) + " seconds"
+                                ? " within " + std::to_string(MAX_IMAGE_WAIT.count()) + " seconds"
                                 : ", and it does not acquire"));
 }
 
@@ -162,7 +162,7 @@ void waitForImages(Console& console, const std::vector<Channel>& channels, std::
         return std::all_of(channels.begin(), channels.end(),
                            [&](const auto& channel) { return isSettled(channel, wanted); });
     };
-    console.waitUntil(settled, longestWaitForImages);
+    console.waitUntil(settled, MAX_IMAGE_WAIT);
 
     for (const auto& channel : channels)
         requireImages(channel, wanted);
@@ -198,9 +198,9 @@ StoredImage imageToSave(Console& console, const Channel& channel)
 {
     const auto before = channel.images->count();
     const auto there = [&] { return channel.images->count() > before || !channel.scene->isGrabbing(); };
-    if (!console.waitUntil(there, longestWaitForImages))
-        throw CommandError(channel.title + ": no image within " +
-                           std::to_string(longestWaitForImages.count()) + " seconds");
+    if (!console.waitUntil(there, MAX_IMAGE_WAIT))
+        throw CommandError(channel.title + ": no image within " + std::to_string(MAX_IMAGE_WAIT.count()) +
+                           " seconds");
     auto image = channel.images->newest();
     if (image.pixels.empty())
         throw CommandError(channel.title + " has got no image, and it does not acquire");
@@ -253,7 +253,7 @@ void showAllStatistics(Console& console, const Arguments&)
 
 } // namespace
 
-std::vector<CommandEntry> acquisitionCommands()
+std::vector<ConsoleCommand> acquisitionCommands()
 {
     return {
         {"sync-mode", "[MODE]",

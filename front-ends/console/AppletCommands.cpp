@@ -43,11 +43,11 @@ void unload(Console& console, const Arguments& arguments)
 void printList(Printer& printer, const std::string& indent, const std::string& name,
                const std::vector<std::string>& items)
 {
-    constexpr std::size_t width = 100;
+    constexpr std::size_t MAX_WIDTH = 100;
     std::string line = indent + name + ":";
     for (std::size_t i = 0; i < items.size(); ++i) {
         const std::string item = ' ' + items[i] + (i + 1 < items.size() ? "," : "");
-        if (line.size() + item.size() > width) {
+        if (line.size() + item.size() > MAX_WIDTH) {
             printer.line(line);
             line = indent + "   ";
         }
@@ -118,7 +118,7 @@ void showStructure(Console& console, const Arguments& arguments)
 
 } // namespace
 
-std::vector<CommandEntry> appletCommands()
+std::vector<ConsoleCommand> appletCommands()
 {
     return {
         {"load", "BOARD APPLET [MCF]", "loads an applet onto a board, and then a configuration file", 2, 3,

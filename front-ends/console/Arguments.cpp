@@ -8,7 +8,7 @@ namespace ovra::console {
 
 namespace {
 
-constexpr double longestWaitSeconds = 86400;
+constexpr double MAX_WAIT_SECONDS = 86400;
 
 /// Reads all of \p text as a number; false when it is none.
 template <class Number>
@@ -53,7 +53,7 @@ int Arguments::integer(std::size_t position, const char* name, int minimum, int 
 std::chrono::milliseconds Arguments::seconds(std::size_t position) const
 {
     double number = 0;
-    if (!read(text(position), number) || !(number >= 0 && number <= longestWaitSeconds))
+    if (!read(text(position), number) || !(number >= 0 && number <= MAX_WAIT_SECONDS))
         throw CommandError("SECONDS must be a number from 0 to 86400, not '" + text(position) + "'");
     return std::chrono::milliseconds(static_cast<std::int64_t>(number * 1000));
 }

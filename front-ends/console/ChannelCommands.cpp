@@ -43,18 +43,18 @@ void generator(Console& console, const Arguments& arguments)
     const auto board = findLoadedBoard(arguments.text(0));
     const auto dma = findDma(*board, arguments.integer(1, "DMA", 0));
     const auto owner = parameterOwner(*board, *dma);
-    if (!owner.has(generatorSwitch))
+    if (!owner.has(GENERATOR_SWITCH))
         throw CommandError(owner.title + " has no generator");
     const std::string& state = arguments.text(2);
     if (state != "on" && state != "off")
         throw CommandError("a generator is switched 'on' or 'off', not '" + state + "'");
-    setParameter(board, {owner}, generatorSwitch, state == "on" ? "1" : "0");
+    setParameter(board, {owner}, GENERATOR_SWITCH, state == "on" ? "1" : "0");
     console.printer.line(owner.title + ": generator " + state + ".");
 }
 
 } // namespace
 
-std::vector<CommandEntry> channelCommands()
+std::vector<ConsoleCommand> channelCommands()
 {
     return {
         {"buffers", "BOARD DMA [COUNT]", "shows or changes the number of image buffers of a DMA channel", 2,

@@ -9,13 +9,13 @@ namespace ovra::console {
 
 namespace {
 
-constexpr int lastButton = 2;
+constexpr int LAST_BUTTON = 2;
 
 std::optional<ChoiceDialog::Answer> readAnswer(const std::string& line)
 {
     std::istringstream words(line);
     int button = 0;
-    if (!(words >> button) || button < 0 || button > lastButton)
+    if (!(words >> button) || button < 0 || button > LAST_BUTTON)
         return std::nullopt;
     std::string option;
     words >> option;
@@ -29,7 +29,7 @@ std::optional<ChoiceDialog::Answer> readAnswer(const std::string& line)
 ChoiceDialog::ChoiceDialog(Printer& printer, User user)
     : m_printer(printer),
       m_user(std::move(user)),
-      m_answer{lastButton, false}
+      m_answer{LAST_BUTTON, false}
 {}
 
 void ChoiceDialog::setAnswer(const Answer& answer)
@@ -56,7 +56,7 @@ ChoiceDialog::Answer ChoiceDialog::askUser()
         const auto line = m_user();
         if (!line) {
             m_printer.line(""); // the cursor still stands behind the prompt
-            return {lastButton, false};
+            return {LAST_BUTTON, false};
         }
         if (const auto answer = readAnswer(*line))
             return *answer;

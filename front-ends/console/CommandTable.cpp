@@ -8,9 +8,9 @@ namespace ovra::console {
 
 namespace {
 
-std::vector<CommandEntry> allCommands()
+std::vector<ConsoleCommand> allCommands()
 {
-    std::vector<CommandEntry> all;
+    std::vector<ConsoleCommand> all;
     for (const auto& topic : {resourceCommands(), appletCommands(), configurationCommands(),
                               channelCommands(), acquisitionCommands(), sessionCommands()})
         all.insert(all.end(), topic.begin(), topic.end());
@@ -19,23 +19,23 @@ std::vector<CommandEntry> allCommands()
 
 } // namespace
 
-const std::vector<CommandEntry>& commandTable()
+const std::vector<ConsoleCommand>& commandTable()
 {
-    static const std::vector<CommandEntry> table = allCommands();
+    static const std::vector<ConsoleCommand> table = allCommands();
     return table;
 }
 
-std::string usageOf(const CommandEntry& command)
+std::string usageOf(const ConsoleCommand& command)
 {
     const std::string arguments = command.arguments;
     return command.name + (arguments.empty() ? "" : " " + arguments);
 }
 
-const CommandEntry& findCommand(const std::string& name)
+const ConsoleCommand& findCommand(const std::string& name)
 {
     const auto& table = commandTable();
     const auto found =
-        std::find_if(table.begin(), table.end(), [&](const auto& entry) { return name == entry.name; });
+        std::find_if(table.begin(), table.end(), [&](const auto& command) { return name == command.name; });
     if (found == table.end())
         throw CommandError("unknown command '" + name + "'; help lists the commands");
     return *found;
@@ -43,9 +43,9 @@ const CommandEntry& findCommand(const std::string& name)
 
 void runCommand(Console& console, const std::vector<std::string>& words)
 {
-    const CommandEntry& command = findCommand(words.front());
+    const ConsoleCommand& command = findCommand(words.front());
     const Arguments arguments({words.begin() + 1, words.end()});
-    if (arguments.count() < command.fewest || arguments.count() > command.most)
+    if (arguments.count() < command.minArguments || arguments.count() > command.maxArguments)
         throw CommandError("usage: " + usageOf(command));
     command.run(console, arguments);
 }

@@ -11,35 +11,35 @@ namespace ovra::console {
 class Arguments;
 struct Console;
 
-struct CommandEntry
+struct ConsoleCommand
 {
     const char* name;
     const char* arguments; ///< as the help shows them: CAPITALS stand for values, [] for what may be left out
     const char* help;
-    std::size_t fewest; ///< number of arguments
-    std::size_t most;
+    std::size_t minArguments; ///< number of arguments
+    std::size_t maxArguments;
     void (*run)(Console&, const Arguments&); ///< throws CommandError, or what the host throws
 };
 
 /// Name and arguments, as the help shows them.
-std::string usageOf(const CommandEntry& command);
+std::string usageOf(const ConsoleCommand& command);
 
 /// Any number of arguments.
-inline constexpr std::size_t anyNumber = static_cast<std::size_t>(-1);
+inline constexpr std::size_t ANY_NUMBER = static_cast<std::size_t>(-1);
 
 // By topic, each in a source of its own.
-std::vector<CommandEntry> resourceCommands();
-std::vector<CommandEntry> appletCommands();
-std::vector<CommandEntry> configurationCommands();
-std::vector<CommandEntry> channelCommands();
-std::vector<CommandEntry> acquisitionCommands();
-std::vector<CommandEntry> sessionCommands();
+std::vector<ConsoleCommand> resourceCommands();
+std::vector<ConsoleCommand> appletCommands();
+std::vector<ConsoleCommand> configurationCommands();
+std::vector<ConsoleCommand> channelCommands();
+std::vector<ConsoleCommand> acquisitionCommands();
+std::vector<ConsoleCommand> sessionCommands();
 
 /// All of them, in the order of the help.
-const std::vector<CommandEntry>& commandTable();
+const std::vector<ConsoleCommand>& commandTable();
 
 /// Throws CommandError when there is no such command.
-const CommandEntry& findCommand(const std::string& name);
+const ConsoleCommand& findCommand(const std::string& name);
 
 /// Carries out a line. \p words begins with the command's name. Throws CommandError.
 void runCommand(Console& console, const std::vector<std::string>& words);

@@ -82,7 +82,7 @@ void loadMcf(Console& console, const Arguments& arguments)
 
 } // namespace
 
-std::vector<CommandEntry> configurationCommands()
+std::vector<ConsoleCommand> configurationCommands()
 {
     return {
         {"parameters", "BOARD [DMA]", "lists parameters with their values, units and ranges", 1, 2,

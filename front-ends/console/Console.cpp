@@ -14,14 +14,14 @@ namespace ovra::console {
 
 namespace {
 
-constexpr std::chrono::seconds longestCommand{60};
+constexpr std::chrono::seconds MAX_COMMAND_TIME{60};
 
 } // namespace
 
 void Console::run(const boost::shared_ptr<core::Command>& command)
 {
     core::HarloApplication::commandprocessor()->executeCommand(command);
-    if (!application.pumpUntil([this] { return application.idle(); }, longestCommand))
+    if (!application.pumpUntil([this] { return application.idle(); }, MAX_COMMAND_TIME))
         throw CommandError("the application is still busy after 60 seconds");
 }
 

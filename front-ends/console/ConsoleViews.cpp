@@ -19,8 +19,8 @@ namespace {
 
 const char* levelName(unsigned long level)
 {
-    constexpr std::array names{"error", "warning", "information", "debug"};
-    return level < names.size() ? names[level] : "message";
+    constexpr std::array NAMES{"error", "warning", "information", "debug"};
+    return level < NAMES.size() ? NAMES[level] : "message";
 }
 
 } // namespace
@@ -100,12 +100,12 @@ void ConsoleViews::logMsgCallback(unsigned long level, unsigned long threadId, c
                                   unsigned int line, const char* text, unsigned int, const tOvraLogTag*,
                                   void*)
 {
-    constexpr unsigned long error = 0;
-    constexpr unsigned long warning = 1;
+    constexpr unsigned long ERROR_LEVEL = 0;
+    constexpr unsigned long WARNING_LEVEL = 1;
     // A broken file, or a channel that gets no image, must not go unseen because the log is not shown.
-    if (!m_logShown && level == error)
+    if (!m_logShown && level == ERROR_LEVEL)
         m_printer.error(text);
-    if (!m_logShown && level == warning)
+    if (!m_logShown && level == WARNING_LEVEL)
         m_printer.warning(text);
     if (!m_logShown)
         return;

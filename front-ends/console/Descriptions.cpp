@@ -24,9 +24,9 @@ cameraNode(const core::models::HlEnvironmentLogicalPortNode& port)
 
 std::string mebibytes(unsigned long long bytes)
 {
-    constexpr double bytesPerMebibyte = 1024.0 * 1024.0;
+    constexpr double BYTES_PER_MEBIBYTE = 1024.0 * 1024.0;
     std::ostringstream text;
-    text << std::fixed << std::setprecision(1) << static_cast<double>(bytes) / bytesPerMebibyte;
+    text << std::fixed << std::setprecision(1) << static_cast<double>(bytes) / BYTES_PER_MEBIBYTE;
     return text.str();
 }
 

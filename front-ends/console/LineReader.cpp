@@ -15,7 +15,7 @@ namespace ovra::console {
 
 namespace {
 
-constexpr std::chrono::hours untilItComes{1};
+constexpr std::chrono::hours MAX_IDLE_WAIT{1};
 
 } // namespace
 
@@ -61,7 +61,7 @@ std::optional<std::string> LineReader::next()
     reading->wakeUp = [application = m_application] { application->post([] {}); };
     std::thread thread([source = m_source, reading] { reading->read(source); });
 
-    while (!m_application->pumpUntil([&] { return reading->done || interrupted(); }, untilItComes)) {
+    while (!m_application->pumpUntil([&] { return reading->done || interrupted(); }, MAX_IDLE_WAIT)) {
     }
     if (!reading->done) {
         reading->abandon();

@@ -17,7 +17,7 @@ namespace ovra::console {
 
 namespace {
 
-constexpr const char* boardSource = "ovra";
+constexpr const char* BOARD_SOURCE = "ovra";
 
 std::string joined(const std::vector<std::string>& words)
 {
@@ -89,7 +89,7 @@ boost::shared_ptr<Node> findByIndex(const std::vector<boost::shared_ptr<Node>>& 
 
 std::vector<BoardNode> allBoards()
 {
-    const auto source = gui::Gui::environment()->model()->root()->getSourcesEntry(boardSource);
+    const auto source = gui::Gui::environment()->model()->root()->getSourcesEntry(BOARD_SOURCE);
     if (!source)
         return {};
     auto boards = listOf(source->getBoards());
@@ -127,7 +127,7 @@ BoardNode findLoadedBoard(const std::string& text)
 
 BoardNode boardOfSerial(unsigned int serial)
 {
-    const auto source = gui::Gui::environment()->model()->root()->getSourcesEntry(boardSource);
+    const auto source = gui::Gui::environment()->model()->root()->getSourcesEntry(BOARD_SOURCE);
     return source ? source->getChild(serial) : BoardNode();
 }
 

@@ -6,7 +6,7 @@ namespace ovra::console {
 
 namespace {
 
-constexpr int highestLogLevel = 10;
+constexpr int MAX_LOG_LEVEL = 10;
 
 } // namespace
 
@@ -30,7 +30,7 @@ std::optional<Options> parseOptions(const std::vector<std::string>& arguments, i
         ->type_name("FILE");
     program.add_option("--log-level", options.logLevel, "threshold of the diagnostic log: lower shows more")
         ->type_name("N")
-        ->check(CLI::Range(0, highestLogLevel));
+        ->check(CLI::Range(0, MAX_LOG_LEVEL));
 
     try {
         program.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend())); // the last one first

@@ -20,8 +20,8 @@ namespace {
 // A bound is a floating-point number whatever it bounds; "100000" reads better than "1e+05".
 std::string boundText(double bound)
 {
-    constexpr double longestWritten = 1e15;
-    const bool whole = std::abs(bound) < longestWritten && std::trunc(bound) == bound;
+    constexpr double MAX_EXACT_INTEGER = 1e15;
+    const bool whole = std::abs(bound) < MAX_EXACT_INTEGER && std::trunc(bound) == bound;
     return parameters::toText(whole ? parameters::Value(static_cast<std::int64_t>(bound))
                                     : parameters::Value(bound));
 }
@@ -63,7 +63,7 @@ bool generates(const core::models::HlEnvironmentBoardNode& board,
 {
     const auto list = parameterOwner(board, dma).all();
     return std::any_of(list.begin(), list.end(), [](const auto& each) {
-        return each.name == generatorSwitch && each.value == parameters::Value(std::int64_t{1});
+        return each.name == GENERATOR_SWITCH && each.value == parameters::Value(std::int64_t{1});
     });
 }
 
@@ -132,7 +132,7 @@ void setParameter(const BoardNode& board, const std::vector<ParameterOwner>& own
         requireAccepted(owner, name, value);
     for (const auto& owner : owners)
         owner.model->setParameter(name, owner.dma, value);
-    if (name == generatorSwitch)
+    if (name == GENERATOR_SWITCH)
         markGenerators(board);
 }
 

@@ -51,6 +51,6 @@ void setParameter(const BoardNode& board, const std::vector<ParameterOwner>& own
 void markGenerators(const BoardNode& board);
 
 /// The parameter that switches a channel's generator.
-inline constexpr const char* generatorSwitch = "FG_GEN_ENABLE";
+inline constexpr const char* GENERATOR_SWITCH = "FG_GEN_ENABLE";
 
 } // namespace ovra::console

@@ -15,7 +15,7 @@ namespace ovra::console {
 
 namespace {
 
-constexpr int greyComponents = 1;
+constexpr int GREY_COMPONENTS = 1;
 
 void append(void* file, void* bytes, int count)
 {
@@ -28,7 +28,7 @@ void writePng(const std::filesystem::path& file, const StoredImage& image)
 {
     std::ofstream stream(file, std::ios::binary | std::ios::trunc);
     const bool encoded =
-        stream && stbi_write_png_to_func(append, &stream, image.width, image.height, greyComponents,
+        stream && stbi_write_png_to_func(append, &stream, image.width, image.height, GREY_COMPONENTS,
                                          image.pixels.data(), image.width) != 0;
     stream.close();
     if (!encoded || !stream)

@@ -8,7 +8,7 @@ namespace ovra::console {
 namespace {
 
 /// A terminal wraps what is longer, and a wrapped line cannot be taken back.
-constexpr std::size_t longestProgress = 78;
+constexpr std::size_t MAX_PROGRESS_WIDTH = 78;
 
 std::string inOneLine(std::string text)
 {
@@ -18,14 +18,14 @@ std::string inOneLine(std::string text)
 }
 
 // Texts are UTF-8: a character is kept as a whole or not at all.
-std::string beginningOf(const std::string& text, std::size_t longest)
+std::string beginningOf(const std::string& text, std::size_t maxBytes)
 {
-    constexpr unsigned char continuationMask = 0xc0, continuation = 0x80;
-    if (text.size() <= longest)
+    constexpr unsigned char CONTINUATION_MASK = 0xc0, CONTINUATION = 0x80;
+    if (text.size() <= maxBytes)
         return text;
-    while (longest > 0 && (static_cast<unsigned char>(text[longest]) & continuationMask) == continuation)
-        --longest;
-    return text.substr(0, longest);
+    while (maxBytes > 0 && (static_cast<unsigned char>(text[maxBytes]) & CONTINUATION_MASK) == CONTINUATION)
+        --maxBytes;
+    return text.substr(0, maxBytes);
 }
 
 } // namespace
@@ -50,7 +50,7 @@ void Printer::progress(const std::string& text)
 
     const std::lock_guard lock(m_mutex);
     eraseProgress();
-    const std::string shown = beginningOf(inOneLine(text), longestProgress);
+    const std::string shown = beginningOf(inOneLine(text), MAX_PROGRESS_WIDTH);
     m_output << shown << std::flush;
     m_progressWidth = shown.size();
 }

@@ -125,7 +125,7 @@ void rescan(Console& console, const Arguments&)
 
 } // namespace
 
-std::vector<CommandEntry> resourceCommands()
+std::vector<ConsoleCommand> resourceCommands()
 {
     return {
         {"boards", "", "lists the boards", 0, 0, showBoards},

@@ -26,7 +26,7 @@ namespace ovra::console {
 
 namespace {
 
-constexpr std::chrono::minutes longestStart{5};
+constexpr std::chrono::minutes MAX_START_TIME{5};
 
 /// A start-up of the library, which counts even if it fails, and its shut-down.
 class LibraryUse
@@ -81,9 +81,9 @@ void reportFailures(reference::Application& application, Printer& printer)
 
 void dropByteOrderMark(std::string& line)
 {
-    constexpr std::string_view mark = "\xef\xbb\xbf";
-    if (line.starts_with(mark))
-        line.erase(0, mark.size());
+    constexpr std::string_view MARK = "\xef\xbb\xbf";
+    if (line.starts_with(MARK))
+        line.erase(0, MARK.size());
 }
 
 void runLine(Console& console, const std::string& line, InputKind kind)
@@ -141,7 +141,8 @@ bool startApplication(Console& console)
 {
     const auto errorsBefore = console.printer.errorCount();
     console.application.startPlugins();
-    const bool idle = console.application.pumpUntil([&] { return console.application.idle(); }, longestStart);
+    const bool idle =
+        console.application.pumpUntil([&] { return console.application.idle(); }, MAX_START_TIME);
     console.printer.endProgress();
     if (!idle)
         console.printer.error("the application is not ready after five minutes");

@@ -11,9 +11,9 @@ namespace ovra::console {
 
 namespace {
 
-constexpr unsigned long informationLevel = 2;
+constexpr unsigned long INFORMATION_LEVEL = 2;
 
-void showHelp(Printer& printer, const CommandEntry& command)
+void showHelp(Printer& printer, const ConsoleCommand& command)
 {
     printer.line(usageOf(command));
     printer.line(std::string("    ") + command.help);
@@ -42,7 +42,7 @@ void log(Console& console, const Arguments& arguments)
     if (text == "on" || text == "off")
         return console.views.setLogShown(text == "on");
     const tOvraLogTag tag{0, "console"};
-    OvraLogMessage(informationLevel, __FILE__, __LINE__, text.c_str(), 1, &tag);
+    OvraLogMessage(INFORMATION_LEVEL, __FILE__, __LINE__, text.c_str(), 1, &tag);
 }
 
 void quit(Console& console, const Arguments&)
@@ -52,12 +52,12 @@ void quit(Console& console, const Arguments&)
 
 } // namespace
 
-std::vector<CommandEntry> sessionCommands()
+std::vector<ConsoleCommand> sessionCommands()
 {
     return {
-        {"log", "on | off | TEXT", "shows the messages of the log, or does not; or writes one", 1, anyNumber,
+        {"log", "on | off | TEXT", "shows the messages of the log, or does not; or writes one", 1, ANY_NUMBER,
          log},
-        {"echo", "[TEXT]", "prints a text", 0, anyNumber, echo},
+        {"echo", "[TEXT]", "prints a text", 0, ANY_NUMBER, echo},
         {"help", "[COMMAND]", "explains all commands, or one", 0, 1, help},
         {"quit", "", "ends the session", 0, 0, quit},
     };

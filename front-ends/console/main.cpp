@@ -16,7 +16,7 @@ namespace {
 
 using namespace ovra::console;
 
-constexpr int exitCodeOfInterrupt = 130; // as shells have it
+constexpr int EXIT_CODE_OF_INTERRUPT = 130; // as shells have it
 
 bool runScript(const Options& options, Printer& printer)
 {
@@ -50,7 +50,7 @@ int exitCodeOf(const Options& options, Printer& printer)
         printer.error(error.what());
     }
     if (interrupted())
-        return exitCodeOfInterrupt;
+        return EXIT_CODE_OF_INTERRUPT;
     return succeeded ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 

@@ -30,7 +30,7 @@ struct BadLine
 };
 
 // Order matters: a board holds no applet before the first load.
-constexpr BadLine badLines[] = {
+constexpr BadLine BAD_LINES[] = {
     {"bords", "unknown command 'bords'; help lists the commands"},
     {"help bords", "unknown command 'bords'; help lists the commands"},
     {"echo \"open", "a quote is not closed"},
@@ -63,7 +63,7 @@ TEST(ConsoleErrors, EveryBadLineGetsOneLineWithItsNumberAndTheSessionGoesOn)
     std::string session;
     std::vector<std::string> expected;
     int number = 0;
-    for (const auto& [line, answer] : badLines) {
+    for (const auto& [line, answer] : BAD_LINES) {
         session += std::string(line) + "\n";
         ++number;
         if (answer)

@@ -56,7 +56,7 @@ struct Expected
     std::size_t greyValues; ///< at least
 };
 
-constexpr Expected pictures[] = {
+constexpr Expected PICTURES[] = {
     {"landscape.png", 1024, 768, 200},      {"ramp.png", 512, 384, 256},
     {"bottles.png", 960, 720, 200},         {"chart-of-another-size.png", 1023, 768, 200},
     {"chart.png", 1024, 768, 200},          {"landscape-again.png", 1024, 768, 200},
@@ -101,7 +101,7 @@ TEST_F(Demo, RunsWithoutErrorAndSavesAPictureOfEveryChannelThatShowsWhetherItsSi
     EXPECT_TRUE(outcome.linesWith("DMA memory: ").back().starts_with("DMA memory: 0.0 of "))
         << outcome.text();
 
-    for (const auto& expected : pictures) {
+    for (const auto& expected : PICTURES) {
         SCOPED_TRACE(expected.name);
         const auto saved = picture(expected.name);
         EXPECT_EQ(saved.width, expected.width);

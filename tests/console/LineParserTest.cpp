@@ -15,7 +15,7 @@ struct Row
     std::vector<std::string> words;
 };
 
-const Row rows[] = {
+const Row ROWS[] = {
     {"", {}},
     {" \t ", {}},
     {"boards", {"boards"}},
@@ -35,7 +35,7 @@ const Row rows[] = {
 
 TEST(LineParsing, SplitsALineIntoWords)
 {
-    for (const auto& [line, words] : rows)
+    for (const auto& [line, words] : ROWS)
         EXPECT_THAT(splitLine(line), ElementsAreArray(words)) << "line: " << line;
 }
 

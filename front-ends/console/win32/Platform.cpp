@@ -47,7 +47,7 @@ void restoreTerminal()
 // The narrow reading functions lose what is outside ASCII, whatever the code page.
 bool readTerminalLine(std::string& line)
 {
-    constexpr wchar_t endOfInput = 0x1a; // Ctrl-Z
+    constexpr wchar_t END_OF_INPUT = 0x1a; // Ctrl-Z
     std::wstring text;
     while (!text.ends_with(L'\n')) {
         std::array<wchar_t, 256> part{};
@@ -58,7 +58,7 @@ bool readTerminalLine(std::string& line)
             count == 0)
             return false;
         text.append(part.data(), count);
-        if (text.front() == endOfInput)
+        if (text.front() == END_OF_INPUT)
             return false;
     }
     text.pop_back();

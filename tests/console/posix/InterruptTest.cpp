@@ -129,8 +129,8 @@ TEST_F(Interrupting, OnceEndsTheSessionInOrderWhateverItIsAt)
 
 TEST_F(Interrupting, TwiceEndsTheProgramAtOnce)
 {
-    constexpr int longerThanAnybodyWaits = 60000000; // microseconds
-    RunningConsole console(begin + "wait 60\n", machine(longerThanAnybodyWaits));
+    constexpr int UNLOAD_MICROSECONDS = 60000000; // longer than anybody waits
+    RunningConsole console(begin + "wait 60\n", machine(UNLOAD_MICROSECONDS));
     console.interruptAfter("> wait 60", SIGTERM);
     console.interruptAfter("error: line 3: interrupted", SIGINT);
     const int status = console.status();

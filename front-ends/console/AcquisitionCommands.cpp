@@ -5,10 +5,14 @@
 #include "Console.h"
 #include "ConsoleViews.h"
 #include "Descriptions.h"
-#include "ImageCollection.h"
-#include "Lookup.h"
-#include "PngWriter.h"
 #include "Printer.h"
+
+#include "front-ends/shared/ImageCollection.h"
+#include "front-ends/shared/Lookup.h"
+#include "front-ends/shared/OutputFile.h"
+#include "front-ends/shared/PngWriter.h"
+#include "front-ends/shared/RequestError.h"
+#include "front-ends/shared/Titles.h"
 
 #include "gui-core/Gui.h"
 #include "gui-core/StartAcquisitionCommand.h"
@@ -23,6 +27,8 @@
 #include <sstream>
 
 namespace ovra::console {
+
+using namespace frontend;
 
 namespace {
 
@@ -64,7 +70,7 @@ Channel findChannel(Console& console, const Arguments& arguments, std::size_t po
     std::vector<Channel> channels;
     appendChannel(channels, console, board, dma);
     if (channels.empty())
-        throw CommandError(channelTitle(*board, *dma) + " has no display");
+        throw RequestError(channelTitle(*board, *dma) + " has no display");
     return channels.front();
 }
 
@@ -74,7 +80,7 @@ bool namesDma(const Arguments& arguments)
         return true;
     if (arguments.text(1) == "port")
         return false;
-    throw CommandError("what starts and stops is a 'dma' or a 'port', not '" + arguments.text(1) + "'");
+    throw RequestError("what starts and stops is a 'dma' or a 'port', not '" + arguments.text(1) + "'");
 }
 
 void start(Console& console, const Arguments& arguments)
@@ -117,7 +123,7 @@ void setAnswer(Console& console, const Arguments& arguments)
 
     const bool remember = arguments.count() > 1;
     if (remember && arguments.text(1) != "remember")
-        throw CommandError("an answer is followed by 'remember' or nothing, not by '" + arguments.text(1) +
+        throw RequestError("an answer is followed by 'remember' or nothing, not by '" + arguments.text(1) +
                            "'");
     console.dialog.setAnswer({arguments.integer(0, "BUTTON", 0, 2), remember});
 }
@@ -137,7 +143,7 @@ void requireImages(const Channel& channel, std::int64_t wanted)
 {
     const auto arrived = received(channel);
     if (arrived < wanted)
-        throw CommandError(channel.title + ": " + std::to_string(arrived) + " of " + std::to_string(wanted) +
+        throw RequestError(channel.title + ": " + std::to_string(arrived) + " of " + std::to_string(wanted) +
                            " images arrived" +
                            (channel.scene->isGrabbing()
                                 ? " within " + std::to_string(MAX_IMAGE_WAIT.count()) + " seconds"
@@ -175,7 +181,7 @@ std::vector<Channel> acquiringChannels(Console& console)
     auto channels = allChannels(console);
     std::erase_if(channels, [](const auto& channel) { return !channel.scene->isGrabbing(); });
     if (channels.empty())
-        throw CommandError("no DMA channel acquires");
+        throw RequestError("no DMA channel acquires");
     return channels;
 }
 
@@ -186,7 +192,7 @@ void wait(Console& console, const Arguments& arguments)
         return;
     }
     if (arguments.text(1) != "images" || arguments.count() == 3)
-        throw CommandError("usage: wait SECONDS, or wait COUNT images [BOARD DMA]");
+        throw RequestError("usage: wait SECONDS, or wait COUNT images [BOARD DMA]");
     const int wanted = arguments.integer(0, "COUNT", 1);
     if (arguments.count() == 2)
         return waitForImages(console, acquiringChannels(console), wanted);
@@ -199,11 +205,11 @@ StoredImage imageToSave(Console& console, const Channel& channel)
     const auto before = channel.images->count();
     const auto there = [&] { return channel.images->count() > before || !channel.scene->isGrabbing(); };
     if (!console.waitUntil(there, MAX_IMAGE_WAIT))
-        throw CommandError(channel.title + ": no image within " + std::to_string(MAX_IMAGE_WAIT.count()) +
+        throw RequestError(channel.title + ": no image within " + std::to_string(MAX_IMAGE_WAIT.count()) +
                            " seconds");
     auto image = channel.images->newest();
     if (image.pixels.empty())
-        throw CommandError(channel.title + " has got no image, and it does not acquire");
+        throw RequestError(channel.title + " has got no image, and it does not acquire");
     return image;
 }
 
@@ -211,7 +217,7 @@ void saveImage(Console& console, const Arguments& arguments)
 {
     const auto channel = findChannel(console, arguments, 0);
     const auto image = imageToSave(console, channel);
-    writePng(console.outputFile(arguments.text(2)), image);
+    writeFile(console.outputFile(arguments.text(2)), encodePng(image));
     console.printer.line(channel.title + ": image " + std::to_string(image.number) + ", " +
                          sizeText(image.width, image.height) + ", saved as " + arguments.text(2) + ".");
 }

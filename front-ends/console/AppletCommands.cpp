@@ -3,10 +3,14 @@
 #include "CommandTable.h"
 #include "Console.h"
 #include "Descriptions.h"
-#include "Lookup.h"
-#include "Parameters.h"
-#include "Paths.h"
+#include "ParameterTexts.h"
 #include "Printer.h"
+
+#include "front-ends/shared/Lookup.h"
+#include "front-ends/shared/Parameters.h"
+#include "front-ends/shared/Paths.h"
+#include "front-ends/shared/RequestError.h"
+#include "front-ends/shared/Titles.h"
 
 #include "gui-core/LoadAppletCommand.h"
 #include "gui-core/UnloadAppletCommand.h"
@@ -15,6 +19,8 @@
 #include "ovra-lib-environment/HlEnvironmentFileNode.h"
 
 namespace ovra::console {
+
+using namespace frontend;
 
 namespace {
 
@@ -28,7 +34,7 @@ void load(Console& console, const Arguments& arguments)
     console.run(gui::commands::LoadAppletCommand::create(static_cast<int>(board->getSerial()),
                                                          applet->getFilePath(), mcf));
     if (!board->getLoadedAppletEntry() && console.printer.errorCount() == errorsBefore)
-        throw CommandError("the applet was not loaded");
+        throw RequestError("the applet was not loaded");
 }
 
 void unload(Console& console, const Arguments& arguments)

@@ -1,10 +1,14 @@
 #include "Arguments.h"
 
+#include "front-ends/shared/RequestError.h"
+
 #include <charconv>
 #include <system_error>
 #include <utility>
 
 namespace ovra::console {
+
+using namespace frontend;
 
 namespace {
 
@@ -45,7 +49,7 @@ int Arguments::integer(std::size_t position, const char* name, int minimum, int 
 {
     int number = 0;
     if (!read(text(position), number) || number < minimum || number > maximum)
-        throw CommandError(std::string(name) + " must be a whole number from " + std::to_string(minimum) +
+        throw RequestError(std::string(name) + " must be a whole number from " + std::to_string(minimum) +
                            " to " + std::to_string(maximum) + ", not '" + text(position) + "'");
     return number;
 }
@@ -54,7 +58,7 @@ std::chrono::milliseconds Arguments::seconds(std::size_t position) const
 {
     double number = 0;
     if (!read(text(position), number) || !(number >= 0 && number <= MAX_WAIT_SECONDS))
-        throw CommandError("SECONDS must be a number from 0 to 86400, not '" + text(position) + "'");
+        throw RequestError("SECONDS must be a number from 0 to 86400, not '" + text(position) + "'");
     return std::chrono::milliseconds(static_cast<std::int64_t>(number * 1000));
 }
 

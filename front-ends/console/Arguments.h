@@ -1,22 +1,14 @@
 /// \file
-/// The arguments of a command, and the error of one that cannot be carried out.
+/// The arguments of a command.
 #pragma once
 
 #include <chrono>
 #include <cstddef>
 #include <limits>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 namespace ovra::console {
-
-/// A command that cannot be carried out. The text is the line the user sees.
-class CommandError : public std::runtime_error
-{
-public:
-    using std::runtime_error::runtime_error;
-};
 
 /// The words after a command's name. Positions count from 0 and must exist.
 class Arguments
@@ -29,10 +21,10 @@ public:
     /// All words, one blank between them.
     std::string joined() const;
 
-    /// A whole number between two bounds. Throws CommandError, which calls the argument \p name.
+    /// A whole number between two bounds. Throws RequestError, which calls the argument \p name.
     int integer(std::size_t position, const char* name, int minimum,
                 int maximum = std::numeric_limits<int>::max()) const;
-    /// A time such as "2" or "0.5". Throws CommandError.
+    /// A time such as "2" or "0.5". Throws RequestError.
     std::chrono::milliseconds seconds(std::size_t position) const;
 
 private:

@@ -3,15 +3,20 @@
 #include "CommandTable.h"
 #include "Console.h"
 #include "Descriptions.h"
-#include "Lookup.h"
-#include "Parameters.h"
 #include "Printer.h"
+
+#include "front-ends/shared/Lookup.h"
+#include "front-ends/shared/Parameters.h"
+#include "front-ends/shared/RequestError.h"
+#include "front-ends/shared/Titles.h"
 
 #include "gui-core/AcquisitionBufferCountChangeCommand.h"
 #include "ovra-lib-display/FrameBufferGroup.h"
 #include "ovra-lib-environment/HlEnvironmentBoardNode.h"
 
 namespace ovra::console {
+
+using namespace frontend;
 
 namespace {
 
@@ -31,7 +36,7 @@ void buffers(Console& console, const Arguments& arguments)
     const auto dma = findDma(*board, arguments.integer(1, "DMA", 0));
     const auto group = dma->getFrameBufferGroup();
     if (!group)
-        throw CommandError(channelTitle(*board, *dma) + " has no buffers");
+        throw RequestError(channelTitle(*board, *dma) + " has no buffers");
     if (arguments.count() > 2)
         console.run(gui::commands::AcquisitionBufferCountChangeCommand::create(
             dma, arguments.integer(2, "COUNT", 1)));
@@ -44,10 +49,10 @@ void generator(Console& console, const Arguments& arguments)
     const auto dma = findDma(*board, arguments.integer(1, "DMA", 0));
     const auto owner = parameterOwner(*board, *dma);
     if (!owner.has(GENERATOR_SWITCH))
-        throw CommandError(owner.title + " has no generator");
+        throw RequestError(owner.title + " has no generator");
     const std::string& state = arguments.text(2);
     if (state != "on" && state != "off")
-        throw CommandError("a generator is switched 'on' or 'off', not '" + state + "'");
+        throw RequestError("a generator is switched 'on' or 'off', not '" + state + "'");
     setParameter(board, {owner}, GENERATOR_SWITCH, state == "on" ? "1" : "0");
     console.printer.line(owner.title + ": generator " + state + ".");
 }

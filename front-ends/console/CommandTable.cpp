@@ -2,9 +2,13 @@
 
 #include "Arguments.h"
 
+#include "front-ends/shared/RequestError.h"
+
 #include <algorithm>
 
 namespace ovra::console {
+
+using namespace frontend;
 
 namespace {
 
@@ -37,7 +41,7 @@ const ConsoleCommand& findCommand(const std::string& name)
     const auto found =
         std::find_if(table.begin(), table.end(), [&](const auto& command) { return name == command.name; });
     if (found == table.end())
-        throw CommandError("unknown command '" + name + "'; help lists the commands");
+        throw RequestError("unknown command '" + name + "'; help lists the commands");
     return *found;
 }
 
@@ -46,7 +50,7 @@ void runCommand(Console& console, const std::vector<std::string>& words)
     const ConsoleCommand& command = findCommand(words.front());
     const Arguments arguments({words.begin() + 1, words.end()});
     if (arguments.count() < command.minArguments || arguments.count() > command.maxArguments)
-        throw CommandError("usage: " + usageOf(command));
+        throw RequestError("usage: " + usageOf(command));
     command.run(console, arguments);
 }
 

@@ -18,7 +18,7 @@ struct ConsoleCommand
     const char* help;
     std::size_t minArguments; ///< number of arguments
     std::size_t maxArguments;
-    void (*run)(Console&, const Arguments&); ///< throws CommandError, or what the host throws
+    void (*run)(Console&, const Arguments&); ///< throws RequestError, or what the host throws
 };
 
 /// Name and arguments, as the help shows them.
@@ -38,10 +38,10 @@ std::vector<ConsoleCommand> sessionCommands();
 /// All of them, in the order of the help.
 const std::vector<ConsoleCommand>& commandTable();
 
-/// Throws CommandError when there is no such command.
+/// Throws RequestError when there is no such command.
 const ConsoleCommand& findCommand(const std::string& name);
 
-/// Carries out a line. \p words begins with the command's name. Throws CommandError.
+/// Carries out a line. \p words begins with the command's name. Throws RequestError.
 void runCommand(Console& console, const std::vector<std::string>& words);
 
 } // namespace ovra::console

@@ -3,16 +3,21 @@
 #include "CommandTable.h"
 #include "Console.h"
 #include "ConsoleViews.h"
-#include "Lookup.h"
-#include "Parameters.h"
-#include "Paths.h"
+#include "ParameterTexts.h"
 #include "Printer.h"
+
+#include "front-ends/shared/Lookup.h"
+#include "front-ends/shared/Parameters.h"
+#include "front-ends/shared/Paths.h"
+#include "front-ends/shared/RequestError.h"
 
 #include "gui-core/LoadMcfCommand.h"
 #include "gui-core/StoreMcfCommand.h"
 #include "ovra-lib-environment/HlEnvironmentBoardNode.h"
 
 namespace ovra::console {
+
+using namespace frontend;
 
 namespace {
 
@@ -77,7 +82,7 @@ void loadMcf(Console& console, const Arguments& arguments)
     const auto errorsBefore = console.printer.errorCount();
     console.run(gui::commands::LoadMcfCommand::create(board, textOf(console.inputFile(arguments.text(1)))));
     if (!board->getLoadedAppletEntry() && console.printer.errorCount() == errorsBefore)
-        throw CommandError("the configuration was not loaded");
+        throw RequestError("the configuration was not loaded");
 }
 
 } // namespace

@@ -1,8 +1,10 @@
 #include "Console.h"
 
 #include "Arguments.h"
-#include "Paths.h"
-#include "Platform.h"
+#include "Interrupts.h"
+
+#include "front-ends/shared/Paths.h"
+#include "front-ends/shared/RequestError.h"
 
 #include "ovra-core/CommandProcessor.h"
 #include "ovra-core/HarloApplication.h"
@@ -11,6 +13,8 @@
 #include <system_error>
 
 namespace ovra::console {
+
+using namespace frontend;
 
 namespace {
 
@@ -22,7 +26,7 @@ void Console::run(const boost::shared_ptr<core::Command>& command)
 {
     core::HarloApplication::commandprocessor()->executeCommand(command);
     if (!application.pumpUntil([this] { return application.idle(); }, MAX_COMMAND_TIME))
-        throw CommandError("the application is still busy after 60 seconds");
+        throw RequestError("the application is still busy after 60 seconds");
 }
 
 std::filesystem::path Console::outputFile(const std::string& name) const
@@ -45,7 +49,7 @@ bool Console::waitUntil(const std::function<bool()>& condition, std::chrono::mil
 {
     const bool holds = application.pumpUntil([&] { return interrupted() || condition(); }, limit);
     if (interrupted())
-        throw CommandError("interrupted");
+        throw RequestError("interrupted");
     return holds;
 }
 

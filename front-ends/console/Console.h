@@ -13,6 +13,10 @@ namespace ovra::core {
 class Command;
 }
 
+namespace ovra::frontend {
+class ImageCollection;
+}
+
 namespace ovra::reference {
 class Application;
 }
@@ -21,7 +25,6 @@ namespace ovra::console {
 
 class ChoiceDialog;
 class ConsoleViews;
-class ImageCollection;
 class Printer;
 
 /// GUI thread. What it refers to outlives it.
@@ -31,12 +34,12 @@ struct Console
     Printer& printer;
     ConsoleViews& views;
     ChoiceDialog& dialog;
-    ImageCollection& images;
+    frontend::ImageCollection& images;
     std::filesystem::path outputFolder; ///< where pictures and configurations with a relative name go
     bool ended = false;                 ///< set to end the session after the present line
 
     /// Has the application run \p command, and lets the loop run until nothing is left to do for it, also
-    /// when the user interrupts the program. Throws CommandError when that takes longer than a minute.
+    /// when the user interrupts the program. Throws RequestError when that takes longer than a minute.
     void run(const boost::shared_ptr<core::Command>& command);
 
     /// A file to write, below the output folder unless \p name is a whole path. Folders that are missing are
@@ -46,7 +49,7 @@ struct Console
     /// A file to read that a user names: where there is one of that name in the output folder, it is meant.
     std::filesystem::path inputFile(const std::string& name) const;
 
-    /// Lets the loop run until \p condition holds; false when \p limit passed first. Throws CommandError when
+    /// Lets the loop run until \p condition holds; false when \p limit passed first. Throws RequestError when
     /// the user interrupts the program.
     bool waitUntil(const std::function<bool()>& condition, std::chrono::milliseconds limit);
 };

@@ -2,10 +2,11 @@
 
 #include "ChoiceDialog.h"
 #include "Descriptions.h"
-#include "ImageCollection.h"
-#include "Lookup.h"
-#include "Parameters.h"
 #include "Printer.h"
+
+#include "front-ends/shared/ImageCollection.h"
+#include "front-ends/shared/Lookup.h"
+#include "front-ends/shared/Parameters.h"
 
 #include "ovra-lib-fglib-model/FgLibEventsModel.h"
 
@@ -14,6 +15,8 @@
 #include <array>
 
 namespace ovra::console {
+
+using namespace frontend;
 
 namespace {
 

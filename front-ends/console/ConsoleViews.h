@@ -2,7 +2,7 @@
 /// ConsoleViews: the front end's side of the library, as lines of text.
 #pragma once
 
-#include "EventCounter.h"
+#include "front-ends/shared/EventCounter.h"
 
 #include "gui-core/Views.h"
 
@@ -10,17 +10,20 @@
 #include <memory>
 #include <string>
 
+namespace ovra::frontend {
+class ImageCollection;
+}
+
 namespace ovra::console {
 
 class ChoiceDialog;
-class ImageCollection;
 class Printer;
 
 /// GUI thread but for logMsgCallback and connectFglibEvents. Printer, images and dialog outlive it.
 class ConsoleViews final : public gui::Views
 {
 public:
-    ConsoleViews(Printer& printer, ImageCollection& images, ChoiceDialog& dialog);
+    ConsoleViews(Printer& printer, frontend::ImageCollection& images, ChoiceDialog& dialog);
 
     /// Whether all messages of the host's log are printed. At first only its warnings and errors are.
     void setLogShown(bool shown);
@@ -63,14 +66,14 @@ public:
 
 private:
     Printer& m_printer;
-    ImageCollection& m_images;
+    frontend::ImageCollection& m_images;
     ChoiceDialog& m_dialog;
     std::string m_caption;
     std::string m_memory; ///< the figures that were told last
     bool m_initialized = false;
     std::atomic<bool> m_logShown{false};
     // Shared with the subscriptions, which a board may hold longer than the library holds the views.
-    const std::shared_ptr<EventCounter> m_events;
+    const std::shared_ptr<frontend::EventCounter> m_events;
 };
 
 } // namespace ovra::console

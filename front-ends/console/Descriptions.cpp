@@ -1,6 +1,7 @@
 #include "Descriptions.h"
 
-#include "Lookup.h"
+#include "front-ends/shared/Lookup.h"
+#include "front-ends/shared/Titles.h"
 
 #include "gui-core/Gui.h"
 #include "ovra-lib-display/DisplayScene.h"
@@ -13,14 +14,9 @@
 
 namespace ovra::console {
 
-namespace {
+using namespace frontend;
 
-boost::shared_ptr<core::models::HlEnvironmentCameraNode>
-cameraNode(const core::models::HlEnvironmentLogicalPortNode& port)
-{
-    const auto physical = port.getMappedPortEntry();
-    return physical ? physical->getConnectedCameraEntry() : nullptr;
-}
+namespace {
 
 std::string mebibytes(unsigned long long bytes)
 {
@@ -52,29 +48,6 @@ void appendAcquisition(std::string& list, const core::models::HlEnvironmentBoard
 
 } // namespace
 
-std::string serialText(const core::models::HlEnvironmentBoardNode& board)
-{
-    std::ostringstream text;
-    text << std::hex << board.getSerial();
-    return text.str();
-}
-
-std::string boardTitle(const core::models::HlEnvironmentBoardNode& board)
-{
-    return "board " + std::to_string(board.getIndex()) + " - " + board.getBoardName();
-}
-
-std::string channelTitle(const core::models::HlEnvironmentBoardNode& board,
-                         const core::models::HlEnvironmentDmaNode& dma)
-{
-    return "board " + std::to_string(board.getIndex()) + " DMA " + std::to_string(dma.getIndex());
-}
-
-std::string sizeText(int width, int height)
-{
-    return std::to_string(width) + " x " + std::to_string(height);
-}
-
 std::string connectorText(const core::models::HlEnvironmentLogicalPortNode& port)
 {
     const auto physical = port.getMappedPortEntry();
@@ -83,17 +56,11 @@ std::string connectorText(const core::models::HlEnvironmentLogicalPortNode& port
 
 std::string cameraText(const core::models::HlEnvironmentLogicalPortNode& port)
 {
-    const auto camera = cameraNode(port);
+    const auto camera = cameraNodeOf(port);
     if (!camera)
         return "";
     const auto model = cameraOf(port);
     return "camera " + camera->getName() + (model ? ": " + sizeText(model->width(), model->height()) : "");
-}
-
-boost::shared_ptr<core::models::GenICamModel> cameraOf(const core::models::HlEnvironmentLogicalPortNode& port)
-{
-    const auto camera = cameraNode(port);
-    return camera ? camera->getGenICamModelEntry() : nullptr;
 }
 
 std::string acquisitionText()

@@ -1,23 +1,16 @@
 #include "LineReader.h"
 
-#include "Platform.h"
+#include "Interrupts.h"
 
 #include "ovra-core/reference/Application.h"
 
 #include <atomic>
-#include <chrono>
 #include <memory>
 #include <mutex>
 #include <thread>
 #include <utility>
 
 namespace ovra::console {
-
-namespace {
-
-constexpr std::chrono::hours MAX_IDLE_WAIT{1};
-
-} // namespace
 
 /// One call of the source. Shared with its thread, which outlives a wait that was given up.
 struct LineReader::Reading
@@ -58,11 +51,13 @@ void LineReader::serve(reference::Application& application)
 std::optional<std::string> LineReader::next()
 {
     const auto reading = std::make_shared<Reading>();
-    reading->wakeUp = [application = m_application] { application->post([] {}); };
+    reading->wakeUp = [application = m_application] { application->quit(); };
+    onInterrupt(reading->wakeUp);
     std::thread thread([source = m_source, reading] { reading->read(source); });
 
-    while (!m_application->pumpUntil([&] { return reading->done || interrupted(); }, MAX_IDLE_WAIT)) {
-    }
+    while (!reading->done && !interrupted())
+        m_application->exec();
+    onInterrupt(nullptr);
     if (!reading->done) {
         reading->abandon();
         thread.detach();

@@ -4,12 +4,6 @@
 
 namespace ovra::console {
 
-namespace {
-
-constexpr int MAX_LOG_LEVEL = 10;
-
-} // namespace
-
 std::optional<Options> parseOptions(const std::vector<std::string>& arguments, int& exitCode)
 {
     Options options;
@@ -19,18 +13,7 @@ std::optional<Options> parseOptions(const std::vector<std::string>& arguments, i
         "ovra-console");
     program.set_version_flag("--version", "ovra-console " OVRA_CONSOLE_VERSION);
     program.add_option("--script", options.script, "commands to carry out")->type_name("FILE");
-    program
-        .add_option("--output-dir", options.outputFolder,
-                    "folder for pictures and stored configurations, in place of the current one")
-        ->type_name("DIR");
-    program.add_option("--machine", options.machine, "description of the virtual machine")->type_name("FILE");
-    program.add_option("--runtime-dir", options.runtimeFolder, "installation, in place of the program's own")
-        ->type_name("DIR");
-    program.add_option("--config", options.configurationFile, "where configuration entries are kept")
-        ->type_name("FILE");
-    program.add_option("--log-level", options.logLevel, "threshold of the diagnostic log: lower shows more")
-        ->type_name("N")
-        ->check(CLI::Range(0, MAX_LOG_LEVEL));
+    frontend::addSessionOptions(program, options.session);
 
     try {
         program.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend())); // the last one first

@@ -2,21 +2,18 @@
 /// The program's command line.
 #pragma once
 
+#include "front-ends/shared/SessionOptions.h"
+
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace ovra::console {
 
-/// Texts are paths; empty where not given.
 struct Options
 {
-    std::string script;
-    std::string outputFolder;
-    std::string machine;
-    std::string runtimeFolder;
-    std::string configurationFile;
-    std::optional<int> logLevel;
+    frontend::SessionOptions session;
+    std::string script; ///< path; empty where not given
 };
 
 /// \p arguments are the words behind the program's name. Empty when the program has done all it should: \p

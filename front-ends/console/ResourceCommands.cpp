@@ -3,8 +3,10 @@
 #include "CommandTable.h"
 #include "Console.h"
 #include "Descriptions.h"
-#include "Lookup.h"
 #include "Printer.h"
+
+#include "front-ends/shared/Lookup.h"
+#include "front-ends/shared/Titles.h"
 
 #include "gui-core/Gui.h"
 #include "gui-core/RescanAppletsCommand.h"
@@ -16,6 +18,8 @@
 #include <algorithm>
 
 namespace ovra::console {
+
+using namespace frontend;
 
 namespace {
 

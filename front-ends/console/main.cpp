@@ -1,8 +1,11 @@
+#include "Interrupts.h"
 #include "Options.h"
-#include "Paths.h"
 #include "Platform.h"
 #include "Printer.h"
 #include "Session.h"
+
+#include "front-ends/shared/Paths.h"
+#include "front-ends/shared/Process.h"
 
 #include <cstdlib>
 #include <exception>
@@ -20,7 +23,7 @@ constexpr int EXIT_CODE_OF_INTERRUPT = 130; // as shells have it
 
 bool runScript(const Options& options, Printer& printer)
 {
-    const auto file = pathOf(options.script);
+    const auto file = ovra::frontend::pathOf(options.script);
     const auto script = std::make_shared<std::ifstream>(file);
     std::error_code none; // a file that cannot be looked at cannot be opened either
     if (!*script || std::filesystem::is_directory(file, none)) {
@@ -60,7 +63,8 @@ int main(int argumentCount, char** arguments)
 {
     prepareTerminal();
     int exitCode = EXIT_SUCCESS;
-    const auto options = parseOptions(commandLineArguments(argumentCount, arguments), exitCode);
+    const auto options =
+        parseOptions(ovra::frontend::commandLineArguments(argumentCount, arguments), exitCode);
     if (!options)
         return exitCode;
 

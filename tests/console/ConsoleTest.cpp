@@ -1,6 +1,6 @@
 #include "Workspace.h"
 
-#include "front-ends/console/Paths.h"
+#include "front-ends/shared/Paths.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -8,8 +8,8 @@
 #include <algorithm>
 
 using namespace ovra::tests;
-using ovra::console::pathOf;
-using ovra::console::textOf;
+using ovra::frontend::pathOf;
+using ovra::frontend::textOf;
 using testing::AllOf;
 using testing::Contains;
 using testing::ElementsAre;
@@ -38,7 +38,7 @@ constexpr BadLine BAD_LINES[] = {
     {"boards 1", "usage: boards"},
     {"load 5 none.hap", "unknown board '5'; boards are 0, 1"},
     {"load nonsense none.hap", "unknown board 'nonsense'; boards are 0, 1"},
-    {"load 0 none.hap", "unknown applet 'none.hap'; applets lists what there is"},
+    {"load 0 none.hap", "unknown applet 'none.hap'"},
     {"unload 0", "board 0 holds no applet"},
     {"start 1 dma 0", "board 1 holds no applet"},
     {"wait 3 images", "no DMA channel acquires"},
@@ -51,7 +51,7 @@ constexpr BadLine BAD_LINES[] = {
     {"set 0 GAIN 17", "board 0 DMA 0: Parameter GAIN: expected a number from 0 to 16, found \"17\""},
     {"set 0 0 OFFSET 1.5",
      "board 0 DMA 0: Parameter OFFSET: expected an integer from -255 to 255 (digits), found \"1.5\""},
-    {"set 0 GIAN 1", "board 0 DMA 0 has no parameter 'GIAN'; parameters lists what there is"},
+    {"set 0 GIAN 1", "board 0 DMA 0 has no parameter 'GIAN'"},
     {"set 0 TEMPERATURE 20", "board 0 DMA 0: TEMPERATURE can only be read"},
     {"get 0 1 GAIN", "board 0 has no DMA channel 1; it has 0"},
     {"buffers 0 0 0", "COUNT must be a whole number from 1 to 2147483647, not '0'"},

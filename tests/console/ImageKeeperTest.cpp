@@ -1,4 +1,4 @@
-#include "front-ends/console/ImageKeeper.h"
+#include "front-ends/shared/ImageKeeper.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -16,7 +16,7 @@ struct ImageKeeping : testing::Test
     }
 
     boost::shared_ptr<display::DisplayScene> scene = display::DisplayScene::create();
-    console::ImageKeeper keeper{scene};
+    frontend::ImageKeeper keeper{scene};
 };
 
 TEST_F(ImageKeeping, KeepsACopyOfTheNewestImageWhateverItsSize)

@@ -83,10 +83,10 @@ public:
         auto machine = nlohmann::json::parse(contentOf(OVRA_STAGE_DIR "/simulation/default-machine.json"));
         for (auto& camera : machine["cameras"])
             camera["frameRate"] = FAST_FRAMES_PER_SECOND;
-        m_options.machine = m_folder / "machine.json";
-        std::ofstream(m_options.machine) << machine;
-        m_options.outputFolder = m_folder;
-        m_options.runtimeFolder = OVRA_STAGE_DIR;
+        m_options.session.machine = m_folder / "machine.json";
+        std::ofstream(m_options.session.machine) << machine;
+        m_options.session.outputFolder = m_folder;
+        m_options.session.runtimeFolder = OVRA_STAGE_DIR;
     }
     ~Stage() { fs::remove_all(m_folder); }
     Stage(const Stage&) = delete;
@@ -99,7 +99,7 @@ public:
         const fs::path configuration = m_folder / "configuration";
         std::ofstream(configuration) << "gui.preferences.acq.default.timeout=1\n";
         console::Options options = m_options;
-        options.configurationFile = configuration;
+        options.session.configurationFile = configuration;
 
         std::istringstream input(m_script);
         const auto nextLine = [&input](std::string& line) { return bool(std::getline(input, line)); };

@@ -1,30 +1,17 @@
 #include "../Platform.h"
 
 #include <array>
-#include <atomic>
 #include <cstdio>
 #include <cstdlib>
 #include <iostream>
 #include <string_view>
 
 #include <io.h>
-#include <stdlib.h>
 #include <windows.h>
-
-#include <shellapi.h>
 
 namespace ovra::console {
 
 namespace {
-
-std::atomic<bool> wasInterrupted{false};
-
-BOOL WINAPI onControl(DWORD event)
-{
-    if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT)
-        return FALSE;
-    return wasInterrupted.exchange(true) ? FALSE : TRUE; // what is not handled ends the process
-}
 
 std::string utf8(std::wstring_view text)
 {
@@ -68,17 +55,6 @@ bool readTerminalLine(std::string& line)
 
 } // namespace
 
-std::vector<std::string> commandLineArguments(int, char**)
-{
-    int count = 0;
-    LPWSTR* const words = CommandLineToArgvW(GetCommandLineW(), &count);
-    std::vector<std::string> texts;
-    for (int i = 1; words && i < count; ++i)
-        texts.push_back(utf8(words[i]));
-    LocalFree(words);
-    return texts;
-}
-
 bool inputIsTerminal()
 {
     return _isatty(_fileno(stdin)) != 0;
@@ -101,22 +77,6 @@ void prepareTerminal()
 bool readInputLine(std::string& line)
 {
     return inputIsTerminal() ? readTerminalLine(line) : static_cast<bool>(std::getline(std::cin, line));
-}
-
-void noteInterrupts()
-{
-    SetConsoleCtrlHandler(&onControl, TRUE);
-}
-
-bool interrupted()
-{
-    return wasInterrupted;
-}
-
-// The C run-time library's own copy is what the libraries of the process read; this changes both.
-void setEnvironmentVariable(const std::string& name, const std::string& value)
-{
-    _putenv_s(name.c_str(), value.c_str());
 }
 
 } // namespace ovra::console

@@ -1,6 +1,6 @@
 #include "../RunProgram.h"
 
-#include "front-ends/console/Paths.h"
+#include "front-ends/shared/Paths.h"
 
 #include <stdexcept>
 
@@ -39,7 +39,7 @@ int runProgram(const ProgramRun& run)
 {
     std::wstring command = L"\"" + run.program.wstring() + L"\"";
     for (const auto& argument : run.arguments)
-        command += L" \"" + console::pathOf(argument).wstring() + L"\"";
+        command += L" \"" + frontend::pathOf(argument).wstring() + L"\"";
 
     const Handle input(openForChild(run.input, GENERIC_READ, OPEN_EXISTING));
     const Handle output(openForChild(run.output, GENERIC_WRITE, CREATE_ALWAYS));

@@ -1,60 +1,30 @@
 #include "Parameters.h"
 
-#include "Arguments.h"
-#include "Descriptions.h"
+#include "RequestError.h"
+#include "Titles.h"
 
 #include "ovra-lib-environment/HlEnvironmentBoardNode.h"
 #include "ovra-lib-fglib-model/FgLibModel.h"
 #include "ovra-lib-genicam-model/GenICamModel.h"
 
 #include <algorithm>
-#include <cmath>
 #include <stdexcept>
 
-namespace ovra::console {
+namespace ovra::frontend {
 
 using parameters::Parameter;
 
 namespace {
 
-// A bound is a floating-point number whatever it bounds; "100000" reads better than "1e+05".
-std::string boundText(double bound)
-{
-    constexpr double MAX_EXACT_INTEGER = 1e15;
-    const bool whole = std::abs(bound) < MAX_EXACT_INTEGER && std::trunc(bound) == bound;
-    return parameters::toText(whole ? parameters::Value(static_cast<std::int64_t>(bound))
-                                    : parameters::Value(bound));
-}
-
-std::string valueText(const Parameter& parameter)
-{
-    const std::string value = parameters::toText(parameter.value);
-    if (std::holds_alternative<std::string>(parameter.value))
-        return '"' + value + '"';
-    return parameter.unit.empty() ? value : value + ' ' + parameter.unit;
-}
-
-/// What values it takes; empty when any will do.
-std::string rangeText(const Parameter& parameter)
-{
-    if (!parameter.writable)
-        return "read only";
-    if (!(parameter.minimum < parameter.maximum))
-        return "";
-    const bool coarse = std::holds_alternative<std::int64_t>(parameter.value) && parameter.step > 1;
-    return boundText(parameter.minimum) + " to " + boundText(parameter.maximum) +
-           (coarse ? " in steps of " + boundText(parameter.step) : "");
-}
-
 void requireAccepted(const ParameterOwner& owner, const std::string& name, const std::string& value)
 {
     const auto parameter = owner.find(name);
     if (!parameter.writable)
-        throw CommandError(owner.title + ": " + name + " can only be read");
+        throw RequestError(owner.title + ": " + name + " can only be read");
     try {
         parameters::fromText(parameter, value);
     } catch (const std::invalid_argument& error) {
-        throw CommandError(owner.title + ": " + error.what());
+        throw RequestError(owner.title + ": " + error.what());
     }
 }
 
@@ -88,7 +58,7 @@ Parameter ParameterOwner::find(const std::string& name) const
     for (const auto& parameter : all())
         if (parameter.name == name)
             return parameter;
-    throw CommandError(title + " has no parameter '" + name + "'; parameters lists what there is");
+    throw RequestError(title + " has no parameter '" + name + "'");
 }
 
 bool ParameterOwner::has(const std::string& name) const
@@ -114,17 +84,6 @@ ParameterOwner parameterOwner(const core::models::HlEnvironmentBoardNode& board,
     return {channelTitle(board, dma), dma.getIndex(), dma.getFrontendRegInfoModel()};
 }
 
-std::string shortText(const Parameter& parameter)
-{
-    return parameter.name + ' ' + valueText(parameter);
-}
-
-std::string longText(const Parameter& parameter)
-{
-    const std::string range = rangeText(parameter);
-    return parameter.name + " = " + valueText(parameter) + (range.empty() ? "" : " (" + range + ')');
-}
-
 void setParameter(const BoardNode& board, const std::vector<ParameterOwner>& owners, const std::string& name,
                   const std::string& value)
 {
@@ -148,4 +107,4 @@ void markGenerators(const BoardNode& board)
     }
 }
 
-} // namespace ovra::console
+} // namespace ovra::frontend

@@ -12,7 +12,7 @@
 #include <mutex>
 #include <vector>
 
-namespace ovra::console {
+namespace ovra::frontend {
 
 /// An image of its own: 8-bit grey, row by row, without padding.
 struct StoredImage
@@ -53,4 +53,4 @@ private:
     Clock::time_point m_newestTime;
 };
 
-} // namespace ovra::console
+} // namespace ovra::frontend

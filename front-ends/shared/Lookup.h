@@ -1,7 +1,7 @@
 /// \file
 /// Finds boards, applets, DMA channels and ports by what a user types.
 ///
-/// GUI thread. What is not found throws CommandError with a text that says what there is.
+/// GUI thread. What is not found throws RequestError with a text that says what there is.
 #pragma once
 
 #include "ovra-core/GenericModel.h"
@@ -12,13 +12,15 @@
 #include <vector>
 
 namespace ovra::core::models {
+class GenICamModel;
 class HlEnvironmentBoardNode;
+class HlEnvironmentCameraNode;
 class HlEnvironmentDmaNode;
 class HlEnvironmentFileNode;
 class HlEnvironmentLogicalPortNode;
 } // namespace ovra::core::models
 
-namespace ovra::console {
+namespace ovra::frontend {
 
 using BoardNode = boost::shared_ptr<core::models::HlEnvironmentBoardNode>;
 using DmaNode = boost::shared_ptr<core::models::HlEnvironmentDmaNode>;
@@ -55,4 +57,11 @@ FileNode findApplet(const core::models::HlEnvironmentBoardNode& board, const std
 DmaNode findDma(const core::models::HlEnvironmentBoardNode& board, int index);
 PortNode findPort(const core::models::HlEnvironmentBoardNode& board, int index);
 
-} // namespace ovra::console
+/// The camera at the connector that a port is mapped to; empty when there is none.
+boost::shared_ptr<core::models::HlEnvironmentCameraNode>
+cameraNodeOf(const core::models::HlEnvironmentLogicalPortNode& port);
+/// Its controls; empty when there is no camera, or it has none.
+boost::shared_ptr<core::models::GenICamModel>
+cameraOf(const core::models::HlEnvironmentLogicalPortNode& port);
+
+} // namespace ovra::frontend

@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <string>
 
-namespace ovra::console {
+namespace ovra::frontend {
 
 inline std::filesystem::path pathOf(const std::string& text)
 {
@@ -18,4 +18,4 @@ inline std::string textOf(const std::filesystem::path& path)
     return {text.begin(), text.end()};
 }
 
-} // namespace ovra::console
+} // namespace ovra::frontend

@@ -2,7 +2,7 @@
 
 #include "ovra-lib-environment/HlEnvironmentBoardNode.h"
 
-namespace ovra::console {
+namespace ovra::frontend {
 
 void ImageCollection::attach(const boost::shared_ptr<core::models::HlEnvironmentBoardNode>& board)
 {
@@ -35,4 +35,4 @@ const ImageKeeper* ImageCollection::find(const core::models::HlEnvironmentBoardN
     return keeper == entry->second.keepers.end() ? nullptr : keeper->second.get();
 }
 
-} // namespace ovra::console
+} // namespace ovra::frontend

@@ -1,7 +1,7 @@
 /// \file
 /// The parameters of boards as a user sees and changes them.
 ///
-/// GUI thread. What cannot be done throws CommandError with a text that says what was wrong, and has changed
+/// GUI thread. What cannot be done throws RequestError with a text that says what was wrong, and has changed
 /// nothing.
 #pragma once
 
@@ -16,7 +16,7 @@ namespace ovra::core::models {
 class FgLibModel;
 }
 
-namespace ovra::console {
+namespace ovra::frontend {
 
 /// What has parameters: a DMA channel, or a board whose applet has no channels.
 struct ParameterOwner
@@ -36,11 +36,6 @@ std::vector<ParameterOwner> parameterOwners(const core::models::HlEnvironmentBoa
 ParameterOwner parameterOwner(const core::models::HlEnvironmentBoardNode& board,
                               const core::models::HlEnvironmentDmaNode& dma);
 
-/// "GAIN 1", "FG_WIDTH 1024 pixel"
-std::string shortText(const parameters::Parameter& parameter);
-/// "FG_WIDTH = 1024 pixel (1 to 8192)"
-std::string longText(const parameters::Parameter& parameter);
-
 /// Sets a parameter of each of \p owners. All of them are asked first whether they take the value.
 void setParameter(const BoardNode& board, const std::vector<ParameterOwner>& owners, const std::string& name,
                   const std::string& value);
@@ -53,4 +48,4 @@ void markGenerators(const BoardNode& board);
 /// The parameter that switches a channel's generator.
 inline constexpr const char* GENERATOR_SWITCH = "FG_GEN_ENABLE";
 
-} // namespace ovra::console
+} // namespace ovra::frontend

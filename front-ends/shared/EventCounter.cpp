@@ -1,6 +1,6 @@
 #include "EventCounter.h"
 
-namespace ovra::console {
+namespace ovra::frontend {
 
 void EventCounter::count(const std::string& name)
 {
@@ -14,4 +14,4 @@ std::map<std::string, std::int64_t> EventCounter::counts() const
     return m_counts;
 }
 
-} // namespace ovra::console
+} // namespace ovra::frontend

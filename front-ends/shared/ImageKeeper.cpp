@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-namespace ovra::console {
+namespace ovra::frontend {
 
 ImageKeeper::ImageKeeper(const boost::shared_ptr<display::DisplayScene>& scene) : m_scene(scene)
 {
@@ -52,4 +52,4 @@ double ImageKeeper::imagesPerSecond() const
     return seconds > 0 ? static_cast<double>(m_newest.number - m_firstNumber) / seconds : 0;
 }
 
-} // namespace ovra::console
+} // namespace ovra::frontend

@@ -15,7 +15,7 @@ class HlEnvironmentBoardNode;
 class HlEnvironmentDmaNode;
 } // namespace ovra::core::models
 
-namespace ovra::console {
+namespace ovra::frontend {
 
 /// GUI thread.
 class ImageCollection
@@ -40,4 +40,4 @@ private:
     std::map<unsigned int, Board> m_boards; ///< by serial
 };
 
-} // namespace ovra::console
+} // namespace ovra::frontend

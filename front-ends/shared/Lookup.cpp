@@ -1,11 +1,12 @@
 #include "Lookup.h"
 
-#include "Arguments.h"
+#include "RequestError.h"
 
 #include "gui-core/Gui.h"
 #include "ovra-lib-environment/Environment.h"
 #include "ovra-lib-environment/HlEnvironmentBoardNode.h"
 #include "ovra-lib-environment/HlEnvironmentFileNode.h"
+#include "ovra-lib-environment/HlEnvironmentHardwareNodes.h"
 #include "ovra-lib-environment/HlEnvironmentModel.h"
 
 #include <algorithm>
@@ -13,7 +14,7 @@
 #include <optional>
 #include <system_error>
 
-namespace ovra::console {
+namespace ovra::frontend {
 
 namespace {
 
@@ -80,7 +81,7 @@ boost::shared_ptr<Node> findByIndex(const std::vector<boost::shared_ptr<Node>>& 
             return node;
         indices.push_back(std::to_string(node->getIndex()));
     }
-    throw CommandError("board " + std::to_string(board.getIndex()) + " has no " + what + " " +
+    throw RequestError("board " + std::to_string(board.getIndex()) + " has no " + what + " " +
                        std::to_string(index) +
                        (indices.empty() ? "; it has none" : "; it has " + joined(indices)));
 }
@@ -114,14 +115,14 @@ BoardNode findBoard(const std::string& text)
     for (const auto& board : boards)
         if (serial && board->getSerial() == *serial)
             return board;
-    throw CommandError("unknown board '" + text + "'; " + listOfBoards());
+    throw RequestError("unknown board '" + text + "'; " + listOfBoards());
 }
 
 BoardNode findLoadedBoard(const std::string& text)
 {
     const auto board = findBoard(text);
     if (!board->getLoadedAppletEntry())
-        throw CommandError("board " + std::to_string(board->getIndex()) + " holds no applet");
+        throw RequestError("board " + std::to_string(board->getIndex()) + " holds no applet");
     return board;
 }
 
@@ -139,7 +140,7 @@ FileNode findApplet(const core::models::HlEnvironmentBoardNode& board, const std
         if (namesFile(wanted, file->getFilePath()))
             matches.push_back(file);
     if (matches.empty())
-        throw CommandError("unknown applet '" + text + "'; applets lists what there is");
+        throw RequestError("unknown applet '" + text + "'");
     if (matches.size() == 1)
         return matches.front();
 
@@ -152,7 +153,7 @@ FileNode findApplet(const core::models::HlEnvironmentBoardNode& board, const std
     std::vector<std::string> paths;
     for (const auto& file : matches)
         paths.push_back(file->getFilePath());
-    throw CommandError("'" + text + "' can be " + joined(paths));
+    throw RequestError("'" + text + "' can be " + joined(paths));
 }
 
 DmaNode findDma(const core::models::HlEnvironmentBoardNode& board, int index)
@@ -165,4 +166,17 @@ PortNode findPort(const core::models::HlEnvironmentBoardNode& board, int index)
     return findByIndex(listOf(board.getLogicalPorts()), index, "port", board);
 }
 
-} // namespace ovra::console
+boost::shared_ptr<core::models::HlEnvironmentCameraNode>
+cameraNodeOf(const core::models::HlEnvironmentLogicalPortNode& port)
+{
+    const auto physical = port.getMappedPortEntry();
+    return physical ? physical->getConnectedCameraEntry() : nullptr;
+}
+
+boost::shared_ptr<core::models::GenICamModel> cameraOf(const core::models::HlEnvironmentLogicalPortNode& port)
+{
+    const auto camera = cameraNodeOf(port);
+    return camera ? camera->getGenICamModelEntry() : nullptr;
+}
+
+} // namespace ovra::frontend

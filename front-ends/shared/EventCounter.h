@@ -7,7 +7,7 @@
 #include <mutex>
 #include <string>
 
-namespace ovra::console {
+namespace ovra::frontend {
 
 /// Safe from any thread.
 class EventCounter
@@ -21,4 +21,4 @@ private:
     std::map<std::string, std::int64_t> m_counts;
 };
 
-} // namespace ovra::console
+} // namespace ovra::frontend

@@ -1,0 +1,53 @@
+#include "ParameterTexts.h"
+
+#include <cmath>
+
+namespace ovra::console {
+
+using parameters::Parameter;
+
+namespace {
+
+// A bound is a floating-point number whatever it bounds; "100000" reads better than "1e+05".
+std::string boundText(double bound)
+{
+    constexpr double MAX_EXACT_INTEGER = 1e15;
+    const bool whole = std::abs(bound) < MAX_EXACT_INTEGER && std::trunc(bound) == bound;
+    return parameters::toText(whole ? parameters::Value(static_cast<std::int64_t>(bound))
+                                    : parameters::Value(bound));
+}
+
+std::string valueText(const Parameter& parameter)
+{
+    const std::string value = parameters::toText(parameter.value);
+    if (std::holds_alternative<std::string>(parameter.value))
+        return '"' + value + '"';
+    return parameter.unit.empty() ? value : value + ' ' + parameter.unit;
+}
+
+/// What values it takes; empty when any will do.
+std::string rangeText(const Parameter& parameter)
+{
+    if (!parameter.writable)
+        return "read only";
+    if (!(parameter.minimum < parameter.maximum))
+        return "";
+    const bool coarse = std::holds_alternative<std::int64_t>(parameter.value) && parameter.step > 1;
+    return boundText(parameter.minimum) + " to " + boundText(parameter.maximum) +
+           (coarse ? " in steps of " + boundText(parameter.step) : "");
+}
+
+} // namespace
+
+std::string shortText(const Parameter& parameter)
+{
+    return parameter.name + ' ' + valueText(parameter);
+}
+
+std::string longText(const Parameter& parameter)
+{
+    const std::string range = rangeText(parameter);
+    return parameter.name + " = " + valueText(parameter) + (range.empty() ? "" : " (" + range + ')');
+}
+
+} // namespace ovra::console

@@ -1,0 +1,16 @@
+/// \file
+/// Parameters as the console shows them.
+#pragma once
+
+#include "ovra-lib-parameters/Parameter.h"
+
+#include <string>
+
+namespace ovra::console {
+
+/// "GAIN 1", "FG_WIDTH 1024 pixel"
+std::string shortText(const parameters::Parameter& parameter);
+/// "FG_WIDTH = 1024 pixel (1 to 8192)"
+std::string longText(const parameters::Parameter& parameter);
+
+} // namespace ovra::console

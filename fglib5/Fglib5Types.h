@@ -152,7 +152,34 @@ inline constexpr int FG_TIMEOUT_PARAMETER = 5040; ///< int32, seconds, named "FG
 inline constexpr int FG_GEN_ENABLE = 5100;        ///< int32, 0 = camera, 1 = generator pattern
 inline constexpr int FG_GEN_FRAMERATE = 5110;     ///< double, images per second, 0 = as fast as possible
 
-inline constexpr int FG_PIXELFORMAT_MONO8 = 8;
+// Values of FG_PIXELFORMAT. A line begins with a whole byte.
+enum FgPixelFormat : int
+{
+    FG_PIXELFORMAT_MONO8 = 8,
+    FG_PIXELFORMAT_MONO10 =
+        10, ///< to MONO16: words of 16 bits, low byte first, of which the low bits are used
+    FG_PIXELFORMAT_MONO12 = 12,
+    FG_PIXELFORMAT_MONO14 = 14,
+    FG_PIXELFORMAT_MONO16 = 16,
+    FG_PIXELFORMAT_RGB8 = 24,           ///< bytes red, green, blue
+    FG_PIXELFORMAT_BGR8 = 25,           ///< bytes blue, green, red
+    FG_PIXELFORMAT_BGRA8 = 32,          ///< bytes blue, green, red, 255
+    FG_PIXELFORMAT_MONO10_PACKED = 110, ///< bit by bit, the first pixel in the lowest bits of the first byte
+    FG_PIXELFORMAT_MONO12_PACKED = 112,
+    FG_PIXELFORMAT_BAYER_RG8 =
+        208, ///< bytes; the first line alternates red and green, the second green and blue
+    FG_PIXELFORMAT_BAYER_GR8 = 218,
+    FG_PIXELFORMAT_BAYER_GB8 = 228,
+    FG_PIXELFORMAT_BAYER_BG8 = 238,
+    FG_PIXELFORMAT_BAYER_RG12 = 212, ///< words as with MONO12
+    FG_PIXELFORMAT_BAYER_GR12 = 222,
+    FG_PIXELFORMAT_BAYER_GB12 = 232,
+    FG_PIXELFORMAT_BAYER_BG12 = 242,
+};
+
+// Parameter ids of one image in a ring, for Fg_getParameterEx.
+inline constexpr int FG_TIMESTAMP_NS =
+    6010; ///< uint64, when the board took it: since the board was initialised
 
 // What Fg_Acquire is told to take: this many images, or images without end.
 inline constexpr FgFrameIndex FG_GRAB_INFINITE = -1;

@@ -3,19 +3,32 @@
 #pragma once
 
 #include "ovra-lib-display/Export.h"
+#include "ovra-lib-display/PixelFormat.h"
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 
 namespace ovra::display {
 
-/// An image in a buffer. Valid while the buffer is not overwritten: copy what is needed longer.
+/// An image in a buffer, read with the functions of PixelConversion.h. Valid while the buffer is not
+/// overwritten: copy what is needed longer.
 struct Image
 {
-    const std::uint8_t* pixels = nullptr; ///< 8-bit grey, row by row, without padding
+    const std::uint8_t* pixels = nullptr; ///< line after line, bytesPerLine bytes each
     int width = 0;                        ///< pixels
     int height = 0;                       ///< lines
     std::int64_t number = 0;              ///< 1 for the first image since acquisition start
+    PixelFormat format = PixelFormat::Mono8;
+    int bitsPerPixel = describe(format).bitsPerPixel;
+    std::size_t bytesPerLine = display::bytesPerLine(format, width);
+    /// When the board took the image: nanoseconds since the applet was loaded. 0 where the runtime does not
+    /// tell.
+    std::uint64_t timestampNs = 0;
+    /// When the host noticed it.
+    std::chrono::system_clock::time_point arrival{};
+
+    std::size_t bytes() const { return bytesPerLine * static_cast<std::size_t>(height); }
 };
 
 class OVRA_DISPLAY_API FrameBufferGroup

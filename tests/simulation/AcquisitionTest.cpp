@@ -126,6 +126,25 @@ TEST_F(Acquisition, FillsTheRingInOrderWithChangingImages)
     EXPECT_EQ(status(FG_STATUS_BUFFER_COUNT), 3);
 }
 
+TEST_F(Acquisition, KnowsWhenEachImageOfTheRingWasTaken)
+{
+    auto* buffers = ring(3);
+    ASSERT_EQ(start(0, buffers, 5), FG_OK);
+    runtime.FgCam_start(0, 0);
+    ASSERT_EQ(waitFor(5, 0, buffers), 5) << lastLine();
+    std::uint64_t earlier = 0;
+    for (const FgFrameIndex frame : {3, 4, 5}) {
+        std::uint64_t taken = 0;
+        ASSERT_EQ(runtime.Fg_getParameterEx(grabber_, FG_TIMESTAMP_NS, &taken, 0, buffers, frame), FG_OK);
+        EXPECT_GT(taken, earlier);
+        earlier = taken;
+    }
+    EXPECT_GT(earlier, 15'000'000U); // four times 5 ms, but the first image may have been late
+    for (const FgFrameIndex frame : {2, 6})
+        EXPECT_EQ(runtime.Fg_getParameterEx(grabber_, FG_TIMESTAMP_NS, &earlier, 0, buffers, frame),
+                  FG_INVALID_ARGUMENT);
+}
+
 TEST_F(Acquisition, ShowsASizeMismatchAsAStreamCutIntoOtherLines)
 {
     auto* whole = ring(1);

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <cstring>
 #include <exception>
@@ -68,10 +69,12 @@ struct FglibFrameBufferGroup::State
 
     std::atomic<unsigned int> timeoutSeconds{DEFAULT_TIMEOUT_SECONDS};
     std::vector<std::uint8_t> copy; // of the image handed out; touched in waitForImage only
+    std::uint64_t timestamp = 0;    // of that image; likewise
     std::vector<std::uint8_t> room; // for larger copies: the next wait takes it up
     std::size_t roomBytes = 0;      // of the largest that there was; under control
 
     Geometry readGeometry() const;
+    PixelFormat readFormat() const;
     int readInteger(int parameter, const char* name) const;
     void writeInteger(int parameter, const char* name, int value);
     std::int64_t lostNow() const;
@@ -99,6 +102,7 @@ struct FglibFrameBufferGroup::State
     Wait waitOnce(std::int64_t after, Image& image, FgFrameIndex& number);
     FgFrameIndex fetch(FgFrameIndex wanted, const ImageBuffers& source);
     FgFrameIndex copyNewest(FgFrameIndex wanted, const ImageBuffers& source);
+    std::uint64_t timestampOf(FgFrameIndex number, const ImageBuffers& source) const;
     bool overwritten(FgFrameIndex number, const ImageBuffers& source) const;
 
     std::string text(const std::string& message) const
@@ -140,7 +144,21 @@ void FglibFrameBufferGroup::State::writeInteger(int parameter, const char* name,
 
 Geometry FglibFrameBufferGroup::State::readGeometry() const
 {
-    return {readInteger(FG_WIDTH, "FG_WIDTH"), readInteger(FG_HEIGHT, "FG_HEIGHT")};
+    return {readInteger(FG_WIDTH, "FG_WIDTH"), readInteger(FG_HEIGHT, "FG_HEIGHT"), readFormat()};
+}
+
+PixelFormat FglibFrameBufferGroup::State::readFormat() const
+{
+    std::int32_t number = 0;
+    const int code = runtime->Fg_getParameter(handle, FG_PIXELFORMAT, &number, dma);
+    if (code == FG_INVALID_PARAMETER)
+        return PixelFormat::Mono8; // an applet of one format only
+    if (code != FG_OK)
+        fail("FG_PIXELFORMAT could not be read", code);
+    const auto format = pixelFormatOf(number);
+    if (!format)
+        throw std::runtime_error(text("the pixel format " + std::to_string(number) + " is not known"));
+    return *format;
 }
 
 // The runtime counts anew with each of its acquisitions.
@@ -339,7 +357,18 @@ FgFrameIndex FglibFrameBufferGroup::State::copyNewest(FgFrameIndex wanted, const
     if (!pixels)
         return FG_INVALID_MEMORY;
     std::memcpy(copy.data(), pixels, source.geometry().bytes());
+    timestamp = timestampOf(number, source);
     return number;
+}
+
+// 0 where the runtime does not tell.
+std::uint64_t FglibFrameBufferGroup::State::timestampOf(FgFrameIndex number, const ImageBuffers& source) const
+{
+    std::uint64_t nanoseconds = 0;
+    if (!runtime->Fg_getParameterEx ||
+        runtime->Fg_getParameterEx(handle, FG_TIMESTAMP_NS, &nanoseconds, dma, source.get(), number) != FG_OK)
+        return 0;
+    return nanoseconds;
 }
 
 /// True when the runtime may have written to the buffer of picture \p number since that was the newest. It
@@ -371,7 +400,13 @@ FglibFrameBufferGroup::State::Wait FglibFrameBufferGroup::State::waitOnce(std::i
     changed.notify_all();
     if (number > 0) {
         newest = base + number;
-        image = {copy.data(), size.width, size.height, newest};
+        image = {.pixels = copy.data(),
+                 .width = size.width,
+                 .height = size.height,
+                 .number = newest,
+                 .format = size.format,
+                 .timestampNs = timestamp,
+                 .arrival = std::chrono::system_clock::now()};
         return Wait::Delivered;
     }
     if (running)

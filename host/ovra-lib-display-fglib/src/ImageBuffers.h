@@ -15,14 +15,15 @@ struct MemoryBudget
     FglibFrameBufferGroup::UpdateUsedMemory update;
 };
 
-/// Size of an image, in pixels of one byte.
+/// What an image takes: its size in pixels, and what a pixel is.
 struct Geometry
 {
     int width = 0;
     int height = 0;
+    PixelFormat format = PixelFormat::Mono8;
 
     bool operator==(const Geometry&) const = default;
-    std::size_t bytes() const { return static_cast<std::size_t>(width) * static_cast<std::size_t>(height); }
+    std::size_t bytes() const { return bytesPerLine(format, width) * static_cast<std::size_t>(height); }
 };
 
 /// Takes buffers when it is made, and gives them and their bytes back when it is destroyed.

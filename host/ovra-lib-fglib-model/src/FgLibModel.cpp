@@ -54,7 +54,7 @@ Description describe(const FgRegisterDescription& source)
 
 bool shapesImage(int parameter)
 {
-    return parameter == FG_WIDTH || parameter == FG_HEIGHT;
+    return parameter == FG_WIDTH || parameter == FG_HEIGHT || parameter == FG_PIXELFORMAT;
 }
 
 /// One DMA channel of a board handle, as far as parameters go. Results are the runtime's codes.

@@ -168,6 +168,17 @@ FgFrameIndex Fg_getImage(Fg_Struct* grabber, int selector, FgFrameIndex frame, u
     return ::Fg_getImageEx(grabber, selector, frame, dma, timeoutSeconds, nullptr);
 }
 
+int Fg_getParameterEx(Fg_Struct* grabber, int parameter, void* value, unsigned int dma, FgBufferRing* ring,
+                      FgFrameIndex frame)
+{
+    const auto owner = grabberOf(grabber);
+    if (parameter != FG_TIMESTAMP_NS)
+        throw Failure(FG_INVALID_PARAMETER, "An image has no parameter " + std::to_string(parameter));
+    const auto timestamp = channelWithRing(*owner, dma, ring).timestampOf(frame);
+    std::memcpy(checkedArgument(value, "value"), &timestamp, sizeof timestamp);
+    return FG_OK;
+}
+
 int Fg_registerApcHandler(Fg_Struct* grabber, unsigned int dma, const FgApcControl* control, FgBufferRing*)
 {
     const auto owner = grabberOf(grabber);

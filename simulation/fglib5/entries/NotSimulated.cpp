@@ -44,11 +44,6 @@ int Fg_NumaPinThread(Fg_Struct*)
     notSimulated("Fg_NumaPinThread");
 }
 
-int Fg_getParameterEx(Fg_Struct*, int, void*, unsigned int, FgBufferRing*, FgFrameIndex)
-{
-    notSimulated("Fg_getParameterEx");
-}
-
 int Fg_getParameterInfoXML(Fg_Struct*, int, char*, std::size_t*)
 {
     notSimulated("Fg_getParameterInfoXML");

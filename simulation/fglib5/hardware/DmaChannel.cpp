@@ -112,6 +112,7 @@ void DmaChannel::acquire(std::shared_ptr<BufferRing> ring, FgFrameIndex frames, 
     {
         const std::lock_guard lock(m_mutex);
         m_ring = std::move(ring);
+        m_timestamps.assign(static_cast<std::size_t>(m_ring->size()), 0);
         m_wanted = frames;
         m_last = 0;
         m_lost = 0;
@@ -260,6 +261,15 @@ FgFrameIndex DmaChannel::lostFrames() const
     return m_lost;
 }
 
+std::uint64_t DmaChannel::timestampOf(FgFrameIndex frame) const
+{
+    const std::lock_guard lock(m_mutex);
+    const auto buffers = static_cast<FgFrameIndex>(m_timestamps.size());
+    if (frame < 1 || frame > m_last || frame <= m_last - buffers)
+        throw Failure(FG_INVALID_ARGUMENT, "The ring does not hold image " + std::to_string(frame));
+    return m_timestamps[static_cast<std::size_t>((frame - 1) % buffers)];
+}
+
 std::shared_ptr<BufferRing> DmaChannel::ring() const
 {
     const std::lock_guard lock(m_mutex);
@@ -300,6 +310,7 @@ void DmaChannel::run()
             continue;
         const auto target = m_ring->bufferOf(m_last + 1).first(bytes);
         lock.unlock();
+        const auto taken = m_events.clockNs();
         m_events.raise(m_startEvent, m_last + 1); // only this thread writes m_last
         {
             const DeviceWrite scope;
@@ -307,7 +318,7 @@ void DmaChannel::run()
         }
         lock.lock();
         const auto now = Clock::now();
-        publish();
+        publish(taken);
         callApc(lock, now);
     }
     finish(); // still under the lock: who has seen the last image finds the ring free
@@ -349,9 +360,10 @@ bool DmaChannel::imageDue(std::unique_lock<std::mutex>& lock, Pace& pace)
     return true;
 }
 
-void DmaChannel::publish()
+void DmaChannel::publish(std::uint64_t taken)
 {
     // A reader that waits for a later image costs nothing until then.
+    m_timestamps[static_cast<std::size_t>(m_last % m_ring->size())] = taken;
     if (++m_last < m_awaited)
         return;
     m_awaited = NOBODY_WAITS;

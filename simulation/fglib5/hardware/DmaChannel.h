@@ -31,6 +31,7 @@
 #include <mutex>
 #include <optional>
 #include <thread>
+#include <vector>
 
 namespace simulation {
 
@@ -61,6 +62,8 @@ public:
     /// The newest image's number, once image \p frame is there. Throws FG_TIMEOUT, FG_NOT_ACQUIRING.
     FgFrameIndex waitFor(FgFrameIndex frame, std::chrono::milliseconds timeout);
     FgFrameIndex lostFrames() const;
+    /// When the board took an image that is still in the ring, by its clock. Throws FG_INVALID_ARGUMENT.
+    std::uint64_t timestampOf(FgFrameIndex frame) const;
     /// The ring of the present or the last acquisition; null where there is none.
     std::shared_ptr<BufferRing> ring() const;
     /// For a ring that is freed: its memory does not stay until the next acquisition.
@@ -82,7 +85,7 @@ private:
     void run();
     void finish();
     bool imageDue(std::unique_lock<std::mutex>& lock, Pace& pace);
-    void publish();
+    void publish(std::uint64_t taken);
     void callApc(std::unique_lock<std::mutex>& lock, Clock::time_point now);
 
     const DmaDescription m_description;
@@ -102,6 +105,7 @@ private:
     bool m_running = false;
     bool m_closed = false;
     std::shared_ptr<BufferRing> m_ring;
+    std::vector<std::uint64_t> m_timestamps; ///< one for each buffer of the ring
     FgFrameIndex m_wanted = 0;
     std::atomic<FgFrameIndex> m_last{0}; ///< written under the lock
     FgFrameIndex m_lost = 0;

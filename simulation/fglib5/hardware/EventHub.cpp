@@ -39,6 +39,12 @@ const char* EventHub::nameOf(std::uint64_t mask) const
     return lowest < m_names.size() ? m_names[lowest].c_str() : nullptr;
 }
 
+std::uint64_t EventHub::clockNs() const
+{
+    const std::chrono::nanoseconds age = std::chrono::steady_clock::now() - m_start;
+    return static_cast<std::uint64_t>(age.count());
+}
+
 void EventHub::raise(std::uint64_t mask, FgFrameIndex frame)
 {
     if ((m_active.load(std::memory_order_relaxed) & mask) == 0)
@@ -56,11 +62,9 @@ void EventHub::raise(std::uint64_t mask, FgFrameIndex frame)
 
 void EventHub::record(std::uint64_t event, FgFrameIndex frame)
 {
-    const auto age = std::chrono::steady_clock::now() - m_start;
     FgEventInfo info{};
     info.mask = event;
-    info.timestampNs =
-        static_cast<std::uint64_t>(std::chrono::duration_cast<std::chrono::nanoseconds>(age).count());
+    info.timestampNs = clockNs();
     info.frame = frame;
     m_pending |= event;
     const auto kind = static_cast<std::size_t>(std::countr_zero(event));

@@ -35,6 +35,9 @@ public:
     /// Of the lowest event in \p mask; null where there is none.
     const char* nameOf(std::uint64_t mask) const;
 
+    /// Nanoseconds since the board was initialised: the board's clock.
+    std::uint64_t clockNs() const;
+
     /// One branch while none of the events is activated.
     void raise(std::uint64_t mask, FgFrameIndex frame);
 

@@ -135,6 +135,24 @@ endif()
 
 # --- the kinds of targets ------------------------------------------------------------------------
 
+# ovra_version_resource(<target> <file name>)
+#
+# What Windows shows of a file's version. Nothing elsewhere.
+file(STRINGS LICENSE OVRA_COPYRIGHT REGEX "^Copyright")
+function(ovra_version_resource target file)
+    if(NOT WIN32)
+        return()
+    endif()
+    set(type VFT_DLL)
+    get_target_property(kind ${target} TYPE)
+    if(kind STREQUAL "EXECUTABLE")
+        set(type VFT_APP)
+    endif()
+    set(resource "${CMAKE_CURRENT_BINARY_DIR}/${target}-version.rc")
+    configure_file("${PROJECT_SOURCE_DIR}/cmake/package/version.rc.in" "${resource}" @ONLY)
+    target_sources(${target} PRIVATE "${resource}")
+endfunction()
+
 # What shared libraries and modules share. Not for use elsewhere.
 function(_ovra_library target)
     target_link_libraries(${target} PRIVATE ovra-options)
@@ -179,6 +197,7 @@ function(ovra_shared_library target)
         _ovra_place_for_tests(${target})
         return()
     endif()
+    ovra_version_resource(${target} "${target}.dll")
     set_target_properties(${target} PROPERTIES
         RUNTIME_OUTPUT_DIRECTORY "${OVRA_STAGE_DIR}/bin"
         LIBRARY_OUTPUT_DIRECTORY "${OVRA_STAGE_DIR}/lib"
@@ -218,6 +237,7 @@ function(ovra_runtime_module target)
         _ovra_place_for_tests(${target})
         return()
     endif()
+    ovra_version_resource(${target} "${target}.dll")
     set_target_properties(${target} PROPERTIES
         LIBRARY_OUTPUT_DIRECTORY "${OVRA_STAGE_DIR}/bin"
         INSTALL_RPATH "$ORIGIN/../lib"
@@ -239,6 +259,7 @@ function(ovra_program target)
     add_executable(${target} ${arg_SOURCES})
     target_link_libraries(${target} PRIVATE ovra-options ${arg_LINK})
     _ovra_opens(${target} "${arg_OPENS}")
+    ovra_version_resource(${target} "${target}.exe")
     set_target_properties(${target} PROPERTIES
         RUNTIME_OUTPUT_DIRECTORY "${OVRA_STAGE_DIR}/bin"
         INSTALL_RPATH "$ORIGIN/../lib"

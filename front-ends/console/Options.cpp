@@ -1,5 +1,7 @@
 #include "Options.h"
 
+#include "gui-core/Version.h"
+
 #include <CLI/CLI.hpp>
 
 namespace ovra::console {
@@ -11,7 +13,10 @@ std::optional<Options> parseOptions(const std::vector<std::string>& arguments, i
         "Loads applets onto frame-grabber boards and acquires images, by commands of one line each.\n"
         "Without a script the commands come from standard input; 'help' lists them.",
         "ovra-console");
-    program.set_version_flag("--version", "ovra-console " OVRA_CONSOLE_VERSION);
+    program.set_version_flag("--version", [] {
+        return std::string("ovra-console " OVRA_GUI_CORE_VERSION "\novra-lib-gui-core ") +
+               OvraGuiCoreVersion() + ", " + OvraGuiCoreAbi();
+    });
     program.add_option("--script", options.script, "commands to carry out")->type_name("FILE");
     frontend::addSessionOptions(program, options.session);
 

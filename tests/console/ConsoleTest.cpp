@@ -280,7 +280,8 @@ TEST(ConsoleProgram, ShowsTheLibrarysOwnTwoLinesWhenTheirLevelIsAskedFor)
 TEST(ConsoleProgram, TellsItsVersion)
 {
     const auto outcome = Workspace().console("", {"--version"});
-    EXPECT_THAT(outcome.lines, ElementsAre("ovra-console " OVRA_VERSION));
+    EXPECT_THAT(outcome.lines,
+                ElementsAre("ovra-console " OVRA_VERSION, "ovra-lib-gui-core " OVRA_VERSION ", " OVRA_ABI));
     EXPECT_EQ(outcome.exitCode, 0);
 }
 

@@ -1,7 +1,15 @@
+// Versions of the headers and of the library, which is asked before anything else is done with it.
+
+#include "gui-core/Version.h"
 #include "gui-core/EntryPoints.h"
+
+#include <iostream>
 
 int main()
 {
+    std::cout << OVRA_GUI_CORE_VERSION << ' ' << OVRA_GUI_CORE_VERSION_NUMBER << ' ' << OVRA_GUI_CORE_ABI
+              << '\n'
+              << OvraGuiCoreVersion() << ' ' << OvraGuiCoreVersionNumber() << ' ' << OvraGuiCoreAbi() << '\n';
     OvraGuiCoreInit();
     OvraGuiCoreDeinit();
 }

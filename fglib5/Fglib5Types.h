@@ -134,6 +134,7 @@ inline constexpr int FG_FILE_ERROR = -18;            ///< a file could not be re
 inline constexpr int FG_INVALID_CONFIGURATION = -19; ///< configuration file does not fit the applet
 inline constexpr int FG_MACHINE_DESCRIPTION = -20;   ///< the hardware description is missing or broken
 inline constexpr int FG_APPLET_BOARD_MISMATCH = -21; ///< applet is made for another board model
+inline constexpr int FG_DEVICE_LOST = -22;           ///< the board is not there any more
 inline constexpr int FG_NOT_SIMULATED = -2000;       ///< entry without behaviour in a virtual installation
 inline constexpr int FG_RUNTIME_UNAVAILABLE = -2130; ///< runtime or entry could not be bound
 
@@ -196,6 +197,11 @@ inline constexpr int FG_STATUS_GRABBED_IMAGES = 1; ///< images delivered since t
 inline constexpr int FG_STATUS_LOST_IMAGES = 2;    ///< images of the source that were not delivered
 inline constexpr int FG_STATUS_BUFFER_COUNT = 3;   ///< buffers of the ring
 inline constexpr int FG_STATUS_ACQUIRING = 4;      ///< 1 while acquiring
+inline constexpr int FG_STATUS_SOURCE = 5;         ///< what the channel's source does, FG_SOURCE_...
+
+inline constexpr FgFrameIndex FG_SOURCE_STREAMS = 0;
+inline constexpr FgFrameIndex FG_SOURCE_NONE = 1; ///< no camera, or one that is not started
+inline constexpr FgFrameIndex FG_SOURCE_WAITS_FOR_TRIGGER = 2;
 
 // Selectors of Fg_getSystemInformation; the argument is the board index.
 enum FgInfoSelector : int

@@ -46,10 +46,9 @@ public:
     void stopAcquisition() override;
     bool waitForImage(std::int64_t after, Image& image) override;
     unsigned int dmaIndex() const override;
-
-    /// Images since the last start that the source sent and the channel could not take, as the runtime counts
-    /// them.
-    std::int64_t lostImages() const;
+    reference::AcquisitionStatus acquisitionStatus() const override;
+    /// As the runtime counts them.
+    std::int64_t lostImages() const override;
 
     /// Longest wait for an image.
     void setTimeout(unsigned int seconds);

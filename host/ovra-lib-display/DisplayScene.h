@@ -10,6 +10,10 @@
 #include <cstdint>
 #include <memory>
 
+namespace ovra::reference {
+class AcquisitionObserver;
+}
+
 namespace ovra::display {
 
 /// Shows images. Implemented by a front end, owned by it, and taken off every scene before it is destroyed.
@@ -62,6 +66,8 @@ public:
     DisplayStatistics statistics() const;
 
 private:
+    friend class reference::AcquisitionObserver;
+
     DisplayScene();
 
     struct State;

@@ -9,6 +9,10 @@
 #include <cstddef>
 #include <cstdint>
 
+namespace ovra::reference {
+struct AcquisitionStatus;
+}
+
 namespace ovra::display {
 
 /// An image in a buffer, read with the functions of PixelConversion.h. Valid while the buffer is not
@@ -58,6 +62,12 @@ public:
     virtual bool waitForImage(std::int64_t after, Image& image) = 0;
     /// The DMA channel, for messages.
     virtual unsigned int dmaIndex() const = 0;
+    /// How the acquisition stands; after a waitForImage that gave none, why. A group that cannot tell has
+    /// stopped.
+    virtual reference::AcquisitionStatus acquisitionStatus() const;
+    /// Images since the last start that the source sent and the channel could not take; 0 where nobody
+    /// counts.
+    virtual std::int64_t lostImages() const;
 };
 
 } // namespace ovra::display

@@ -10,6 +10,10 @@
 #include <memory>
 #include <string>
 
+namespace ovra::reference {
+class EnvironmentObserver;
+}
+
 namespace ovra::core {
 
 namespace models {
@@ -70,6 +74,8 @@ public:
     void forceSingleFileAddition(const std::string& path);
 
 private:
+    friend class reference::EnvironmentObserver;
+
     Environment();
 
     struct State;

@@ -11,6 +11,10 @@
 #include <memory>
 #include <string>
 
+namespace ovra::reference {
+class BoardEvents;
+}
+
 namespace ovra::core::models {
 
 class HlEnvironmentBoardNode;
@@ -33,6 +37,8 @@ public:
     boost::signals2::connection connectEvent(const EventSignal::slot_type& slot);
 
 private:
+    friend class reference::BoardEvents;
+
     FgLibEventsModel();
 
     struct State;

@@ -68,6 +68,8 @@ const char* descriptionOf(int code) noexcept
         return "The machine description is missing or broken";
     case FG_APPLET_BOARD_MISMATCH:
         return "The applet is made for another board model";
+    case FG_DEVICE_LOST:
+        return "The board is not there any more";
     case FG_NOT_SIMULATED:
         return "A virtual installation has no behaviour for this";
     case FG_RUNTIME_UNAVAILABLE:

@@ -3,7 +3,9 @@
 #include "LogCollector.h"
 #include "RecordScope.h"
 
+#include "host/ovra-lib-display/src/ArrivalRate.h"
 #include "ovra-lib-display/DisplayScene.h"
+#include "ovra-lib-display/reference/AcquisitionObserver.h"
 
 #include <boost/make_shared.hpp>
 #include <gmock/gmock.h>
@@ -18,6 +20,10 @@ namespace {
 
 using namespace ovra::display;
 using namespace std::chrono_literals;
+using ovra::reference::AcquisitionFigures;
+using ovra::reference::AcquisitionObserver;
+using ovra::reference::AcquisitionState;
+using ovra::reference::AcquisitionStatus;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
@@ -40,6 +46,21 @@ public:
     std::atomic<bool> refusesToStart{false};
     std::atomic<std::int64_t> lateImage{0}; // handed out once the acquisition has stopped; 0: none
     std::atomic<bool> throwsWhileWaiting{false};
+    std::atomic<std::int64_t> lost{0};
+
+    /// Lets the present acquisition fail.
+    void fail(const AcquisitionStatus& failure)
+    {
+        const std::lock_guard lock(m_mutex);
+        m_failure = failure;
+        m_changed.notify_all();
+    }
+    AcquisitionStatus acquisitionStatus() const override
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_failure;
+    }
+    std::int64_t lostImages() const override { return lost; }
 
     void setBufferCount(int) override {}
     unsigned int requestedBufferCount() const override { return 1; }
@@ -57,6 +78,8 @@ public:
         m_calls.push_back("start " + std::to_string(images));
         m_acquiring = true;
         m_newest = 0;
+        m_failure = {.state = AcquisitionState::Running, .board = 7, .dma = 3, .reason = {}};
+        lost = 0;
     }
     void stopAcquisition() override
     {
@@ -69,11 +92,13 @@ public:
     bool waitForImage(std::int64_t after, Image& image) override
     {
         std::unique_lock lock(m_mutex);
-        m_changed.wait(lock, [&] { return !m_acquiring || m_newest > after; });
+        m_changed.wait(lock, [&] { return !m_acquiring || m_newest > after || !m_failure.reason.empty(); });
         if (throwsWhileWaiting)
             throw 42;
+        if (!m_failure.reason.empty())
+            return false;
         const std::int64_t number = m_acquiring ? m_newest : lateImage.exchange(0);
-        image = {&m_pixel, 1, 1, number};
+        image = {&m_pixel, 10, 2, number};
         return number != 0;
     }
 
@@ -83,6 +108,7 @@ private:
     std::vector<std::string> m_calls;
     std::atomic<bool> m_acquiring{false};
     std::int64_t m_newest = 0;
+    AcquisitionStatus m_failure;
     std::uint8_t m_pixel = 0;
 };
 
@@ -289,6 +315,102 @@ TEST_F(DisplaySceneTest, MayBeStartedAndStoppedFromSeveralThreads)
     images.join();
     EXPECT_FALSE(scene->isGrabbing());
     EXPECT_FALSE(group->acquiring());
+}
+
+TEST_F(DisplaySceneTest, TellsWhyAnAcquisitionEndedByItselfAndOnlyThen)
+{
+    std::mutex mutex;
+    std::vector<std::string> ends;
+    const auto end = [](const AcquisitionStatus& status) {
+        return std::string(textOf(status.state)) + " (" + status.reason + ")";
+    };
+    const boost::signals2::scoped_connection connection =
+        AcquisitionObserver::connect(scene, [&](const AcquisitionStatus& status) {
+            EXPECT_FALSE(scene->isGrabbing());
+            EXPECT_EQ(end(AcquisitionObserver::status(*scene)), end(status));
+            EXPECT_THROW(scene->startGrabbing(-1), std::logic_error);
+            const std::lock_guard lock(mutex);
+            ends.push_back(end(status));
+        });
+    const auto status = [&] { return end(AcquisitionObserver::status(*scene)); };
+    const auto told = [&](std::size_t count) {
+        for (;; std::this_thread::yield()) {
+            const std::lock_guard lock(mutex);
+            if (ends.size() == count)
+                return ends.back();
+        }
+    };
+    EXPECT_EQ(status(), "stopped ()");
+    begin();
+    EXPECT_EQ(status(), "running ()");
+    scene->stopGrabbing();
+    EXPECT_EQ(status(), "stopped ()");
+    scene->startGrabbing(2);
+    group->deliver(2);
+    EXPECT_EQ(told(1), "count reached (board 7 DMA 3: all 2 images arrived)");
+    scene->startGrabbing(-1);
+    group->fail({.state = AcquisitionState::DeviceLost, .board = 7, .dma = 3, .reason = "gone"});
+    EXPECT_EQ(told(2), "device lost (gone)");
+    scene->startGrabbing(-1);
+    EXPECT_EQ(status(), "running ()");
+    group->throwsWhileWaiting = true;
+    group->deliver(1);
+    EXPECT_EQ(told(3), "failed (DMA 3: grabbing ended: an exception of unknown type)");
+    scene->stopGrabbing();
+}
+
+TEST_F(DisplaySceneTest, CountsFromTheLastStartAndFromTheBoardsStart)
+{
+    const auto text = [this] {
+        const auto figures = AcquisitionObserver::figures(*scene);
+        std::ostringstream line;
+        for (const auto& each : {figures.sinceStart, figures.sinceBoardStart})
+            line << each.received << ' ' << each.shown << ' ' << each.skipped << ' ' << each.lost << "; ";
+        return line.str();
+    };
+    EXPECT_LT(AcquisitionObserver::figures(*scene).newestAgeSeconds, 0);
+    screen.hold(true);
+    begin();
+    group->deliver(5'000'000'000); // more than 32 bits
+    screen.hold(false);
+    screen.waitFor(2);
+    group->lost = 4;
+    EXPECT_EQ(text(), "5000000000 2 4999999998 4; 5000000000 2 4999999998 4; ");
+    EXPECT_GE(AcquisitionObserver::figures(*scene).newestAgeSeconds, 0);
+    scene->stopGrabbing();
+    scene->startGrabbing(-1);
+    EXPECT_EQ(text(), "0 0 0 0; 5000000000 2 4999999998 4; ");
+    EXPECT_EQ(AcquisitionObserver::figures(*scene).imagesPerSecond, 0);
+    group->deliver(2);
+    screen.waitFor(3);
+    EXPECT_EQ(text(), "2 1 1 0; 5000000002 3 4999999999 4; ");
+    const auto figures = AcquisitionObserver::figures(*scene);
+    EXPECT_DOUBLE_EQ(figures.bytesPerSecond, 20 * figures.imagesPerSecond);
+}
+
+TEST(ArrivalRate, IsThatOfTheLastSecondAndFallsToNothing)
+{
+    ArrivalRate rate;
+    const auto start = ArrivalRate::Clock::now();
+    rate.restart(start);
+    for (int image = 0; image < 500; ++image) // 5 s of 100 images a second
+        rate.add(1, 20, start + image * 10ms);
+    struct Row
+    {
+        std::chrono::milliseconds at;
+        double images;
+        double tolerance;
+    };
+    for (const auto& row : {Row{5000ms, 100, 3}, Row{5500ms, 50, 3}, Row{5900ms, 10, 3}, Row{6020ms, 0, 0}}) {
+        EXPECT_NEAR(rate.perSecond(start + row.at).images, row.images, row.tolerance) << row.at.count();
+        EXPECT_NEAR(rate.perSecond(start + row.at).bytes, 20 * row.images, 20 * row.tolerance);
+    }
+    rate.restart(start + 6s);
+    for (int image = 0; image < 20; ++image) // younger than a second
+        rate.add(1, 20, start + 6s + image * 10ms);
+    EXPECT_NEAR(rate.perSecond(start + 6200ms).images, 100, 1);
+    rate.restart(start + 7s);
+    EXPECT_EQ(rate.perSecond(start + 7s).images, 0);
 }
 
 } // namespace

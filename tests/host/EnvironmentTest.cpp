@@ -8,6 +8,7 @@
 #include "ovra-lib-environment/Environment.h"
 #include "ovra-lib-environment/HlEnvironmentFileNode.h"
 #include "ovra-lib-environment/HlEnvironmentModel.h"
+#include "ovra-lib-environment/reference/EnvironmentObserver.h"
 
 #include <gmock/gmock.h>
 
@@ -74,6 +75,37 @@ TEST_F(EnvironmentTest, FollowsFilesThatComeAndGoWhileItMonitors)
     EXPECT_THAT(log.texts(2), testing::Contains(HasSubstr("Applet file removed: ")));
     folder.write("dll/late.dll", "x");
     EXPECT_FALSE(application.pumpUntil([&] { return paths().size() > 1; }, 400ms));
+}
+
+TEST_F(EnvironmentTest, TellsOfFilesWhenTheModelHasThem)
+{
+    using ovra::reference::EnvironmentChange;
+    ovra::core::models::Guarded<std::vector<std::string>> told; // by the monitor's thread
+    const boost::signals2::scoped_connection connection =
+        ovra::reference::EnvironmentObserver::connect(environment, [&](const EnvironmentChange& change) {
+            EXPECT_EQ(change.subject, EnvironmentChange::Subject::AppletFile);
+            EXPECT_EQ(files()->existsAllFilesEntry(change.name),
+                      change.kind != EnvironmentChange::Kind::Went);
+            auto lines = told.get();
+            lines.push_back("+-~"[static_cast<int>(change.kind)] + change.name.substr(folder.text().size()));
+            told.set(lines);
+            throw std::runtime_error("the next change is told nevertheless");
+        });
+    const auto tells = [&](const std::vector<std::string>& expected) {
+        return application.pumpUntil([&] { return told.get() == expected; }, 20s);
+    };
+    folder.write("single.hap", "x");
+    environment->forceSingleFileAddition(folder.text() + "/single.hap");
+    folder.write("dll/one.dll", "x");
+    environment->enableAutoScan(true);
+    environment->startMonitor();
+    EXPECT_TRUE(tells({"+/single.hap", "+/dll/one.dll"}));
+    folder.write("dll/one.dll", "longer");
+    EXPECT_TRUE(tells({"+/single.hap", "+/dll/one.dll", "~/dll/one.dll"}));
+    std::filesystem::remove(folder.path("dll/one.dll"));
+    std::filesystem::remove(folder.path("single.hap"));
+    EXPECT_TRUE(tells({"+/single.hap", "+/dll/one.dll", "~/dll/one.dll", "-/dll/one.dll", "-/single.hap"}));
+    environment->stopMonitor();
 }
 
 TEST_F(EnvironmentTest, StopsItsMonitorWithoutWaitingForTheNextLook)

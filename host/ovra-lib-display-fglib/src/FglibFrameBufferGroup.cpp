@@ -1,6 +1,7 @@
 #include "ovra-lib-display-fglib/FglibFrameBufferGroup.h"
 
 #include "ImageBuffers.h"
+#include "ovra-lib-display/reference/AcquisitionObserver.h"
 #include "ovra_log/reference/Journal.h"
 #include "ovra_log/reference/LiveObjects.h"
 #include "ovra_log/reference/Log.h"
@@ -19,6 +20,8 @@
 
 namespace ovra::display {
 
+using reference::AcquisitionState;
+using reference::AcquisitionStatus;
 using reference::log;
 using reference::LogLevel;
 using reference::probe;
@@ -47,6 +50,7 @@ struct FglibFrameBufferGroup::State
 {
     boost::shared_ptr<const reference::RuntimeEntries> runtime;
     Fg_Struct_s* handle = nullptr;
+    int board = 0;
     unsigned int dma = 0;
     MemoryBudget budget{};
 
@@ -66,6 +70,7 @@ struct FglibFrameBufferGroup::State
     std::int64_t newest = 0;  // number of the newest image that was handed out
     std::int64_t earlier = 0; // images handed out before the last pause: the runtime counts anew after it
     int waiters = 0;
+    AcquisitionStatus failure; // of the present acquisition; stopped: there is none
 
     std::atomic<unsigned int> timeoutSeconds{DEFAULT_TIMEOUT_SECONDS};
     std::vector<std::uint8_t> copy; // of the image handed out; touched in waitForImage only
@@ -78,6 +83,8 @@ struct FglibFrameBufferGroup::State
     int readInteger(int parameter, const char* name) const;
     void writeInteger(int parameter, const char* name, int value);
     std::int64_t lostNow() const;
+    AcquisitionState sourceState(const ImageBuffers& source) const;
+    AcquisitionStatus status() const;
 
     void start(int imageCount);
     void stop();
@@ -101,13 +108,16 @@ struct FglibFrameBufferGroup::State
     };
     Wait waitOnce(std::int64_t after, Image& image, FgFrameIndex& number);
     FgFrameIndex fetch(FgFrameIndex wanted, const ImageBuffers& source);
+    FgFrameIndex awaitPicture(FgFrameIndex wanted, const ImageBuffers& source) const;
     FgFrameIndex copyNewest(FgFrameIndex wanted, const ImageBuffers& source);
     std::uint64_t timestampOf(FgFrameIndex number, const ImageBuffers& source) const;
     bool overwritten(FgFrameIndex number, const ImageBuffers& source) const;
+    void noteFailure(AcquisitionState state, const std::string& reason);
+    void noteFailure(int code);
 
     std::string text(const std::string& message) const
     {
-        return "DMA " + std::to_string(dma) + ": " + message;
+        return "board " + std::to_string(board) + " DMA " + std::to_string(dma) + ": " + message;
     }
     [[noreturn]] void fail(const std::string& what, int code) const
     {
@@ -170,6 +180,37 @@ std::int64_t FglibFrameBufferGroup::State::lostNow() const
     return std::max<FgFrameIndex>(count, 0); // a negative one is a code: nothing is known
 }
 
+// A runtime that does not tell has a source that streams.
+AcquisitionState FglibFrameBufferGroup::State::sourceState(const ImageBuffers& source) const
+{
+    const auto state =
+        runtime->Fg_getStatusEx ? runtime->Fg_getStatusEx(handle, FG_STATUS_SOURCE, 0, dma, source.get()) : 0;
+    if (state == FG_SOURCE_NONE)
+        return AcquisitionState::NoSignal;
+    if (state == FG_SOURCE_WAITS_FOR_TRIGGER)
+        return AcquisitionState::WaitingForTrigger;
+    return AcquisitionState::Running;
+}
+
+// Under control.
+AcquisitionStatus FglibFrameBufferGroup::State::status() const
+{
+    AcquisitionStatus status;
+    bool runs = false;
+    {
+        const std::lock_guard lock(mutex);
+        status = failure;
+        runs = running;
+        if (paused && resume)
+            status.state = AcquisitionState::Running;
+    }
+    status.board = board;
+    status.dma = static_cast<int>(dma);
+    if (status.state == AcquisitionState::Stopped && runs)
+        status.state = sourceState(*ring);
+    return status;
+}
+
 // --- starting and stopping: under control ---------------------------------------------------------
 
 void FglibFrameBufferGroup::State::start(int imageCount)
@@ -181,6 +222,7 @@ void FglibFrameBufferGroup::State::start(int imageCount)
         images = imageCount;
         newest = 0;
         earlier = 0;
+        failure = {};
         lostEarlier = 0;
         resume = paused;
         if (paused)
@@ -257,6 +299,7 @@ void FglibFrameBufferGroup::State::unpause()
             startRuntime();
     } catch (const std::exception& error) {
         log(LogLevel::Error, error.what());
+        noteFailure(AcquisitionState::Failed, error.what());
     }
     const std::lock_guard lock(mutex);
     paused = false;
@@ -346,12 +389,22 @@ FgFrameIndex FglibFrameBufferGroup::State::fetch(FgFrameIndex wanted, const Imag
     return number;
 }
 
-FgFrameIndex FglibFrameBufferGroup::State::copyNewest(FgFrameIndex wanted, const ImageBuffers& source)
+/// The number of the newest picture, once there is one of at least the number \p wanted; or a code.
+FgFrameIndex FglibFrameBufferGroup::State::awaitPicture(FgFrameIndex wanted, const ImageBuffers& source) const
 {
     const FgFrameIndex number = runtime->Fg_getLastPicNumberBlockingEx(
         handle, wanted, dma, static_cast<int>(timeoutSeconds.load()), source.get());
+    return number < wanted && number >= 0 ? FG_TIMEOUT : number;
+}
+
+FgFrameIndex FglibFrameBufferGroup::State::copyNewest(FgFrameIndex wanted, const ImageBuffers& source)
+{
+    FgFrameIndex number = awaitPicture(wanted, source);
+    // Who waits for a trigger waits as long as it takes.
+    while (number == FG_TIMEOUT && sourceState(source) == AcquisitionState::WaitingForTrigger)
+        number = awaitPicture(wanted, source);
     if (number < wanted)
-        return number < 0 ? number : FG_TIMEOUT;
+        return number;
     const auto* const pixels =
         static_cast<const std::uint8_t*>(runtime->Fg_getImagePtrEx(handle, number, dma, source.get()));
     if (!pixels)
@@ -414,6 +467,28 @@ FglibFrameBufferGroup::State::Wait FglibFrameBufferGroup::State::waitOnce(std::i
     return paused && resume ? Wait::Interrupted : Wait::Ended;
 }
 
+void FglibFrameBufferGroup::State::noteFailure(AcquisitionState state, const std::string& reason)
+{
+    const std::lock_guard lock(mutex);
+    failure.state = state;
+    failure.reason = reason;
+}
+
+void FglibFrameBufferGroup::State::noteFailure(int code)
+{
+    auto state = AcquisitionState::Failed;
+    std::string reason = reference::failureText(*runtime, text("no image"), code);
+    if (code == FG_TIMEOUT) {
+        state = AcquisitionState::TimedOut;
+        reason = text("no image within " + std::to_string(timeoutSeconds.load()) + " s");
+    } else if (code == FG_DEVICE_LOST) {
+        state = AcquisitionState::DeviceLost;
+        reason = text("the board is not there any more");
+    }
+    noteFailure(state, reason);
+    log(LogLevel::Warning, reason);
+}
+
 // --- the group ------------------------------------------------------------------------------------------
 
 FglibFrameBufferGroup::FglibFrameBufferGroup() : m_state(std::make_unique<State>()) {}
@@ -435,6 +510,7 @@ FglibFrameBufferGroup::create(Fg_Struct_s* handle, int boardIndex, unsigned int 
     State& state = *group->m_state;
     state.runtime = reference::requireRuntime();
     state.handle = handle;
+    state.board = boardIndex;
     state.dma = dmaIndex;
     state.budget = {usedMemory, totalMemory, updateUsedMemory};
     state.requested = buffers;
@@ -521,14 +597,19 @@ bool FglibFrameBufferGroup::waitForImage(std::int64_t after, Image& image)
     while (result == State::Wait::Interrupted)
         result = m_state->waitOnce(after, image, number);
     if (result == State::Wait::Failed)
-        log(LogLevel::Warning,
-            reference::failureText(*m_state->runtime, m_state->text("no image"), static_cast<int>(number)));
+        m_state->noteFailure(static_cast<int>(number));
     return result == State::Wait::Delivered;
 }
 
 unsigned int FglibFrameBufferGroup::dmaIndex() const
 {
     return m_state->dma;
+}
+
+AcquisitionStatus FglibFrameBufferGroup::acquisitionStatus() const
+{
+    const std::lock_guard control(m_state->control);
+    return m_state->status();
 }
 
 std::int64_t FglibFrameBufferGroup::lostImages() const

@@ -1,9 +1,12 @@
 #include "ovra-lib-display/DisplayScene.h"
 
+#include "ArrivalRate.h"
+#include "ovra-lib-display/reference/AcquisitionObserver.h"
 #include "ovra_log/reference/Journal.h"
 #include "ovra_log/reference/LiveObjects.h"
 #include "ovra_log/reference/Log.h"
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
@@ -16,6 +19,11 @@
 
 namespace ovra::display {
 
+using reference::AcquisitionCounters;
+using reference::AcquisitionFigures;
+using reference::AcquisitionObserver;
+using reference::AcquisitionState;
+using reference::AcquisitionStatus;
 using reference::log;
 using reference::LogLevel;
 using reference::probe;
@@ -31,19 +39,33 @@ struct Joined
     ~Joined() { thread.join(); }
 };
 
-/// For the grabbing thread, which has nobody to pass an exception on to.
+/// For the grabbing thread, which has nobody to pass an exception on to. What was logged; "" for nothing.
 template <class Step>
-void logFailure(const FrameBufferGroup& source, const std::string& failure, Step step)
+std::string logFailure(const FrameBufferGroup& source, const std::string& failure, Step step)
 {
     std::string reason;
     try {
-        return step();
+        step();
+        return {};
     } catch (const std::exception& error) {
         reason = error.what();
     } catch (...) {
         reason = "an exception of unknown type";
     }
-    log(LogLevel::Error, "DMA " + std::to_string(source.dmaIndex()) + ": " + failure + ": " + reason);
+    reason = "DMA " + std::to_string(source.dmaIndex()) + ": " + failure + ": " + reason;
+    log(LogLevel::Error, reason);
+    return reason;
+}
+
+AcquisitionCounters operator+(const AcquisitionCounters& left, const AcquisitionCounters& right)
+{
+    return {left.received + right.received, left.shown + right.shown, left.skipped + right.skipped,
+            left.lost + right.lost};
+}
+
+double secondsBetween(std::chrono::steady_clock::time_point begin, std::chrono::steady_clock::time_point end)
+{
+    return std::chrono::duration<double>(end - begin).count();
 }
 
 } // namespace
@@ -65,6 +87,12 @@ struct DisplayScene::State
     bool showing = false;        // the visualizer is being called
     std::uint64_t showCount = 0; // how often it was, by any start
     DisplayStatistics statistics;
+    std::int64_t lost = 0;       // since the start, as far as it is known here
+    AcquisitionCounters earlier; // of all starts before the present one
+    ArrivalRate rate;
+    Clock::time_point arrived; // when the newest image did
+    AcquisitionStatus lastEnd; // of the last acquisition, while none runs
+    AcquisitionObserver::Signal ended;
 
     std::atomic<bool> grabbing{false};
     std::atomic<bool> stopping{false};
@@ -84,6 +112,11 @@ struct DisplayScene::State
     void grab(FrameBufferGroup& source, int images);
     void takeImages(FrameBufferGroup& source, int images);
     void take(const Image& image, std::int64_t previous, Clock::time_point started);
+    AcquisitionStatus endOf(const FrameBufferGroup& source, int images, const std::string& failure) const;
+    void countLost(const FrameBufferGroup& source);
+    AcquisitionStatus status() const;
+    AcquisitionFigures figures();
+    AcquisitionCounters sinceStart() const;
     void show(const Image& image);
     void refuseGrabber(const char* operation) const;
 };
@@ -108,7 +141,11 @@ void DisplayScene::State::start(int images)
         return;
     {
         const std::lock_guard lock(mutex);
+        earlier = earlier + sinceStart();
         statistics = {};
+        lost = 0;
+        lastEnd = {};
+        rate.restart(Clock::now());
     }
     source->startAcquisition(images);
     stopping = false;
@@ -135,11 +172,48 @@ void DisplayScene::State::stop()
 void DisplayScene::State::grab(FrameBufferGroup& source, int images)
 {
     grabberId = std::this_thread::get_id();
-    logFailure(source, "grabbing ended", [&] { takeImages(source, images); });
+    const auto failure = logFailure(source, "grabbing ended", [&] { takeImages(source, images); });
+    AcquisitionStatus end;
+    logFailure(source, "the end's reason is not known", [&] { end = endOf(source, images, failure); });
     // After a failure as well: nobody else stops a source that has nobody left to take its images.
     logFailure(source, "acquisition could not be stopped", [&] { source.stopAcquisition(); });
+    logFailure(source, "lost images could not be counted", [&] { countLost(source); });
+    {
+        const std::lock_guard lock(mutex);
+        lastEnd = end;
+        grabbing = false;
+    }
+    // Listeners are refused a start or a stop like the visualizer: the thread's number is still there.
+    if (end.state != AcquisitionState::Stopped)
+        logFailure(source, "the end could not be reported", [&] { ended(end); });
     grabberId = std::thread::id();
-    grabbing = false;
+}
+
+AcquisitionStatus DisplayScene::State::endOf(const FrameBufferGroup& source, int images,
+                                             const std::string& failure) const
+{
+    AcquisitionStatus end = source.acquisitionStatus();
+    end.dma = static_cast<int>(source.dmaIndex());
+    const std::lock_guard lock(mutex);
+    if (!failure.empty()) {
+        end.state = AcquisitionState::Failed;
+        end.reason = failure;
+    } else if (!stopping && images >= 0 && statistics.received >= images) {
+        end.state = AcquisitionState::CountReached;
+        end.reason = "board " + std::to_string(end.board) + " DMA " + std::to_string(end.dma) + ": all " +
+                     std::to_string(images) + " images arrived";
+    } else if (stopping || end.reason.empty()) { // by the scene's client, or by the group's
+        end.state = AcquisitionState::Stopped;
+        end.reason.clear();
+    }
+    return end;
+}
+
+void DisplayScene::State::countLost(const FrameBufferGroup& source)
+{
+    const auto counted = source.lostImages();
+    const std::lock_guard lock(mutex);
+    lost = std::max(lost, counted); // a board that is gone counts nothing any more
 }
 
 void DisplayScene::State::takeImages(FrameBufferGroup& source, int images)
@@ -161,7 +235,10 @@ void DisplayScene::State::take(const Image& image, std::int64_t previous, Clock:
         const std::lock_guard lock(mutex);
         statistics.received = image.number;
         statistics.skipped += image.number - previous - 1;
-        statistics.seconds = std::chrono::duration<double>(Clock::now() - started).count();
+        arrived = Clock::now();
+        statistics.seconds = secondsBetween(started, arrived);
+        rate.add(image.number - previous,
+                 (image.number - previous) * static_cast<std::int64_t>(image.width) * image.height, arrived);
     }
     show(image);
 }
@@ -188,6 +265,45 @@ void DisplayScene::State::show(const Image& image)
     const std::lock_guard lock(mutex);
     showing = false;
     showingEnded.notify_all();
+}
+
+AcquisitionStatus DisplayScene::State::status() const
+{
+    const auto source = group();
+    AcquisitionStatus present;
+    if (source) {
+        present = source->acquisitionStatus();
+        present.dma = static_cast<int>(source->dmaIndex());
+    }
+    const std::lock_guard lock(mutex);
+    if (lastEnd.state != AcquisitionState::Stopped || !source)
+        return lastEnd;
+    if (!grabbing)
+        present.state = AcquisitionState::Stopped;
+    return present;
+}
+
+// Under the lock.
+AcquisitionCounters DisplayScene::State::sinceStart() const
+{
+    return {statistics.received, statistics.shown, statistics.skipped, lost};
+}
+
+AcquisitionFigures DisplayScene::State::figures()
+{
+    if (const auto source = group(); source && grabbing)
+        countLost(*source);
+    const std::lock_guard lock(mutex);
+    const auto now = Clock::now();
+    const auto perSecond = rate.perSecond(now);
+    AcquisitionFigures figures;
+    figures.sinceStart = sinceStart();
+    figures.sinceBoardStart = earlier + figures.sinceStart;
+    figures.imagesPerSecond = perSecond.images;
+    figures.bytesPerSecond = perSecond.bytes;
+    if (statistics.received > 0)
+        figures.newestAgeSeconds = secondsBetween(arrived, now);
+    return figures;
 }
 
 // A visualizer that stopped its own scene would wait for itself.
@@ -291,3 +407,47 @@ DisplayStatistics DisplayScene::statistics() const
 }
 
 } // namespace ovra::display
+
+namespace ovra::reference {
+
+const char* textOf(AcquisitionState state)
+{
+    switch (state) {
+    case AcquisitionState::Running:
+        return "running";
+    case AcquisitionState::WaitingForTrigger:
+        return "waiting for trigger";
+    case AcquisitionState::NoSignal:
+        return "no signal";
+    case AcquisitionState::CountReached:
+        return "count reached";
+    case AcquisitionState::TimedOut:
+        return "timed out";
+    case AcquisitionState::DeviceLost:
+        return "device lost";
+    case AcquisitionState::Failed:
+        return "failed";
+    case AcquisitionState::Stopped:
+        break;
+    }
+    return "stopped";
+}
+
+boost::signals2::connection
+AcquisitionObserver::connect(const boost::shared_ptr<display::DisplayScene>& scene,
+                             const Signal::slot_type& slot)
+{
+    return scene->m_state->ended.connect(slot);
+}
+
+AcquisitionStatus AcquisitionObserver::status(const display::DisplayScene& scene)
+{
+    return scene.m_state->status();
+}
+
+AcquisitionFigures AcquisitionObserver::figures(const display::DisplayScene& scene)
+{
+    return scene.m_state->figures();
+}
+
+} // namespace ovra::reference

@@ -11,6 +11,7 @@
 namespace ovra::core::models {
 
 namespace fs = std::filesystem;
+using reference::EnvironmentChange;
 using reference::log;
 using reference::LogLevel;
 
@@ -22,6 +23,15 @@ bool isApplet(const fs::path& file)
     std::transform(extension.begin(), extension.end(), extension.begin(),
                    [](unsigned char letter) { return static_cast<char>(std::tolower(letter)); });
     return extension == ".hap" || extension == ".dll" || extension == ".so";
+}
+
+EnvironmentChange fileChange(EnvironmentChange::Kind kind, const std::string& path)
+{
+    EnvironmentChange change;
+    change.subject = EnvironmentChange::Subject::AppletFile;
+    change.kind = kind;
+    change.name = path;
+    return change;
 }
 
 // Configuration files name applets by whatever bytes they hold.
@@ -41,15 +51,15 @@ AppletFolders::AppletFolders(boost::shared_ptr<HlEnvironmentFileCollectionNode> 
     : m_files(std::move(files))
 {}
 
-void AppletFolders::follow(bool scan)
+void AppletFolders::follow(bool scan, Changes& changes)
 {
     const Listing present = list();
-    removeVanished();
+    removeVanished(changes);
     for (const auto& [path, stamp] : present)
-        addOrRead(path, stamp, scan);
+        addOrRead(path, stamp, scan, changes);
 }
 
-void AppletFolders::addFile(const std::string& path)
+void AppletFolders::addFile(const std::string& path, Changes& changes)
 {
     if (!exists(path))
         return;
@@ -60,6 +70,8 @@ void AppletFolders::addFile(const std::string& path)
     node->scan();
     if (isNew)
         m_files->addAllFilesEntry(path, node);
+    changes.push_back(
+        fileChange(isNew ? EnvironmentChange::Kind::Came : EnvironmentChange::Kind::Changed, path));
 }
 
 AppletFolders::Listing AppletFolders::list()
@@ -90,7 +102,7 @@ void AppletFolders::listFolder(const std::string& folder, Listing& listing)
 }
 
 // Asked of the disk and not of the listing: files that were added singly lie elsewhere.
-void AppletFolders::removeVanished()
+void AppletFolders::removeVanished(Changes& changes)
 {
     for (const auto nodes = m_files->getAllFiles(); nodes->hasNext(); nodes->advance()) {
         const std::string& path = nodes->current()->getFilePath();
@@ -98,11 +110,12 @@ void AppletFolders::removeVanished()
             continue;
         m_files->removeAllFilesEntry(path);
         m_known.erase(path);
+        changes.push_back(fileChange(EnvironmentChange::Kind::Went, path));
         log(LogLevel::Information, "Applet file removed: " + path);
     }
 }
 
-void AppletFolders::addOrRead(const std::string& path, const Stamp& stamp, bool scan)
+void AppletFolders::addOrRead(const std::string& path, const Stamp& stamp, bool scan, Changes& changes)
 {
     const auto known = m_known.find(path);
     const auto present = m_files->getAllFilesEntry(path);
@@ -114,6 +127,8 @@ void AppletFolders::addOrRead(const std::string& path, const Stamp& stamp, bool 
     m_known[path] = stamp;
     if (!present)
         m_files->addAllFilesEntry(path, node); // complete before it can be seen
+    changes.push_back(
+        fileChange(present ? EnvironmentChange::Kind::Changed : EnvironmentChange::Kind::Came, path));
     log(LogLevel::Information, (present ? "Applet file changed: " : "Applet file added: ") + path);
 }
 

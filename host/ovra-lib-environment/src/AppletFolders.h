@@ -2,6 +2,7 @@
 /// AppletFolders: the applet files below the runtime directory, and the file collection that follows them.
 #pragma once
 
+#include "Changes.h"
 #include "ovra-lib-environment/HlEnvironmentModel.h"
 
 #include <cstdint>
@@ -19,9 +20,9 @@ public:
 
     /// Walks the folders: adds nodes for new files, removes those of files that are gone. With \p scan new
     /// and changed files are read; without it a changed file waits for the next walk with it.
-    void follow(bool scan);
+    void follow(bool scan, Changes& changes);
     /// Adds the file under the path that is given, and reads it. Nothing when there is no such file.
-    void addFile(const std::string& path);
+    void addFile(const std::string& path, Changes& changes);
 
 private:
     /// What tells that a file has changed.
@@ -35,8 +36,8 @@ private:
 
     static Listing list();
     static void listFolder(const std::string& folder, Listing& listing);
-    void removeVanished();
-    void addOrRead(const std::string& path, const Stamp& stamp, bool scan);
+    void removeVanished(Changes& changes);
+    void addOrRead(const std::string& path, const Stamp& stamp, bool scan, Changes& changes);
 
     const boost::shared_ptr<HlEnvironmentFileCollectionNode> m_files;
     Listing m_known;

@@ -5,10 +5,13 @@
 #include "HardwareDiscovery.h"
 #include "ovra-lib-environment/HlEnvironmentGlobalResourceModel.h"
 #include "ovra-lib-environment/HlEnvironmentModel.h"
+#include "ovra-lib-environment/reference/EnvironmentObserver.h"
 #include "ovra_log/reference/Journal.h"
 #include "ovra_log/reference/LiveObjects.h"
+#include "ovra_log/reference/Log.h"
 
 #include <atomic>
+#include <exception>
 #include <mutex>
 #include <set>
 
@@ -28,6 +31,10 @@ struct Environment::State
 
     void pass();
     void followFolders();
+    /// Runs \p look, which notes changes, under passMutex, and tells of them outside it.
+    template <class Look>
+    void observe(Look look);
+    void tell(const models::Changes& changes) const;
     std::set<std::string> found() const;
 
     const boost::shared_ptr<models::HlEnvironmentModel> model;
@@ -37,13 +44,16 @@ struct Environment::State
     // One pass at a time, so that no two of them add the same node. The runtime and who listens to the log
     // are called under it: neither may begin a pass.
     std::mutex passMutex;
+    models::HardwareDiscovery hardware;
     models::AppletFolders folders;
+    reference::EnvironmentObserver::Signal changed;
     FolderMonitor monitor;
 };
 
 Environment::State::State()
     : model(boost::make_shared<models::HlEnvironmentModel>()),
       globalResources(boost::make_shared<models::HlEnvironmentGlobalResourceModel>()),
+      hardware(model->root()),
       folders(model->root()->getFilesEntryNode()),
       monitor([this] { followFolders(); })
 {
@@ -52,15 +62,47 @@ Environment::State::State()
 
 void Environment::State::pass()
 {
-    const std::lock_guard lock(passMutex);
-    discoverHardware(*model->root());
-    folders.follow(autoScan);
+    observe([this](models::Changes& changes) {
+        hardware.discover(changes);
+        folders.follow(autoScan, changes);
+    });
 }
 
 void Environment::State::followFolders()
 {
-    const std::lock_guard lock(passMutex);
-    folders.follow(autoScan);
+    observe([this](models::Changes& changes) { folders.follow(autoScan, changes); });
+}
+
+template <class Look>
+void Environment::State::observe(Look look)
+{
+    models::Changes changes;
+    std::exception_ptr failure;
+    {
+        const std::lock_guard lock(passMutex);
+        try {
+            look(changes);
+        } catch (...) {
+            failure = std::current_exception(); // what was found before it is told all the same
+        }
+    }
+    tell(changes);
+    if (failure)
+        std::rethrow_exception(failure);
+}
+
+void Environment::State::tell(const models::Changes& changes) const
+{
+    for (const auto& change : changes) {
+        try {
+            changed(change);
+        } catch (const std::exception& error) {
+            reference::log(reference::LogLevel::Error,
+                           "A change of the environment could not be told: " + std::string(error.what()));
+        } catch (...) {
+            reference::log(reference::LogLevel::Error, "A change of the environment could not be told");
+        }
+    }
 }
 
 std::set<std::string> Environment::State::found() const
@@ -155,8 +197,14 @@ void Environment::forceSingleFileAddition(const std::string& path)
 {
     probe("Environment::forceSingleFileAddition", path);
     const Unrecorded own;
-    const std::lock_guard lock(m_state->passMutex);
-    m_state->folders.addFile(path);
+    m_state->observe([&](models::Changes& changes) { m_state->folders.addFile(path, changes); });
 }
 
 } // namespace ovra::core
+
+boost::signals2::connection
+ovra::reference::EnvironmentObserver::connect(const boost::shared_ptr<core::Environment>& environment,
+                                              const Signal::slot_type& slot)
+{
+    return environment->m_state->changed.connect(slot);
+}

@@ -5,6 +5,7 @@
 #include "ovra-lib-genicam-model/GenICamModel.h"
 #include "ovra_log/reference/Log.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <map>
@@ -14,6 +15,7 @@
 
 namespace ovra::core::models {
 
+using reference::EnvironmentChange;
 using reference::RuntimeEntries;
 
 namespace {
@@ -171,9 +173,30 @@ void updateCameras(HlEnvironmentRootNode& root, const std::vector<FoundCamera>& 
     }
 }
 
+Changes asChanges(const std::vector<FoundBoard>& boards, const std::vector<FoundCamera>& cameras)
+{
+    constexpr auto CAME = EnvironmentChange::Kind::Came;
+    Changes present;
+    for (const auto& board : boards)
+        present.push_back(
+            {EnvironmentChange::Subject::Board, CAME, board.index, -1, board.serial, board.name});
+    for (const auto& camera : cameras)
+        present.push_back({EnvironmentChange::Subject::Camera, CAME, static_cast<int>(camera.board),
+                           static_cast<int>(camera.port), 0, camera.name});
+    return present;
+}
+
+bool contains(const Changes& all, const EnvironmentChange& one)
+{
+    return std::ranges::find(all, one) != all.end();
+}
+
 } // namespace
 
-void discoverHardware(HlEnvironmentRootNode& root)
+HardwareDiscovery::HardwareDiscovery(boost::shared_ptr<HlEnvironmentRootNode> root) : m_root(std::move(root))
+{}
+
+void HardwareDiscovery::discover(Changes& changes)
 {
     const auto runtime = reference::requireRuntime();
     if (runtime->Fg_InitLibraries(nullptr) != FG_OK)
@@ -181,11 +204,26 @@ void discoverHardware(HlEnvironmentRootNode& root)
     const auto boards = findBoards(*runtime);
     const auto cameras = findCameras(*runtime, boards.size());
 
-    const auto source = root.getSourcesEntry("ovra");
+    const auto source = m_root->getSourcesEntry("ovra");
     updateBoards(*source, boards);
-    updateCameras(root, cameras);
+    updateCameras(*m_root, cameras);
     for (const auto nodes = source->getBoards(); nodes->hasNext(); nodes->advance())
         attachCameras(*nodes->current());
+    noteChanges(asChanges(boards, cameras), changes);
+}
+
+void HardwareDiscovery::noteChanges(Changes found, Changes& changes)
+{
+    for (auto gone : m_present) {
+        if (contains(found, gone))
+            continue;
+        gone.kind = EnvironmentChange::Kind::Went;
+        changes.push_back(gone);
+    }
+    for (const auto& each : found)
+        if (!contains(m_present, each))
+            changes.push_back(each);
+    m_present = std::move(found);
 }
 
 } // namespace ovra::core::models

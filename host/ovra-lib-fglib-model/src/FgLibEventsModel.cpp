@@ -2,6 +2,7 @@
 
 #include "ovra-core/reference/RuntimeEntries.h"
 #include "ovra-lib-environment/HlEnvironmentBoardNode.h"
+#include "ovra-lib-fglib-model/reference/BoardEvents.h"
 #include "ovra_log/reference/Journal.h"
 #include "ovra_log/reference/LiveObjects.h"
 #include "ovra_log/reference/Log.h"
@@ -108,6 +109,8 @@ struct FgLibEventsModel::State
     const std::shared_ptr<Delivery> delivery = std::make_shared<Delivery>();
     boost::shared_ptr<const RuntimeEntries> runtime;
     boost::weak_ptr<HlEnvironmentBoardNode> board;
+    int boardIndex = -1;
+    unsigned int boardSerial = 0;
     Fg_Struct_s* handle = nullptr; // null: nothing is registered
     std::uint64_t mask = 0;
     std::uintptr_t number = 0;
@@ -188,6 +191,8 @@ FgLibEventsModel::create(const boost::shared_ptr<HlEnvironmentBoardNode>& board)
         return model;
     state.runtime = reference::requireRuntime();
     state.board = board;
+    state.boardIndex = board->getIndex();
+    state.boardSerial = board->getSerial();
     state.handle = handle;
     state.registerAll();
     return model;
@@ -203,3 +208,14 @@ boost::signals2::connection FgLibEventsModel::connectEvent(const EventSignal::sl
 }
 
 } // namespace ovra::core::models
+
+boost::signals2::connection
+ovra::reference::BoardEvents::connect(const boost::shared_ptr<core::models::FgLibEventsModel>& events,
+                                      const boost::function<void(const BoardEvent&)>& slot)
+{
+    const auto& state = *events->m_state;
+    return events->connectEvent([slot, board = state.boardIndex, serial = state.boardSerial](
+                                    const std::string& name, std::uint64_t timestampNs, std::int64_t frame) {
+        slot({board, serial, name, timestampNs, frame});
+    });
+}

@@ -200,6 +200,8 @@ FgFrameIndex Fg_getStatusEx(Fg_Struct* grabber, int selector, FgFrameIndex, unsi
         return channel.ring() ? channel.ring()->size() : 0;
     case FG_STATUS_ACQUIRING:
         return channel.acquiring() ? 1 : 0;
+    case FG_STATUS_SOURCE:
+        return channel.hasSource() ? FG_SOURCE_STREAMS : FG_SOURCE_NONE;
     default:
         throw Failure(FG_INVALID_ARGUMENT, "There is no status " + std::to_string(selector));
     }

@@ -172,6 +172,12 @@ bool DmaChannel::acquiring() const
     return m_running;
 }
 
+bool DmaChannel::hasSource() const
+{
+    const std::lock_guard lock(m_mutex);
+    return source() != nullptr;
+}
+
 void DmaChannel::setCameraStream(std::shared_ptr<const Stream> stream)
 {
     {

@@ -52,6 +52,8 @@ public:
     /// Stops, and refuses to start again.
     void close();
     bool acquiring() const;
+    /// False while neither camera nor generator sends images.
+    bool hasSource() const;
 
     /// What the camera sends; null while it does not acquire.
     void setCameraStream(std::shared_ptr<const Stream> stream);

@@ -3,15 +3,8 @@
 ///
 /// A camera is found by the board and the physical port it is plugged into. The host's camera models
 /// use these entries; a runtime without them has no controllable cameras. They are looked up by name
-/// in the opened runtime, so this header declares function types only.
-///
-///   FgCam_getCount        number of cameras plugged into a board
-///   FgCam_getPort         physical port of the n-th camera of a board
-///   FgCam_getString       a text about a camera
-///   FgCam_getInteger      width, height, acquiring
-///   FgCam_setInteger      width, height
-///   FgCam_start           lets the camera stream; a camera that streams is started anew
-///   FgCam_stop            ends the stream
+/// in the opened runtime, so this header declares function types only. CameraControl.inc lists the entries
+/// and says what each does.
 ///
 /// All calls are safe from any thread, do not block on images and need no board handle. Results are FG_OK or
 /// a negative status code of Fglib5Types.h; FgCam_getCount and FgCam_getPort return the number or a negative
@@ -40,14 +33,8 @@ enum FgCamString : int
 
 extern "C" {
 
-using FgCam_getCount_t = int(unsigned int board);
-using FgCam_getPort_t = int(unsigned int board, unsigned int position);
-/// Copies at most \p textBytes bytes, the closing zero included.
-using FgCam_getString_t = int(unsigned int board, unsigned int port, int selector, char* text,
-                              std::size_t textBytes);
-using FgCam_getInteger_t = int(unsigned int board, unsigned int port, int selector, int* value);
-using FgCam_setInteger_t = int(unsigned int board, unsigned int port, int selector, int value);
-using FgCam_start_t = int(unsigned int board, unsigned int port);
-using FgCam_stop_t = int(unsigned int board, unsigned int port);
+// FgCam_getCount_t and so on: the types of the entries.
+#define FGCAM_ENTRY(result, name, parameters, arguments) using name##_t = result parameters;
+#include "fglib5/CameraControl.inc"
 
 } // extern "C"

@@ -10,14 +10,9 @@
 
 #include "fglib5/Fglib5Types.h"
 
-/// Linkage of the functions: nothing for a forwarder, an export for a runtime.
-#ifndef FGLIB5_API
-#define FGLIB5_API
-#endif
-
 extern "C" {
 
-#define FGLIB5_ENTRY(result, name, symbol, parameters, arguments, missing) FGLIB5_API result name parameters;
+#define FGLIB5_ENTRY(result, name, symbol, parameters, arguments, missing) result name parameters;
 #include "fglib5/Fglib5Entries.inc"
 
 } // extern "C"

@@ -1,11 +1,7 @@
 /// \file
 /// Dispatcher control: what the simulated log dispatcher exports beside its descriptor. The functions are
 /// looked up by name in the opened library, so this header declares function types only.
-///
-///   LogSim_setLevel          changes the threshold of a tag and tells the client
-///   LogSim_disconnect        takes no more messages and tells the client
-///   LogSim_loggerId          id of a tag's logger, 0 where the tag is unknown
-///   LogSim_messageCount      messages taken so far
+/// DispatcherControl.inc lists them and says what each does.
 ///
 /// What the dispatcher does from the start is set in the environment, which is read when a client connects:
 ///
@@ -23,9 +19,8 @@
 
 extern "C" {
 
-using LogSim_setLevel_t = void(const char* tag, std::uint32_t threshold);
-using LogSim_disconnect_t = void();
-using LogSim_loggerId_t = std::uint64_t(const char* tag);
-using LogSim_messageCount_t = std::uint64_t();
+// LogSim_setLevel_t and so on: the types of the functions.
+#define LOGSIM_ENTRY(result, name, parameters) using name##_t = result parameters;
+#include "simulation/common-logging-dispatcher/DispatcherControl.inc"
 
 } // extern "C"

@@ -1,6 +1,8 @@
 #include "Dispatcher.h"
 #include "DispatcherControl.h"
 
+#include <type_traits>
+
 #if defined(_WIN32)
 #define DISPATCHER_EXPORT __declspec(dllexport)
 #else
@@ -72,3 +74,6 @@ DISPATCHER_EXPORT std::uint64_t LogSim_messageCount()
 }
 
 } // extern "C"
+
+#define LOGSIM_ENTRY(result, name, parameters) static_assert(std::is_same_v<decltype(name), name##_t>);
+#include "simulation/common-logging-dispatcher/DispatcherControl.inc"

@@ -13,9 +13,8 @@ namespace {
 constexpr std::array NAMES = {
 #define FGLIB5_ENTRY(result, name, symbol, parameters, arguments, missing) #name,
 #include "fglib5/Fglib5Entries.inc"
-#define NAMED(name, parameters, arguments) #name,
-    FGCAM_ENTRIES(NAMED)
-#undef NAMED
+#define FGCAM_ENTRY(result, name, parameters, arguments) #name,
+#include "fglib5/CameraControl.inc"
 };
 static_assert(NAMES.size() == static_cast<std::size_t>(Entry::Count));
 

@@ -44,12 +44,10 @@ Runtime::Runtime()
 {
 #define FGLIB5_ENTRY(result, name, symbol, parameters, arguments, missing) bind(name, #name);
 #include "fglib5/Fglib5Entries.inc"
-#define OVRA_BOUND(name, parameters, arguments) bind(name, #name);
-    FGCAM_ENTRIES(OVRA_BOUND)
-#undef OVRA_BOUND
-#define OVRA_BOUND(result, name, parameters, arguments) bind(name, #name);
-    FGSIM_ENTRIES(OVRA_BOUND)
-#undef OVRA_BOUND
+#define FGCAM_ENTRY(result, name, parameters, arguments) bind(name, #name);
+#include "fglib5/CameraControl.inc"
+#define FGSIM_ENTRY(result, name, parameters, arguments) bind(name, #name);
+#include "simulation/fglib5/SimulationControl.inc"
 }
 
 const char* const smallMachine = R"({

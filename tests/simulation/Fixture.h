@@ -2,7 +2,9 @@
 /// The simulated runtime, opened at run time as its clients open it, and a throw-away folder for each test.
 #pragma once
 
-#include "simulation/fglib5/EntryList.h"
+#include "fglib5/CameraControl.h"
+#include "fglib5/Fglib5.h"
+#include "simulation/fglib5/SimulationControl.h"
 #include "tests/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
@@ -20,12 +22,10 @@ struct Runtime
 
 #define FGLIB5_ENTRY(result, name, symbol, parameters, arguments, missing) result(*name) parameters;
 #include "fglib5/Fglib5Entries.inc"
-#define OVRA_MEMBER(name, parameters, arguments) name##_t* name;
-    FGCAM_ENTRIES(OVRA_MEMBER)
-#undef OVRA_MEMBER
-#define OVRA_MEMBER(result, name, parameters, arguments) name##_t* name;
-    FGSIM_ENTRIES(OVRA_MEMBER)
-#undef OVRA_MEMBER
+#define FGCAM_ENTRY(result, name, parameters, arguments) name##_t* name;
+#include "fglib5/CameraControl.inc"
+#define FGSIM_ENTRY(result, name, parameters, arguments) name##_t* name;
+#include "simulation/fglib5/SimulationControl.inc"
 };
 
 /// A symbol of a library that stays open; null where it has none.

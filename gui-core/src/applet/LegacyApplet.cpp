@@ -5,22 +5,18 @@
 #include "messages/CommandSubmission.h"
 #include "platform/SharedLibrary.h"
 
+#include "fglib5/LegacyApplet.h"
+
 namespace ovra::gui::commands {
 
 namespace {
 
-using InfoFunction = int (*)(int query, int, int, int, int);
-
-constexpr int NUMBER_OF_CHANNELS = 1888;
-constexpr int IS_MEDIUM = 3072;
-constexpr int IS_FULL = 3328;
-
-LegacyLayout askLayout(InfoFunction info)
+LegacyLayout askLayout(LegacyInfoFunction* info)
 {
     LegacyLayout layout;
-    layout.channels = info(NUMBER_OF_CHANNELS, 0, 0, 0, 0);
-    layout.medium = info(IS_MEDIUM, 0, 0, 0, 0) != 0;
-    layout.full = info(IS_FULL, 0, 0, 0, 0) != 0;
+    layout.channels = info(LEGACY_CHANNELS, 0, 0, 0, 0);
+    layout.medium = info(LEGACY_MEDIUM, 0, 0, 0, 0) != 0;
+    layout.full = info(LEGACY_FULL, 0, 0, 0, 0) != 0;
     return layout;
 }
 
@@ -35,7 +31,7 @@ bool buildLegacyApplet(core::models::HlEnvironmentBoardNode& board, const std::s
         return false;
     }
     const HandleGuard guard(&applet);
-    const auto info = reinterpret_cast<InfoFunction>(applet.locate("Info"));
+    const auto info = reinterpret_cast<LegacyInfoFunction*>(applet.locate(LEGACY_INFO_NAME));
     if (!info) {
         postLoadError("Resolving info function of applet DLL failed!");
         return false;

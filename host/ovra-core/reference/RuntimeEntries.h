@@ -19,14 +19,8 @@ struct RuntimeEntries
 {
 #define FGLIB5_ENTRY(result, name, symbol, parameters, arguments, missing) result(*name) parameters = nullptr;
 #include "fglib5/Fglib5Entries.inc"
-
-    FgCam_getCount_t* FgCam_getCount = nullptr;
-    FgCam_getPort_t* FgCam_getPort = nullptr;
-    FgCam_getString_t* FgCam_getString = nullptr;
-    FgCam_getInteger_t* FgCam_getInteger = nullptr;
-    FgCam_setInteger_t* FgCam_setInteger = nullptr;
-    FgCam_start_t* FgCam_start = nullptr;
-    FgCam_stop_t* FgCam_stop = nullptr;
+#define FGCAM_ENTRY(result, name, parameters, arguments) name##_t* name = nullptr;
+#include "fglib5/CameraControl.inc"
 
     bool hasCameraControl = false;
 };

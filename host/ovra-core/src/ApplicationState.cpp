@@ -1,7 +1,8 @@
 #include "ApplicationState.h"
 
-#include "ovra-core/reference/PathText.h"
 #include "ovra_log/reference/Journal.h"
+
+#include "fglib5/PathText.h"
 
 #include <boost/dll/runtime_symbol_info.hpp>
 #include <boost/dll/shared_library.hpp>
@@ -19,7 +20,7 @@ boost::shared_ptr<ApplicationState> current;
 
 fs::path absolutePath(const std::string& text)
 {
-    return fs::absolute(pathOf(text)).lexically_normal();
+    return fs::absolute(fglib5::pathOf(text)).lexically_normal();
 }
 
 // An empty last component is a closing separator.
@@ -45,7 +46,7 @@ fs::path runtimeLibraryOf(const ApplicationOptions& options, const std::string& 
     // Native separators: with others a Windows loader does not look beside the file for what it needs.
     if (!options.runtimeLibrary.empty())
         return absolutePath(options.runtimeLibrary).make_preferred();
-    fs::path library = pathOf(runtimeDirectory) / "bin" / "fglib5";
+    fs::path library = fglib5::pathOf(runtimeDirectory) / "bin" / "fglib5";
     library += boost::dll::shared_library::suffix();
     return library.make_preferred();
 }
@@ -72,7 +73,7 @@ bool PluginFolder::isMonitoring() const
 ApplicationState::ApplicationState(const ApplicationOptions& options)
     : runtimeDirectory(runtimeDirectoryOf(options)),
       runtimeLibrary(runtimeLibraryOf(options, runtimeDirectory)),
-      configuration(pathOf(options.configurationFile)),
+      configuration(fglib5::pathOf(options.configurationFile)),
       processor(queue)
 {}
 

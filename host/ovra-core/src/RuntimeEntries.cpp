@@ -36,53 +36,35 @@ boost::shared_ptr<RuntimeEntries> bindAll(const shared_library& library)
     const auto bound = boost::make_shared<RuntimeEntries>();
 #define FGLIB5_ENTRY(result, name, symbol, parameters, arguments, missing) bind(library, symbol, bound->name);
 #include "fglib5/Fglib5Entries.inc"
-    bind(library, "FgCam_getCount", bound->FgCam_getCount);
-    bind(library, "FgCam_getPort", bound->FgCam_getPort);
-    bind(library, "FgCam_getString", bound->FgCam_getString);
-    bind(library, "FgCam_getInteger", bound->FgCam_getInteger);
-    bind(library, "FgCam_setInteger", bound->FgCam_setInteger);
-    bind(library, "FgCam_start", bound->FgCam_start);
-    bind(library, "FgCam_stop", bound->FgCam_stop);
-    bound->hasCameraControl = bound->FgCam_getCount && bound->FgCam_getPort && bound->FgCam_getString &&
-                              bound->FgCam_getInteger && bound->FgCam_setInteger && bound->FgCam_start &&
-                              bound->FgCam_stop;
+    bound->hasCameraControl = true;
+#define FGCAM_ENTRY(result, name, parameters, arguments) \
+    bind(library, #name, bound->name);                   \
+    bound->hasCameraControl = bound->hasCameraControl && bound->name;
+#include "fglib5/CameraControl.inc"
     return bound;
 }
 
-// The entries that the host libraries call.
+// The entries that the host libraries call, in the order in which a missing one is reported.
+// clang-format off
+#define OVRA_USED_ENTRIES(X) \
+    X(Fg_InitLibraries) X(Fg_getSystemInformation) X(Fg_getBoardType) \
+    X(Fg_getBoardNameByType) X(Fg_getErrorDescription) X(Fg_getLastErrorDescription) \
+    X(Fg_getAppletIterator) X(Fg_addAppletIteratorItem) X(Fg_freeAppletIterator) \
+    X(Fg_getAppletIntProperty) X(Fg_getAppletStringProperty) X(Fg_getParameter) \
+    X(Fg_getParameterWithType) X(Fg_setParameterWithType) X(Fg_freeParameterStringWithType) \
+    X(Fg_AllocMemEx) X(Fg_FreeMemEx) X(Fg_AcquireEx) \
+    X(Fg_stopAcquireEx) X(Fg_getLastPicNumberBlockingEx) X(Fg_getLastPicNumberEx) \
+    X(Fg_getImagePtrEx) X(Fg_getEventCount) X(Fg_getEventName) \
+    X(Fg_activateEvents) X(Fg_registerEventCallback)
+// clang-format on
+
 void checkEntries(const RuntimeEntries& bound, const std::filesystem::path& file)
 {
-    const std::pair<const char*, bool> used[] = {
-        {"Fg_InitLibraries", bound.Fg_InitLibraries},
-        {"Fg_getSystemInformation", bound.Fg_getSystemInformation},
-        {"Fg_getBoardType", bound.Fg_getBoardType},
-        {"Fg_getBoardNameByType", bound.Fg_getBoardNameByType},
-        {"Fg_getErrorDescription", bound.Fg_getErrorDescription},
-        {"Fg_getLastErrorDescription", bound.Fg_getLastErrorDescription},
-        {"Fg_getAppletIterator", bound.Fg_getAppletIterator},
-        {"Fg_addAppletIteratorItem", bound.Fg_addAppletIteratorItem},
-        {"Fg_freeAppletIterator", bound.Fg_freeAppletIterator},
-        {"Fg_getAppletIntProperty", bound.Fg_getAppletIntProperty},
-        {"Fg_getAppletStringProperty", bound.Fg_getAppletStringProperty},
-        {"Fg_getParameter", bound.Fg_getParameter},
-        {"Fg_getParameterWithType", bound.Fg_getParameterWithType},
-        {"Fg_setParameterWithType", bound.Fg_setParameterWithType},
-        {"Fg_freeParameterStringWithType", bound.Fg_freeParameterStringWithType},
-        {"Fg_AllocMemEx", bound.Fg_AllocMemEx},
-        {"Fg_FreeMemEx", bound.Fg_FreeMemEx},
-        {"Fg_AcquireEx", bound.Fg_AcquireEx},
-        {"Fg_stopAcquireEx", bound.Fg_stopAcquireEx},
-        {"Fg_getLastPicNumberBlockingEx", bound.Fg_getLastPicNumberBlockingEx},
-        {"Fg_getLastPicNumberEx", bound.Fg_getLastPicNumberEx},
-        {"Fg_getImagePtrEx", bound.Fg_getImagePtrEx},
-        {"Fg_getEventCount", bound.Fg_getEventCount},
-        {"Fg_getEventName", bound.Fg_getEventName},
-        {"Fg_activateEvents", bound.Fg_activateEvents},
-        {"Fg_registerEventCallback", bound.Fg_registerEventCallback},
-    };
-    for (const auto& [name, present] : used)
-        if (!present)
-            fail(file, std::string("has no entry ") + name);
+#define OVRA_REQUIRE(name) \
+    if (!bound.name)       \
+        fail(file, "has no entry " #name);
+    OVRA_USED_ENTRIES(OVRA_REQUIRE)
+#undef OVRA_REQUIRE
 }
 
 boost::shared_ptr<const RuntimeEntries> open(const std::filesystem::path& file)

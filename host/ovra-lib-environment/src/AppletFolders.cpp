@@ -1,8 +1,9 @@
 #include "AppletFolders.h"
 
 #include "ovra-core/HarloApplication.h"
-#include "ovra-core/reference/PathText.h"
 #include "ovra_log/reference/Log.h"
+
+#include "fglib5/PathText.h"
 
 #include <algorithm>
 #include <cctype>
@@ -39,7 +40,7 @@ bool exists(const std::string& path)
 {
     try {
         std::error_code error;
-        return fs::is_regular_file(reference::pathOf(path), error);
+        return fs::is_regular_file(fglib5::pathOf(path), error);
     } catch (const fs::filesystem_error&) {
         return false; // no text of a path
     }
@@ -89,7 +90,7 @@ AppletFolders::Listing AppletFolders::list()
 void AppletFolders::listFolder(const std::string& folder, Listing& listing)
 {
     std::error_code error;
-    fs::recursive_directory_iterator entry(reference::pathOf(folder),
+    fs::recursive_directory_iterator entry(fglib5::pathOf(folder),
                                            fs::directory_options::skip_permission_denied, error);
     for (; !error && entry != fs::recursive_directory_iterator(); entry.increment(error)) {
         std::error_code gone;

@@ -1,5 +1,9 @@
 // A legacy applet: tells its layout itself, through one function.
 
+#include "fglib5/LegacyApplet.h"
+
+#include <type_traits>
+
 #if defined(_WIN32)
 #define APPLET_EXPORT __declspec(dllexport)
 #else
@@ -9,13 +13,13 @@
 extern "C" APPLET_EXPORT int Info(int query, int, int, int, int)
 {
     switch (query) {
-    case 1888:
-        return 2; // camera channels
-    case 3072:
-        return 1; // Camera Link medium
-    case 3328:
-        return 0; // Camera Link full
+    case LEGACY_CHANNELS:
+        return 2;
+    case LEGACY_MEDIUM:
+        return 1;
     default:
         return 0;
     }
 }
+
+static_assert(std::is_same_v<decltype(Info), LegacyInfoFunction>);

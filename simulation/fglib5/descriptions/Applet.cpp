@@ -4,6 +4,8 @@
 #include "descriptions/JsonReader.h"
 #include "descriptions/NumberText.h"
 
+#include "fglib5/LegacyApplet.h"
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -18,7 +20,6 @@ constexpr int MAX_SIDE = 32768; // pixels
 constexpr int MAX_DMAS = 256;
 constexpr int FIRST_OWN_ID = 10000; // below are the runtime's own parameters
 constexpr int MAX_LEGACY_CHANNELS = 64;
-constexpr int LEGACY_CHANNEL_QUERY = 1888;
 
 bool hasEnding(const std::filesystem::path& file, const std::string& ending)
 {
@@ -230,9 +231,8 @@ int channelsOf(const std::filesystem::path& file)
     auto* library = platform::openLibrary(file);
     if (library == nullptr)
         return 0;
-    using Info = int (*)(int, int, int, int, int);
-    const auto info = reinterpret_cast<Info>(platform::findSymbol(library, "Info"));
-    const auto channels = info == nullptr ? 0 : info(LEGACY_CHANNEL_QUERY, 0, 0, 0, 0);
+    const auto info = reinterpret_cast<LegacyInfoFunction*>(platform::findSymbol(library, LEGACY_INFO_NAME));
+    const auto channels = info == nullptr ? 0 : info(LEGACY_CHANNELS, 0, 0, 0, 0);
     platform::closeLibrary(library);
     return std::clamp(channels, 0, MAX_LEGACY_CHANNELS);
 }

@@ -1,7 +1,8 @@
 #include "descriptions/AppletList.h"
 
 #include "Failure.h"
-#include "descriptions/PathText.h"
+
+#include "fglib5/PathText.h"
 
 #include <algorithm>
 #include <atomic>
@@ -48,7 +49,7 @@ const AppletItem& AppletList::add(const std::string& path, bool* added)
         *added = known == nullptr;
     if (known != nullptr)
         return *known;
-    return *m_items.emplace_back(std::make_unique<AppletItem>(readApplet(pathOf(path))));
+    return *m_items.emplace_back(std::make_unique<AppletItem>(readApplet(fglib5::pathOf(path))));
 }
 
 void AppletList::addInstalled(const std::filesystem::path& installation, const std::string& model)

@@ -1,8 +1,9 @@
 #include "Probe.h"
 #include "descriptions/AppletList.h"
-#include "descriptions/PathText.h"
 #include "entries/Answers.h"
 #include "entries/Entries.h"
+
+#include "fglib5/PathText.h"
 
 namespace simulation::entries {
 
@@ -20,7 +21,7 @@ int FgSim_setMachine(const char* path)
     if (path == nullptr)
         Runtime::instance().setMachineFile({});
     else
-        Runtime::instance().setMachineFile(pathOf(path));
+        Runtime::instance().setMachineFile(fglib5::pathOf(path));
     return FG_OK;
 }
 

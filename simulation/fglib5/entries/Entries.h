@@ -10,11 +10,9 @@ namespace simulation::entries {
 
 #define FGLIB5_ENTRY(result, name, symbol, parameters, arguments, missing) result name parameters;
 #include "fglib5/Fglib5Entries.inc"
-#define DECLARED(name, parameters, arguments) int name parameters;
-FGCAM_ENTRIES(DECLARED)
-#undef DECLARED
-#define DECLARED(result, name, parameters, arguments) result name parameters;
-FGSIM_ENTRIES(DECLARED)
-#undef DECLARED
+#define FGCAM_ENTRY(result, name, parameters, arguments) result name parameters;
+#include "fglib5/CameraControl.inc"
+#define FGSIM_ENTRY(result, name, parameters, arguments) result name parameters;
+#include "simulation/fglib5/SimulationControl.inc"
 
 } // namespace simulation::entries

@@ -88,22 +88,28 @@ extern "C" {
     }
 #include "fglib5/Fglib5Entries.inc"
 
-#define EXPORTED(name, parameters, arguments)                                                 \
-    FGSIM_LINKAGE(name) int name parameters                                                   \
-    {                                                                                         \
-        return simulation::watched<int>(simulation::Entry::name,                              \
-                                        [&] { return simulation::entries::name arguments; }); \
+#define FGCAM_ENTRY(result, name, parameters, arguments)                                         \
+    FGSIM_LINKAGE(name) result name parameters                                                   \
+    {                                                                                            \
+        return simulation::watched<result>(simulation::Entry::name,                              \
+                                           [&] { return simulation::entries::name arguments; }); \
     }
-FGCAM_ENTRIES(EXPORTED)
-#undef EXPORTED
+#include "fglib5/CameraControl.inc"
 
 // Not watched: who controls the simulation does not want to be part of it.
-#define EXPORTED(result, name, parameters, arguments)                                            \
+#define FGSIM_ENTRY(result, name, parameters, arguments)                                         \
     FGSIM_LINKAGE(name) result name parameters                                                   \
     {                                                                                            \
         return simulation::guarded<result>([&] { return simulation::entries::name arguments; }); \
     }
-FGSIM_ENTRIES(EXPORTED)
-#undef EXPORTED
+#include "simulation/fglib5/SimulationControl.inc"
 
 } // extern "C"
+
+// The runtime's own entries are declared by Fglib5.h, which the compiler compares.
+#define FGCAM_ENTRY(result, name, parameters, arguments) \
+    static_assert(std::is_same_v<decltype(name), name##_t>);
+#include "fglib5/CameraControl.inc"
+#define FGSIM_ENTRY(result, name, parameters, arguments) \
+    static_assert(std::is_same_v<decltype(name), name##_t>);
+#include "simulation/fglib5/SimulationControl.inc"

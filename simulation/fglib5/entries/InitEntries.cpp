@@ -2,10 +2,11 @@
 //
 // Entries that build on others call them by their exported names, the way the real runtime's parts do.
 
-#include "descriptions/PathText.h"
 #include "entries/Answers.h"
 #include "entries/Entries.h"
 #include "hardware/Configuration.h"
+
+#include "fglib5/PathText.h"
 
 namespace simulation::entries {
 
@@ -27,7 +28,7 @@ void Fg_FreeLibraries()
 
 Fg_Struct* Fg_Init(const char* appletFile, unsigned int board)
 {
-    return Runtime::instance().open(pathOf(checkedArgument(appletFile, "appletFile")), board);
+    return Runtime::instance().open(fglib5::pathOf(checkedArgument(appletFile, "appletFile")), board);
 }
 
 Fg_Struct* Fg_InitEx(const char* appletFile, unsigned int board, int flags)
@@ -40,7 +41,7 @@ Fg_Struct* Fg_InitEx(const char* appletFile, unsigned int board, int flags)
 Fg_Struct* Fg_InitConfig(const char* configFile, unsigned int board)
 {
     const auto model = Runtime::instance().board(board)->description().model;
-    const auto applet = appletOfConfiguration(pathOf(checkedArgument(configFile, "configFile")),
+    const auto applet = appletOfConfiguration(fglib5::pathOf(checkedArgument(configFile, "configFile")),
                                               Runtime::installation(), model);
     auto* grabber = ::Fg_Init(applet.string().c_str(), board);
     if (grabber == nullptr)
@@ -80,13 +81,13 @@ int Fg_FreeGrabber(Fg_Struct* grabber)
 
 int Fg_saveConfig(Fg_Struct* grabber, const char* file)
 {
-    saveConfiguration(*grabberOf(grabber), pathOf(checkedArgument(file, "file")));
+    saveConfiguration(*grabberOf(grabber), fglib5::pathOf(checkedArgument(file, "file")));
     return FG_OK;
 }
 
 int Fg_loadConfig(Fg_Struct* grabber, const char* file)
 {
-    loadConfiguration(*grabberOf(grabber), pathOf(checkedArgument(file, "file")));
+    loadConfiguration(*grabberOf(grabber), fglib5::pathOf(checkedArgument(file, "file")));
     return FG_OK;
 }
 

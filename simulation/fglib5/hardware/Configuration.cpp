@@ -3,7 +3,8 @@
 #include "Failure.h"
 #include "Platform.h"
 #include "descriptions/JsonReader.h"
-#include "descriptions/PathText.h"
+
+#include "fglib5/PathText.h"
 
 #include <algorithm>
 #include <atomic>
@@ -222,8 +223,8 @@ std::filesystem::path appletOfConfiguration(const std::filesystem::path& file,
 {
     const auto name = appletName(file, readLines(file));
     if (name.find_first_of("/\\") != std::string::npos)
-        return pathOf(name);
-    return installation / folderFor(name) / boardModel / pathOf(name);
+        return fglib5::pathOf(name);
+    return installation / folderFor(name) / boardModel / fglib5::pathOf(name);
 }
 
 } // namespace simulation

@@ -3,7 +3,8 @@
 #include "Failure.h"
 #include "Platform.h"
 #include "Probe.h"
-#include "descriptions/PathText.h"
+
+#include "fglib5/PathText.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -48,7 +49,7 @@ std::filesystem::path Runtime::machineFile() const
         return *m_machineFile;
     const char* file = std::getenv("OVRA_MACHINE");
     if (file != nullptr && *file != '\0')
-        return pathOf(file);
+        return fglib5::pathOf(file);
     return installation() / "simulation" / "default-machine.json";
 }
 

@@ -1,5 +1,7 @@
 // A legacy applet whose answers the build sets; without any it has no Info at all.
 
+#include "fglib5/LegacyApplet.h"
+
 #if defined(_WIN32)
 #define APPLET_EXPORT __declspec(dllexport)
 #else
@@ -11,12 +13,12 @@ extern "C" APPLET_EXPORT int Info(int query, int a, int b, int c, int d)
 {
     // Asked out of order, or with anything beside the query, it answers wrongly.
     static int before = 0;
-    const bool inOrder =
-        query == 1888 || (query == 3072 && before == 1888) || (query == 3328 && before == 3072);
+    const bool inOrder = query == LEGACY_CHANNELS || (query == LEGACY_MEDIUM && before == LEGACY_CHANNELS) ||
+                         (query == LEGACY_FULL && before == LEGACY_MEDIUM);
     const bool asUsual = inOrder && a == 0 && b == 0 && c == 0 && d == 0;
     before = query;
-    const int answer = query == 1888 ? CHANNELS : query == 3072 ? MEDIUM : FULL;
-    const int wrongAnswer = query == 1888 ? 7 : !answer;
+    const int answer = query == LEGACY_CHANNELS ? CHANNELS : query == LEGACY_MEDIUM ? MEDIUM : FULL;
+    const int wrongAnswer = query == LEGACY_CHANNELS ? 7 : !answer;
     return asUsual ? answer : wrongAnswer;
 }
 #else

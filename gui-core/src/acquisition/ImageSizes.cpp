@@ -2,6 +2,7 @@
 
 #include "acquisition/CameraOfPort.h"
 #include "acquisition/ResourceSweep.h"
+#include "model/FrameBuffers.h"
 
 #include "gui-core/Gui.h"
 #include "gui-core/Views.h"
@@ -67,14 +68,12 @@ long long rememberedOrAsked(const std::string& message)
 
 void applyToDma(const HlEnvironmentDmaNode& dma, const Size& camera)
 {
-    // Applet loading makes groups of this kind only.
-    const auto group = boost::static_pointer_cast<display::FglibFrameBufferGroup>(dma.getFrameBufferGroup());
+    const auto group = frameBuffersOf(dma);
     if (!group)
         return;
     group->setWidth(camera.width);
     group->setHeight(camera.height);
-    group->notifyGeometryMayHaveChangedSlot(0, 0, true);
-    group->notifyGeometryMayHaveChangedSlot(0, 0, false);
+    announceGeometry(*group);
 }
 
 void reconcilePair(const HlEnvironmentDmaNode& dma, const HlEnvironmentLogicalPortNode& port)

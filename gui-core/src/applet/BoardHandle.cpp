@@ -51,6 +51,42 @@ private:
     bool m_set = true;
 };
 
+/// Brackets a change of the handle, so that observers of the board see one update. end() closes the bracket;
+/// leaving the scope without it, by an exception, closes it too.
+class [[nodiscard]] HandleChange
+{
+public:
+    explicit HandleChange(core::models::HlEnvironmentBoardNode& board) : m_board(board)
+    {
+        m_board.beginHandleChange();
+    }
+
+    ~HandleChange()
+    {
+        if (!m_open)
+            return;
+        // Open also after an end() that threw: a second attempt.
+        try {
+            m_board.endHandleChange();
+        } catch (...) {
+            // Another exception is on its way to the command processor already.
+        }
+    }
+
+    HandleChange(const HandleChange&) = delete;
+    HandleChange& operator=(const HandleChange&) = delete;
+
+    void end()
+    {
+        m_board.endHandleChange();
+        m_open = false;
+    }
+
+private:
+    core::models::HlEnvironmentBoardNode& m_board;
+    bool m_open = true;
+};
+
 struct FreeGrabber
 {
     void operator()(Fg_Struct* handle) const { Fg_FreeGrabber(handle); }
@@ -71,29 +107,6 @@ void forgetHandle(core::models::HlEnvironmentBoardNode& board)
 }
 
 } // namespace
-
-HandleChange::HandleChange(core::models::HlEnvironmentBoardNode& board) : m_board(board)
-{
-    m_board.beginHandleChange();
-}
-
-HandleChange::~HandleChange()
-{
-    if (!m_open)
-        return;
-    // Open also after an end() that threw: a second attempt.
-    try {
-        m_board.endHandleChange();
-    } catch (...) {
-        // Another exception is on its way to the command processor already.
-    }
-}
-
-void HandleChange::end()
-{
-    m_board.endHandleChange();
-    m_open = false;
-}
 
 void freeBoardHandle(core::models::HlEnvironmentBoardNode& board)
 {

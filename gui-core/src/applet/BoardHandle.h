@@ -2,8 +2,6 @@
 /// Changes of a board's handle.
 #pragma once
 
-#include <boost/shared_ptr.hpp>
-
 #include <string>
 
 namespace ovra::core::models {
@@ -11,23 +9,6 @@ class HlEnvironmentBoardNode;
 }
 
 namespace ovra::gui::commands {
-
-/// Brackets a change, so that observers of the board see one update. end() closes the bracket; leaving the
-/// scope without it, by an exception, closes it too.
-class [[nodiscard]] HandleChange
-{
-public:
-    explicit HandleChange(core::models::HlEnvironmentBoardNode& board);
-    ~HandleChange();
-    HandleChange(const HandleChange&) = delete;
-    HandleChange& operator=(const HandleChange&) = delete;
-
-    void end();
-
-private:
-    core::models::HlEnvironmentBoardNode& m_board;
-    bool m_open = true;
-};
 
 /// Frees the board's handle, if it has one, as one change of the board.
 void freeBoardHandle(core::models::HlEnvironmentBoardNode& board);

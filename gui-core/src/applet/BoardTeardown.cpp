@@ -2,9 +2,10 @@
 
 #include "applet/BoardHandle.h"
 #include "model/BoardResources.h"
+#include "model/FrameBuffers.h"
 
+#include "ovra-lib-display-fglib/FglibFrameBufferGroup.h"
 #include "ovra-lib-display/DisplayScene.h"
-#include "ovra-lib-display/FrameBufferGroup.h"
 #include "ovra-lib-environment/HlEnvironmentBoardNode.h"
 #include "ovra-lib-environment/HlEnvironmentFileNode.h"
 #include "ovra-lib-fglib-model/FgLibEventsModel.h"
@@ -12,80 +13,101 @@
 
 namespace ovra::gui::commands {
 
+using core::models::FgLibModel;
 using core::models::HlEnvironmentBoardNode;
 using core::models::HlEnvironmentDmaNode;
 
 namespace {
 
-template <class Step>
-void attempt(Step step) noexcept
-{
+/// Performs a step, and lets its exception go on.
+constexpr auto STRICTLY = [](auto step) { step(); };
+
+/// Performs a step as far as it goes: the exception that made the load fail is the one to report.
+constexpr auto AS_FAR_AS_IT_GOES = [](auto step) noexcept {
     try {
         step();
     } catch (...) {
-        // The exception that made the load fail is the one to report.
     }
+};
+
+template <class Perform>
+void clearStructure(HlEnvironmentBoardNode& board, Perform perform)
+{
+    perform([&] { board.getDmasEntryNode()->_children().clear(); });
+    perform([&] { board.getProcessesEntryNode()->_children().clear(); });
+    perform([&] { board.getLogicalPortsEntryNode()->_children().clear(); });
+    perform([&] { board.getPhysicalPortsEntryNode()->_children().clear(); });
 }
 
-/// Unlike a loaded board's channels these may lack anything.
-void abandonDma(HlEnvironmentDmaNode& dma) noexcept
+/// A channel of a loaded board has a group and a scene; after an unload or a load that failed part-way either
+/// may be missing. A register model is there only where the runtime gave a description.
+template <class Perform>
+void detachDma(HlEnvironmentDmaNode& dma, Perform perform)
 {
-    attempt([&] {
-        if (const auto model = dma.getFrontendRegInfoModel())
+    boost::shared_ptr<FgLibModel> model;
+    boost::shared_ptr<display::FglibFrameBufferGroup> group;
+    boost::shared_ptr<display::DisplayScene> scene;
+    perform([&] { model = dma.getFrontendRegInfoModel(); });
+    perform([&] { group = frameBuffersOf(dma); });
+    if (model) {
+        perform([&] { model->stop(); });
+        perform([&] { dma.getFrontendRegInfoModel()->removeFrameBufferGroup(group); });
+        perform([&] { dma.setFrontendRegInfoModel({}); });
+    }
+    perform([&] { dma.setFrontendRegInfoPointer(nullptr); });
+    perform([&] { scene = dma.getDisplayScene(); });
+    if (scene) {
+        perform([&] { scene->stopGrabbing(); });
+        perform([&] { scene->removeFrameBufferGroup(0); });
+        perform([&] { scene->setVisualizer(nullptr); });
+    }
+    perform([&] { dma.setFrameBufferGroup({}); });
+    perform([&] { dma.setDisplayScene({}); });
+    if (group)
+        perform([&] { group->releaseBuffers(); });
+}
+
+/// All steps, in their order.
+template <class Perform>
+void takeApart(HlEnvironmentBoardNode& board, Perform perform)
+{
+    // First: no event reaches the front end from a board that is being taken apart.
+    perform([&] { board.setFglibEventsSignalConnection({}); });
+    perform([&] { removeBoardResources(board); });
+    perform([&] {
+        for (const auto dmas = board.getDmas(); dmas->hasNext(); dmas->advance())
+            detachDma(*dmas->current(), perform);
+    });
+    perform([&] {
+        if (const auto model = board.getNoDmaFrontendRegInfoModel())
             model->stop();
     });
-    attempt([&] {
-        if (const auto scene = dma.getDisplayScene()) {
-            scene->stopGrabbing();
-            scene->removeFrameBufferGroup(0);
-            scene->setVisualizer(nullptr);
-        }
-    });
-    attempt([&] {
-        if (const auto group = dma.getFrameBufferGroup())
-            group->releaseBuffers();
-    });
-    attempt([&] { dma.setFrontendRegInfoModel({}); });
-    attempt([&] { dma.setFrameBufferGroup({}); });
-    attempt([&] { dma.setDisplayScene({}); });
-}
-
-} // namespace
-
-void clearStructure(HlEnvironmentBoardNode& board)
-{
-    board.getDmasEntryNode()->_children().clear();
-    board.getProcessesEntryNode()->_children().clear();
-    board.getLogicalPortsEntryNode()->_children().clear();
-    board.getPhysicalPortsEntryNode()->_children().clear();
-}
-
-void undoLoad(HlEnvironmentBoardNode& board)
-{
-    clearStructure(board);
-    freeBoardHandle(board);
-    board.setBoardSelectedForViewEntry(false);
+    perform([&] { board.setNoDmaFrontendRegInfoModel({}); });
+    perform([&] { board.setNoDmaFrontendRegInfoPointer(nullptr); });
+    clearStructure(board, perform);
+    perform([&] { board.setFglibEventsModel({}); });
+    perform([&] { freeBoardHandle(board); });
+    perform([&] { board.setLoadedAppletEntry({}); });
+    perform([&] { board.setBoardSelectedForViewEntry(false); });
 }
 
 void forceEmpty(HlEnvironmentBoardNode& board) noexcept
 {
-    attempt([&] { board.setFglibEventsSignalConnection({}); });
-    attempt([&] { removeBoardResources(board); });
-    attempt([&] {
-        for (const auto dmas = board.getDmas(); dmas->hasNext(); dmas->advance())
-            abandonDma(*dmas->current());
-    });
-    attempt([&] {
-        if (const auto model = board.getNoDmaFrontendRegInfoModel())
-            model->stop();
-    });
-    attempt([&] { board.setNoDmaFrontendRegInfoModel({}); });
-    attempt([&] { board.setNoDmaFrontendRegInfoPointer(nullptr); });
-    attempt([&] { board.setFglibEventsModel({}); });
-    attempt([&] { board.setLoadedAppletEntry({}); });
-    attempt([&] { clearStructure(board); });
-    attempt([&] { freeBoardHandle(board); });
-    attempt([&] { board.setBoardSelectedForViewEntry(false); });
+    takeApart(board, AS_FAR_AS_IT_GOES);
+}
+
+void undoLoad(HlEnvironmentBoardNode& board)
+{
+    clearStructure(board, STRICTLY);
+    freeBoardHandle(board);
+    board.setBoardSelectedForViewEntry(false);
+}
+
+} // namespace
+
+void emptyBoard(HlEnvironmentBoardNode& board)
+{
+    takeApart(board, STRICTLY);
 }
 
 UnfinishedLoad::~UnfinishedLoad()
@@ -94,7 +116,7 @@ UnfinishedLoad::~UnfinishedLoad()
         forceEmpty(m_board);
 }
 
-void UnfinishedLoad::reset()
+void UnfinishedLoad::undo()
 {
     undoLoad(m_board);
     m_finished = true;

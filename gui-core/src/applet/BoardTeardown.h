@@ -8,19 +8,14 @@ class HlEnvironmentBoardNode;
 
 namespace ovra::gui::commands {
 
-/// Takes DMA channels, processes, logical and physical ports off the board, in this order.
-void clearStructure(core::models::HlEnvironmentBoardNode& board);
+/// Takes everything off a loaded board that applet loading put there, and frees its handle. A host exception
+/// ends it: the steps before are done, the others are not. GUI thread.
+void emptyBoard(core::models::HlEnvironmentBoardNode& board);
 
-/// Takes back what a load has published up to the structure: children, handle, selection. Global resources
-/// are not touched: they are registered after the last step that fails in an orderly way.
-void undoLoad(core::models::HlEnvironmentBoardNode& board);
-
-/// Empties a board that a load left at any point, as far as the host lets it: a step that throws does not
-/// keep the others from being done.
-void forceEmpty(core::models::HlEnvironmentBoardNode& board) noexcept;
-
-/// Stands for a load that is not complete. Leaving its scope before done() or reset(), by an exception of the
-/// host, abandons the board, so that the next load does not meet half of this one.
+/// Stands for a load that is not complete. Leaving its scope before done() or undo(), by an exception of the
+/// host, empties the board by the same steps as emptyBoard(), as far as the host lets it: a step that throws
+/// does not keep the others from being done. The next load thus does not meet half of this one. Worker
+/// thread.
 class [[nodiscard]] UnfinishedLoad
 {
 public:
@@ -29,8 +24,10 @@ public:
     UnfinishedLoad(const UnfinishedLoad&) = delete;
     UnfinishedLoad& operator=(const UnfinishedLoad&) = delete;
 
-    /// The load has failed in an orderly way: resets the board.
-    void reset();
+    /// The load has failed in an orderly way: takes back what it has published up to the structure, that is
+    /// children, handle and selection. Global resources are not touched: they are registered after the last
+    /// step that fails so.
+    void undo();
     /// The board may stay as it is.
     void done() { m_finished = true; }
 

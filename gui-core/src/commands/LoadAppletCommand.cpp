@@ -10,6 +10,7 @@
 #include "model/AppletType.h"
 #include "model/BoardLookup.h"
 #include "model/BoardResources.h"
+#include "model/FrameBuffers.h"
 
 #include "gui-core/Gui.h"
 #include "gui-core/RescanAppletsCommand.h"
@@ -18,7 +19,6 @@
 
 #include "fglib5/Fglib5.h"
 
-#include "ovra-lib-display-fglib/FglibFrameBufferGroup.h"
 #include "ovra-lib-environment/HlEnvironmentBoardNode.h"
 #include "ovra-lib-environment/HlEnvironmentFileNode.h"
 
@@ -68,20 +68,6 @@ bool buildStructure(HlEnvironmentBoardNode& board, const HlEnvironmentFileNode& 
                                          : buildRuntimeStructure(board, file);
 }
 
-/// Displays take up the geometry that a configuration may have changed.
-void announceGeometry(const HlEnvironmentBoardNode& board)
-{
-    for (const auto dmas = board.getDmas(); dmas->hasNext(); dmas->advance()) {
-        // Applet loading makes groups of this kind only.
-        const auto group = boost::static_pointer_cast<display::FglibFrameBufferGroup>(
-            dmas->current()->getFrameBufferGroup());
-        if (!group)
-            continue;
-        group->notifyGeometryMayHaveChangedSlot(0, 0, true);
-        group->notifyGeometryMayHaveChangedSlot(0, 0, false);
-    }
-}
-
 void applyMcf(const HlEnvironmentBoardNode& board, const std::string& mcfFile)
 {
     postLoadStatus("Loading Configuration from MCF.");
@@ -91,7 +77,9 @@ void applyMcf(const HlEnvironmentBoardNode& board, const std::string& mcfFile)
         return;
     }
     postLoadStatus("Loading Configuration from MCF succeeded.");
-    announceGeometry(board);
+    for (const auto dmas = board.getDmas(); dmas->hasNext(); dmas->advance())
+        if (const auto group = frameBuffersOf(*dmas->current()))
+            announceGeometry(*group);
 }
 
 } // namespace
@@ -169,7 +157,7 @@ void LoadAppletCommand::executeAsync()
     postLoadStatus("Reading applet structure ...");
     const AppletType type = appletType(file);
     if (!buildStructure(board, file, type, request.appletFile)) {
-        unfinished.reset();
+        unfinished.undo();
         return;
     }
     logStructure(board);

@@ -10,6 +10,7 @@
 #include <locale>
 #include <set>
 #include <sstream>
+#include <string>
 
 namespace ovra::gui::commands {
 
@@ -27,6 +28,34 @@ using NodePointer = boost::shared_ptr<GenericModelNode>;
 boost::shared_ptr<HlEnvironmentGlobalResourceRootNode> resourceRoot()
 {
     return Gui::environment()->globalResourceModel()->root();
+}
+
+std::ostringstream keyStream()
+{
+    std::ostringstream stream;
+    // A global locale would group the digits.
+    stream.imbue(std::locale::classic());
+    // Without memory a stream would go on in silence, and the key would be too short.
+    stream.exceptions(std::ios_base::badbit);
+    return stream;
+}
+
+/// "board-" and the serial in lowercase hexadecimal, without padding: what every key of a board begins with.
+std::string boardKey(unsigned int serial)
+{
+    auto key = keyStream();
+    key << "board-" << std::hex << serial;
+    return key.str();
+}
+
+/// "board-0000-process-0001-dma-0002": orders DMA channels by board index, process and channel. Unlike the
+/// resource keys it has the board's index, not its serial.
+std::string dmaSortKey(int board, unsigned int process, unsigned int dma)
+{
+    auto key = keyStream();
+    key << std::setfill('0') << "board-" << std::setw(4) << board << "-process-" << std::setw(4) << process
+        << "-dma-" << std::setw(4) << dma;
+    return key.str();
 }
 
 /// Registers the resources of one board.
@@ -97,16 +126,6 @@ private:
     const boost::shared_ptr<HlEnvironmentGlobalResourceRootNode> m_root;
 };
 
-std::ostringstream keyStream()
-{
-    std::ostringstream stream;
-    // A global locale would group the digits.
-    stream.imbue(std::locale::classic());
-    // Without memory a stream would go on in silence, and the key would be too short.
-    stream.exceptions(std::ios_base::badbit);
-    return stream;
-}
-
 /// A child of one of the board's entry nodes.
 bool liesOnBoard(GenericModelNode& node, const HlEnvironmentBoardNode& board)
 {
@@ -114,28 +133,7 @@ bool liesOnBoard(GenericModelNode& node, const HlEnvironmentBoardNode& board)
     return entry && entry->_parent().get().get() == &board;
 }
 
-} // namespace
-
-std::string boardKey(unsigned int serial)
-{
-    auto key = keyStream();
-    key << "board-" << std::hex << serial;
-    return key.str();
-}
-
-std::string dmaSortKey(int board, unsigned int process, unsigned int dma)
-{
-    auto key = keyStream();
-    key << std::setfill('0') << "board-" << std::setw(4) << board << "-process-" << std::setw(4) << process
-        << "-dma-" << std::setw(4) << dma;
-    return key.str();
-}
-
-void registerBoardResources(HlEnvironmentBoardNode& board, AppletType type)
-{
-    Registration(board, type).registerAll();
-}
-
+/// Whether \p resource stands for \p board or for something on it. False when what it stands for is gone.
 bool belongsToBoard(const HlEnvironmentGlobalResourceNode& resource, const HlEnvironmentBoardNode& board)
 {
     switch (resource.getType()) {
@@ -158,6 +156,13 @@ bool belongsToBoard(const HlEnvironmentGlobalResourceNode& resource, const HlEnv
     default:
         return false;
     }
+}
+
+} // namespace
+
+void registerBoardResources(HlEnvironmentBoardNode& board, AppletType type)
+{
+    Registration(board, type).registerAll();
 }
 
 void removeBoardResources(const HlEnvironmentBoardNode& board)

@@ -1,6 +1,6 @@
 #include "gui-core/LoadMcfCommand.h"
 
-#include "mcf/McfFile.h"
+#include "mcf/Mcf.h"
 #include "messages/CommandSubmission.h"
 #include "messages/StatusText.h"
 #include "model/AppletFolders.h"
@@ -41,14 +41,14 @@ bool isHap(const std::string& name)
 }
 
 /// The applet's name as the file has it; empty when it names none.
-std::string appletNameOf(const McfFile& mcf)
+std::string appletNameOf(const std::string& mcf)
 {
-    std::string name(mcf.value("Kamerasektion", "HapName"));
+    std::string name(mcfValue(mcf, "Kamerasektion", "HapName"));
     if (!name.empty())
         return isHap(name) ? name : name + ".hap";
-    name = mcf.value("fglib5", "FileName");
+    name = mcfValue(mcf, "fglib5", "FileName");
     if (name.empty())
-        name = mcf.value("Kamerasektion", "Typ");
+        name = mcfValue(mcf, "Kamerasektion", "Typ");
     return name;
 }
 
@@ -100,7 +100,7 @@ void LoadMcfCommand::executeSync()
     const bool appletOnly = isHap(file);
     std::string applet = file;
     if (!appletOnly) {
-        const std::string name = appletNameOf(McfFile::read(file));
+        const std::string name = appletNameOf(readMcf(file));
         if (name.empty()) {
             executeErrorDialog("Illegal MCF Configuration File");
             return;

@@ -3,6 +3,7 @@
 #include "Ratios.h"
 
 #include "fglib/EntryTable.h"
+#include "platform/Paths.h"
 #include "platform/SharedLibrary.h"
 
 #include "fglib5/Fglib5.h"
@@ -20,23 +21,26 @@ constexpr const char* SYMBOLS[] = {
 #include "fglib5/Fglib5Entries.inc"
 };
 
-SharedLibrary& openBenchRuntime()
+SharedLibrary openBenchRuntime()
 {
-    static SharedLibrary library(OVRA_BENCH_RUNTIME, false);
-    if (!library.load())
-        std::abort();
-    return library;
+    constexpr bool FREE_ON_DESTRUCTION = false;
+    return {ovra::templates::platform::runtimeLibraryPath(OVRA_BENCH_INSTALLATION, "fglib5"),
+            FREE_ON_DESTRUCTION};
 }
 
-void* locate(const void* library, const char* symbol)
+void* located(const char* symbol)
 {
-    return static_cast<const SharedLibrary*>(library)->locate(symbol);
+    SharedLibrary library = openBenchRuntime();
+    library.load();
+    if (void* const found = library.locate(symbol))
+        return found;
+    std::abort();
 }
 
 // The runtime's function does next to nothing, so that what surrounds it shows.
 void forwardedCall(benchmark::State& state)
 {
-    resolveEntries(&locate, &openBenchRuntime());
+    bindFglib(OVRA_BENCH_INSTALLATION);
     for (auto _ : state)
         benchmark::DoNotOptimize(Fg_getLastErrorNumber(nullptr));
 }
@@ -44,24 +48,23 @@ void forwardedCall(benchmark::State& state)
 void directCall(benchmark::State& state)
 {
     using Entry = int (*)(Fg_Struct*);
-    static const volatile Entry ENTRY =
-        reinterpret_cast<Entry>(openBenchRuntime().locate("Fg_getLastErrorNumber"));
+    static const volatile Entry ENTRY = reinterpret_cast<Entry>(located("Fg_getLastErrorNumber"));
     for (auto _ : state)
         benchmark::DoNotOptimize(ENTRY(nullptr));
 }
 
 void bindAll(benchmark::State& state)
 {
-    SharedLibrary& library = openBenchRuntime();
     for (auto _ : state)
-        resolveEntries(&locate, &library);
+        bindFglib(OVRA_BENCH_INSTALLATION);
 }
 
-void lookUpAll(benchmark::State& state)
+void openAndLookUpAll(benchmark::State& state)
 {
     static void* found[std::size(SYMBOLS)];
-    SharedLibrary& library = openBenchRuntime();
     for (auto _ : state) {
+        SharedLibrary library = openBenchRuntime();
+        library.load();
         for (std::size_t i = 0; i < std::size(SYMBOLS); ++i)
             found[i] = library.locate(SYMBOLS[i]);
         benchmark::DoNotOptimize(found);
@@ -71,7 +74,7 @@ void lookUpAll(benchmark::State& state)
 } // namespace
 
 RATIO("forwarded call / direct call", forwardedCall, directCall, 1.20);
-RATIO("binding all entries / bare look-ups", bindAll, lookUpAll, 1.05);
+RATIO("binding all entries / opening and bare look-ups", bindAll, openAndLookUpAll, 1.05);
 
 int main(int argc, char** argv)
 {

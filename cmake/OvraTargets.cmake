@@ -3,7 +3,6 @@
 #   ovra_shared_library   a library that others link
 #   ovra_runtime_module   a library that is opened by name at run time
 #   ovra_program          an executable that is installed
-#   ovra_data             files that are installed
 #   ovra_test             a GoogleTest program                      (OvraTesting.cmake)
 #   ovra_fuzzer           a program that tries inputs               (OvraFuzzing.cmake)
 #
@@ -266,17 +265,6 @@ function(ovra_program target)
         BUILD_WITH_INSTALL_RPATH ON)
     install(TARGETS ${target} RUNTIME DESTINATION bin COMPONENT runtime)
     add_dependencies(demo-programs ${target})
-endfunction()
-
-# ovra_data(<folder> <file>...)
-#
-# Files that belong into <folder> of the installation, and of the stage just so.
-function(ovra_data folder)
-    foreach(file IN LISTS ARGN)
-        cmake_path(GET file FILENAME name)
-        configure_file("${file}" "${OVRA_STAGE_DIR}/${folder}/${name}" COPYONLY)
-    endforeach()
-    install(FILES ${ARGN} DESTINATION "${folder}" COMPONENT runtime)
 endfunction()
 
 # --- details -------------------------------------------------------------------------------------

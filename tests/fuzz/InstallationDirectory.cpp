@@ -3,7 +3,7 @@
 
 #include "Require.h"
 
-#include "fglib/InstallationDirectory.h"
+#include "fglib/InstallationPath.h"
 
 #include <algorithm>
 #include <array>

@@ -20,25 +20,19 @@ struct FoundEntries
 #include "fglib5/Fglib5Entries.inc"
 };
 
-void* locateInLibrary(const void* library, const char* symbol)
-{
-    return static_cast<const SharedLibrary*>(library)->locate(symbol);
-}
-
 template <class Entry>
 void store(std::atomic<Entry>& slot, void* found, std::memory_order order)
 {
     slot.store(reinterpret_cast<Entry>(found), order);
 }
 
-} // namespace
-
-void resolveEntries(void* (*locate)(const void* context, const char* symbol), const void* context)
+/// Looks every entry up and stores what comes, null or not.
+void resolveEntries(const SharedLibrary& runtime)
 {
     FoundEntries found{};
 #define FGLIB5_ENTRY(result, name, symbol, parameters, arguments, missing) \
-    found.name = locate(context, symbol);
-#define FGLIB5_SECOND_LOOKUP(name) found.name = locate(context, #name);
+    found.name = runtime.locate(symbol);
+#define FGLIB5_SECOND_LOOKUP(name) found.name = runtime.locate(#name);
 #include "fglib5/Fglib5Entries.inc"
 
 #define FGLIB5_ENTRY(result, name, symbol, parameters, arguments, missing) \
@@ -48,12 +42,14 @@ void resolveEntries(void* (*locate)(const void* context, const char* symbol), co
     store(entryTable.Fg_InitEx, found.Fg_InitEx, std::memory_order_release);
 }
 
+} // namespace
+
 int bindFglib(const char* directory)
 {
     const auto runtime = openRuntimeLibrary("fglib5", directory);
     if (!runtime)
         return FG_RUNTIME_UNAVAILABLE;
-    resolveEntries(&locateInLibrary, runtime.get());
+    resolveEntries(*runtime);
     return FG_OK;
 }
 

@@ -30,7 +30,8 @@ inline constinit EntryTable entryTable;
 /// name that the runtime lacks is no error. Safe from several threads at once: they store the same values.
 int bindFglib(const char* directory);
 
-/// As bindFglib, for a host that knows the directory: null is refused with FG_INVALID_ARGUMENT.
+/// As bindFglib, for a host that knows the directory: null is refused with FG_INVALID_ARGUMENT. The library
+/// itself never calls it.
 int bindFglibFromDirectory(const char* directory);
 
 inline bool isFglibBound()
@@ -38,14 +39,12 @@ inline bool isFglibBound()
     return entryTable.Fg_InitEx.load(std::memory_order_acquire) != nullptr;
 }
 
-/// Calls bindFglib unless the table is bound. A failure shows as null slots; the next call tries again.
+/// Calls bindFglib unless the table is bound. A failure shows as null slots; the next call tries again. The
+/// forwarders pass null.
 inline void ensureFglibBound(const char* directory)
 {
     if (!isFglibBound()) [[unlikely]]
         bindFglib(directory);
 }
-
-/// Looks every entry up with \p locate and stores what it gives, null or not.
-void resolveEntries(void* (*locate)(const void* context, const char* symbol), const void* context);
 
 } // namespace ovra::gui::fglib

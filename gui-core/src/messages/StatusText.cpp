@@ -16,12 +16,12 @@ std::string codeAndDescription(int code, const std::string& description)
     return std::to_string(code) + " (" + description + ")";
 }
 
-} // namespace
-
 std::string descriptionOf(Fg_Struct* handle, int code)
 {
     return orUnknown(Fg_getErrorDescription(handle, code));
 }
+
+} // namespace
 
 std::string codeWithDescription(Fg_Struct* handle, int code)
 {

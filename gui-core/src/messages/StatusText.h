@@ -8,10 +8,9 @@ struct Fg_Struct_s;
 
 namespace ovra::gui::commands {
 
-/// The runtime's words for \p code; "Unknown Error Code" when it has none. \p handle may be null.
-std::string descriptionOf(Fg_Struct_s* handle, int code);
+// The description is the runtime's; "Unknown Error Code" where it has none.
 
-/// "code (description)".
+/// "code (description)". \p handle may be null.
 std::string codeWithDescription(Fg_Struct_s* handle, int code);
 
 /// "description (code)", for a status that no board is asked about.

@@ -64,10 +64,9 @@ public:
     ReadWriteLockGuard(ReadWriteLock* lock, int mode);
     ~ReadWriteLockGuard() override;
 
-    int mode() const { return m_mode; }
-
 private:
-    int m_mode;
+    // For a look in the debugger: nothing decides on it once the lock is taken.
+    [[maybe_unused]] int m_mode;
 };
 
 } // namespace ovra::templates::platform

@@ -24,15 +24,12 @@ public:
     /// Address of an exported symbol; null when there is none, or no module.
     void* locate(const char* symbol) const;
 
-    const std::string& path() const { return m_path; }
-    /// The platform's number and words for the failure of the last load(); 0 and empty after a good one.
-    std::uint32_t lastError() const { return m_lastError; }
-    const std::string& errorText() const { return m_errorText; }
-
 private:
     void* m_module = nullptr;
     bool m_freeOnDestruction;
     std::string m_path;
+    // The platform's number and words for the failure of the last load(), 0 and empty after a good one: for a
+    // look in the debugger, the user is told in other words.
     std::uint32_t m_lastError = 0;
     std::string m_errorText;
 };

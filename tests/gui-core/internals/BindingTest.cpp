@@ -146,7 +146,9 @@ protected:
     ~RuntimeBinding() override
     {
         found = {};
-        resolveEntries([](const void*, const char*) -> void* { return nullptr; }, nullptr);
+        loseAllBut("");
+        bindFglib("own"); // to nothing
+        found = {};
         journal.clear();
     }
 

@@ -1,4 +1,4 @@
-#include "fglib/InstallationDirectory.h"
+#include "fglib/InstallationPath.h"
 
 #include <gtest/gtest.h>
 

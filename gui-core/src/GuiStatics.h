@@ -1,5 +1,5 @@
 /// \file
-/// GuiStatics: links Gui's static functions to the state of the Gui that was created last.
+/// GuiStatics: links Gui's static functions to the state of the most recently created Gui.
 #pragma once
 
 #include "gui-core/Gui.h"
@@ -21,17 +21,17 @@ struct Gui::State
     boost::shared_ptr<core::Environment> environment = core::Environment::create();
     SyncMode syncMode = SyncProcess;
     bool streamChannelManagementEnabled = false;
-    // Groups change it on the worker and on the GUI thread.
+    // Frame-buffer groups change it on the worker and on the GUI thread.
     std::atomic<unsigned long long> usedDmaMemory{0};
 };
 
-/// Holds the state weakly: it dies with its Gui, and the static functions then find nothing.
+/// Holds the state weakly: the Gui owns it, and the static functions find nothing once that is gone.
 class GuiStatics : public templates::patterns::GuardedSingleton<GuiStatics>
 {
 public:
     boost::weak_ptr<Gui::State> state;
 
-    /// The current state; empty without a Gui.
+    /// The current state; empty while no Gui exists.
     static boost::shared_ptr<Gui::State> currentState() { return instance().state.lock(); }
 };
 

@@ -1,17 +1,17 @@
 /// \file
-/// Compares the image sizes of cameras and DMA channels before an acquisition starts.
+/// Brings the image sizes of cameras and DMA channels together before an acquisition starts.
 #pragma once
 
 namespace ovra::gui::commands {
 
 struct ResourceFilter;
 
-/// Compares every DMA channel that \p filter takes in with every logical port of its board and process. Where
-/// camera and display differ, asks the user which side to adjust, unless an answer is remembered, and adjusts
-/// it. A camera height of 1, a line-scan camera, fits any display height.
+/// Compares every DMA channel that \p filter accepts with every logical port of its board and process. Where
+/// camera and display differ, the remembered answer, or else the user, decides which side is adjusted. A
+/// camera height of 1 (a line-scan camera) matches any display height. Pairs without a camera or a display,
+/// and ports whose generator is on, are skipped.
 ///
-/// GUI thread; may show modal questions. Pairs that lack a camera or a display, or whose generator is on, are
-/// skipped.
+/// GUI thread; may show modal questions.
 void reconcileImageSizes(const ResourceFilter& filter);
 
 } // namespace ovra::gui::commands

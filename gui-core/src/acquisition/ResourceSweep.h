@@ -12,7 +12,7 @@
 
 namespace ovra::gui::commands {
 
-/// Which nodes a sweep takes in: those of one board and process, or of any where none is named.
+/// Which nodes a sweep accepts: those of one board and process, or of any where none is named.
 struct ResourceFilter
 {
     std::optional<unsigned int> board;
@@ -35,25 +35,25 @@ struct AcquisitionTarget
     bool isEmpty() const { return !dma && !port; }
 };
 
-/// How far \p mode widens a start or stop of \p target. Empty when there is nothing to sweep: in the mode for
-/// a single channel, in one that does not exist, and for a target that is not there.
+/// How far \p mode widens a start or stop of \p target. std::nullopt for SyncNone, for an unknown mode, and
+/// for an empty target.
 std::optional<ResourceFilter> reachOf(const AcquisitionTarget& target, Gui::SyncMode mode);
 
-/// Walks over the global resources of the environment that there is when it is made. Each walk sees what is
-/// there when it begins, in the order of the keys.
+/// Holds on to the environment's resources at construction. Each forEach walks a snapshot taken when it
+/// starts, in the order of the keys.
 class ResourceSweep
 {
 public:
     ResourceSweep() : m_root(Gui::environment()->globalResourceModel()->root()) {}
 
-    /// Calls \p action for each DMA channel that the filter takes in.
+    /// Calls \p action for each DMA channel that the filter accepts.
     template <class Action>
     void forEachDma(const ResourceFilter& filter, Action action) const
     {
         forEach<core::models::HlEnvironmentDmaNode>(core::Environment::ResourceDma, filter, action);
     }
 
-    /// Likewise for each logical port.
+    /// The same for each logical port.
     template <class Action>
     void forEachLogicalPort(const ResourceFilter& filter, Action action) const
     {
@@ -70,7 +70,7 @@ private:
             const auto& resource = *resources->current();
             if (resource.getType() != type)
                 continue;
-            // The type tells the class of the node.
+            // The type determines the node's class.
             const auto node = boost::static_pointer_cast<Node>(resource.getResource().lock());
             if (node && filter.accepts(*node))
                 action(*node);

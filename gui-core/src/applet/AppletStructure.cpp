@@ -74,7 +74,7 @@ void reportFailedQuery(const HlEnvironmentBoardNode& board, const char* paramete
                   "): " + codeWithDescription(board.getBoardHandle(), code));
 }
 
-/// A query that fails counts as none, without a word: such a process is published without channels or ports.
+/// A failed query counts as 0 and posts nothing: such a process is published without channels or ports.
 int queryCount(const HlEnvironmentBoardNode& board, int parameter, unsigned int process)
 {
     int count = -1;
@@ -143,7 +143,7 @@ void publishProcess(HlEnvironmentBoardNode& board, const boost::shared_ptr<HlEnv
         process->addLogicalPort(port);
 }
 
-// The numbers of the three kinds of line stand under each other: each prefix is 22 characters long.
+// Each prefix is 22 characters long, so that the numbers of the three kinds of line align.
 constexpr const char* PROCESS_PREFIX = "   ......... Process: ";
 constexpr const char* PORT_PREFIX = "   .... Logical Port: ";
 constexpr const char* PORTS_PREFIX = "   ... Logical Ports: ";
@@ -169,8 +169,8 @@ void buildLegacyStructure(HlEnvironmentBoardNode& board, const LegacyLayout& lay
 {
     for (int i = 0; i < layout.channels; ++i) {
         const auto index = static_cast<unsigned int>(i);
-        // Neither the channel nor the port is told its process, nor the channel its board: in this layout
-        // they coincide.
+        // The channel gets neither process nor board, the port no process: in this layout the indices
+        // coincide.
         const auto dma = HlEnvironmentDmaNode::create();
         dma->setIndex(index);
         board.addDmasEntry(index, dma);
@@ -214,7 +214,7 @@ bool buildRuntimeStructure(HlEnvironmentBoardNode& board, const HlEnvironmentFil
 
 void logStructure(const HlEnvironmentBoardNode& board)
 {
-    // Each channel has the ports of its process listed again: that line is made once for all of them.
+    // Each channel lists the ports of its process again: the line is made once for all of them.
     std::map<unsigned int, std::string> portLines;
     for (const auto dmas = board.getDmas(); dmas->hasNext(); dmas->advance()) {
         const HlEnvironmentDmaNode& dma = *dmas->current();

@@ -2,8 +2,8 @@
 /// Reads the structure of an applet and publishes it on its board: processes, DMA channels, logical camera
 /// ports, and the links between them.
 ///
-/// All functions run on the worker. Those that can fail tell the user and return false; the board is then
-/// half built, and the caller brings it back to empty.
+/// All functions run on the worker. Those that can fail post an error to the user and return false; the board
+/// is then half built, and the caller empties it.
 #pragma once
 
 #include <string>
@@ -15,7 +15,7 @@ class HlEnvironmentFileNode;
 
 namespace ovra::gui::commands {
 
-/// What an applet library of the oldest kind says about itself.
+/// The layout that an applet library of the oldest kind reports.
 struct LegacyLayout
 {
     int channels = 0; ///< each has one DMA channel, one process and one logical port; none when 0 or less
@@ -23,14 +23,14 @@ struct LegacyLayout
     bool full = false;
 };
 
-/// From a legacy applet library's answers: channel, process and port i belong together.
+/// Builds the structure from a legacy library's answers: channel, process and port i belong together.
 void buildLegacyStructure(core::models::HlEnvironmentBoardNode& board, const LegacyLayout& layout);
 
-/// From the runtime, for an applet of any other kind.
+/// Builds the structure from the runtime's answers, for an applet of any other kind.
 bool buildRuntimeStructure(core::models::HlEnvironmentBoardNode& board,
                            const core::models::HlEnvironmentFileNode& file);
 
-/// Lists DMA channels, processes and ports as information lines.
+/// Posts DMA channels, processes and ports as information lines.
 void logStructure(const core::models::HlEnvironmentBoardNode& board);
 
 /// Connects each logical port with the physical port of the same index, if there is one.

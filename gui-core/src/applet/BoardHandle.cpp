@@ -33,7 +33,7 @@ public:
         try {
             m_root->setFgInitInProgress(false);
         } catch (...) {
-            // Another exception is on its way to the command processor already.
+            // Another exception already propagates to the command processor.
         }
     }
 
@@ -65,11 +65,11 @@ public:
     {
         if (!m_open)
             return;
-        // Open also after an end() that threw: a second attempt.
+        // Also open after an end() that threw: this is the second attempt.
         try {
             m_board.endHandleChange();
         } catch (...) {
-            // Another exception is on its way to the command processor already.
+            // Another exception already propagates to the command processor.
         }
     }
 
@@ -94,8 +94,8 @@ struct FreeGrabber
 
 using OwnedHandle = std::unique_ptr<Fg_Struct, FreeGrabber>;
 
-/// A handle that was freed must not stay on the board, or the next unload would free it again: an exception
-/// gets a second attempt before it goes on.
+/// A freed handle must not stay on the board, because the next unload would free it again. After an exception
+/// it is cleared in a second attempt before the exception propagates.
 void forgetHandle(core::models::HlEnvironmentBoardNode& board)
 {
     try {

@@ -69,7 +69,7 @@ void createModelForApplet(HlEnvironmentBoardNode& board)
         dmas->current()->setFrontendRegInfoPointer(info);
         dmas->current()->setFrontendRegInfoModel(model);
     }
-    // On the board as well: an applet without DMA channels has parameters, too.
+    // On the board as well, because an applet without DMA channels has parameters, too.
     board.setNoDmaFrontendRegInfoPointer(info);
     board.setNoDmaFrontendRegInfoModel(model);
 }
@@ -87,7 +87,7 @@ void setUpChannel(HlEnvironmentBoardNode& board, HlEnvironmentDmaNode& dma)
     const auto group = display::FglibFrameBufferGroup::create(
         board.getBoardHandle(), board.getIndex(), dma.getIndex(), dma.getAcqBuffersCurrent(),
         &Gui::getUsedDmaMemory, &Gui::getTotalDmaMemory, &Gui::updateUsedMemory);
-    // The group may grant fewer than it was asked for.
+    // The group may allocate fewer buffers than requested.
     dma.setAcqBuffersCurrent(group->bufferCount());
     group->setTimeout(dma.getAcqTimeout());
 

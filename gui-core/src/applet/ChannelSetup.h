@@ -1,6 +1,6 @@
 /// \file
-/// Gives a board that has its structure what front ends and acquisition need: events, parameters, buffers,
-/// scenes.
+/// Creates what front ends and acquisition need on a board whose structure is built: events, parameters,
+/// buffers, scenes.
 ///
 /// All functions run on the worker.
 #pragma once
@@ -13,12 +13,12 @@ class HlEnvironmentBoardNode;
 
 namespace ovra::gui::commands {
 
-/// Makes the board's events model and lets the front end subscribe to it.
+/// Creates the board's events model and lets the front end subscribe to it.
 void createEventsModel(core::models::HlEnvironmentBoardNode& board);
 
-/// Makes the models of the parameters that the runtime describes: one for each DMA channel, or for a HAP
-/// applet one for all of them and the board. Where the runtime gives no description the user is warned, and
-/// the model stays away.
+/// Creates the models of the parameters that the runtime describes: one for each DMA channel, or for a HAP
+/// applet one for all of them and the board. Where the runtime gives no description, posts a warning and
+/// creates no model.
 void createParameterModels(core::models::HlEnvironmentBoardNode& board, AppletType type);
 
 /// Gives each DMA channel its timeout, buffers and display scene, with the configured defaults.

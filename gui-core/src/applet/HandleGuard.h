@@ -1,5 +1,5 @@
 /// \file
-/// HandleGuard: closes an applet library at the end of the scope that asks it questions.
+/// HandleGuard: closes an applet library at the end of the scope that queries it.
 #pragma once
 
 #include "platform/Guard.h"

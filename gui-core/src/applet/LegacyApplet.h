@@ -1,5 +1,5 @@
 /// \file
-/// An applet library of the oldest kind, which tells its layout itself.
+/// An applet library of the oldest kind, which reports its layout itself.
 #pragma once
 
 #include <string>
@@ -10,9 +10,9 @@ class HlEnvironmentBoardNode;
 
 namespace ovra::gui::commands {
 
-/// Opens the library, asks it for its layout, publishes that on the board, and closes the library again.
-/// False when it cannot be opened or has no such entry: the user has then been told, and nothing is
-/// published. Worker thread.
+/// Opens the library, queries its layout, publishes that on the board, and closes the library. When it cannot
+/// be opened or lacks the function, posts an error to the user, publishes nothing and returns false. Worker
+/// thread.
 bool buildLegacyApplet(core::models::HlEnvironmentBoardNode& board, const std::string& appletPath);
 
 } // namespace ovra::gui::commands

@@ -40,7 +40,7 @@ AcquisitionBufferCountChangeCommand::~AcquisitionBufferCountChangeCommand() = de
 
 void AcquisitionBufferCountChangeCommand::executeSync() {}
 
-// An unload may come before or between the phases: the channel has no group then.
+// An unload may run before or between the phases: the channel then has no group.
 void AcquisitionBufferCountChangeCommand::executeAsync()
 {
     if (const auto group = m_request->dma->getFrameBufferGroup())

@@ -41,7 +41,7 @@ void CleanupApplicationCommand::executeSync()
 {
     Gui::environment()->stopMonitor();
     releaseCameraModels();
-    // The front end may take itself down in onCleanup: no message must reach it any more.
+    // The front end may destroy itself in onCleanup: no message may reach it from here on.
     OvraLogSetMessageCallback(nullptr, nullptr);
     Gui::views()->onCleanup();
     core::HarloApplication::pluginmanager()->stopMonitor();

@@ -27,13 +27,14 @@ void scanAppletFiles(core::models::HlEnvironmentRootNode& root)
 {
     const auto collection = root.getFilesEntryNode();
     const int count = static_cast<int>(collection->getAllFilesEntryChildCount());
-    // Collected before the first scan: files that come or go meanwhile do not disturb the numbering.
+    // Collected before the first scan, so that files which appear or vanish in the meantime keep the
+    // numbering.
     std::vector<boost::shared_ptr<core::models::HlEnvironmentFileNode>> files;
     for (const auto all = collection->getAllFiles(); all->hasNext(); all->advance())
         files.push_back(all->current());
 
-    // Count and walk are taken one right after the other; should a file come or go between them, the smaller
-    // one holds.
+    // The count and the walk are two requests: if a file appears or vanishes between them, the smaller number
+    // holds.
     for (int i = 1; i <= count && i <= static_cast<int>(files.size()); ++i) {
         const auto& file = files[static_cast<std::size_t>(i - 1)];
         postSplashMessage("Scanning File " + std::to_string(i) + "/" + std::to_string(count) + " (" +
@@ -58,7 +59,7 @@ InitializeApplicationCommand::~InitializeApplicationCommand() = default;
 
 void InitializeApplicationCommand::executeSync()
 {
-    // Before anything is started that reads it.
+    // Before anything that reads it is started.
     templates::platform::setEnvironmentVariable("OVRA_ENABLE_DRA", "On");
     OvraLogInit();
     const auto views = Gui::views();

@@ -42,10 +42,10 @@ struct LoadAppletCommand::Request
 
 namespace {
 
-/// One load at a time. Only the GUI thread looks at it.
+/// One load at a time. GUI thread only.
 bool loadInProgress = false;
 
-/// Gives the loading slot back at the end of a scope, whatever the front end does in it.
+/// Frees the loading slot at the end of a scope, also when the front end throws.
 struct [[nodiscard]] LoadingSlotRelease
 {
     LoadingSlotRelease() = default;
@@ -54,7 +54,7 @@ struct [[nodiscard]] LoadingSlotRelease
     LoadingSlotRelease& operator=(const LoadingSlotRelease&) = delete;
 };
 
-/// On failure the user has been told, and the board is half built.
+/// On failure posts an error to the user; the board is then half built.
 bool buildStructure(HlEnvironmentBoardNode& board, const HlEnvironmentFileNode& file, AppletType type,
                     const std::string& appletPath)
 {
@@ -170,7 +170,7 @@ void LoadAppletCommand::executeAsync()
     board.setBoardSelectedForViewEntry(true);
     unfinished.done();
 
-    // Whatever comes of the configuration, the applet stays.
+    // A configuration that cannot be applied is a warning: the applet stays.
     if (!request.mcfFile.empty())
         applyMcf(board, request.mcfFile);
 }

@@ -34,13 +34,13 @@ struct LoadMcfCommand::Request
 
 namespace {
 
-/// Compared as written: "X.HAP" is no applet here.
+/// Case-sensitive: "X.HAP" is not an applet here.
 bool isHap(const std::string& name)
 {
     return name.ends_with(".hap");
 }
 
-/// The applet's name as the file has it; empty when it names none.
+/// The applet's name as the file gives it; empty when it names none.
 std::string appletNameOf(const std::string& mcf)
 {
     std::string name(mcfValue(mcf, "Kamerasektion", "HapName"));
@@ -63,7 +63,7 @@ std::string appletPathOf(std::string name, const HlEnvironmentBoardNode& board)
            "/" + name;
 }
 
-/// The environment's node for the path, made where there is none yet; empty when there is no such file.
+/// The environment's node for the path, added if missing; empty when no such file exists.
 boost::shared_ptr<HlEnvironmentFileNode> appletFile(const std::string& path)
 {
     const auto files = environmentRoot()->getFilesEntryNode();

@@ -34,7 +34,7 @@ void startDma(const HlEnvironmentDmaNode& dma, int grabArgument)
         scene->startGrabbing(grabArgument);
 }
 
-/// Unlike the stop, the start does not ask for a camera-link camera on the port. The difference is meant.
+/// Unlike the stop, the start does not skip ports with a Camera Link camera. The difference is deliberate.
 void startCamera(const HlEnvironmentLogicalPortNode& port)
 {
     if (port.getGeneratorActive())
@@ -77,7 +77,7 @@ void StartAcquisitionCommand::executeSync()
 {
     if (core::HarloApplication::getConfigIntEntry("gui.preferences.sync_dma_and_camera_dimensions", 1) == 0)
         return;
-    // Nothing to compare for a single channel, on purpose: it is started as it is.
+    // A single channel is deliberately started without a comparison.
     if (const auto reach = reachOf(m_request->target, Gui::getSyncMode()))
         reconcileImageSizes(*reach);
 }
@@ -94,7 +94,7 @@ void StartAcquisitionCommand::executeAsync()
         else if (target.port)
             startCamera(*target.port);
     } else if (const auto reach = reachOf(target, mode)) {
-        // Every channel is ready before the first camera sends.
+        // Channels first, so that each is ready before the first camera sends.
         const ResourceSweep sweep;
         sweep.forEachDma(*reach,
                          [grabArgument](const HlEnvironmentDmaNode& dma) { startDma(dma, grabArgument); });

@@ -31,7 +31,7 @@ void stopDma(const HlEnvironmentDmaNode& dma)
         scene->stopGrabbing();
 }
 
-/// Leaves a camera-link camera alone, though a start does not: see StartAcquisitionCommand.
+/// Skips ports with a Camera Link camera, though a start does not: see StartAcquisitionCommand.
 void stopCamera(const HlEnvironmentLogicalPortNode& port)
 {
     if (port.getGeneratorActive() || port.getClCameraPresent())
@@ -81,7 +81,7 @@ void StopAcquisitionCommand::executeAsync()
         else if (target.port)
             stopCamera(*target.port);
     } else if (const auto reach = reachOf(target, mode)) {
-        // The reverse of the start: no camera sends to a channel that has stopped.
+        // Cameras first, so that none sends to a stopped channel.
         const ResourceSweep sweep;
         sweep.forEachLogicalPort(*reach, &stopCamera);
         sweep.forEachDma(*reach, &stopDma);

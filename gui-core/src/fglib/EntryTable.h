@@ -13,7 +13,8 @@
 namespace ovra::gui::fglib {
 
 /// Null slots: not bound yet, or the runtime lacks the entry. There is no separate flag: the table counts as
-/// bound when Fg_InitEx is there. It is stored last, so who sees it bound sees every other slot as well.
+/// bound when Fg_InitEx is set. It is stored last, so a thread that sees it set sees every other slot as
+/// well.
 struct EntryTable
 {
 #define FGLIB5_ENTRY(result, name, symbol, parameters, arguments, missing) \
@@ -21,13 +22,13 @@ struct EntryTable
 #include "fglib5/Fglib5Entries.inc"
 };
 
-// Defined here, where the compiler sees that it is this library's own: reached without a detour through the
+// Defined in the header, so that the compiler knows it is this library's own and reaches it without the
 // loader's tables.
 inline constinit EntryTable entryTable;
 
 /// Loads the runtime from \p directory, or from the installation directory when it is null, and fills the
-/// table. Returns FG_OK, or FG_RUNTIME_UNAVAILABLE when it cannot be loaded; the table is then as it was. A
-/// name that the runtime lacks is no error. Safe from several threads at once: they store the same values.
+/// table. Returns FG_OK, or FG_RUNTIME_UNAVAILABLE when it cannot be loaded; the table is then unchanged. A
+/// name that the runtime lacks is no error. Threads may call it concurrently: they store the same values.
 int bindFglib(const char* directory);
 
 /// As bindFglib, for a host that knows the directory: null is refused with FG_INVALID_ARGUMENT. The library

@@ -27,8 +27,8 @@ using ovra::gui::fglib::isFglibBound;
 
 #define FORWARD_ZERO(result, name, arguments) FORWARD_GUARDED(result, name, arguments, 0)
 
-// The way of the first call stands apart: were it part of the forwarder, every call would set up a stack
-// frame to save its arguments across the binding.
+// The first call has functions of its own: as part of the forwarder, the binding would make every call set up
+// a stack frame to save its arguments.
 namespace first_call {
 
 #define FGLIB5_ENTRY(result, name, symbol, parameters, arguments, missing) \

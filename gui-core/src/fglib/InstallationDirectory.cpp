@@ -30,7 +30,7 @@ bool resolveFromOwnLocation()
 
 bool resolveFromEnvironment()
 {
-    // Read once, under the lock; nobody in the process writes these two.
+    // Read once, under the lock; nothing in the process writes these two variables.
     const char* value = std::getenv("OVRADIR5_64"); // NOLINT(concurrency-mt-unsafe)
     if (!value)
         value = std::getenv("OVRADIR5"); // NOLINT(concurrency-mt-unsafe)

@@ -4,8 +4,8 @@
 
 namespace ovra::gui::fglib {
 
-/// Found once per process: from the place of this library's own file, else from the environment variable
-/// OVRADIR5_64, else from OVRADIR5. Without a closing separator. Null while it cannot be found; the next call
+/// Found once per process: from the location of this library's own file, else from the environment variable
+/// OVRADIR5_64, else from OVRADIR5. No separator at the end. Null while it cannot be found; the next call
 /// tries again.
 ///
 /// Any thread. The text stays valid and unchanged for the life of the process.

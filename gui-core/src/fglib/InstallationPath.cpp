@@ -9,7 +9,7 @@ namespace ovra::gui::fglib {
 
 namespace {
 
-/// Of the letters that the product folders are written with; a locale has no say in what a path is.
+/// For ASCII letters only, as the product folders consist of them; independent of the locale.
 char lowered(char letter)
 {
     return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
@@ -28,7 +28,7 @@ bool isProductFolder(std::string_view name)
                        [name](std::string_view folder) { return equalWithoutCase(name, folder); });
 }
 
-/// Position behind the last character before \p end that is no separator.
+/// Position behind the last character before \p end that is not a separator.
 std::size_t skipSeparatorsBack(const char* path, std::size_t end, char separator)
 {
     while (end > 0 && path[end - 1] == separator)
@@ -46,7 +46,7 @@ bool cutToInstallation(char* path, char separator)
 
     auto end = static_cast<std::size_t>(last - path);
     while (true) {
-        // Cuts off the file name on the first turn, the folder just looked at on every other.
+        // Cuts off the file name in the first round, the folder just examined in every other.
         end = skipSeparatorsBack(path, end, separator);
         path[end] = '\0';
 

@@ -7,8 +7,8 @@
 namespace ovra::gui::fglib {
 
 /// Cuts the path of a file to the folder above the nearest folder that a product keeps its libraries in
-/// ("bin", "dll", "Hardware Applets", "lib", "lib64", in any case). False when no such folder is above the
-/// file; the text is then of no use.
+/// ("bin", "dll", "Hardware Applets", "lib", "lib64", in any letter case). False when no such folder is above
+/// the file; the text is then undefined.
 bool cutToInstallation(char* path, char separator);
 
 /// Copies a directory as a user wrote it into \p buffer of \p size bytes, cut to what fits, and without

@@ -8,9 +8,9 @@ class SharedLibrary;
 
 namespace ovra::gui::fglib {
 
-/// Loads the library of that base name ("fglib5") from \p directory, or from the installation directory when
-/// it is null. The module stays loaded when the result is destroyed. Null when there is no directory, or the
-/// file cannot be loaded.
+/// Loads the library with that base name ("fglib5") from \p directory, or from the installation directory
+/// when it is null. The module stays loaded when the result is destroyed. Null when no directory is known or
+/// the file cannot be loaded.
 std::unique_ptr<SharedLibrary> openRuntimeLibrary(const char* baseName, const char* directory);
 
 } // namespace ovra::gui::fglib

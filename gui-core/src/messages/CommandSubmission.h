@@ -12,13 +12,14 @@ class Command;
 
 namespace ovra::gui::commands {
 
-/// Any thread. Does not wait, except on the GUI thread for commands that the processor runs at once.
+/// Any thread. Returns at once, except on the GUI thread for commands that the processor executes
+/// immediately.
 void submit(const boost::shared_ptr<core::Command>& command);
 
-/// Shows a splash message, from any thread.
+/// Shows a splash message. Any thread.
 void postSplashMessage(const std::string& message);
 
-// Tell the user about the applet load under way, from its worker phase.
+// Lines about the running applet load, from its worker phase.
 void postLoadStatus(const std::string& message);
 void postLoadWarning(const std::string& message);
 void postLoadError(const std::string& message);

@@ -1,5 +1,5 @@
 /// \file
-/// AppletType: which of the kinds of applet file one is.
+/// AppletType: the kind of an applet file.
 #pragma once
 
 namespace ovra::core::models {
@@ -10,13 +10,13 @@ namespace ovra::gui::commands {
 
 enum class AppletType
 {
-    LegacyDll, ///< a library that is asked for its layout itself
+    LegacyDll, ///< a library that reports its layout itself
     Dll,       ///< a library whose layout the runtime knows
     Hap,       ///< a hardware applet; its parameters belong to the applet, not to DMA channels
     Unknown,
 };
 
-/// Decides by the file's type and wrapped flag. Letter case counts.
+/// Decides by the file's type, case-sensitively, and its wrapped flag.
 AppletType appletType(const core::models::HlEnvironmentFileNode& file);
 
 /// As in "Detected applet type: HAP".

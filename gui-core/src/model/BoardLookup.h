@@ -16,7 +16,7 @@ namespace ovra::gui::commands {
 
 boost::shared_ptr<core::models::HlEnvironmentRootNode> environmentRoot();
 
-/// Empty when no board of the maker's source has this serial.
+/// Empty when no board of the source "ovra" has this serial.
 boost::shared_ptr<core::models::HlEnvironmentBoardNode> findBoard(unsigned int serial);
 
 /// Empty when the environment knows no file under this path.

@@ -35,7 +35,7 @@ std::ostringstream keyStream()
     std::ostringstream stream;
     // A global locale would group the digits.
     stream.imbue(std::locale::classic());
-    // Without memory a stream would go on in silence, and the key would be too short.
+    // Otherwise a stream that runs out of memory truncates the key without an error.
     stream.exceptions(std::ios_base::badbit);
     return stream;
 }
@@ -97,7 +97,7 @@ private:
             add(Environment::ResourceDma, key + "-dma-" + std::to_string(dma->getIndex()), dma, process);
             dma->setSortKey(dmaSortKey(m_board.getIndex(), process->getIndex(), dma->getIndex()));
         }
-        // The process stands for itself and is its own parent here.
+        // Here the process is both the resource and its own parent.
         if (!m_isHap && process->getDmasEntryChildCount() == 0)
             add(Environment::ResourceNoDmaDllProcess, key + "-nodma-dll-process", process, process);
         for (const auto ports = process->getLogicalPorts(); ports->hasNext(); ports->advance()) {
@@ -126,14 +126,14 @@ private:
     const boost::shared_ptr<HlEnvironmentGlobalResourceRootNode> m_root;
 };
 
-/// A child of one of the board's entry nodes.
+/// Whether the node is a child of one of the board's entry nodes.
 bool liesOnBoard(GenericModelNode& node, const HlEnvironmentBoardNode& board)
 {
     const NodePointer entry = node._parent().get();
     return entry && entry->_parent().get().get() == &board;
 }
 
-/// Whether \p resource stands for \p board or for something on it. False when what it stands for is gone.
+/// Whether \p resource stands for \p board or for something on it. False when its node no longer exists.
 bool belongsToBoard(const HlEnvironmentGlobalResourceNode& resource, const HlEnvironmentBoardNode& board)
 {
     switch (resource.getType()) {

@@ -1,5 +1,5 @@
 /// \file
-/// The global resources of a loaded board: their keys, how they are registered, and how they are found again.
+/// The global resources of a loaded board.
 #pragma once
 
 #include "model/AppletType.h"

@@ -7,8 +7,8 @@ namespace ovra::templates::patterns {
 template <class T>
 class Guard;
 
-/// Holds the guarded object, which it does not own, and whether leaving the scope has anything to release.
-/// What taking and releasing mean is the derived guard's business.
+/// Holds a pointer to the guarded object, which it does not own, and whether leaving the scope releases
+/// anything. The derived guard defines what taking and releasing mean.
 template <class T>
 class Guard<T*>
 {

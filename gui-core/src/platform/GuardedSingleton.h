@@ -11,7 +11,8 @@
 
 namespace ovra::templates::patterns {
 
-/// What the library's initialisation controller knows of a singleton.
+/// A singleton as the library's initialisation controller sees it. Its virtual functions and their order are
+/// fixed: the two hooks stay, though no singleton here overrides them.
 class GuardedSingletonBase
 {
 public:
@@ -31,13 +32,13 @@ public:
     virtual void afterCreation() {}
 };
 
-/// Hands \p singleton to the controller, which destroys it on the last OvraGuiCoreDeinit. Without a
-/// controller, that is while the library is not initialised, nobody does.
+/// Registers \p singleton with the controller, which destroys it on the last OvraGuiCoreDeinit. While the
+/// library is not initialised there is no controller, and the object is never destroyed.
 void registerSingleton(GuardedSingletonBase& singleton);
 
 /// `class Settings : public GuardedSingleton<Settings>` is reached with Settings::instance(), which creates
-/// it on first use. Any thread; the reference is good until the last OvraGuiCoreDeinit, after which the next
-/// use creates a new one.
+/// it on first use. Any thread; the reference is valid until the last OvraGuiCoreDeinit, after which the next
+/// use creates a new object.
 template <class T>
 class GuardedSingleton : public GuardedSingletonBase
 {

@@ -6,10 +6,10 @@
 
 namespace ovra::templates::platform {
 
-/// Stands between folders.
+/// Separates folders.
 extern const char DIRECTORY_SEPARATOR;
 
-/// Where a runtime library of that name lies below an installation directory.
+/// Path of the runtime library with that base name below an installation directory.
 std::string runtimeLibraryPath(const std::string& installation, const std::string& baseName);
 
 } // namespace ovra::templates::platform

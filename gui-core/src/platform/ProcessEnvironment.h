@@ -6,8 +6,8 @@
 
 namespace ovra::templates::platform {
 
-/// Seen by everything that is started or loaded later in the process. GUI thread, before other threads read
-/// the environment.
+/// Visible to everything that is started or loaded later in the process. GUI thread, before other threads
+/// read the environment.
 void setEnvironmentVariable(const std::string& name, const std::string& value);
 
 } // namespace ovra::templates::platform

@@ -10,8 +10,8 @@ ReadWriteLock::~ReadWriteLock() = default;
 
 void ReadWriteLock::lockRead()
 {
-    // While a writer waits and readers are inside, the no-writer event is signalled and this loop spins:
-    // readers yield to the writer without a way to sleep until it has got in.
+    // While a writer waits and readers are inside, the no-writer event is signalled and this loop spins: no
+    // event could wake a reader once the writer has entered.
     do
         m_noWriter.wait();
     while (!tryEnterAsReader());

@@ -8,12 +8,12 @@
 ///   | a writer     | waits                                  | waits                        |
 ///
 /// Writer-preferring: from the moment a writer waits, no new reader enters before it. A stream of writers can
-/// keep readers out for ever; among writers, and among readers, there is no order. A reader that finds a
+/// keep readers out forever; among writers, and among readers, there is no order. A reader that finds a
 /// writer waiting while readers are still inside spins until that writer has got in, so sections must be
 /// short.
 ///
-/// Not recursive: a thread inside must not come again, not even as a reader. Not for data that is seldom
-/// read: a plain mutex is cheaper.
+/// Not recursive: a thread inside must not enter again, not even as a reader. Not for rarely read data: a
+/// plain mutex is cheaper.
 #pragma once
 
 #include "platform/CriticalSection.h"
@@ -35,7 +35,7 @@ public:
 
     void lockRead();
     void lockWrite();
-    /// Leaves, as what the caller is inside: a writer when one is inside, else a reader.
+    /// Leaves as a writer when one is inside, else as a reader.
     void unlock();
 
 private:
@@ -60,7 +60,7 @@ public:
         Write = 2,
     };
 
-    /// Another mode takes nothing, yet the destructor unlocks all the same: callers use the two modes only.
+    /// Another mode takes nothing, but the destructor still unlocks: callers use the two modes only.
     ReadWriteLockGuard(ReadWriteLock* lock, int mode);
     ~ReadWriteLockGuard() override;
 

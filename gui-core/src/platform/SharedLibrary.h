@@ -1,11 +1,11 @@
 /// \file
-/// SharedLibrary: owner of a module that is loaded at run time.
+/// SharedLibrary: owns a module that is loaded at run time.
 #pragma once
 
 #include <cstdint>
 #include <string>
 
-/// Made for a full path; load() opens the file. For one thread at a time.
+/// Constructed with a full path; load() opens the file. Not thread-safe.
 class SharedLibrary
 {
 public:
@@ -15,9 +15,9 @@ public:
     SharedLibrary(const SharedLibrary&) = delete;
     SharedLibrary& operator=(const SharedLibrary&) = delete;
 
-    /// True on success and when it is loaded already.
+    /// True on success and when the module is already loaded.
     bool load();
-    /// Unloads the module now, whatever was asked for at construction.
+    /// Unloads the module now, also when it was to stay loaded on destruction.
     void close();
     bool isLoaded() const { return m_module != nullptr; }
 
@@ -28,8 +28,8 @@ private:
     void* m_module = nullptr;
     bool m_freeOnDestruction;
     std::string m_path;
-    // The platform's number and words for the failure of the last load(), 0 and empty after a good one: for a
-    // look in the debugger, the user is told in other words.
+    // Number and description of the last load()'s failure; 0 and empty after success. For a look in the
+    // debugger: callers report failures in their own words.
     std::uint32_t m_lastError = 0;
     std::string m_errorText;
 };

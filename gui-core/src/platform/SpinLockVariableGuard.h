@@ -4,11 +4,13 @@
 ///   | lock word | owner word         | constructor                     | destructor             |
 ///   |-----------|--------------------|---------------------------------|------------------------|
 ///   | 0         | none, 0 or another | takes the lock                  | releases it            |
-///   | 1         | the calling thread | goes on: the thread is inside   | leaves the lock alone  |
+///   | 1         | the calling thread | continues: it is inside already | leaves the lock alone  |
 ///   | 1         | none or another    | spins until the lock is free    | releases it            |
 ///
 /// Unfair, and it never yields: for a few loads and stores, such as one-time initialisation. Not for anything
-/// that may block. Without an owner word a second guard on the same thread spins for ever.
+/// that may block. (The library's own initialisation holds one over start-ups that may: they run once, before
+/// other threads use the library, and a waiting thread could do nothing useful.) Without an owner word a
+/// second guard on the same thread spins forever.
 ///
 /// Uncontended it costs one compare-and-swap, one exchange and, with an owner word, two stores.
 ///
@@ -24,7 +26,7 @@
 
 namespace ovra::templates::platform {
 
-/// Words have static storage as a rule and outlive the guard. Any thread.
+/// The words usually have static storage; they outlive the guard. Any thread.
 class [[nodiscard]] SpinLockVariableGuard
 {
 public:

@@ -11,8 +11,8 @@ constexpr int SPINS = 64;
 constexpr int YIELDS = 64;
 constexpr long SLEEP_NANOSECONDS = 50'000;
 
-/// Who holds the section may need this processor, and may have a lower priority than the one that waits: in
-/// the end only sleeping lets it go on.
+/// The holder may need this processor and may have a lower priority than the waiting thread: in the end only
+/// sleeping lets it continue.
 void giveWay(int turn)
 {
     if (turn < SPINS)

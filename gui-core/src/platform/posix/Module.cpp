@@ -14,7 +14,7 @@ void* openModule(const std::string& path, ModuleError& error)
     errno = 0;
     void* module = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (!module) {
-        // The loader reports in words; not every failure of it has a number.
+        // The loader reports failures as text; not each has a number.
         error.number = errno != 0 ? static_cast<std::uint32_t>(errno) : static_cast<std::uint32_t>(ENOENT);
         const char* text = dlerror(); // of this thread, NOLINT(concurrency-mt-unsafe)
         error.text = text ? text : "";
@@ -37,7 +37,7 @@ std::size_t moduleFileName(const void* address, char* buffer, std::size_t size)
     Dl_info info{};
     if (dladdr(address, &info) == 0 || !info.dli_fname)
         return 0;
-    // The loader keeps the path as it was given, relative or with "..": only the real one shows the folders
+    // The loader keeps the path as given, relative or with "..": only the real path contains the folders
     // above.
     const std::unique_ptr<char, decltype(&std::free)> path(realpath(info.dli_fname, nullptr), &std::free);
     if (!path)
@@ -51,7 +51,7 @@ std::size_t moduleFileName(const void* address, char* buffer, std::size_t size)
 
 bool processIsEnding()
 {
-    return false; // threads are still there when destructors run
+    return false; // other threads still run during destructors
 }
 
 } // namespace ovra::templates::platform

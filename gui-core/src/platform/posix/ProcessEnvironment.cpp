@@ -6,8 +6,8 @@ namespace ovra::templates::platform {
 
 void setEnvironmentVariable(const std::string& name, const std::string& value)
 {
-    // Copies: a string of ours would dangle in the environment once the library is unloaded.
-    // NOLINTNEXTLINE(concurrency-mt-unsafe): whoever starts the application does nothing beside it
+    // setenv copies: a string of this library would dangle once the library is unloaded.
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): no other thread runs while the application starts
     setenv(name.c_str(), value.c_str(), 1);
 }
 

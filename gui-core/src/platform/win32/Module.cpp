@@ -41,7 +41,7 @@ void* locateSymbol(void* module, const char* name)
 std::size_t moduleFileName(const void* address, char* buffer, std::size_t size)
 {
     HMODULE module = nullptr;
-    // Not counted as a use of the module: the library would keep itself loaded for ever.
+    // Without a reference, which would keep the library loaded forever.
     if (!GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS |
                                 GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
                             static_cast<LPCSTR>(address), &module))

@@ -31,7 +31,7 @@ public:
 
 private:
     std::recursive_mutex m_mutex;
-    // How often it is held; for a look in the debugger, nothing decides on it.
+    // How often it is held. For a look in the debugger: nothing depends on it.
     std::int32_t m_lockCount = 0;
 };
 

@@ -6,9 +6,8 @@
 
 namespace ovra::templates::platform {
 
-/// The calling thread's id once it was asked for, 0 before. Kept because the kernel is slow to ask, and spin
-/// locks ask at each turn. Static TLS saves the look-up that a library's thread-local variable costs
-/// otherwise.
+/// The calling thread's id, 0 until it is first requested. Cached because the system call is slow and every
+/// spin-lock guard needs the id. Static TLS avoids the look-up of a library's thread-local variable.
 extern constinit thread_local std::uint32_t cachedThreadId [[gnu::tls_model("initial-exec")]];
 
 std::uint32_t fetchThreadId();

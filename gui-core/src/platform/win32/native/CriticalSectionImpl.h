@@ -17,7 +17,7 @@ public:
     void leave();
 
 private:
-    // Storage for the system's own object, which the source checks the size of.
+    // Storage for the system's object; the source checks its size.
     alignas(void*) unsigned char m_storage[8 * sizeof(void*)];
 };
 

@@ -20,7 +20,7 @@ public:
 
 private:
     void* m_handle;
-    // How often it is held; for a look in the debugger, nothing decides on it.
+    // How often it is held. For a look in the debugger: nothing depends on it.
     std::int32_t m_lockCount = 0;
 };
 

@@ -20,6 +20,10 @@ write_basic_package_version_file(OvraGuiCoreConfigVersion.cmake COMPATIBILITY Sa
 install(FILES
     "${PROJECT_BINARY_DIR}/OvraGuiCoreConfig.cmake" "${PROJECT_BINARY_DIR}/OvraGuiCoreConfigVersion.cmake" ${files}
     DESTINATION ${package_dir} COMPONENT development)
+if(MINGW AND CMAKE_CROSSCOMPILING)
+    install(FILES cmake/toolchain-mingw-w64.cmake DESTINATION ${package_dir} RENAME mingw-w64.cmake COMPONENT development)
+endif()
+install(DIRECTORY templates DESTINATION share/ovra-gui-core COMPONENT development)
 
 install(TARGETS boost-headers EXPORT gui-core)
 foreach(component gui-core reference-host simulation conformance)

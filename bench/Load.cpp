@@ -181,13 +181,13 @@ void ask(int code)
         std::abort(); // nothing would be measured
 }
 
-int parameter(const reference::Runtime& runtime, Fg_Struct* board, int id, int value, unsigned int dma)
+int parameter(const reference::RuntimeEntries& runtime, Fg_Struct* board, int id, int value, unsigned int dma)
 {
     ask(runtime.Fg_getParameter(board, id, &value, dma));
     return value;
 }
 
-void askSystem(const reference::Runtime& runtime, FgInfoSelector selector)
+void askSystem(const reference::RuntimeEntries& runtime, FgInfoSelector selector)
 {
     std::array<char, 256> text{};
     std::size_t bytes = text.size();
@@ -199,7 +199,7 @@ int ignoreEvents(std::uint64_t, void*, const FgEventInfo*)
     return 0;
 }
 
-std::uint64_t registerEvents(const reference::Runtime& runtime, Fg_Struct* board)
+std::uint64_t registerEvents(const reference::RuntimeEntries& runtime, Fg_Struct* board)
 {
     std::uint64_t mask = 0;
     const int count = runtime.Fg_getEventCount(board);
@@ -210,7 +210,7 @@ std::uint64_t registerEvents(const reference::Runtime& runtime, Fg_Struct* board
     return mask;
 }
 
-void readStructure(const reference::Runtime& runtime, Fg_Struct* board)
+void readStructure(const reference::RuntimeEntries& runtime, Fg_Struct* board)
 {
     const int dmas = parameter(runtime, board, FG_NR_OF_DMAS_OF_PROCESS, -1, 0);
     for (int i = 0; i < dmas; ++i)
@@ -222,7 +222,8 @@ void readStructure(const reference::Runtime& runtime, Fg_Struct* board)
     }
 }
 
-std::vector<FgBufferRing*> allocateBuffers(const reference::Runtime& runtime, Fg_Struct* board, int channels)
+std::vector<FgBufferRing*> allocateBuffers(const reference::RuntimeEntries& runtime, Fg_Struct* board,
+                                           int channels)
 {
     std::vector<FgBufferRing*> rings;
     for (int i = 0; i < channels; ++i) {
@@ -235,7 +236,7 @@ std::vector<FgBufferRing*> allocateBuffers(const reference::Runtime& runtime, Fg
     return rings;
 }
 
-void lookForBoards(const reference::Runtime& runtime)
+void lookForBoards(const reference::RuntimeEntries& runtime)
 {
     ask(runtime.Fg_InitLibraries(nullptr));
     askSystem(runtime, FG_INFO_NR_OF_BOARDS);

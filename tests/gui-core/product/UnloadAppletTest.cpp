@@ -2,6 +2,7 @@
 
 #include "fglib5/Fglib5Types.h"
 
+#include <algorithm>
 #include <array>
 
 namespace ovra::tests {
@@ -78,6 +79,19 @@ TEST_F(UnloadApplet, TakesTheBoardApartInItsFixedOrder)
                              "views update_dma_memory"})
         expected.emplace_back(step);
     EXPECT_EQ(changes(), expected);
+    expectNothingLeftOf(ALPHA_SERIAL);
+
+    // The clean-up of a load that an exception of the host ends takes the same steps. The load's last one
+    // throws; the first of that name is the unload's before it.
+    expected.resize(expected.size() - 2);
+    Journal::start();
+    Journal::throwAt(2, "HlEnvironmentBoardNode::setBoardSelectedForViewEntry");
+    load(ALPHA_SERIAL, applet);
+    EXPECT_EQ(failures.size(), 1U);
+    Lines steps = changes();
+    steps.erase(steps.begin(), std::find(steps.rbegin(), steps.rend(), expected.front()).base() - 1);
+    steps.resize(expected.size()); // the rest is the rescan
+    EXPECT_EQ(steps, expected);
     expectNothingLeftOf(ALPHA_SERIAL);
 }
 

@@ -28,6 +28,8 @@ namespace ovra::gui {
 ///
 /// The order of the operations is part of the binary interface: front ends are built apart from the library.
 /// New ones go to the end, none is taken away.
+/// Nor is any renamed: operations with underscores keep the names under which front ends already implement
+/// them.
 class OVRA_GUI_CORE_API Views : public ovra::core::Plugin
 {
 public:
@@ -122,6 +124,7 @@ public:
                                  const std::string& button2, bool* remember) = 0;
 
 private:
+    // Unused: part of the object's layout, which front ends are compiled against.
     boost::shared_ptr<bool> m_flag;
 };
 

@@ -17,6 +17,9 @@ namespace {
 // Turned on by hand, for a look at the order of start-ups and shut-downs without a debugger.
 constexpr bool CONSOLE_TRACE = false;
 
+// A spin lock although the start-ups under it may block: it is part of the library's contract that a host
+// library may call back on the same thread meanwhile, and start-up is over before other threads have work
+// here.
 std::atomic<std::int32_t> controllerLock{0};
 std::atomic<std::uint32_t> controllerOwner{0};
 std::uint32_t uses = 0;

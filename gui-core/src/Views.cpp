@@ -4,7 +4,6 @@
 
 namespace ovra::gui {
 
-// The library never looks at the flag: it is part of the object that front ends were compiled against.
 Views::Views() : m_flag(boost::make_shared<bool>(false)) {}
 Views::Views(const Views& other) = default;
 Views& Views::operator=(const Views& other) = default;

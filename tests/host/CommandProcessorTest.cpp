@@ -1,4 +1,5 @@
-// Which phase of a command runs when, and on which thread.
+// What the command processor does beyond what the library asks of it: reports, refusals, the end of the
+// application.
 
 #include "LogCollector.h"
 
@@ -104,21 +105,6 @@ protected:
     std::unique_ptr<Application> application = std::make_unique<Application>();
 };
 
-TEST_F(CommandProcessorTest, RunsACommandOfOnePhaseAtOnceAlsoWithinAPhaseOfAnother)
-{
-    const auto outer = make("outer", Command::Synchronous);
-    for (const auto type : {Command::Synchronous, Command::Cleanup, Command::Event}) {
-        outer->inSync = [&] {
-            submit(make("inner", type));
-            events.add("outer goes on");
-        };
-        submit(outer);
-        EXPECT_THAT(events.take(),
-                    ElementsAre("outer sync", "inner sync", "inner released", "outer goes on"));
-        EXPECT_TRUE(application->idle());
-    }
-}
-
 TEST_F(CommandProcessorTest, StartsAThreePhaseCommandOfAPhaseAfterThatPhaseAndReleasesItOnTheGuiThread)
 {
     const auto load = make("load", Command::Asynchronous);
@@ -148,36 +134,6 @@ TEST_F(CommandProcessorTest, RunsTheSynchronousPhaseOfASecondCommandWhileTheFirs
     go.set_value();
     pump();
     EXPECT_THAT(events.take(), testing::SizeIs(4));
-}
-
-TEST_F(CommandProcessorTest, QueuesWhatOtherThreadsSubmitInTheirOrder)
-{
-    std::thread other([&] {
-        submit(make("one", Command::Event));
-        submit(make("two", Command::Asynchronous));
-        submit(make("three", Command::Synchronous));
-        events.add("submitted");
-    });
-    other.join();
-    EXPECT_THAT(events.take(), ElementsAre("submitted"));
-    pump();
-    auto order = events.take();
-    std::erase_if(order, [](const auto& event) { return !event.ends_with(" sync"); });
-    EXPECT_THAT(order, ElementsAre("one sync", "two sync", "three sync"));
-}
-
-TEST_F(CommandProcessorTest, ShowsEventsOfTheWorkerBeforeItsCommandEnds)
-{
-    const auto first = make("message 1", Command::Event), second = make("message 2", Command::Event);
-    const auto load = make("load", Command::Asynchronous);
-    load->inAsync = [&] {
-        submit(first);
-        submit(second);
-    };
-    submit(load);
-    pump();
-    EXPECT_THAT(events.take(), ElementsAre("load sync", "load async on the worker", "message 1 sync",
-                                           "message 2 sync", "load post"));
 }
 
 // --- failures ---------------------------------------------------------------------------------------
@@ -235,42 +191,6 @@ TEST_F(CommandProcessorTest, LogsFailuresThatNobodyHandlesOrWhoseHandlerThrows)
 }
 
 // --- the end ----------------------------------------------------------------------------------------
-
-TEST_F(CommandProcessorTest, LetsTheRunningPhaseEndAndFinishesWhatBeganWhenItTerminates)
-{
-    std::promise<void> reached;
-    const auto running = make("running", Command::Asynchronous);
-    running->inAsync = [&] {
-        reached.set_value();
-        while (!application->terminating())
-            std::this_thread::yield();
-    };
-    submit(running);
-    reached.get_future().wait();
-    submit(make("waiting", Command::Asynchronous));
-    HarloApplication::commandprocessor()->terminateAsyncCommands();
-    events.add("terminated");
-    submit(make("late", Command::Asynchronous));
-    submit(make("late event", Command::Event));
-    pump();
-    EXPECT_THAT(events.take(), ElementsAre("running sync", "running async on the worker", "waiting sync",
-                                           "running post", "waiting post", "waiting released", "terminated",
-                                           "late released", "late event released"));
-}
-
-TEST_F(CommandProcessorTest, StartsNothingThatAPostAsynchronousPhaseSubmitsWhileItTerminates)
-{
-    const auto load = make("load", Command::Asynchronous);
-    load->inPost = [&] { submit(make("rescan", Command::Asynchronous)); };
-    submit(load);
-    const auto cleanup = make("cleanup", Command::Cleanup);
-    cleanup->inSync = [] { HarloApplication::commandprocessor()->terminateAsyncCommands(); };
-    submit(cleanup);
-    pump();
-    const auto all = events.take();
-    EXPECT_THAT(all, testing::IsSupersetOf({"load post", "rescan released"}));
-    EXPECT_THAT(all, testing::Not(testing::Contains("rescan sync")));
-}
 
 TEST_F(CommandProcessorTest, RefusesNoCommandAtAllAndTerminationByAnotherThread)
 {

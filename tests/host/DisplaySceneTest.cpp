@@ -1,7 +1,6 @@
-// How images get from a group to a visualizer.
+// How a scene takes images from a group of the tests, which decides when there is one.
 
 #include "LogCollector.h"
-#include "RecordScope.h"
 
 #include "host/ovra-lib-display/src/ArrivalRate.h"
 #include "ovra-lib-display/DisplayScene.h"
@@ -198,33 +197,6 @@ TEST_F(DisplaySceneTest, HandsNothingOnOnceItHasStopped)
     EXPECT_THAT(group->calls(), ElementsAre("start -1", "stop"));
 }
 
-TEST_F(DisplaySceneTest, WaitsForTheVisualizerThatIsBeingCalledWhenItStops)
-{
-    screen.hold(true);
-    begin();
-    auto stopped = std::async(std::launch::async, [this] { scene->stopGrabbing(); });
-    while (group->acquiring())
-        std::this_thread::yield();
-    EXPECT_EQ(stopped.wait_for(20ms), std::future_status::timeout);
-    screen.hold(false);
-    stopped.get();
-}
-
-TEST_F(DisplaySceneTest, WaitsForTheVisualizerThatIsTakenOff)
-{
-    screen.hold(true);
-    begin();
-    const RecordScope record;
-    auto detached = std::async(std::launch::async, [this] { scene->setVisualizer(nullptr); });
-    EXPECT_TRUE(record.waitFor("DisplayScene::setVisualizer dma=3 null"));
-    EXPECT_EQ(detached.wait_for(20ms), std::future_status::timeout);
-    screen.hold(false);
-    detached.get();
-    group->deliver(2);
-    scene->stopGrabbing();
-    EXPECT_THAT(screen.waitFor(1), ElementsAre(1));
-}
-
 TEST_F(DisplaySceneTest, StartsAnewWhileItGrabsAndEndsByItselfAfterTheImagesAskedFor)
 {
     scene->startGrabbing(-1);
@@ -290,31 +262,6 @@ TEST_F(DisplaySceneTest, RefusesToBeStoppedByItsVisualizer)
     };
     begin();
     refused.get_future().wait();
-}
-
-TEST_F(DisplaySceneTest, MayBeStartedAndStoppedFromSeveralThreads)
-{
-    std::atomic<bool> ends{false};
-    std::thread images([&] {
-        for (std::int64_t number = 1; !ends; ++number)
-            group->deliver(number);
-    });
-    std::vector<std::thread> users;
-    for (int user = 0; user < 3; ++user)
-        users.emplace_back([this, user] {
-            for (int round = 0; round < 30; ++round) {
-                scene->startGrabbing(-1);
-                scene->setVisualizer(user % 2 ? nullptr : &screen);
-                scene->statistics();
-                scene->stopGrabbing();
-            }
-        });
-    for (auto& user : users)
-        user.join();
-    ends = true;
-    images.join();
-    EXPECT_FALSE(scene->isGrabbing());
-    EXPECT_FALSE(group->acquiring());
 }
 
 TEST_F(DisplaySceneTest, TellsWhyAnAcquisitionEndedByItselfAndOnlyThen)

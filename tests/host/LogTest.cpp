@@ -1,16 +1,13 @@
 // The message log.
 
 #include "LogCollector.h"
-#include "RecordScope.h"
 
 #include "ovra_log/reference/Log.h"
 
 #include <gmock/gmock.h>
 
 #include <atomic>
-#include <future>
 #include <stdexcept>
-#include <thread>
 
 namespace {
 
@@ -52,32 +49,6 @@ TEST(Log, LetsAListenerLogAndKeepsItsFailuresFromTheHost)
     OvraLogSetMessageCallback(nullptr, nullptr);
     OvraLogDeinit();
     EXPECT_EQ(depth, 2);
-}
-
-TEST(Log, WaitsForTheListenerThatIsTakenOff)
-{
-    struct Listener
-    {
-        std::promise<void> entered, go;
-    } listener;
-    OvraLogInit();
-    OvraLogSetMessageCallback(
-        [](auto, auto, auto, auto, auto, auto, auto, void* userData) {
-            auto& self = *static_cast<Listener*>(userData);
-            self.entered.set_value();
-            self.go.get_future().wait();
-        },
-        &listener);
-    std::thread other([] { say("held"); });
-    listener.entered.get_future().wait();
-    const RecordScope record;
-    auto taken = std::async(std::launch::async, [] { OvraLogSetMessageCallback(nullptr, nullptr); });
-    EXPECT_TRUE(record.waitFor("OvraLogSetMessageCallback null"));
-    EXPECT_EQ(taken.wait_for(std::chrono::milliseconds(20)), std::future_status::timeout);
-    listener.go.set_value();
-    taken.get();
-    other.join();
-    OvraLogDeinit();
 }
 
 } // namespace

@@ -1,0 +1,64 @@
+/// \file
+/// A channel with a group of buffers and a scene, as applet loading makes them.
+#pragma once
+
+#include "conformance/HostUnderTest.h"
+#include "conformance/Test.h"
+
+#include "ovra-lib-display-fglib/FglibFrameBufferGroup.h"
+#include "ovra-lib-display/DisplayScene.h"
+
+#include <boost/shared_ptr.hpp>
+
+#include <atomic>
+#include <memory>
+
+namespace ovra::conformance {
+
+/// What the groups of this process account for through the three functions that they are given.
+struct MemoryAccount
+{
+    static unsigned long long used();
+    static unsigned long long limit();
+    static void change(long long delta);
+
+    static constexpr unsigned long long AMPLE = 1ULL << 30; // bytes
+    static std::atomic<long long> bytes;
+    static std::atomic<unsigned long long> limitBytes; ///< AMPLE at first
+};
+
+constexpr int WITHOUT_END = -1;
+
+/// An application with an open channel. Image operations need startImages() first.
+class ChannelBench
+{
+public:
+    explicit ChannelBench(HostUnderTest& host);
+    ~ChannelBench();
+    ChannelBench(const ChannelBench&) = delete;
+    ChannelBench& operator=(const ChannelBench&) = delete;
+
+    boost::shared_ptr<display::FglibFrameBufferGroup> makeGroup(unsigned int buffers) const;
+
+    /// Makes `group` with eight buffers, `scene` and its visualizer.
+    void prepareScene();
+    /// The same, and starts to grab without an end.
+    void startImages();
+
+    int shown() const { return m_shown; }
+    /// Waits for more images than there are now.
+    void awaitImages(const char* when);
+    void requireNoImages(const char* when);
+
+    HostUnderTest& host;
+    boost::shared_ptr<display::FglibFrameBufferGroup> group;
+    boost::shared_ptr<display::DisplayScene> scene;
+    std::function<void()> inImage; ///< called by the visualizer; set before the images
+
+private:
+    std::unique_ptr<Channel> m_channel;
+    std::unique_ptr<display::DisplaySceneVisualizer> m_visualizer;
+    std::atomic<int> m_shown{0};
+};
+
+} // namespace ovra::conformance

@@ -1,0 +1,53 @@
+// A host that offers nothing, and a test for each result that a test can have.
+
+#include "conformance/Program.h"
+
+#include <cstdlib>
+#include <iostream>
+#include <stdexcept>
+#include <thread>
+
+namespace {
+
+using namespace ovra::conformance;
+
+class BareHost final : public HostUnderTest
+{
+public:
+    std::string name() const override { return "\"bare\"\n\\host"; }
+    void startApplication() override {}
+    void processEvents() override {}
+};
+
+void hang(HostUnderTest&)
+{
+    std::thread([] { fail("said by another thread"); }).detach(); // ends the process all the same
+    for (;;)
+        std::this_thread::yield();
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const std::vector<Test> tests = {
+        {"passes", "All is well",
+         [](HostUnderTest& host) {
+             stays(
+                 host, [] { return true; }, "nothing");
+         }},
+        {"finds-another-value", "One is two", [](HostUnderTest&) { requireEqual(1, 2, "number"); }},
+        {"throws", "Nothing is thrown", [](HostUnderTest&) { throw std::runtime_error("no cable"); }},
+        {"fails-elsewhere", "A thread may find the fault", hang},
+        {"aborts", "The process goes on", [](HostUnderTest&) { std::abort(); }},
+        {"is-not-offered", "There is a channel", [](HostUnderTest& host) { host.openChannel(); }},
+        {"never-ends", "There is an end",
+         [](HostUnderTest&) {
+             std::cout << "begun" << std::endl;
+             for (;;)
+                 std::this_thread::sleep_for(std::chrono::seconds(1));
+         }},
+    };
+    return runProgram(
+        argc, argv, [] { return std::make_unique<BareHost>(); }, tests);
+}

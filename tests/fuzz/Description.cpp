@@ -40,7 +40,7 @@ const std::filesystem::path& scratchFile()
     return FILE_PATH;
 }
 
-[[maybe_unused]] const bool removedAtTheEnd =
+[[maybe_unused]] const bool REMOVED_AT_THE_END =
     std::atexit([] { std::filesystem::remove(scratchFile()); }) == 0;
 
 void requireNumber(const json& file, std::int64_t read)

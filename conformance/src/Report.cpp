@@ -59,7 +59,8 @@ void writeLine(std::ostream& stream, const Result& result)
 
 void writeTotals(std::ostream& stream, const Report& report)
 {
-    stream << report.results.size() << " tests:";
+    const std::size_t count = report.results.size();
+    stream << count << (count == 1 ? " test:" : " tests:");
     const char* separator = " ";
     for (const std::string result : RESULTS) {
         stream << separator << std::ranges::count(report.results, result, &Result::result) << ' ' << result;

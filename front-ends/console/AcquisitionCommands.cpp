@@ -17,6 +17,7 @@
 #include "gui-core/Gui.h"
 #include "gui-core/StartAcquisitionCommand.h"
 #include "gui-core/StopAcquisitionCommand.h"
+#include "gui-core/keys/Keys.h"
 #include "ovra-core/HarloApplication.h"
 #include "ovra-lib-display-fglib/FglibFrameBufferGroup.h"
 #include "ovra-lib-environment/HlEnvironmentBoardNode.h"
@@ -119,7 +120,7 @@ void syncMode(Console& console, const Arguments& arguments)
 void setAnswer(Console& console, const Arguments& arguments)
 {
     if (arguments.text(0) == "forget")
-        return core::HarloApplication::setConfigEntry("gui.mainwindow.acquisition.sync.remembered", 0);
+        return core::HarloApplication::setConfigEntry(gui::keys::ANSWER_REMEMBERED.name, 0);
 
     const bool remember = arguments.count() > 1;
     if (remember && arguments.text(1) != "remember")

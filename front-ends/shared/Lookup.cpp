@@ -3,6 +3,7 @@
 #include "RequestError.h"
 
 #include "gui-core/Gui.h"
+#include "gui-core/keys/Keys.h"
 #include "ovra-lib-environment/Environment.h"
 #include "ovra-lib-environment/HlEnvironmentBoardNode.h"
 #include "ovra-lib-environment/HlEnvironmentFileNode.h"
@@ -17,8 +18,6 @@
 namespace ovra::frontend {
 
 namespace {
-
-constexpr const char* BOARD_SOURCE = "ovra";
 
 std::string joined(const std::vector<std::string>& words)
 {
@@ -90,7 +89,7 @@ boost::shared_ptr<Node> findByIndex(const std::vector<boost::shared_ptr<Node>>& 
 
 std::vector<BoardNode> allBoards()
 {
-    const auto source = gui::Gui::environment()->model()->root()->getSourcesEntry(BOARD_SOURCE);
+    const auto source = gui::Gui::environment()->model()->root()->getSourcesEntry(gui::keys::SOURCE);
     if (!source)
         return {};
     auto boards = listOf(source->getBoards());
@@ -128,7 +127,7 @@ BoardNode findLoadedBoard(const std::string& text)
 
 BoardNode boardOfSerial(unsigned int serial)
 {
-    const auto source = gui::Gui::environment()->model()->root()->getSourcesEntry(BOARD_SOURCE);
+    const auto source = gui::Gui::environment()->model()->root()->getSourcesEntry(gui::keys::SOURCE);
     return source ? source->getChild(serial) : BoardNode();
 }
 

@@ -7,6 +7,7 @@
 
 #include "Lookup.h"
 
+#include "gui-core/keys/Keys.h"
 #include "ovra-lib-parameters/Parameter.h"
 
 #include <string>
@@ -46,6 +47,6 @@ void setParameter(const BoardNode& board, const std::vector<ParameterOwner>& own
 void markGenerators(const BoardNode& board);
 
 /// The parameter that switches a channel's generator.
-inline constexpr const char* GENERATOR_SWITCH = "FG_GEN_ENABLE";
+inline constexpr const char* GENERATOR_SWITCH = gui::keys::parameters::GENERATOR_SWITCH;
 
 } // namespace ovra::frontend

@@ -6,6 +6,7 @@
 #include "gui-core/InitializeApplicationCommand.h"
 #include "gui-core/Views.h"
 
+#include "gui-core/keys/Keys.h"
 #include "ovra-core/HarloApplication.h"
 
 #include <boost/make_shared.hpp>
@@ -15,7 +16,6 @@ namespace ovra::gui {
 namespace {
 
 constexpr int MEBIBYTE_SHIFT = 20;
-constexpr long long DEFAULT_DMA_MEMORY_MEBIBYTES = 1024;
 
 } // namespace
 
@@ -38,9 +38,9 @@ Gui::~Gui() = default;
 
 void Gui::injectDependency(const std::string& key, const boost::any& value)
 {
-    if (key == "views")
+    if (key == keys::VIEWS)
         m_state->views = boost::any_cast<boost::shared_ptr<Views>>(value);
-    else if (key == "connector")
+    else if (key == keys::CONNECTOR)
         m_state->environment->injectDependency(key, value);
 }
 
@@ -100,8 +100,8 @@ unsigned long long Gui::getTotalDmaMemory()
 {
     if (!GuiStatics::currentState())
         return 0;
-    const auto mebibytes = core::HarloApplication::getConfigIntEntry("gui.preferences.max_dma_buffersize",
-                                                                     DEFAULT_DMA_MEMORY_MEBIBYTES);
+    const auto mebibytes = core::HarloApplication::getConfigIntEntry(keys::DMA_MEMORY_LIMIT_MIB.name,
+                                                                     keys::DMA_MEMORY_LIMIT_MIB.defaultValue);
     return static_cast<unsigned long long>(mebibytes) << MEBIBYTE_SHIFT;
 }
 

@@ -8,6 +8,7 @@
 #include "gui-core/StopAcquisitionCommand.h"
 #include "gui-core/UnloadAppletCommand.h"
 #include "gui-core/Views.h"
+#include "gui-core/keys/Keys.h"
 #include "ovra-core/CommandProcessor.h"
 #include "ovra-core/HarloApplication.h"
 #include "ovra-core/reference/Application.h"
@@ -126,7 +127,7 @@ public:
         m_application.setErrorHandler(
             [](const auto& failure) { std::cerr << failure.command << ": " << failure.message << '\n'; });
         const boost::shared_ptr<gui::Gui> plugin(gui::Gui::createInstance(), gui::Gui::destroyInstance);
-        m_application.addPlugin(plugin, {{"views", boost::shared_ptr<gui::Views>(m_views)}});
+        m_application.addPlugin(plugin, {{gui::keys::VIEWS, boost::shared_ptr<gui::Views>(m_views)}});
         m_application.startPlugins();
         waitUntil([&] { return m_application.idle(); }, "The application does not start");
     }
@@ -155,7 +156,8 @@ private:
 
 boost::shared_ptr<HlEnvironmentBoardNode> firstBoard()
 {
-    const auto boards = gui::Gui::environment()->model()->root()->getSourcesEntry("ovra")->getBoards();
+    const auto boards =
+        gui::Gui::environment()->model()->root()->getSourcesEntry(gui::keys::SOURCE)->getBoards();
     if (!boards->hasNext())
         throw std::runtime_error("This machine has no board");
     return boards->current();

@@ -2,6 +2,7 @@
 
 #include "acquisition/CameraOfPort.h"
 #include "acquisition/ResourceSweep.h"
+#include "gui-core/keys/Keys.h"
 #include "model/FrameBuffers.h"
 
 #include "gui-core/Gui.h"
@@ -22,9 +23,6 @@ using core::models::HlEnvironmentDmaNode;
 using core::models::HlEnvironmentLogicalPortNode;
 
 namespace {
-
-constexpr const char* REMEMBERED = "gui.mainwindow.acquisition.sync.remembered";
-constexpr const char* REMEMBERED_VALUE = "gui.mainwindow.acquisition.sync.remembered.value";
 
 /// Indices of the question's buttons. Any other number changes nothing.
 constexpr int APPLY_CAMERA_TO_DMA = 0;
@@ -53,16 +51,19 @@ int ask(const std::string& message)
         Gui::views()->showChoiceDialog("Dimension Mismatch", message, "Apply camera dimension to DMA",
                                        "Apply DMA dimension to camera", "Ignore", &remember);
     if (remember) {
-        HarloApplication::setConfigEntry(REMEMBERED, 1);
-        HarloApplication::setConfigEntry(REMEMBERED_VALUE, choice);
+        HarloApplication::setConfigEntry(keys::ANSWER_REMEMBERED.name, 1);
+        HarloApplication::setConfigEntry(keys::ANSWER.name, choice);
     }
     return choice;
 }
 
 long long rememberedOrAsked(const std::string& message)
 {
-    const auto remembered = HarloApplication::getConfigIntEntry(REMEMBERED, 0);
-    const auto value = HarloApplication::getConfigIntEntry(REMEMBERED_VALUE, 0);
+    const auto configured = [](const keys::IntegerKey& key) {
+        return HarloApplication::getConfigIntEntry(key.name, key.defaultValue);
+    };
+    const auto remembered = configured(keys::ANSWER_REMEMBERED);
+    const auto value = configured(keys::ANSWER);
     return remembered != 0 ? value : ask(message);
 }
 

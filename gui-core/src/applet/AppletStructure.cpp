@@ -1,5 +1,6 @@
 #include "applet/AppletStructure.h"
 
+#include "gui-core/keys/Keys.h"
 #include "messages/CommandSubmission.h"
 #include "messages/StatusText.h"
 
@@ -27,7 +28,7 @@ using PortsByIndex = std::map<unsigned int, boost::shared_ptr<HlEnvironmentLogic
 
 bool generatorAvailable(const HlEnvironmentBoardNode& board)
 {
-    return Fg_getParameterIdByName(board.getBoardHandle(), "FG_GEN_ENABLE") >= 1;
+    return Fg_getParameterIdByName(board.getBoardHandle(), keys::parameters::GENERATOR_SWITCH) >= 1;
 }
 
 boost::shared_ptr<HlEnvironmentProcessNode> createProcess(unsigned int index)

@@ -1,5 +1,6 @@
 #include "applet/ChannelSetup.h"
 
+#include "gui-core/keys/Keys.h"
 #include "messages/CommandSubmission.h"
 
 #include "gui-core/Gui.h"
@@ -24,9 +25,6 @@ using core::models::HlEnvironmentBoardNode;
 using core::models::HlEnvironmentDmaNode;
 
 namespace {
-
-constexpr long long DEFAULT_TIMEOUT_SECONDS = 10;
-constexpr long long DEFAULT_BUFFERS = 16;
 
 /// Null, after a warning, when the runtime describes no parameters.
 FgRegisterInfo* registerInformation(const HlEnvironmentBoardNode& board, unsigned int dma)
@@ -74,15 +72,15 @@ void createModelForApplet(HlEnvironmentBoardNode& board)
     board.setNoDmaFrontendRegInfoModel(model);
 }
 
-unsigned int configured(const char* key, long long defaultValue)
+unsigned int configured(const keys::IntegerKey& key)
 {
-    return static_cast<unsigned int>(core::HarloApplication::getConfigIntEntry(key, defaultValue));
+    return static_cast<unsigned int>(core::HarloApplication::getConfigIntEntry(key.name, key.defaultValue));
 }
 
 void setUpChannel(HlEnvironmentBoardNode& board, HlEnvironmentDmaNode& dma)
 {
-    dma.setAcqTimeout(configured("gui.preferences.acq.default.timeout", DEFAULT_TIMEOUT_SECONDS));
-    dma.setAcqBuffersCurrent(configured("gui.preferences.acq.default.buffers", DEFAULT_BUFFERS));
+    dma.setAcqTimeout(configured(keys::DEFAULT_TIMEOUT_SECONDS));
+    dma.setAcqBuffersCurrent(configured(keys::DEFAULT_BUFFERS));
 
     const auto group = display::FglibFrameBufferGroup::create(
         board.getBoardHandle(), board.getIndex(), dma.getIndex(), dma.getAcqBuffersCurrent(),

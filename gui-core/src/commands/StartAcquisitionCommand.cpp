@@ -7,6 +7,7 @@
 #include "gui-core/Gui.h"
 #include "gui-core/Views.h"
 
+#include "gui-core/keys/Keys.h"
 #include "ovra-core/HarloApplication.h"
 #include "ovra-lib-display/DisplayScene.h"
 #include "ovra-lib-genicam-model/GenICamModel.h"
@@ -75,7 +76,8 @@ StartAcquisitionCommand::~StartAcquisitionCommand() = default;
 
 void StartAcquisitionCommand::executeSync()
 {
-    if (core::HarloApplication::getConfigIntEntry("gui.preferences.sync_dma_and_camera_dimensions", 1) == 0)
+    if (core::HarloApplication::getConfigIntEntry(keys::COMPARE_IMAGE_SIZES.name,
+                                                  keys::COMPARE_IMAGE_SIZES.defaultValue) == 0)
         return;
     // A single channel is deliberately started without a comparison.
     if (const auto reach = reachOf(m_request->target, Gui::getSyncMode()))

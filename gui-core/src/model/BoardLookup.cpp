@@ -1,4 +1,5 @@
 #include "model/BoardLookup.h"
+#include "gui-core/keys/Keys.h"
 
 #include "gui-core/Gui.h"
 
@@ -9,11 +10,7 @@
 
 namespace ovra::gui::commands {
 
-namespace {
-
-constexpr const char* BOARD_SOURCE = "ovra";
-
-} // namespace
+namespace {} // namespace
 
 boost::shared_ptr<core::models::HlEnvironmentRootNode> environmentRoot()
 {
@@ -22,7 +19,7 @@ boost::shared_ptr<core::models::HlEnvironmentRootNode> environmentRoot()
 
 boost::shared_ptr<core::models::HlEnvironmentBoardNode> findBoard(unsigned int serial)
 {
-    const auto source = environmentRoot()->getSourcesEntry(BOARD_SOURCE);
+    const auto source = environmentRoot()->getSourcesEntry(keys::SOURCE);
     return source ? source->getChild(serial) : boost::shared_ptr<core::models::HlEnvironmentBoardNode>();
 }
 

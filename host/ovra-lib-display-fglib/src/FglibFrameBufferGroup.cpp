@@ -1,6 +1,7 @@
 #include "ovra-lib-display-fglib/FglibFrameBufferGroup.h"
 
 #include "ImageBuffers.h"
+#include "gui-core/keys/Keys.h"
 #include "ovra-lib-display/reference/AcquisitionObserver.h"
 #include "ovra_log/reference/Journal.h"
 #include "ovra_log/reference/LiveObjects.h"
@@ -20,6 +21,7 @@
 
 namespace ovra::display {
 
+namespace keys = gui::keys::parameters;
 using reference::AcquisitionState;
 using reference::AcquisitionStatus;
 using reference::log;
@@ -154,7 +156,7 @@ void FglibFrameBufferGroup::State::writeInteger(int parameter, const char* name,
 
 Geometry FglibFrameBufferGroup::State::readGeometry() const
 {
-    return {readInteger(FG_WIDTH, "FG_WIDTH"), readInteger(FG_HEIGHT, "FG_HEIGHT"), readFormat()};
+    return {readInteger(FG_WIDTH, keys::WIDTH), readInteger(FG_HEIGHT, keys::HEIGHT), readFormat()};
 }
 
 PixelFormat FglibFrameBufferGroup::State::readFormat() const
@@ -628,14 +630,14 @@ void FglibFrameBufferGroup::setWidth(int width)
 {
     probe("FglibFrameBufferGroup::setWidth", "dma=", m_state->dma, " width=", width);
     const std::lock_guard control(m_state->control);
-    m_state->writeInteger(FG_WIDTH, "FG_WIDTH", width);
+    m_state->writeInteger(FG_WIDTH, keys::WIDTH, width);
 }
 
 void FglibFrameBufferGroup::setHeight(int height)
 {
     probe("FglibFrameBufferGroup::setHeight", "dma=", m_state->dma, " height=", height);
     const std::lock_guard control(m_state->control);
-    m_state->writeInteger(FG_HEIGHT, "FG_HEIGHT", height);
+    m_state->writeInteger(FG_HEIGHT, keys::HEIGHT, height);
 }
 
 void FglibFrameBufferGroup::notifyGeometryMayHaveChangedSlot(int width, int height, bool begin)

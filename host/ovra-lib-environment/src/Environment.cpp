@@ -1,4 +1,5 @@
 #include "ovra-lib-environment/Environment.h"
+#include "gui-core/keys/Keys.h"
 
 #include "AppletFolders.h"
 #include "FolderMonitor.h"
@@ -57,7 +58,7 @@ Environment::State::State()
       folders(model->root()->getFilesEntryNode()),
       monitor([this] { followFolders(); })
 {
-    model->root()->addSourcesEntry("ovra", models::HlEnvironmentBoardSourceNode::create());
+    model->root()->addSourcesEntry(gui::keys::SOURCE, models::HlEnvironmentBoardSourceNode::create());
 }
 
 void Environment::State::pass()
@@ -109,7 +110,8 @@ std::set<std::string> Environment::State::found() const
 {
     const auto root = model->root();
     std::set<std::string> names;
-    for (const auto each = root->getSourcesEntry("ovra")->getBoards(); each->hasNext(); each->advance())
+    for (const auto each = root->getSourcesEntry(gui::keys::SOURCE)->getBoards(); each->hasNext();
+         each->advance())
         names.insert("board " + std::to_string(each->current()->getSerial()));
     for (const auto each = root->getCameras(); each->hasNext(); each->advance())
         names.insert("camera " + each->current()->getName());
@@ -138,7 +140,7 @@ boost::shared_ptr<Environment> Environment::create()
 void Environment::injectDependency(const std::string& key, const boost::any& value)
 {
     probe("Environment::injectDependency", key);
-    if (key == "connector")
+    if (key == gui::keys::CONNECTOR)
         m_state->connector.set(value);
 }
 

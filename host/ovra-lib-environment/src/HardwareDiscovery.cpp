@@ -1,6 +1,7 @@
 #include "HardwareDiscovery.h"
 
 #include "PluggedCameras.h"
+#include "gui-core/keys/Keys.h"
 #include "ovra-core/reference/RuntimeEntries.h"
 #include "ovra-lib-genicam-model/GenICamModel.h"
 #include "ovra_log/reference/Log.h"
@@ -204,7 +205,7 @@ void HardwareDiscovery::discover(Changes& changes)
     const auto boards = findBoards(*runtime);
     const auto cameras = findCameras(*runtime, boards.size());
 
-    const auto source = m_root->getSourcesEntry("ovra");
+    const auto source = m_root->getSourcesEntry(gui::keys::SOURCE);
     updateBoards(*source, boards);
     updateCameras(*m_root, cameras);
     for (const auto nodes = source->getBoards(); nodes->hasNext(); nodes->advance())

@@ -1,0 +1,68 @@
+# Packages: scripts/package makes them all.
+#
+#   Linux     TGZ, and DEB in three parts: ovra-gui-core, -dev, -simulation
+#   Windows   ZIP, and an installer (NSIS)
+#
+# What is installed resolves itself from its own place, so it stands in a folder of its own: /opt/ovra-gui-core.
+
+set(doc_dir share/doc/ovra-gui-core)
+install(FILES LICENSE docs/THIRD-PARTY.md DESTINATION ${doc_dir} COMPONENT runtime)
+install(FILES README.md CHANGELOG.md DESTINATION ${doc_dir} COMPONENT development)
+install(DIRECTORY docs/ DESTINATION ${doc_dir}/docs COMPONENT development FILES_MATCHING PATTERN "*.md")
+install(FILES front-ends/console/demo.txt DESTINATION share/ovra-gui-core COMPONENT simulation)
+
+# The notices of what is compiled in and, on Windows, lies beside it, as the packages state them that it was taken from.
+set(notices nlohmann-json3-dev libcli11-dev libstb-dev)
+if(MINGW)
+    list(APPEND notices g++-mingw-w64-x86-64-posix mingw-w64-common)
+endif()
+foreach(package IN LISTS notices)
+    if(EXISTS "/usr/share/doc/${package}/copyright")
+        install(FILES "/usr/share/doc/${package}/copyright"
+            DESTINATION ${doc_dir}/third-party RENAME ${package}.txt COMPONENT runtime)
+    endif()
+endforeach()
+
+set(CPACK_PACKAGE_NAME ovra-gui-core)
+set(CPACK_PACKAGE_VENDOR "the ovra-lib-gui-core authors")
+set(CPACK_PACKAGE_CONTACT "the ovra-lib-gui-core authors <ovra-gui-core@example.invalid>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
+set(CPACK_RESOURCE_FILE_LICENSE "${PROJECT_SOURCE_DIR}/LICENSE")
+set(CPACK_PACKAGE_INSTALL_DIRECTORY ovra-gui-core)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_VERBATIM_VARIABLES ON)
+set(CPACK_PACKAGE_CHECKSUM SHA256)
+set(CPACK_COMPONENTS_ALL runtime development simulation)
+set(CPACK_PROJECT_CONFIG_FILE "${PROJECT_SOURCE_DIR}/cmake/package/CPackOptions.cmake")
+
+if(WIN32)
+    set(CPACK_SYSTEM_NAME windows-x64)
+    set(CPACK_GENERATOR ZIP NSIS)
+    set(CPACK_NSIS_DISPLAY_NAME "ovra-gui-core ${PROJECT_VERSION}")
+    set(CPACK_NSIS_PACKAGE_NAME "ovra-gui-core")
+    set(CPACK_NSIS_ENABLE_UNINSTALL_BEFORE_INSTALL ON)
+else()
+    set(CPACK_SYSTEM_NAME linux-x64)
+    set(CPACK_GENERATOR TGZ DEB)
+    set(CPACK_DEB_COMPONENT_INSTALL ON)
+    set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+    set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+    set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${OVRA_STAGE_DIR}/lib")
+    set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME ovra-gui-core)
+    set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
+    set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME ovra-gui-core-dev)
+    set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
+    set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS
+        "ovra-gui-core (= ${PROJECT_VERSION}), ovra-gui-core-simulation (= ${PROJECT_VERSION}), libboost-dev")
+    set(CPACK_DEBIAN_SIMULATION_PACKAGE_NAME ovra-gui-core-simulation)
+    set(CPACK_DEBIAN_SIMULATION_PACKAGE_SECTION misc)
+    set(CPACK_DEBIAN_SIMULATION_PACKAGE_DEPENDS "ovra-gui-core (= ${PROJECT_VERSION})")
+endif()
+include(CPack)
+
+cpack_add_component(runtime DISPLAY_NAME "Library and programs" REQUIRED
+    DESCRIPTION "The library, the reference host and the programs")
+cpack_add_component(simulation DISPLAY_NAME "Virtual installation" DEPENDS runtime
+    DESCRIPTION "Virtual boards, cameras and applets: images without hardware")
+cpack_add_component(development DISPLAY_NAME "Development" DEPENDS runtime
+    DESCRIPTION "Headers, CMake package, guides and a front end to copy")

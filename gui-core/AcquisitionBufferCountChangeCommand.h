@@ -1,5 +1,10 @@
 /// \file
 /// AcquisitionBufferCountChangeCommand: changes the number of image buffers of a DMA channel.
+///
+/// \code
+/// core::HarloApplication::commandprocessor()->executeCommand(
+///     gui::commands::AcquisitionBufferCountChangeCommand::create(dma, 32));
+/// \endcode
 #pragma once
 
 #include "gui-core/Export.h"
@@ -14,26 +19,38 @@ class HlEnvironmentDmaNode;
 
 namespace ovra::gui::commands {
 
-/// Hands the number to the channel's frame-buffer group on the worker. Then the node takes over what the
-/// group was asked for and what it holds, which may be fewer, and the front end is told through
-/// Views::update_dma_memory and Views::update_acquisition_state. Only this channel changes, whatever the sync
-/// mode; acquisition is neither stopped nor started.
+/// Gives a DMA channel another number of image buffers. Only that channel changes, whatever the sync mode. An
+/// acquisition that runs goes on afterwards; none is started.
 ///
-/// The number is not checked here: what the group does not take, it answers with an exception, which goes to
-/// the command processor. A channel without a group, because its board was unloaded meanwhile, keeps what it
-/// says. Copies share one request.
+///   - executeAsync, worker: FrameBufferGroup::setBufferCount; takes as long as memory takes to be had
+///   - executePostAsync, GUI thread: the node gets both counts, then Views::update_dma_memory,
+///     update_acquisition_state
+///
+/// Afterwards getAcqBuffersRequested of the node tells what was asked for, getAcqBuffersCurrent what there
+/// is: fewer, where Gui::getTotalDmaMemory sets a limit. Compare the two to tell the user.
+///
+/// Errors: the count is not checked here. The group throws std::invalid_argument for one below 1 and changes
+/// nothing, and std::runtime_error where the runtime has no memory, with as many buffers as before. Both go
+/// to the application's error handler, and executePostAsync still runs. A channel without a group, because
+/// its board was unloaded in the meantime, keeps its counts.
+///
+/// Before: "views" is injected.
 class OVRA_GUI_CORE_API AcquisitionBufferCountChangeCommand : public ovra::core::Command
 {
 public:
-    static boost::shared_ptr<AcquisitionBufferCountChangeCommand>
+    /// \param dma  a channel of a loaded board; must not be null. The command keeps the node alive.
+    /// \param buffers  number of image buffers, 1 or more
+    [[nodiscard]] static boost::shared_ptr<AcquisitionBufferCountChangeCommand>
     create(boost::shared_ptr<ovra::core::models::HlEnvironmentDmaNode> dma, int buffers);
 
     AcquisitionBufferCountChangeCommand(boost::shared_ptr<ovra::core::models::HlEnvironmentDmaNode> dma,
                                         int buffers);
+    /// Copies share one request: submitting a copy is submitting the same command.
     AcquisitionBufferCountChangeCommand(const AcquisitionBufferCountChangeCommand& other);
     AcquisitionBufferCountChangeCommand& operator=(const AcquisitionBufferCountChangeCommand& other);
     ~AcquisitionBufferCountChangeCommand() override;
 
+    // For the command processor; the list above says what each does.
     void executeSync() override;
     void executeAsync() override;
     void executePostAsync() override;

@@ -8,7 +8,22 @@
 ///   | "views"     | boost::shared_ptr<Views>    | the front end                         |
 ///   | "connector" | the host's own              | passed on to the environment, unread  |
 ///
-/// and runs the two application commands it gives at the start and at the end.
+/// and runs the two application commands it gives at the start and at the end. In a program that makes its
+/// own application:
+///
+/// \code
+/// OvraGuiCoreInit();
+/// {
+///     ovra::reference::Application application;
+///     const boost::shared_ptr<gui::Views> views = boost::make_shared<MyViews>();
+///     const boost::shared_ptr<gui::Gui> plugin(gui::Gui::createInstance(), gui::Gui::destroyInstance);
+///     application.addPlugin(plugin, {{gui::keys::VIEWS, views}});
+///     application.startPlugins(); // runs the command for the start
+///     application.exec();         // until quit()
+///     application.stopPlugins();  // runs the command for the end
+/// }
+/// OvraGuiCoreDeinit();
+/// \endcode
 #pragma once
 
 #include "gui-core/Export.h"
@@ -49,8 +64,10 @@ public:
         SyncAllBoards = 3, ///< all
     };
 
-    static Gui* createInstance();
-    /// Null is ignored.
+    /// A new Gui, which the caller owns and gives back to destroyInstance: the library that made it frees it.
+    /// Throws std::bad_alloc, or what the host throws when it makes the environment.
+    [[nodiscard]] static Gui* createInstance();
+    /// GUI thread. Null is ignored. Front end and environment live on while others hold them.
     static void destroyInstance(Gui* gui);
 
     /// Takes the static functions over from a Gui created before.
@@ -62,6 +79,8 @@ public:
     /// Takes "views" and "connector", ignores any other key. Throws boost::bad_any_cast when "views" holds
     /// anything but a boost::shared_ptr<Views>; the front end before it stays.
     void injectDependency(const std::string& key, const boost::any& value) override;
+    /// A new InitializeApplicationCommand, a new CleanupApplicationCommand: for the application, which runs
+    /// each once. "views" must be injected before the first runs; the commands do not look whether it is.
     boost::shared_ptr<ovra::core::Command> createInitializationApplicationCommand() override;
     boost::shared_ptr<ovra::core::Command> createCleanupApplicationCommand() override;
 
@@ -70,6 +89,8 @@ public:
     /// The host's model of boards, applet files and cameras. Default: empty.
     static boost::shared_ptr<ovra::core::Environment> environment();
 
+    /// Holds for commands whose phases begin from now on. A number that is none of the four makes starts and
+    /// stops do nothing.
     static void setSyncMode(SyncMode mode);
     /// Default: SyncNone.
     static SyncMode getSyncMode();

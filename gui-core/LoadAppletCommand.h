@@ -1,5 +1,11 @@
 /// \file
 /// LoadAppletCommand: loads an applet onto a board.
+///
+/// \code
+/// const auto serial = static_cast<int>(board->getSerial());
+/// core::HarloApplication::commandprocessor()->executeCommand(
+///     gui::commands::LoadAppletCommand::create(serial, file->getFilePath(), ""));
+/// \endcode
 #pragma once
 
 #include "gui-core/Export.h"
@@ -12,29 +18,51 @@
 
 namespace ovra::gui::commands {
 
-/// Unloads what the board holds, initialises the board with the applet, and publishes processes, DMA
-/// channels, camera ports, parameters, frame-buffer groups and display scenes in the environment model and
-/// the global resources. Then, if an MCF file is given, has the runtime apply it. Looks for applets again at
-/// the end.
+/// Empties the board, initialises it with the applet, and publishes processes, DMA channels, camera ports,
+/// parameters, image buffers and display scenes in the environment's model and the global resources. Then, if
+/// an MCF file is given, has the runtime apply it. Looks for applets again at the end (RescanAppletsCommand).
 ///
-/// One load runs at a time in a process: a command that comes while another is under way does nothing at all.
-/// Progress, warnings and errors go to the Views operations with "LoadApplet" in their names. An unknown
-/// board or file changes nothing; after any other error the board is empty, unless already the unload failed;
-/// an MCF that cannot be applied is a warning, and the applet stays.
+///   - executeSync, GUI thread: onLoadAppletStarted, showLoadingBoard, showLoadingApplet; what
+///     UnloadAppletCommand tells
+///   - executeAsync, worker: showLoadAppletStatus, ...Warning and ...Error, each on the GUI thread;
+///     connectFglibEvents, on the worker
+///   - executePostAsync, GUI thread: onLoadAppletFinished, ensure_board_selection, update_dma_memory, in any
+///     case
 ///
-/// Arguments: the board's serial; path of the applet file as the environment keeps it; path of the MCF file,
-/// empty for none. To be submitted once; copies share one request.
+/// One load runs at a time in a process. A command that is submitted while another one is under way is
+/// ignored: no phase of it does anything, no operation of Views is called.
+///
+/// Errors go to Views::showLoadAppletError; exceptions of the host, to the error handler. What holds
+/// afterwards:
+///
+///   - unknown board, unknown applet file: as it was
+///   - its unload failed: as the unload left it
+///   - any later one: empty
+///   - the MCF cannot be applied: loaded; showLoadAppletWarning tells of it
+///
+/// Submit neither the object nor a copy again before Views::onLoadAppletFinished: the load that runs would
+/// then not give its slot back, and every later load of the process would be ignored. Make a new command for
+/// each load.
+///
+/// Before: "views" is injected, and the environment knows the file (Environment::forceSingleFileAddition adds
+/// one that lies elsewhere).
 class OVRA_GUI_CORE_API LoadAppletCommand : public ovra::core::Command
 {
 public:
-    static boost::shared_ptr<LoadAppletCommand> create(int boardSerial, const std::string& appletFile,
-                                                       const std::string& mcfFile);
+    /// \param boardSerial  serial number of the board, not its index
+    /// \param appletFile  path as HlEnvironmentFileNode::getFilePath gives it
+    /// \param mcfFile  path of an MCF file to apply, or "" for none; UTF-8 on Linux, in the process's code
+    ///     page on Windows
+    [[nodiscard]] static boost::shared_ptr<LoadAppletCommand>
+    create(int boardSerial, const std::string& appletFile, const std::string& mcfFile);
 
     LoadAppletCommand(int boardSerial, const std::string& appletFile, const std::string& mcfFile);
+    /// Copies share one request.
     LoadAppletCommand(const LoadAppletCommand& other);
     LoadAppletCommand& operator=(const LoadAppletCommand& other);
     ~LoadAppletCommand() override;
 
+    // For the command processor; the list above says what each does.
     void executeSync() override;
     void executeAsync() override;
     void executePostAsync() override;

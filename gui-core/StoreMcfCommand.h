@@ -1,5 +1,10 @@
 /// \file
 /// StoreMcfCommand: writes the configuration of a board's applet to an MCF file.
+///
+/// \code
+/// core::HarloApplication::commandprocessor()->executeCommand(
+///     gui::commands::StoreMcfCommand::create(board, "/home/user/ramp.mcf"));
+/// \endcode
 #pragma once
 
 #include "gui-core/Export.h"
@@ -16,21 +21,32 @@ class HlEnvironmentBoardNode;
 
 namespace ovra::gui::commands {
 
-/// Has the runtime write the file, in the synchronous phase. Success is silent; a failure, also that of a
-/// board without an applet, goes to Views::showErrorMessage, and the file is as the runtime left it. Without
-/// a board nothing happens. Copies share one request.
+/// Has the runtime write the applet's name and the values of its parameters, in executeSync, on the GUI
+/// thread. It blocks as long as the file takes. LoadMcfCommand brings back what was stored.
+///
+/// Success is silent. A failure, also that of a board without an applet, goes to Views::showErrorMessage with
+/// the title "Board <index> - Storing MCF Configuration File" and the message "ERROR: <description>
+/// (<code>)". The file is then as the runtime left it: as it was, missing, or incomplete.
+///
+/// Before: "views" is injected.
 class OVRA_GUI_CORE_API StoreMcfCommand : public ovra::core::Command
 {
 public:
-    static boost::shared_ptr<StoreMcfCommand>
+    /// \param board  the board whose applet is stored; null: the command does nothing. It keeps the node
+    ///     alive.
+    /// \param file  path of the file, which is replaced; its folder must exist. UTF-8 on Linux, in the
+    ///     process's code page on Windows.
+    [[nodiscard]] static boost::shared_ptr<StoreMcfCommand>
     create(boost::shared_ptr<ovra::core::models::HlEnvironmentBoardNode> board, const std::string& file);
 
     StoreMcfCommand(boost::shared_ptr<ovra::core::models::HlEnvironmentBoardNode> board,
                     const std::string& file);
+    /// Copies share one request: submitting a copy is submitting the same command.
     StoreMcfCommand(const StoreMcfCommand& other);
     StoreMcfCommand& operator=(const StoreMcfCommand& other);
     ~StoreMcfCommand() override;
 
+    // For the command processor.
     void executeSync() override;
 
 private:

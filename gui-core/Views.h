@@ -3,7 +3,21 @@
 ///
 /// The library draws nothing. It tells a Views what happens and asks it what the user wants. A front end
 /// derives from Views, implements the abstract operations, and hands an instance to the plug-in under the key
-/// "views".
+/// "views". What an operation throws passes through the command that called it to the host's error handler,
+/// as if the host had thrown it.
+///
+/// In the order of a life:
+///
+///   - start: onInitializeBegin, onLoggingInstalled, onInitializeSync, showSplashscreenMessage for each step,
+///     fillCaches, onInitializationDone
+///   - load: onLoadAppletStarted, showLoadingBoard, showLoadingApplet, applet_unloaded and update_dma_memory
+///     of the board that is emptied, showLoadAppletStatus for each step, connectFglibEvents,
+///     onLoadAppletFinished, ensure_board_selection, update_dma_memory; then setRescanInProgress
+///   - acquisition: showChoiceDialog where image sizes differ, update_acquisition_state
+///   - unload: applet_unloaded, update_dma_memory
+///   - end: onCleanup
+///
+/// An acquisition that ends by itself calls none: ask the display scene.
 #pragma once
 
 #include "gui-core/Export.h"
@@ -70,6 +84,7 @@ public:
     /// \param line      line in that file
     /// \param text      the message
     /// \param tagCount  number of \p tags
+    /// \param tags      what the message is about; null where there are none
     /// \param userData  null
     virtual void logMsgCallback(unsigned long level, unsigned long threadId, const char* file,
                                 unsigned int line, const char* text, unsigned int tagCount,
@@ -118,6 +133,11 @@ public:
     /// A modal question. Returns the index 0, 1 or 2 of the button that was pressed; any other number changes
     /// nothing.
     ///
+    /// \param title    of the window
+    /// \param message  the question
+    /// \param button0  what 0 stands for
+    /// \param button1  what 1 stands for
+    /// \param button2  what 2 stands for
     /// \param remember  false on entry; set to true when the user wants the answer to hold from now on
     virtual int showChoiceDialog(const std::string& title, const std::string& message,
                                  const std::string& button0, const std::string& button1,

@@ -26,8 +26,10 @@ class HlEnvironmentBoardNode;
 class OVRA_FGLIB_MODEL_API FgLibModel
 {
 public:
+    /// \param handle  of the loaded applet; used until stop()
     /// \param dma     DMA channel whose parameters these are; 0 with \p noDma
     /// \param info    the runtime's description, owned by the handle
+    /// \param board   the board that the handle belongs to
     /// \param noDma   the parameters belong to the applet as a whole
     static boost::shared_ptr<FgLibModel> create(Fg_Struct_s* handle, unsigned int dma, FgRegisterInfo_s* info,
                                                 const boost::shared_ptr<HlEnvironmentBoardNode>& board,

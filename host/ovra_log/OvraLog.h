@@ -28,6 +28,7 @@ extern "C" {
 /// \param line      line in that file
 /// \param text      the message, UTF-8, zero-terminated
 /// \param tagCount  number of \p tags
+/// \param tags      the tags; null where there are none
 /// \param userData  as given to OvraLogSetMessageCallback
 typedef void (*tOvraLogMessageCallback)(unsigned long level, unsigned long threadId, const char* file,
                                         unsigned int line, const char* text, unsigned int tagCount,

@@ -13,6 +13,7 @@
 #include "ovra-core/HarloApplication.h"
 #include "ovra-core/reference/Application.h"
 #include "ovra-lib-display/DisplayScene.h"
+#include "ovra-lib-display/PixelConversion.h"
 #include "ovra-lib-environment/Environment.h"
 #include "ovra-lib-environment/HlEnvironmentModel.h"
 
@@ -24,6 +25,8 @@
 #include <mutex>
 #include <stdexcept>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -86,10 +89,11 @@ public:
     /// On the scene's thread; the pixels are valid during the call only.
     void showImage(const display::Image& image) override
     {
+        display::unpackGrey(image, m_samples); // of any format
         std::array<std::size_t, BARS> counts{};
-        const auto pixels = static_cast<std::size_t>(image.width) * static_cast<std::size_t>(image.height);
-        for (std::size_t i = 0; i < pixels; ++i)
-            ++counts[image.pixels[i] * BARS / 256];
+        const int depth = display::describe(image.format).significantBits;
+        for (const std::size_t sample : m_samples)
+            ++counts[(sample * BARS) >> depth];
         const std::lock_guard lock(m_mutex);
         m_counts = counts;
         m_width = image.width;
@@ -113,6 +117,7 @@ public:
 
 private:
     mutable std::mutex m_mutex;
+    std::vector<std::uint16_t> m_samples; ///< of the scene's thread; kept so that no image needs new memory
     std::array<std::size_t, BARS> m_counts{};
     int m_width = 0;
     int m_height = 0;

@@ -32,13 +32,13 @@ namespace ovra::gui::commands {
 /// One load runs at a time in a process. A command that is submitted while another one is under way is
 /// ignored: no phase of it does anything, no operation of Views is called.
 ///
-/// Errors go to Views::showLoadAppletError; exceptions of the host, to the error handler. What holds
-/// afterwards:
+/// Errors go to Views::showLoadAppletError; exceptions of the host, to the error handler. The board is
+/// afterwards
 ///
-///   - unknown board, unknown applet file: as it was
-///   - its unload failed: as the unload left it
-///   - any later one: empty
-///   - the MCF cannot be applied: loaded; showLoadAppletWarning tells of it
+///   - as it was, for an unknown board or applet file
+///   - as the unload left it, if already that failed
+///   - empty, after any later error
+///   - loaded, if only the MCF cannot be applied: Views::showLoadAppletWarning tells of it
 ///
 /// Submit neither the object nor a copy again before Views::onLoadAppletFinished: the load that runs would
 /// then not give its slot back, and every later load of the process would be ignored. Make a new command for

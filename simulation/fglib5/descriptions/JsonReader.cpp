@@ -2,6 +2,8 @@
 
 #include "descriptions/NumberText.h"
 
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
 #include <cctype>
 #include <charconv>
@@ -76,13 +78,20 @@ JsonDocument::JsonDocument(JsonSource source, const std::string& content) : m_so
     parse(content);
 }
 
+JsonDocument::~JsonDocument() = default;
+
 void JsonDocument::parse(const std::string& content)
 {
     try {
-        m_json = nlohmann::json::parse(content);
+        m_json = std::make_unique<const nlohmann::json>(nlohmann::json::parse(content));
     } catch (const nlohmann::json::exception& failure) {
         m_source.fail("", withoutPrefix(failure.what()));
     }
+}
+
+bool JsonField::isBoolean() const noexcept
+{
+    return given() && m_value->is_boolean();
 }
 
 const JsonField& JsonField::object(std::initializer_list<std::string_view> known) const

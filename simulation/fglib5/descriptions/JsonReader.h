@@ -8,11 +8,12 @@
 
 #include "Failure.h"
 
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 
 #include <cstdint>
 #include <filesystem>
 #include <initializer_list>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -43,7 +44,7 @@ public:
     {}
 
     bool given() const noexcept { return m_value != nullptr; }
-    bool isBoolean() const noexcept { return given() && m_value->is_boolean(); }
+    bool isBoolean() const noexcept;
 
     /// Requires an object that has no other fields than these.
     const JsonField& object(std::initializer_list<std::string_view> known) const;
@@ -82,16 +83,17 @@ public:
     /// Reads \p source.file. Throws Failure.
     explicit JsonDocument(JsonSource source);
     JsonDocument(JsonSource source, const std::string& content);
+    ~JsonDocument();
     JsonDocument(const JsonDocument&) = delete;
     JsonDocument& operator=(const JsonDocument&) = delete;
 
-    JsonField root() const { return {m_source, &m_json, ""}; }
+    JsonField root() const { return {m_source, m_json.get(), ""}; }
 
 private:
     void parse(const std::string& content);
 
     JsonSource m_source;
-    nlohmann::json m_json;
+    std::unique_ptr<const nlohmann::json> m_json;
 };
 
 } // namespace simulation

@@ -24,15 +24,8 @@
 using namespace ovra;
 using MyViews = gui::Views;
 
-struct Fragment
-{
-    reference::Application& application;
-    boost::shared_ptr<gui::Views> views;
-    boost::shared_ptr<core::models::HlEnvironmentBoardNode> board;
-    boost::shared_ptr<core::models::HlEnvironmentDmaNode> dma;
-    boost::shared_ptr<core::models::HlEnvironmentLogicalPortNode> port;
-    boost::shared_ptr<core::models::HlEnvironmentFileNode> file;
-    int serial;
-
-    void run();
-};
+#define FRAGMENT(name)                                                                  \
+    void name(reference::Application& application, boost::shared_ptr<gui::Views> views, \
+              boost::shared_ptr<core::models::HlEnvironmentBoardNode> board,            \
+              boost::shared_ptr<core::models::HlEnvironmentDmaNode> dma,                \
+              boost::shared_ptr<core::models::HlEnvironmentFileNode> file, int serial)

@@ -11,16 +11,27 @@
 /// code.
 #pragma once
 
+#include "fglib5/Fglib5Types.h"
+
 #include <cstddef>
 
-/// What FgCam_getInteger and FgCam_setInteger act on. Sizes are in pixels.
-enum FgCamInteger : int
+/// Parameters of a camera; one may lack some. Sizes are in pixels.
+enum FgCamParameter : int
 {
-    FGCAM_WIDTH = 1,
-    FGCAM_HEIGHT = 2,
-    FGCAM_SENSOR_WIDTH = 3,  ///< read only; FGCAM_WIDTH is 1 to this
+    FGCAM_WIDTH = 1,         ///< of the region that it sends; cannot be written while it acquires
+    FGCAM_HEIGHT = 2,        ///< likewise
+    FGCAM_SENSOR_WIDTH = 3,  ///< read only; FGCAM_OFFSET_X and FGCAM_WIDTH together reach at most to this
     FGCAM_SENSOR_HEIGHT = 4, ///< read only
     FGCAM_ACQUIRING = 5,     ///< read only, 0 or 1
+    FGCAM_OFFSET_X = 6,      ///< where the region begins on the sensor
+    FGCAM_OFFSET_Y = 7,
+    FGCAM_REVERSE_X = 8, ///< 0 or 1
+    FGCAM_REVERSE_Y = 9,
+    FGCAM_TEST_PATTERN = 10, ///< one of its choices, 0 is off
+    FGCAM_FRAME_RATE = 11,   ///< double, images per second, 0 = as fast as possible
+    FGCAM_LINE_RATE = 12,    ///< double, lines per second, in place of the frame rate
+    FGCAM_EXPOSURE = 13,     ///< double, microseconds
+    FGCAM_GAIN = 14,         ///< double, factor
 };
 
 /// What FgCam_getString asks for. Texts are UTF-8.

@@ -98,7 +98,8 @@ struct FgRegisterDescription
     double minimum;
     double maximum;
     double step;
-    int writable; ///< 0 or 1
+    int writable;        ///< 0 or 1
+    const char* choices; ///< "8=Mono8;12=Mono12" where only these values can be written, else ""
 };
 
 /// The parameters of one DMA channel (or of the applet), in the runtime's order. Owned by the board
@@ -152,6 +153,10 @@ inline constexpr int FG_PIXELFORMAT = 5030;       ///< int32, FG_PIXELFORMAT_...
 inline constexpr int FG_TIMEOUT_PARAMETER = 5040; ///< int32, seconds, named "FG_TIMEOUT"
 inline constexpr int FG_GEN_ENABLE = 5100;        ///< int32, 0 = camera, 1 = generator pattern
 inline constexpr int FG_GEN_FRAMERATE = 5110;     ///< double, images per second, 0 = as fast as possible
+inline constexpr int FG_GEN_PATTERN = 5120;       ///< int32, FG_GEN_PATTERN_...
+
+inline constexpr int FG_GEN_PATTERN_RAMP = 0;
+inline constexpr int FG_GEN_PATTERN_CHECKERBOARD = 1;
 
 // Values of FG_PIXELFORMAT. A line begins with a whole byte.
 enum FgPixelFormat : int
@@ -225,6 +230,7 @@ enum FgProperty : int
     FG_PROPERTY_STEP = 3,
     FG_PROPERTY_UNIT = 4,
     FG_PROPERTY_NAME = 5,
+    FG_PROPERTY_CHOICES = 6, ///< text, as FgRegisterDescription::choices
 };
 
 // Selectors of Fg_getAppletIntProperty and Fg_getAppletStringProperty.

@@ -75,7 +75,11 @@ void requireSize(int size, int largest)
                 "one camera on a port");
         requireSize(camera.width, camera.sensorWidth);
         requireSize(camera.height, camera.sensorHeight);
-        require(camera.frameRate >= 0 && camera.frameRate <= 100000, "a frame rate that can be kept");
+        require(camera.frameRate >= 0 && camera.frameRate <= (camera.lineScan ? 1e6 : 1e5),
+                "a rate that can be kept");
+        require(camera.exposure >= 1, "an exposure");
+        require(!camera.lineScan || camera.sensorHeight == 1, "one line of a line camera");
+        require(!camera.replay || !camera.replay->files.empty(), "pictures to replay");
     }
     for (std::size_t i = 0; i < machine.faults.size(); ++i) {
         requireNumber(file["faults"][i]["code"], machine.faults[i].code);
@@ -93,6 +97,8 @@ void requireSize(int size, int largest)
         require(isDescribed(dma.index), "an index for each channel");
         requireSize(dma.width, dma.maxWidth);
         requireSize(dma.height, dma.maxHeight);
+        require(!dma.formats.empty() && std::ranges::count(dma.formats, nullptr) == 0,
+                "formats that there are");
     }
     for (std::size_t i = 0; i < applet.processes.size(); ++i) {
         const auto& process = applet.processes[i];
@@ -104,6 +110,11 @@ void requireSize(int size, int largest)
         const auto& parameter = applet.parameters[i];
         const json& text = file["parameters"][i];
         requireNumber(text["id"], parameter.id);
+        require(text.contains("effect") == (parameter.effect != simulation::Effect::None),
+                "the effect that is asked for");
+        require(parameter.effect == simulation::Effect::None || parameter.type == FG_TYPE_DOUBLE ||
+                    parameter.minimum >= -255,
+                "a range that the effect can have");
         if (const auto* whole = std::get_if<std::int64_t>(&parameter.initial))
             requireNumber(text["default"], *whole);
         require(parameter.type == FG_TYPE_STRING ||

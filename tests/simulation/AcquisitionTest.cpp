@@ -1,8 +1,7 @@
-#include "Fixture.h"
+#include "AcquisitionFixture.h"
 
 #include <algorithm>
 #include <atomic>
-#include <chrono>
 #include <cstring>
 #include <functional>
 #include <future>
@@ -11,77 +10,6 @@
 #include <tuple>
 
 namespace simulation::tests {
-
-using Clock = std::chrono::steady_clock;
-
-class Acquisition : public SimulationTest
-{
-protected:
-    static constexpr int generous = 60; ///< seconds; a limit, not a wait
-
-    Acquisition()
-    {
-        useMachine(smallMachine);
-        grabber_ = open();
-    }
-
-    ~Acquisition() override
-    {
-        runtime.FgCam_stop(0, 0);
-        runtime.FgCam_stop(0, 1);
-    }
-
-    FgBufferRing* ring(FgFrameIndex buffers, std::size_t each = 40 * 30)
-    {
-        return runtime.Fg_AllocMemEx(grabber_, each * static_cast<std::size_t>(buffers), buffers);
-    }
-
-    int start(unsigned int dma, FgBufferRing* ring, FgFrameIndex frames = FG_GRAB_INFINITE)
-    {
-        return runtime.Fg_AcquireEx(grabber_, dma, frames, FG_ACQUIRE_STANDARD, ring);
-    }
-
-    FgFrameIndex waitFor(FgFrameIndex frame, unsigned int dma, FgBufferRing* ring)
-    {
-        return runtime.Fg_getLastPicNumberBlockingEx(grabber_, frame, dma, generous, ring);
-    }
-
-    std::vector<std::uint8_t> image(FgFrameIndex frame, unsigned int dma, FgBufferRing* ring,
-                                    std::size_t bytes)
-    {
-        const auto* pixels = static_cast<std::uint8_t*>(runtime.Fg_getImagePtrEx(grabber_, frame, dma, ring));
-        return {pixels, pixels + bytes};
-    }
-
-    void set(int parameter, unsigned int dma, double value)
-    {
-        EXPECT_EQ(runtime.Fg_setParameterWithType(grabber_, parameter, &value, dma, FG_TYPE_DOUBLE), FG_OK)
-            << lastLine();
-    }
-
-    /// Lets the other channel's generator deliver for 100 ms; a camera would send twenty images meanwhile.
-    void letTimePass()
-    {
-        auto* other = ring(2);
-        set(FG_GEN_ENABLE, 1, 1);
-        ASSERT_EQ(start(1, other, 11), FG_OK) << lastLine();
-        ASSERT_EQ(waitFor(11, 1, other), 11) << lastLine();
-        runtime.Fg_FreeMemEx(grabber_, other);
-    }
-
-    FgFrameIndex status(int selector) { return runtime.Fg_getStatus(grabber_, selector, 0, 0); }
-
-    /// Waits until a call of Fg_getLastPicNumberBlockingEx has begun, the \p nth one of the test.
-    void untilBlocked(std::int64_t nth)
-    {
-        while (runtime.FgSim_callCount("Fg_getLastPicNumberBlockingEx") < nth)
-            std::this_thread::yield();
-    }
-
-    std::uint64_t event(const char* name) { return runtime.Fg_getEventMask(grabber_, name); }
-
-    Fg_Struct* grabber_;
-};
 
 TEST_F(Acquisition, DeliversOnlyWhileTheCameraAcquires)
 {

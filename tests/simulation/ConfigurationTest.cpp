@@ -40,9 +40,9 @@ TEST_F(Configuration, StoresTheAppletsNameAndAllWritableValuesAndRestoresThemToT
     EXPECT_EQ(first, "[Kamerasektion]\nHapName=Small.hap;\n"
                      "\n[Applet]\nMODE=2;\nLABEL='it's = a; label';\n"
                      "\n[DMA0]\nFG_WIDTH=17;\nFG_HEIGHT=30;\nFG_PIXELFORMAT=8;\nFG_TIMEOUT=10;\n"
-                     "FG_GEN_ENABLE=0;\nFG_GEN_FRAMERATE=0;\nGAIN=0.5;\n"
+                     "FG_GEN_ENABLE=0;\nFG_GEN_FRAMERATE=0;\nFG_GEN_PATTERN=0;\nGAIN=0.5;\n"
                      "\n[DMA1]\nFG_WIDTH=40;\nFG_HEIGHT=30;\nFG_PIXELFORMAT=8;\nFG_TIMEOUT=10;\n"
-                     "FG_GEN_ENABLE=0;\nFG_GEN_FRAMERATE=100;\nGAIN=0.5;\n"
+                     "FG_GEN_ENABLE=0;\nFG_GEN_FRAMERATE=100;\nFG_GEN_PATTERN=1;\nGAIN=0.5;\n"
                      "\n[DMA4]\nFG_WIDTH=8;\nFG_HEIGHT=8;\nFG_PIXELFORMAT=8;\nFG_TIMEOUT=10;\nGAIN=0.1;\n");
     free(grabber_);
     grabber_ = open();

@@ -72,7 +72,7 @@ TEST_F(Parameters, AreReadInTheirOwnTypeAndInOthers)
 TEST_F(Parameters, AreFoundByPositionNameAndId)
 {
     const int count = runtime.Fg_getNrOfParameter(grabber_);
-    EXPECT_EQ(count, 10);
+    EXPECT_EQ(count, 11);
     for (int i = 0; i < count; ++i)
         EXPECT_EQ(runtime.Fg_getParameterIdByName(grabber_, runtime.Fg_getParameterName(grabber_, i)),
                   runtime.Fg_getParameterId(grabber_, i));

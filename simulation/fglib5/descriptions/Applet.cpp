@@ -7,6 +7,7 @@
 #include "fglib5/LegacyApplet.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 #include <map>
@@ -71,9 +72,49 @@ void readRange(const JsonField& field, ParameterDescription& description)
                                      static_cast<std::int64_t>(std::floor(description.maximum)));
 }
 
+struct EffectRow
+{
+    std::string_view name;
+    Effect effect;
+    FgValueType type;
+    double minimum; ///< what the parameter's range must lie in
+    double maximum;
+};
+
+constexpr double MAX_RATE = 1'000'000; // Hz
+
+constexpr std::array<EffectRow, 9> EFFECTS = {{
+    {"gain", Effect::Gain, FG_TYPE_DOUBLE, 0, 1000},
+    {"offset", Effect::Offset, FG_TYPE_INT32, -255, 255},
+    {"gamma", Effect::Gamma, FG_TYPE_DOUBLE, 0.05, 20},
+    {"flip-horizontal", Effect::FlipHorizontal, FG_TYPE_INT32, 0, 1},
+    {"flip-vertical", Effect::FlipVertical, FG_TYPE_INT32, 0, 1},
+    {"origin-x", Effect::OriginX, FG_TYPE_INT32, 0, MAX_SIDE},
+    {"origin-y", Effect::OriginY, FG_TYPE_INT32, 0, MAX_SIDE},
+    {"trigger-mode", Effect::TriggerMode, FG_TYPE_INT32, 0, 2},
+    {"trigger-rate", Effect::TriggerRate, FG_TYPE_DOUBLE, 0, MAX_RATE},
+}};
+
+void readEffect(const JsonField& field, ParameterDescription& description)
+{
+    const auto name = field["effect"].choice({"gain", "offset", "gamma", "flip-horizontal", "flip-vertical",
+                                              "origin-x", "origin-y", "trigger-mode", "trigger-rate"});
+    const auto& row = *std::ranges::find(EFFECTS, name, &EffectRow::name);
+    if (description.type != row.type)
+        field["type"].expected(std::string(row.type == FG_TYPE_DOUBLE ? "'double'" : "'int32'") +
+                               " for the effect '" + name + "'");
+    if (description.minimum < row.minimum || description.maximum > row.maximum)
+        field["effect"].expected("a range within " + numberText(row.minimum) + " to " +
+                                 numberText(row.maximum) + " for '" + name + "'");
+    description.effect = row.effect;
+    if (row.effect == Effect::TriggerMode)
+        description.choices = {{0, "free-run"}, {1, "software"}, {2, "external"}};
+}
+
 ParameterDescription readParameter(const JsonField& field)
 {
-    field.object({"name", "id", "type", "unit", "min", "max", "step", "default", "writable", "scope"});
+    field.object(
+        {"name", "id", "type", "unit", "min", "max", "step", "default", "writable", "scope", "effect"});
     ParameterDescription description{};
     description.name = field["name"].name();
     description.id =
@@ -87,6 +128,8 @@ ParameterDescription readParameter(const JsonField& field)
         description.initial = field["default"].text();
     else
         readRange(field, description);
+    if (field["effect"].given())
+        readEffect(field, description);
     return description;
 }
 
@@ -114,9 +157,21 @@ GeneratorDescription readGenerator(const JsonField& field)
             .enabled = field["enabled"].booleanOr(false)};
 }
 
+const PixelFormat* readFormat(const JsonField& field)
+{
+    const auto* const format = pixelFormat(field.text());
+    if (format == nullptr) {
+        std::string names;
+        for (const auto& known : pixelFormats())
+            names += (names.empty() ? "'" : ", '") + std::string(known.name) + "'";
+        field.expected("one of " + names);
+    }
+    return format;
+}
+
 DmaDescription readDma(const JsonField& field)
 {
-    field.object({"index", "width", "height", "maxWidth", "maxHeight", "port", "generator"});
+    field.object({"index", "width", "height", "maxWidth", "maxHeight", "port", "generator", "formats"});
     DmaDescription dma{};
     dma.index = static_cast<int>(field["index"].integer(0, MAX_DMAS - 1));
     dma.maxWidth = static_cast<int>(field["maxWidth"].integerOr(MAX_SIDE, 1, MAX_SIDE));
@@ -127,6 +182,10 @@ DmaDescription readDma(const JsonField& field)
         dma.port = static_cast<int>(field["port"].integer(0, MAX_DMAS - 1));
     if (field["generator"].given())
         dma.generator = readGenerator(field["generator"]);
+    for (const auto& element : field["formats"].elements())
+        dma.formats.push_back(readFormat(element));
+    if (dma.formats.empty())
+        dma.formats.push_back(pixelFormat(FG_PIXELFORMAT_MONO8));
     return dma;
 }
 
@@ -239,6 +298,29 @@ int channelsOf(const std::filesystem::path& file)
 
 } // namespace
 
+std::string textOf(const std::vector<Choice>& choices)
+{
+    std::string text;
+    for (const auto& choice : choices)
+        text += (text.empty() ? "" : ";") + std::to_string(choice.value) + "=" + choice.name;
+    return text;
+}
+
+ParameterDescription choiceParameter(int id, std::string name, std::vector<Choice> choices,
+                                     std::int64_t initial)
+{
+    ParameterDescription description;
+    description.id = id;
+    description.name = std::move(name);
+    const auto [lowest, highest] = std::ranges::minmax(choices, {}, &Choice::value);
+    description.minimum = static_cast<double>(lowest.value);
+    description.maximum = static_cast<double>(highest.value);
+    description.step = 1;
+    description.initial = initial;
+    description.choices = std::move(choices);
+    return description;
+}
+
 Applet readApplet(const std::filesystem::path& file)
 {
     std::string content;
@@ -269,7 +351,8 @@ void askLegacyChannels(Applet& applet)
                                .maxWidth = MAX_SIDE,
                                .maxHeight = MAX_SIDE,
                                .port = i,
-                               .generator = GeneratorDescription{Pattern::Ramp, 25, false}});
+                               .generator = GeneratorDescription{Pattern::Ramp, 25, false},
+                               .formats = {pixelFormat(FG_PIXELFORMAT_MONO8)}});
         applet.processes.push_back({.dmas = {i}, .ports = {i}, .dmaPortFails = {}, .camPortFails = {}});
     }
 }

@@ -7,6 +7,7 @@
 #pragma once
 
 #include "pictures/Patterns.h"
+#include "pictures/PixelFormat.h"
 
 #include "fglib5/Fglib5Types.h"
 
@@ -22,19 +23,50 @@ namespace simulation {
 /// A parameter's value: of the integer types the first, whatever their width.
 using ParameterValue = std::variant<std::int64_t, double, std::string>;
 
+/// What a parameter does to the images; of the rest the value is kept and shown.
+enum class Effect
+{
+    None,
+    Gain,
+    Offset, ///< digits of 8 bits
+    Gamma,
+    FlipHorizontal,
+    FlipVertical,
+    OriginX, ///< of the region of interest, in pixels
+    OriginY,
+    TriggerMode,
+    TriggerRate ///< pulses per second of the virtual encoder or light barrier
+};
+
+/// A value that a parameter can take, by its name.
+struct Choice
+{
+    std::int64_t value;
+    std::string name;
+};
+
 struct ParameterDescription
 {
-    int id;
+    int id = 0;
     std::string name;
     std::string unit;
-    FgValueType type;
-    double minimum;
-    double maximum;
-    double step;
+    FgValueType type = FG_TYPE_INT32;
+    double minimum = 0;
+    double maximum = 0;
+    double step = 0;
     ParameterValue initial;
-    bool writable;
-    bool perDma; ///< each DMA channel has a value of its own
+    bool writable = true;
+    bool perDma = false; ///< each DMA channel has a value of its own
+    Effect effect = Effect::None;
+    std::vector<Choice> choices; ///< none: every value of the range
 };
+
+/// "8=Mono8;12=Mono12", or "".
+std::string textOf(const std::vector<Choice>& choices);
+
+/// A parameter whose value is one of these.
+ParameterDescription choiceParameter(int id, std::string name, std::vector<Choice> choices,
+                                     std::int64_t initial);
 
 struct GeneratorDescription
 {
@@ -52,6 +84,7 @@ struct DmaDescription
     int maxHeight;
     std::optional<int> port; ///< whose camera it delivers
     std::optional<GeneratorDescription> generator;
+    std::vector<const PixelFormat*> formats; ///< that it can write; the first is the one at the start
 };
 
 struct ProcessDescription

@@ -2,10 +2,13 @@
 
 #include "Probe.h"
 #include "descriptions/JsonReader.h"
+#include "fglib5/PathText.h"
+#include "pictures/ReplayFilm.h"
 
 #include "fglib5/Fglib5Types.h"
 
 #include <algorithm>
+#include <cctype>
 
 namespace simulation {
 
@@ -50,10 +53,84 @@ std::vector<BoardDescription> readBoards(const JsonField& list)
     return boards;
 }
 
-CameraDescription readCamera(const JsonField& field, const std::vector<BoardDescription>& boards)
+// "shot-2.png" comes before "shot-10.png": numbers count as such.
+std::string orderKey(const std::filesystem::path& file)
+{
+    std::string key, digits;
+    for (const char letter : file.filename().string() + '\0') {
+        if (std::isdigit(static_cast<unsigned char>(letter)) != 0) {
+            digits += letter;
+            continue;
+        }
+        if (!digits.empty())
+            key += std::string(20 - std::min<std::size_t>(digits.size(), 20), '0') + digits;
+        digits.clear();
+        key += letter;
+    }
+    return key;
+}
+
+bool isNumbered(const std::string& name)
+{
+    return !name.empty() &&
+           std::ranges::all_of(name, [](unsigned char letter) { return std::isdigit(letter) != 0; });
+}
+
+ReplayDescription readReplay(const JsonField& field, const std::filesystem::path& machineFolder)
+{
+    field.object({"folder", "series", "repeat"});
+    const auto folder = machineFolder / fglib5::pathOf(field["folder"].text());
+    const auto series = field["series"].textOr("");
+    ReplayDescription replay{.files = {}, .repeat = field["repeat"].booleanOr(true)};
+    std::error_code missing; // ends below, as a folder without pictures does
+    for (const auto& entry : std::filesystem::directory_iterator(folder, missing)) {
+        const auto name = entry.path().stem().string();
+        const bool wanted =
+            !field["series"].given() || (name.starts_with(series) && isNumbered(name.substr(series.size())));
+        if (wanted && entry.path().extension() == ".png" && pictureSize(entry.path()))
+            replay.files.push_back(entry.path());
+    }
+    if (replay.files.empty())
+        field[field["series"].given() ? "series" : "folder"].expected("PNG files in " + folder.string());
+    std::ranges::sort(replay.files, {}, orderKey);
+    return replay;
+}
+
+// What the camera looks at decides which of the other fields it has.
+void readSource(const JsonField& field, const std::filesystem::path& machineFolder, CameraDescription& camera)
+{
+    camera.scene = Scene::TextChart;
+    camera.lineScan = field["lineRate"].given();
+    std::pair<int, int> size{0, camera.lineScan ? 1 : 0}; // of the sensor, where it need not be said
+    if (camera.lineScan) {
+        if (field["frameRate"].given())
+            field["frameRate"].expected("no frame rate for a camera with a line rate");
+        if (field["scene"].given())
+            field["scene"].choice({"web"});
+    } else if (field["replay"].given()) {
+        if (field["scene"].given())
+            field["scene"].expected("no scene for a camera that replays");
+        camera.replay = readReplay(field["replay"], machineFolder);
+        size = pictureSize(camera.replay->files.front()).value_or(size);
+    } else if (field["scene"].given()) {
+        camera.scene =
+            sceneNamed(field["scene"].choice({"landscape", "circuit-board", "bottles", "text-chart"}));
+    }
+    const auto side = [&](const char* name, int usual, int largest) {
+        return static_cast<int>(usual > 0 ? field[name].integerOr(usual, 1, largest)
+                                          : field[name].integer(1, largest));
+    };
+    camera.sensorWidth = side("sensorWidth", size.first, MAX_SENSOR_SIDE);
+    camera.sensorHeight = side("sensorHeight", size.second, camera.lineScan ? 1 : MAX_SENSOR_SIDE);
+    camera.frameRate = camera.lineScan ? field["lineRate"].number(0, 1'000'000)
+                                       : field["frameRate"].numberOr(25, 0, 100'000);
+}
+
+CameraDescription readCamera(const JsonField& field, const std::vector<BoardDescription>& boards,
+                             const std::filesystem::path& machineFolder)
 {
     field.object({"board", "port", "model", "serial", "interface", "sensorWidth", "sensorHeight", "width",
-                  "height", "frameRate", "scene"});
+                  "height", "frameRate", "lineRate", "exposure", "scene", "replay"});
     if (boards.empty())
         field["board"].expected("a board to be plugged into");
     CameraDescription camera{};
@@ -66,24 +143,21 @@ CameraDescription readCamera(const JsonField& field, const std::vector<BoardDesc
     camera.model = field["model"].text();
     camera.serial = field["serial"].text();
     camera.interface = field["interface"].choice({"gige", "coaxpress", "cameralink"});
-    camera.sensorWidth = static_cast<int>(field["sensorWidth"].integer(1, MAX_SENSOR_SIDE));
-    camera.sensorHeight = static_cast<int>(field["sensorHeight"].integer(1, MAX_SENSOR_SIDE));
+    readSource(field, machineFolder, camera);
     camera.width = static_cast<int>(field["width"].integerOr(camera.sensorWidth, 1, camera.sensorWidth));
     camera.height = static_cast<int>(field["height"].integerOr(camera.sensorHeight, 1, camera.sensorHeight));
-    camera.frameRate = field["frameRate"].numberOr(25, 0, 100000);
-    if (field["scene"].given())
-        camera.scene =
-            sceneNamed(field["scene"].choice({"landscape", "circuit-board", "bottles", "text-chart"}));
-    else
-        camera.scene = Scene::TextChart;
+    // Short enough for a sharp picture.
+    const double usual = camera.frameRate > 0 ? std::clamp(50'000 / camera.frameRate, 1.0, 2000.0) : 100;
+    camera.exposure = field["exposure"].numberOr(usual, 1, 1'000'000);
     return camera;
 }
 
-std::vector<CameraDescription> readCameras(const JsonField& list, const std::vector<BoardDescription>& boards)
+std::vector<CameraDescription> readCameras(const JsonField& list, const std::vector<BoardDescription>& boards,
+                                           const std::filesystem::path& machineFolder)
 {
     std::vector<CameraDescription> cameras;
     for (const auto& field : list.elements()) {
-        const auto camera = readCamera(field, boards);
+        const auto camera = readCamera(field, boards, machineFolder);
         for (const auto& other : cameras) {
             if (other.board == camera.board && other.port == camera.port)
                 field["port"].expected("a port without another camera");
@@ -128,7 +202,7 @@ MachineDescription readMachineDescription(const std::filesystem::path& file)
     MachineDescription machine;
     machine.name = root["name"].text();
     machine.boards = readBoards(root["boards"]);
-    machine.cameras = readCameras(root["cameras"], machine.boards);
+    machine.cameras = readCameras(root["cameras"], machine.boards, file.parent_path());
     for (const auto& field : root["faults"].elements())
         machine.faults.push_back(readFault(field));
     for (const auto& field : root["delays"].elements())

@@ -6,10 +6,18 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace simulation {
+
+/// Pictures that a camera sends in place of a scene.
+struct ReplayDescription
+{
+    std::vector<std::filesystem::path> files; ///< PNG files, in their order
+    bool repeat;                              ///< round and round; else once after each start
+};
 
 struct CameraDescription
 {
@@ -23,7 +31,10 @@ struct CameraDescription
     int width; ///< pixels, at the start; 1 to the sensor's
     int height;
     double frameRate; ///< images per second, 0 = as fast as possible
+    double exposure;  ///< microseconds, at the start; the scene then is as bright as it is painted
     Scene scene;
+    bool lineScan = false; ///< a line camera, below which a web runs; its rate is of lines
+    std::optional<ReplayDescription> replay;
 };
 
 struct BoardDescription

@@ -186,6 +186,17 @@ int Fg_registerApcHandler(Fg_Struct* grabber, unsigned int dma, const FgApcContr
     return FG_OK;
 }
 
+int Fg_sendSoftwareTrigger(Fg_Struct* grabber, unsigned int port)
+{
+    return ::Fg_sendSoftwareTriggerEx(grabber, port, 1);
+}
+
+int Fg_sendSoftwareTriggerEx(Fg_Struct* grabber, unsigned int port, unsigned int count)
+{
+    grabberOf(grabber)->sendSoftwareTrigger(port, count);
+    return FG_OK;
+}
+
 FgFrameIndex Fg_getStatusEx(Fg_Struct* grabber, int selector, FgFrameIndex, unsigned int dma,
                             FgBufferRing* ring)
 {
@@ -201,7 +212,7 @@ FgFrameIndex Fg_getStatusEx(Fg_Struct* grabber, int selector, FgFrameIndex, unsi
     case FG_STATUS_ACQUIRING:
         return channel.acquiring() ? 1 : 0;
     case FG_STATUS_SOURCE:
-        return channel.hasSource() ? FG_SOURCE_STREAMS : FG_SOURCE_NONE;
+        return channel.sourceState();
     default:
         throw Failure(FG_INVALID_ARGUMENT, "There is no status " + std::to_string(selector));
     }

@@ -1,6 +1,8 @@
 #include "entries/Answers.h"
 #include "entries/Entries.h"
 
+#include <cmath>
+
 namespace simulation::entries {
 
 namespace {
@@ -45,13 +47,35 @@ int FgCam_getString(unsigned int board, unsigned int port, int selector, char* t
 
 int FgCam_getInteger(unsigned int board, unsigned int port, int selector, int* value)
 {
-    *checkedArgument(value, "value") = boardOf(board)->cameraInteger(port, selector);
+    const double number = boardOf(board)->cameraValue(port, selector);
+    if (std::trunc(number) != number)
+        throw Failure(FG_INVALID_TYPE,
+                      "The camera's parameter " + std::to_string(selector) + " is no whole number");
+    *checkedArgument(value, "value") = static_cast<int>(number);
     return FG_OK;
 }
 
 int FgCam_setInteger(unsigned int board, unsigned int port, int selector, int value)
 {
-    boardOf(board)->setCameraInteger(port, selector, value);
+    boardOf(board)->setCameraValue(port, selector, value);
+    return FG_OK;
+}
+
+int FgCam_getValue(unsigned int board, unsigned int port, int parameter, double* value)
+{
+    *checkedArgument(value, "value") = boardOf(board)->cameraValue(port, parameter);
+    return FG_OK;
+}
+
+int FgCam_setValue(unsigned int board, unsigned int port, int parameter, double value)
+{
+    boardOf(board)->setCameraValue(port, parameter, value);
+    return FG_OK;
+}
+
+int FgCam_getParameterInfo(unsigned int board, unsigned int port, FgRegisterInfo** info)
+{
+    *checkedArgument(info, "info") = boardOf(board)->cameraRegisters(port);
     return FG_OK;
 }
 

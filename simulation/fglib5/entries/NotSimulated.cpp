@@ -114,16 +114,6 @@ int Fg_setFlash(Fg_Struct*, int, unsigned int)
     notSimulated("Fg_setFlash");
 }
 
-int Fg_sendSoftwareTrigger(Fg_Struct*, unsigned int)
-{
-    notSimulated("Fg_sendSoftwareTrigger");
-}
-
-int Fg_sendSoftwareTriggerEx(Fg_Struct*, unsigned int, unsigned int)
-{
-    notSimulated("Fg_sendSoftwareTriggerEx");
-}
-
 int Fg_AllocShading(Fg_Struct*, int, unsigned int)
 {
     notSimulated("Fg_AllocShading");

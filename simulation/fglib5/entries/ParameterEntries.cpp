@@ -34,6 +34,8 @@ void copyPropertyOut(const ParameterDescription& description, int property, void
         return copyTextOut(description.unit, static_cast<char*>(value), bytes);
     case FG_PROPERTY_NAME:
         return copyTextOut(description.name, static_cast<char*>(value), bytes);
+    case FG_PROPERTY_CHOICES:
+        return copyTextOut(textOf(description.choices), static_cast<char*>(value), bytes);
     default:
         throw Failure(FG_INVALID_ARGUMENT, "There is no property " + std::to_string(property));
     }

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "descriptions/MachineDescription.h"
-#include "hardware/FrameCycle.h"
+#include "hardware/Camera.h"
 #include "hardware/Grabber.h"
 
 #include <map>
@@ -34,26 +34,20 @@ public:
     int cameras() const;
     int portOf(unsigned int position) const;
     const CameraDescription& camera(unsigned int port) const;
-    int cameraInteger(unsigned int port, int selector) const;
-    void setCameraInteger(unsigned int port, int selector, int value);
+    double cameraValue(unsigned int port, int parameter) const;
+    /// May draw, which takes a while, where the camera acquires.
+    void setCameraValue(unsigned int port, int parameter, double value);
+    FgRegisterInfo* cameraRegisters(unsigned int port);
     /// May draw, which takes a while; a stop meanwhile ends the start.
     void startCamera(unsigned int port);
     /// No effect on a camera at rest.
     void stopCamera(unsigned int port);
 
 private:
-    struct Camera
-    {
-        CameraDescription description;
-        int width;
-        int height;
-        std::shared_ptr<const Stream> stream; ///< null while it does not acquire
-        unsigned int stops = 0;               ///< how often it was told to
-    };
-
     const Camera& at(unsigned int port) const;
     Camera& at(unsigned int port);
-    void setStream(Camera& camera, std::shared_ptr<const Stream> stream, const char* event);
+    static std::shared_ptr<const Film> draw(std::unique_lock<std::mutex>& lock, const Camera& camera);
+    void passOn(const Camera& camera, const char* event);
 
     const BoardDescription m_description;
     mutable std::mutex m_mutex; ///< may be held while a channel's lock is taken, not the reverse

@@ -26,6 +26,9 @@ FgFrameIndex maxCatchUp(const BufferRing& ring, FgFrameIndex wanted)
 
 constexpr std::chrono::microseconds MAX_SPIN{50};
 
+// A client that looks at a channel with slower pulses than this finds it waiting for one.
+constexpr double LIVELY_RATE = 1; // Hz
+
 constexpr auto NOBODY_WAITS = std::numeric_limits<FgFrameIndex>::max();
 
 std::atomic<std::int64_t> acquiringNow{0};
@@ -38,31 +41,59 @@ std::string eventName(const char* kind, int dma)
 } // namespace
 
 // When the next image of the present source is due.
-struct DmaChannel::Pace
+class DmaChannel::Pace
 {
+public:
     std::shared_ptr<const Stream> stream;
-    std::uint64_t next = 0;    ///< number of that image, from 0 at the source's start
-    std::uint64_t longest;     ///< images that may be written without waiting in between
-    std::uint64_t written = 0; ///< images since the channel last waited for its source
+    Trigger trigger;
+    std::uint64_t next = 0; ///< number of that image, from 0 at the source's start
 
-    explicit Pace(FgFrameIndex maxCatchUp) : longest(static_cast<std::uint64_t>(maxCatchUp)) {}
+    Pace(FgFrameIndex maxCatchUp, int height)
+        : m_longest(static_cast<std::uint64_t>(maxCatchUp)),
+          m_height(height)
+    {}
 
-    /// The channel has had this source in view since \p joined: what went by before is not for it.
-    void follow(const std::shared_ptr<const Stream>& source, Clock::time_point joined)
+    /// The channel has had this source in view since \p joined, and its trigger has been the same since
+    /// \p triggerChanged: what went by before is not for it.
+    void follow(const std::shared_ptr<const Stream>& source, Clock::time_point joined, const Trigger& present,
+                Clock::time_point triggerChanged)
     {
+        const bool goesOn = stream && source && stream->start == source->start;
+        const bool sameTrigger = trigger == present;
         stream = source;
-        next = 0;
-        if (!stream || stream->frameRate == 0 || joined <= stream->start)
+        trigger = present;
+        if (!stream || (goesOn && sameTrigger))
             return;
-        const std::chrono::duration<double> age = joined - stream->start;
-        next = static_cast<std::uint64_t>(std::ceil(age.count() * stream->frameRate));
+        const bool line = stream->film->scrolls();
+        const auto lines = static_cast<std::uint64_t>(line ? m_height : 1);
+        m_sourceRate = stream->rate / static_cast<double>(lines);
+        m_rate =
+            trigger.mode == TriggerMode::External ? triggeredRate(static_cast<double>(lines)) : m_sourceRate;
+        m_firstAtOnce = !line && trigger.mode == TriggerMode::FreeRun;
+        m_start = std::max(stream->start, triggerChanged);
+        m_first = goesOn ? next : (stream->first + lines - 1) / lines;
+        next = m_first;
+        const std::chrono::duration<double> age = joined - m_start;
+        if (m_rate > 0 && age.count() > 0)
+            next += static_cast<std::uint64_t>(std::ceil(age.count() * m_rate));
     }
+
+    bool ended() const { return next >= stream->end; }
+    bool paused() const { return trigger.mode == TriggerMode::External && trigger.rate == 0; }
+    bool asFastAsPossible() const { return m_rate == 0; }
 
     Clock::time_point due() const
     {
-        const std::chrono::duration<double> since(static_cast<double>(next) / stream->frameRate);
-        return stream->start + std::chrono::duration_cast<Clock::duration>(since);
+        const auto periods = static_cast<double>(next - m_first) + (m_firstAtOnce ? 0 : 1);
+        return m_start + duration(periods / m_rate);
     }
+
+    /// When the source can send another image after the one before.
+    Clock::time_point ready() const
+    {
+        return m_sourceRate > 0 ? m_latest + duration(1 / m_sourceRate) : m_latest;
+    }
+    void sent(Clock::time_point now) { m_latest = now; }
 
     // Leaves out the oldest of the images that are due, where they are more than the board's memory holds or
     // than may still be written without waiting; returns how many that were. The image that is next then may
@@ -70,16 +101,47 @@ struct DmaChannel::Pace
     FgFrameIndex skipLost(Clock::time_point now)
     {
         const std::chrono::duration<double> late = now - due(), memory = BOARD_MEMORY;
-        const auto waiting = static_cast<std::uint64_t>(late.count() * stream->frameRate) + 1;
-        const auto held =
-            std::max(static_cast<std::uint64_t>(memory.count() * stream->frameRate), std::uint64_t{1});
-        const auto kept = std::min(held, longest - written);
+        const auto waiting = static_cast<std::uint64_t>(late.count() * m_rate) + 1;
+        const auto held = std::max(static_cast<std::uint64_t>(memory.count() * m_rate), std::uint64_t{1});
+        const auto kept = std::min(held, m_longest - m_written);
         if (waiting <= kept)
             return 0;
         const auto lost = waiting - kept;
         next += lost;
         return static_cast<FgFrameIndex>(lost);
     }
+
+    void waited() { m_written = 0; }
+    /// False when no further image may be written without waiting in between.
+    bool countWritten()
+    {
+        if (m_written == m_longest)
+            return false;
+        ++m_written;
+        return true;
+    }
+
+private:
+    static Clock::duration duration(double seconds)
+    {
+        return std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(seconds));
+    }
+
+    double triggeredRate(double lines) const
+    {
+        const double rate = trigger.rate / lines;
+        return m_sourceRate > 0 ? std::min(rate, m_sourceRate) : rate;
+    }
+
+    std::uint64_t m_longest;     ///< images that may be written without waiting in between
+    std::uint64_t m_written = 0; ///< images since the channel last waited for its source
+    int m_height;
+    double m_sourceRate = 0; ///< images per second that the source can send
+    double m_rate = 0;       ///< images per second that come; 0: as fast as possible, or none
+    Clock::time_point m_start;
+    std::uint64_t m_first = 0; ///< number of the image at that moment
+    bool m_firstAtOnce = true; ///< it is there then, and not a period later
+    Clock::time_point m_latest{};
 };
 
 DmaChannel::DmaChannel(const DmaDescription& description, EventHub& events)
@@ -96,7 +158,7 @@ DmaChannel::~DmaChannel()
     finishThread();
 }
 
-void DmaChannel::acquire(std::shared_ptr<BufferRing> ring, FgFrameIndex frames, int width, int height)
+void DmaChannel::acquire(std::shared_ptr<BufferRing> ring, FgFrameIndex frames, const Processing& processing)
 {
     const std::lock_guard control(m_control);
     {
@@ -108,7 +170,7 @@ void DmaChannel::acquire(std::shared_ptr<BufferRing> ring, FgFrameIndex frames, 
                           "DMA channel " + std::to_string(m_description.index) + " acquires already");
     }
     finishThread(); // of an acquisition that has got all its images
-    ring->claim(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+    ring->claim(processing.bytes());
     {
         const std::lock_guard lock(m_mutex);
         m_ring = std::move(ring);
@@ -116,15 +178,16 @@ void DmaChannel::acquire(std::shared_ptr<BufferRing> ring, FgFrameIndex frames, 
         m_wanted = frames;
         m_last = 0;
         m_lost = 0;
-        m_width = width;
-        m_height = height;
+        m_processing = processing;
+        m_cycle.reset();
         m_stopping = false;
         m_running = true;
         m_joined = Clock::now();
+        m_softwareTriggers = 0;
+        updateGeneratorStream(false);
     }
     ++acquiringNow;
     try {
-        updateGeneratorStream();
         m_thread = std::thread([this] { run(); });
     } catch (...) {
         const std::lock_guard lock(m_mutex);
@@ -172,10 +235,15 @@ bool DmaChannel::acquiring() const
     return m_running;
 }
 
-bool DmaChannel::hasSource() const
+FgFrameIndex DmaChannel::sourceState() const
 {
     const std::lock_guard lock(m_mutex);
-    return source() != nullptr;
+    if (!source())
+        return FG_SOURCE_NONE;
+    const bool pulses = m_trigger.mode == TriggerMode::External && m_trigger.rate >= LIVELY_RATE;
+    if (m_trigger.mode == TriggerMode::FreeRun || pulses || m_softwareTriggers > 0)
+        return FG_SOURCE_STREAMS;
+    return FG_SOURCE_WAITS_FOR_TRIGGER;
 }
 
 void DmaChannel::setCameraStream(std::shared_ptr<const Stream> stream)
@@ -187,38 +255,77 @@ void DmaChannel::setCameraStream(std::shared_ptr<const Stream> stream)
     m_changed.notify_all();
 }
 
-void DmaChannel::setGenerator(bool on, double frameRate)
+void DmaChannel::setGenerator(bool on, Pattern pattern, double frameRate)
 {
     {
         const std::lock_guard lock(m_mutex);
-        if (m_generatorOn == on && m_generatorRate == frameRate)
+        const bool goesOn = m_generatorOn == on && m_generatorRate == frameRate;
+        if (goesOn && m_pattern == pattern)
             return;
         m_generatorOn = on;
+        m_pattern = pattern;
         m_generatorRate = frameRate;
-        m_joined = Clock::now();
-    }
-    updateGeneratorStream();
-}
-
-// The pattern is drawn outside the lock: readers and the acquisition thread go on meanwhile.
-void DmaChannel::updateGeneratorStream()
-{
-    std::unique_lock lock(m_mutex);
-    m_generatorStream.reset();
-    const auto order = ++m_generatorOrders;
-    const bool needed = m_generatorOn && m_running;
-    const int width = m_width, height = m_height;
-    const double rate = m_generatorRate;
-    lock.unlock();
-    if (needed) {
-        auto cycle = FrameCycle::ofPattern(m_description.generator->pattern, width, height);
-        auto stream = std::make_shared<const Stream>(std::move(cycle), rate, Clock::now());
-        lock.lock();
-        if (order == m_generatorOrders) // else it was drawn for a size or a rate of the past
-            m_generatorStream = std::move(stream);
-        lock.unlock();
+        if (!goesOn)
+            m_joined = Clock::now();
+        updateGeneratorStream(goesOn);
     }
     m_changed.notify_all();
+}
+
+void DmaChannel::setProcessing(const Processing& processing)
+{
+    const std::lock_guard lock(m_mutex);
+    if (!m_running)
+        return; // the next acquisition says what it wants
+    auto next = processing;
+    next.format = m_processing->format;
+    next.width = m_processing->width;
+    next.height = m_processing->height;
+    m_processing = next;
+    m_cycle.reset();
+}
+
+void DmaChannel::setTrigger(const Trigger& trigger)
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        if (m_trigger == trigger)
+            return;
+        m_trigger = trigger;
+        m_triggerChanged = Clock::now();
+        m_softwareTriggers = 0;
+    }
+    m_changed.notify_all();
+}
+
+void DmaChannel::sendSoftwareTrigger(std::uint64_t count)
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        if (m_trigger.mode != TriggerMode::Software)
+            throw Failure(FG_NOT_WRITABLE, "DMA channel " + std::to_string(m_description.index) +
+                                               " does not wait for software triggers");
+        if (!m_running)
+            throw Failure(FG_NOT_ACQUIRING,
+                          "DMA channel " + std::to_string(m_description.index) + " does not acquire");
+        if (source())
+            m_softwareTriggers += count;
+    }
+    m_changed.notify_all();
+}
+
+// Under the lock.
+void DmaChannel::updateGeneratorStream(bool goesOn)
+{
+    const auto start = goesOn && m_generatorStream ? m_generatorStream->start : Clock::now();
+    m_generatorStream.reset();
+    if (!m_generatorOn || !m_running)
+        return;
+    const auto& format = *m_processing->format;
+    const bool coloured = format.components != Components::Grey;
+    m_generatorStream = std::make_shared<const Stream>(
+        Stream{patternFilm(m_pattern, m_processing->width, m_processing->height, format.depth, coloured),
+               m_generatorRate, start});
 }
 
 const std::shared_ptr<const Stream>& DmaChannel::source() const
@@ -231,7 +338,8 @@ const std::shared_ptr<const Stream>& DmaChannel::source() const
 // first. The images of any other source are worth a sleep.
 void DmaChannel::spinFor(FgFrameIndex frame, std::unique_lock<std::mutex>& lock) const
 {
-    if (m_last >= frame || !m_running || !source() || source()->frameRate != 0)
+    if (m_last >= frame || !m_running || !source() || source()->rate != 0 ||
+        m_trigger.mode != TriggerMode::FreeRun)
         return;
     lock.unlock();
     const auto end = Clock::now() + MAX_SPIN;
@@ -308,19 +416,20 @@ void DmaChannel::run()
 {
     m_threadId = std::this_thread::get_id();
     std::unique_lock lock(m_mutex);
-    Pace pace(maxCatchUp(*m_ring, m_wanted));
+    Pace pace(maxCatchUp(*m_ring, m_wanted), m_processing->height);
     m_lastApc = Clock::now();
-    const auto bytes = static_cast<std::size_t>(m_width) * static_cast<std::size_t>(m_height);
+    const auto bytes = m_processing->bytes();
     while (!m_stopping && m_last != m_wanted) {
         if (!imageDue(lock, pace))
             continue;
         const auto target = m_ring->bufferOf(m_last + 1).first(bytes);
+        const auto cycle = cycleFor(*pace.stream);
         lock.unlock();
         const auto taken = m_events.clockNs();
         m_events.raise(m_startEvent, m_last + 1); // only this thread writes m_last
         {
             const DeviceWrite scope;
-            pace.stream->images->write(pace.next++, target);
+            cycle->write(pace.next++, target);
         }
         lock.lock();
         const auto now = Clock::now();
@@ -328,6 +437,15 @@ void DmaChannel::run()
         callApc(lock, now);
     }
     finish(); // still under the lock: who has seen the last image finds the ring free
+}
+
+const std::shared_ptr<const FrameCycle>& DmaChannel::cycleFor(const Stream& stream)
+{
+    if (!m_cycle || m_cycleFilm != stream.film) {
+        m_cycle = FrameCycle::of(stream.film, *m_processing);
+        m_cycleFilm = stream.film;
+    }
+    return m_cycle;
 }
 
 void DmaChannel::finish()
@@ -341,18 +459,20 @@ void DmaChannel::finish()
 // Waits until the next image is due. False when something changed on the way and has to be looked at first.
 bool DmaChannel::imageDue(std::unique_lock<std::mutex>& lock, Pace& pace)
 {
-    if (pace.stream != source())
-        pace.follow(source(), m_joined);
-    if (!pace.stream) {
-        pace.written = 0;
+    if (pace.stream != source() || pace.trigger != m_trigger)
+        pace.follow(source(), m_joined, m_trigger, m_triggerChanged);
+    if (!pace.stream || pace.ended() || pace.paused()) {
+        pace.waited();
         m_changed.wait(lock);
         return false;
     }
-    if (pace.stream->frameRate == 0)
+    if (m_trigger.mode == TriggerMode::Software)
+        return triggeredImageDue(lock, pace);
+    if (pace.asFastAsPossible())
         return true;
     const auto now = Clock::now();
     if (now < pace.due()) {
-        pace.written = 0;
+        pace.waited();
         m_changed.wait_until(lock, pace.due());
         return false;
     }
@@ -360,9 +480,22 @@ bool DmaChannel::imageDue(std::unique_lock<std::mutex>& lock, Pace& pace)
     m_lost += lost;
     if (lost > 0)
         m_events.raise(m_lossEvent, m_last);
-    if (pace.written == pace.longest)
+    return pace.countWritten();
+}
+
+bool DmaChannel::triggeredImageDue(std::unique_lock<std::mutex>& lock, Pace& pace)
+{
+    if (m_softwareTriggers == 0) {
+        m_changed.wait(lock);
         return false;
-    ++pace.written;
+    }
+    const auto now = Clock::now();
+    if (now < pace.ready()) {
+        m_changed.wait_until(lock, pace.ready());
+        return false;
+    }
+    --m_softwareTriggers;
+    pace.sent(now);
     return true;
 }
 

@@ -8,6 +8,9 @@
 /// | finished  | all wanted ones are there    | > acquiring | > stopped  | FG_NOT_ACQUIRING |
 /// | closed    | none, the board is freed     | refused     | no effect  | FG_NOT_ACQUIRING |
 ///
+/// With a trigger the images of a camera or generator that is on come one for each trigger, but not faster
+/// than that source could send them; triggers that find no source are lost.
+///
 /// A channel that is late catches up with ring size - 2 images at most (at least 1) before it waits for its
 /// source again; what is older is lost. With 3 buffers or more, a reader that takes the newest image has
 /// nearly two of the source's periods at the worst, and ring size of them as a rule, until its buffer is
@@ -23,6 +26,7 @@
 #include "hardware/BufferRing.h"
 #include "hardware/EventHub.h"
 #include "hardware/FrameCycle.h"
+#include "hardware/Stream.h"
 
 #include <atomic>
 #include <chrono>
@@ -45,20 +49,25 @@ public:
 
     const DmaDescription& description() const { return m_description; }
 
-    /// Starts to acquire \p frames images (FG_GRAB_INFINITE: until stopped) of this size, in pixels.
-    void acquire(std::shared_ptr<BufferRing> ring, FgFrameIndex frames, int width, int height);
+    /// Starts to acquire \p frames images (FG_GRAB_INFINITE: until stopped).
+    void acquire(std::shared_ptr<BufferRing> ring, FgFrameIndex frames, const Processing& processing);
     /// No image is written any more when this returns. Not from the channel's own handler.
     void stop();
     /// Stops, and refuses to start again.
     void close();
     bool acquiring() const;
-    /// False while neither camera nor generator sends images.
-    bool hasSource() const;
+    /// FG_SOURCE_...: what the channel's images come from does.
+    FgFrameIndex sourceState() const;
 
     /// What the camera sends; null while it does not acquire.
     void setCameraStream(std::shared_ptr<const Stream> stream);
     /// While the generator is on, the channel delivers its pattern in place of the camera's images.
-    void setGenerator(bool on, double frameRate);
+    void setGenerator(bool on, Pattern pattern, double frameRate);
+    /// Of the images to come; size and format stay as they are while the channel acquires.
+    void setProcessing(const Processing& processing);
+    void setTrigger(const Trigger& trigger);
+    /// Throws FG_NOT_ACQUIRING, and FG_NOT_WRITABLE in another trigger mode.
+    void sendSoftwareTrigger(std::uint64_t count);
 
     FgFrameIndex lastFrame() const { return m_last; }
     /// The newest image's number, once image \p frame is there. Throws FG_TIMEOUT, FG_NOT_ACQUIRING.
@@ -78,15 +87,17 @@ public:
 
 private:
     using Clock = std::chrono::steady_clock;
-    struct Pace;
+    class Pace;
 
     void finishThread();
     void spinFor(FgFrameIndex frame, std::unique_lock<std::mutex>& lock) const;
-    void updateGeneratorStream();
+    void updateGeneratorStream(bool goesOn);
     const std::shared_ptr<const Stream>& source() const;
     void run();
     void finish();
     bool imageDue(std::unique_lock<std::mutex>& lock, Pace& pace);
+    bool triggeredImageDue(std::unique_lock<std::mutex>& lock, Pace& pace);
+    const std::shared_ptr<const FrameCycle>& cycleFor(const Stream& stream);
     void publish(std::uint64_t taken);
     void callApc(std::unique_lock<std::mutex>& lock, Clock::time_point now);
 
@@ -111,14 +122,19 @@ private:
     FgFrameIndex m_wanted = 0;
     std::atomic<FgFrameIndex> m_last{0}; ///< written under the lock
     FgFrameIndex m_lost = 0;
-    int m_width = 0;
-    int m_height = 0;
+    std::optional<Processing> m_processing;
+    std::shared_ptr<const FrameCycle>
+        m_cycle; ///< of the film and the processing at present; null: not known yet
+    std::shared_ptr<const Film> m_cycleFilm;
     bool m_generatorOn;
+    Pattern m_pattern = Pattern::Ramp;
     double m_generatorRate;
     std::shared_ptr<const Stream> m_cameraStream;
     std::shared_ptr<const Stream> m_generatorStream;
-    std::uint64_t m_generatorOrders = 0; ///< counts what can make a pattern being drawn the wrong one
     Clock::time_point m_joined; ///< since when the channel has taken images of the present kind of source
+    Trigger m_trigger;
+    Clock::time_point m_triggerChanged;
+    std::uint64_t m_softwareTriggers = 0; ///< that no image has come for yet
     std::optional<FgApcControl> m_apc;
     Clock::time_point m_lastApc;
 };

@@ -1,14 +1,11 @@
 #include "hardware/FrameCycle.h"
 
 #include "pictures/BlockLetters.h"
+#include "pictures/RecentCache.h"
 
 #include <algorithm>
-#include <cstdint>
+#include <array>
 #include <cstring>
-#include <deque>
-#include <functional>
-#include <mutex>
-#include <tuple>
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
@@ -18,78 +15,8 @@ namespace simulation {
 
 namespace {
 
-constexpr std::size_t MAX_CYCLE_BYTES = 48UL << 20U;  // bytes
-constexpr std::size_t MAX_CACHE_BYTES = 256UL << 20U; // bytes
-
-int cycleLength(int width, int height, int wanted)
-{
-    const auto bytes = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
-    return std::clamp(static_cast<int>(MAX_CYCLE_BYTES / bytes), 1, wanted);
-}
-
-// The cycles asked for of late. Starting a camera again, or a second channel with the same pattern, draws
-// nothing. Who wants a cycle that is being drawn waits for it, and for no other one.
-class CycleCache
-{
-public:
-    using Key = std::tuple<bool, int, int, int>; ///< is it a scene, which one, width, height
-    using Draw = std::function<std::shared_ptr<const FrameCycle>()>;
-
-    static CycleCache& instance()
-    {
-        static auto* cache = new CycleCache; // acquisition threads may outlive the process's static objects
-        return *cache;
-    }
-
-    std::shared_ptr<const FrameCycle> get(const Key& key, const Draw& draw)
-    {
-        const auto slot = slotOf(key);
-        const std::lock_guard drawing(slot->drawing);
-        if (!slot->cycle) {
-            slot->cycle = draw();
-            count(*slot);
-        }
-        return slot->cycle;
-    }
-
-private:
-    struct Slot
-    {
-        explicit Slot(const Key& wanted) : key(wanted) {}
-
-        const Key key;
-        std::size_t bytes = 0; ///< 0 until the cycle has been drawn; under the cache's lock
-        std::mutex drawing;    ///< taken before the cache's lock
-        std::shared_ptr<const FrameCycle> cycle;
-    };
-
-    std::shared_ptr<Slot> slotOf(const Key& key)
-    {
-        const std::lock_guard lock(m_mutex);
-        const auto found = std::ranges::find(m_slots, key, [](const auto& slot) { return slot->key; });
-        auto slot = found == m_slots.end() ? std::make_shared<Slot>(key) : *found;
-        if (found != m_slots.end())
-            m_slots.erase(found);
-        m_slots.push_back(slot); // the one asked for last is dropped last
-        return slot;
-    }
-
-    void count(Slot& drawn)
-    {
-        const std::lock_guard lock(m_mutex);
-        drawn.bytes = drawn.cycle->bytes();
-        std::size_t bytes = 0;
-        for (const auto& slot : m_slots)
-            bytes += slot->bytes;
-        while (m_slots.size() > 1 && bytes > MAX_CACHE_BYTES) {
-            bytes -= m_slots.front()->bytes;
-            m_slots.pop_front();
-        }
-    }
-
-    std::mutex m_mutex;
-    std::deque<std::shared_ptr<Slot>> m_slots;
-};
+constexpr std::size_t MAX_CACHED_CYCLES = 256UL << 20U; // bytes
+constexpr std::size_t MAX_KEPT_CYCLE = 128UL << 20U;    // bytes
 
 // A board writes into memory, not into a core's caches. For an image that these would not hold anyway the
 // same is done here: it takes a third less time, and leaves the caches to those who read.
@@ -112,85 +39,125 @@ void copyPastTheCaches(std::uint8_t* target, const std::uint8_t* source, std::si
     std::memcpy(target, source, bytes);
 }
 
+// A scrolling film is rendered whole, line by line; images are cut from it.
+Processing adapted(const Film& film, Processing processing)
+{
+    if (!film.scrolls())
+        return processing;
+    processing.height = film.height();
+    processing.flipY = false; // lines go by in the order in which they come
+    processing.origin = Origin{processing.origin ? processing.origin->x : 0, 0};
+    return processing;
+}
+
+// The same grey value of 255 in every component.
+std::array<std::uint16_t, 4> greySamples(const PixelFormat& format, int grey)
+{
+    const auto code = static_cast<std::uint16_t>(grey * ((1 << format.depth) - 1) / 255);
+    return {code, code, code, 255};
+}
+
 } // namespace
 
-FrameCycle::FrameCycle(int width, int height) : m_width(width), m_height(height) {}
-
-std::shared_ptr<const FrameCycle> FrameCycle::ofScene(Scene scene, int width, int height)
+std::shared_ptr<const FrameCycle> FrameCycle::of(const std::shared_ptr<const Film>& film,
+                                                 const Processing& processing)
 {
-    return CycleCache::instance().get({true, static_cast<int>(scene), width, height}, [&] {
-        const std::shared_ptr<FrameCycle> cycle(new FrameCycle(width, height));
-        cycle->m_numbered = true;
-        Canvas still(width, height);
-        paintStill(scene, still);
-        const int count = cycleLength(width, height, 8);
-        for (int i = 0; i < count; ++i) {
-            auto image = still;
-            paintMoving(scene, image, static_cast<float>(i) / static_cast<float>(count));
-            cycle->m_images.push_back(image.exposed(i));
-        }
-        return cycle;
+    static auto* cache = new RecentCache<FrameCycle>(MAX_CACHED_CYCLES); // threads may outlive static objects
+    return cache->get(film->key() + '|' + processing.key(),
+                      [&] { return std::make_shared<const FrameCycle>(film, processing); });
+}
+
+FrameCycle::FrameCycle(std::shared_ptr<const Film> film, const Processing& processing)
+    : m_film(std::move(film)),
+      m_processing(adapted(*m_film, processing)),
+      m_height(processing.height),
+      m_curve(m_processing),
+      m_bytes(m_processing.bytes() * m_film->pictures()),
+      m_kept(m_bytes <= MAX_KEPT_CYCLE || m_film->pictures() == 1),
+      m_images(std::make_unique<Image[]>(m_kept ? m_film->pictures() : 0))
+{}
+
+const std::vector<std::uint8_t>& FrameCycle::image(std::size_t position) const
+{
+    auto& image = m_images[position];
+    std::call_once(image.rendered, [&] {
+        image.bytes.resize(m_processing.bytes());
+        render(*m_film, position, m_processing, m_curve, image.bytes);
     });
-}
-
-std::shared_ptr<const FrameCycle> FrameCycle::ofPattern(Pattern pattern, int width, int height)
-{
-    return CycleCache::instance().get({false, static_cast<int>(pattern), width, height}, [&] {
-        const std::shared_ptr<FrameCycle> cycle(new FrameCycle(width, height));
-        const int count = cycleLength(width, height, 16);
-        for (int i = 0; i < count; ++i)
-            cycle->m_images.push_back(drawPattern(pattern, width, height, i, count));
-        return cycle;
-    });
-}
-
-bool FrameCycle::quickToDraw(int width, int height)
-{
-    return static_cast<std::int64_t>(width) * height <= std::int64_t{4} << 20U;
-}
-
-std::size_t FrameCycle::bytes() const
-{
-    return m_images.size() * m_images.front().size();
+    return image.bytes;
 }
 
 void FrameCycle::write(std::uint64_t number, std::span<std::uint8_t> target) const
 {
-    const auto& image = m_images[number % m_images.size()];
-    const auto common = std::min(image.size(), target.size());
-    copyPastTheCaches(target.data(), image.data(), common);
-    std::memset(target.data() + common, 0, target.size() - common);
-    if (m_numbered)
-        stampNumber(number + 1, target.first(common));
+    if (m_film->scrolls())
+        writeScrolling(number, target);
+    else if (m_kept)
+        copyPastTheCaches(target.data(), image(number % m_film->pictures()).data(), target.size());
+    else
+        render(*m_film, number % m_film->pictures(), m_processing, m_curve, target);
+    if (m_film->numbered())
+        stampNumber(number + 1, target);
+}
+
+void FrameCycle::writeScrolling(std::uint64_t number, std::span<std::uint8_t> target) const
+{
+    const auto& strip = image(0);
+    const auto lineBytes = m_processing.format->bytesPerLine(m_processing.width);
+    const auto lines = static_cast<std::uint64_t>(m_film->height());
+    const auto first = number * static_cast<std::uint64_t>(m_height);
+    for (std::uint64_t line = first; line < first + static_cast<std::uint64_t>(m_height);) {
+        const auto count =
+            std::min(lines - line % lines, first + static_cast<std::uint64_t>(m_height) - line);
+        copyPastTheCaches(target.data() + (line - first) * lineBytes, strip.data() + line % lines * lineBytes,
+                          count * lineBytes);
+        line += count;
+    }
+    for (const auto& mark : m_film->marks(first, m_height)) {
+        std::array<std::uint16_t, 4> samples{};
+        samplesOf(*m_processing.format, m_curve, mark.rgb.data(), 0, samples.data());
+        const int left = mark.x - m_processing.origin->x;
+        fill(target, m_processing.flipX ? m_processing.width - left - mark.count : left, mark.y, mark.count,
+             samples);
+    }
+}
+
+// In the coordinates of the source, whose lines the channel may cut elsewhere.
+void FrameCycle::fill(std::span<std::uint8_t> target, int x, int y, int count,
+                      std::span<const std::uint16_t> samples) const
+{
+    const int lineWidth = m_processing.origin ? m_processing.width : m_film->width();
+    const int from = std::clamp(x, 0, lineWidth), end = std::clamp(x + count, 0, lineWidth);
+    const auto first =
+        static_cast<std::size_t>(y) * static_cast<std::size_t>(lineWidth) + static_cast<std::size_t>(from);
+    PixelStream::fill(*m_processing.format, m_processing.width, target, first,
+                      static_cast<std::size_t>(end - from), samples.first(m_processing.format->samples()));
 }
 
 void FrameCycle::stampNumber(std::uint64_t number, std::span<std::uint8_t> target) const
 {
     constexpr int DIGITS = 6;
-    const int dot = std::max(1, m_width / 400); // pixels
+    const int width = m_processing.origin ? m_processing.width : m_film->width();
+    const int height = m_processing.origin || m_film->scrolls() ? m_height : m_film->height();
+    const int dot = std::max(1, width / 400); // pixels
     const int left = 2 * dot, top = 2 * dot;
     const int boxWidth = (DIGITS * (BLOCK_LETTER_COLUMNS + 1) + 3) * dot;
     const int boxHeight = (BLOCK_LETTER_ROWS + 4) * dot;
-    if (left + boxWidth > m_width || top + boxHeight > m_height)
+    if (left + boxWidth > width || top + boxHeight > height)
         return;
     std::array<BlockLetter, DIGITS> letters{};
     for (int i = DIGITS - 1; i >= 0; --i, number /= 10)
         letters[static_cast<std::size_t>(i)] = blockLetter(static_cast<char>('0' + number % 10));
-    const auto fill = [&](int x, int y, int count, int grey) {
-        const auto from =
-            static_cast<std::size_t>(y) * static_cast<std::size_t>(m_width) + static_cast<std::size_t>(x);
-        if (from + static_cast<std::size_t>(count) <= target.size())
-            std::memset(target.data() + from, grey, static_cast<std::size_t>(count));
-    };
+    const auto dark = greySamples(*m_processing.format, 16), bright = greySamples(*m_processing.format, 240);
     for (int y = 0; y < boxHeight; ++y) {
-        fill(left, top + y, boxWidth, 16);
+        fill(target, left, top + y, boxWidth, dark);
         const int row = y / dot - 2;
         if (row < 0 || row >= BLOCK_LETTER_ROWS)
             continue;
         for (int i = 0; i < DIGITS; ++i)
             for (int column = 0; column < BLOCK_LETTER_COLUMNS; ++column)
                 if (blockLetterDot(letters[static_cast<std::size_t>(i)], column, row))
-                    fill(left + (2 + i * (BLOCK_LETTER_COLUMNS + 1) + column) * dot, top + y, dot, 240);
+                    fill(target, left + (2 + i * (BLOCK_LETTER_COLUMNS + 1) + column) * dot, top + y, dot,
+                         bright);
     }
 }
 

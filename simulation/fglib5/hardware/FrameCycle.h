@@ -1,54 +1,56 @@
 /// \file
-/// The images that a source sends, drawn beforehand: a cycle of a few, so that an image costs one copy.
+/// FrameCycle: what a DMA channel writes for a film, rendered once, so that an image costs one copy.
 #pragma once
 
-#include "pictures/Patterns.h"
-#include "pictures/Scenes.h"
+#include "pictures/Processing.h"
 
-#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <span>
 #include <vector>
 
 namespace simulation {
 
+/// Safe from any thread.
 class FrameCycle
 {
 public:
-    /// Draw the cycle, or take it from those kept of late. A first drawing takes some 0.1 s a megapixel.
-    /// Large images make a shorter cycle.
-    static std::shared_ptr<const FrameCycle> ofScene(Scene scene, int width, int height);
-    static std::shared_ptr<const FrameCycle> ofPattern(Pattern pattern, int width, int height);
+    /// Renders nothing yet: each image is rendered when it is first written. Cycles asked for of late are
+    /// kept: a second channel that does the same, or a channel that starts again, renders nothing.
+    static std::shared_ptr<const FrameCycle> of(const std::shared_ptr<const Film>& film,
+                                                const Processing& processing);
 
-    /// Whether a cycle of this size may be drawn before anybody has asked for it.
-    static bool quickToDraw(int width, int height);
+    FrameCycle(std::shared_ptr<const Film> film, const Processing& processing);
 
-    /// Writes image \p number (from 0) as a DMA channel does: the pixels of the image, line after line, as
-    /// one stream into \p target. The channel cuts that stream into lines of its own width, so a camera of
-    /// another width shows as a slanted picture. What the image does not fill is black, what does not fit is
-    /// dropped. A scene's image carries its number (from 1) in the upper left corner.
+    /// Writes image \p number (from 0) as a DMA channel does: the pixels of the image as one stream, cut into
+    /// lines of the channel's width. What the image does not fill is black, what does not fit is dropped. A
+    /// film's image carries its number (from 1) in the upper left corner, if it is large enough.
     void write(std::uint64_t number, std::span<std::uint8_t> target) const;
 
-    std::size_t bytes() const;
+    std::size_t bytes() const { return m_bytes; }
 
 private:
-    FrameCycle(int width, int height);
+    struct Image
+    {
+        std::once_flag rendered;
+        std::vector<std::uint8_t> bytes;
+    };
+
+    const std::vector<std::uint8_t>& image(std::size_t position) const;
+    void writeScrolling(std::uint64_t number, std::span<std::uint8_t> target) const;
     void stampNumber(std::uint64_t number, std::span<std::uint8_t> target) const;
+    void fill(std::span<std::uint8_t> target, int x, int y, int count,
+              std::span<const std::uint16_t> samples) const;
 
-    int m_width;
-    int m_height;
-    bool m_numbered = false;
-    std::vector<std::vector<std::uint8_t>> m_images;
-};
-
-/// What a source sends at present. A new object means a new start.
-struct Stream
-{
-    std::shared_ptr<const FrameCycle> images;
-    double frameRate; ///< images per second, 0 = as fast as possible
-    std::chrono::steady_clock::time_point start;
+    const std::shared_ptr<const Film> m_film;
+    const Processing m_processing; ///< of a scrolling film: as high as the film
+    const int m_height;            ///< of the channel's images
+    const ToneCurve m_curve;
+    const std::size_t m_bytes;
+    const bool m_kept; ///< the images are: all of them are not too many bytes
+    const std::unique_ptr<Image[]> m_images;
 };
 
 } // namespace simulation

@@ -82,10 +82,11 @@ Grabber::Grabber(Applet applet, std::string boardModel, std::uint32_t serial)
     };
     for (auto& [index, channel] : m_channels) {
         addDistinct(channel->parameters);
-        channel->registers = registersOf(&channel->parameters);
+        channel->registers = RegisterList{&channel->parameters, &m_appletParameters};
+        takeUp(*channel);
     }
     addDistinct(m_appletParameters);
-    m_appletRegisters = registersOf(nullptr);
+    m_appletRegisters = RegisterList{&m_appletParameters};
 }
 
 Grabber::~Grabber() = default;
@@ -181,49 +182,108 @@ void Grabber::requireSettable(int parameter, unsigned int dma, const ParameterVa
 {
     const auto& set = setOf(parameter, dma);
     const auto checked = set.checked(*set.find(parameter), value);
-    const bool size = parameter == FG_WIDTH || parameter == FG_HEIGHT;
+    const bool size = parameter == FG_WIDTH || parameter == FG_HEIGHT || parameter == FG_PIXELFORMAT;
     if (size && checked != set.get(parameter) && channelOf(dma).dma.acquiring())
-        throw Failure(FG_ACQUISITION_RUNNING, "The image size of " + channelName(dma) + " is in use");
+        throw Failure(FG_ACQUISITION_RUNNING,
+                      "The size and format of images of " + channelName(dma) + " are in use");
 }
 
 void Grabber::set(int parameter, unsigned int dma, const ParameterValue& value)
 {
+    bool perDma = false;
     {
         const std::lock_guard lock(m_mutex);
         requireSettable(parameter, dma, value);
         auto& set = setOf(parameter, dma);
-        set.set(*set.find(parameter), value);
+        const auto& description = *set.find(parameter);
+        perDma = description.perDma;
+        set.set(description, value);
     }
-    if (parameter == FG_GEN_ENABLE || parameter == FG_GEN_FRAMERATE)
-        takeUpGenerator(dma);
+    for (auto& [index, channel] : m_channels)
+        if (!perDma || index == static_cast<int>(dma))
+            takeUp(*channel);
 }
 
-void Grabber::takeUpGenerator(unsigned int dma)
+void Grabber::takeUp(Channel& channel)
 {
-    auto& channel = channelOf(dma);
-    const std::lock_guard inOrder(channel.generator); // the values read last are those applied last
+    const std::lock_guard inOrder(channel.settings); // the values read last are those applied last
     std::unique_lock lock(m_mutex);
-    const bool on = channel.parameters.integer(FG_GEN_ENABLE) != 0;
-    const double rate = std::get<double>(channel.parameters.get(FG_GEN_FRAMERATE));
+    const auto processing = processingOf(channel);
+    const auto trigger = triggerOf(channel);
+    const auto& parameters = channel.parameters;
+    const bool generator = parameters.find(FG_GEN_ENABLE) != nullptr;
+    const bool on = generator && parameters.integer(FG_GEN_ENABLE) != 0;
+    const auto pattern = generator && parameters.integer(FG_GEN_PATTERN) == FG_GEN_PATTERN_CHECKERBOARD
+                             ? Pattern::Checkerboard
+                             : Pattern::Ramp;
+    const double rate = generator ? std::get<double>(parameters.get(FG_GEN_FRAMERATE)) : 0;
     lock.unlock();
-    channel.dma.setGenerator(on, rate);
+    channel.dma.setProcessing(processing);
+    channel.dma.setTrigger(trigger);
+    channel.dma.setGenerator(on, pattern, rate);
 }
 
-Grabber::RegisterList Grabber::registersOf(const ParameterSet* ofChannel) const
+// The parameters of the applet as a whole, and the channel's own.
+template <class Use>
+void Grabber::forEachEffect(const Channel& channel, Use use) const
 {
-    RegisterList list;
-    const auto add = [&](const ParameterSet& set) {
-        for (const auto& description : set.descriptions())
-            list.descriptions.push_back({description.id, description.name.c_str(), description.unit.c_str(),
-                                         description.type, description.minimum, description.maximum,
-                                         description.step, description.writable ? 1 : 0});
+    for (const auto* set : {&m_appletParameters, &channel.parameters})
+        for (const auto& description : set->descriptions())
+            if (description.effect != Effect::None)
+                use(description.effect, numberOf(set->get(description.id)));
+}
+
+Processing Grabber::processingOf(const Channel& channel) const
+{
+    Processing processing{.format = pixelFormat(channel.parameters.integer(FG_PIXELFORMAT)),
+                          .width = channel.parameters.integer(FG_WIDTH),
+                          .height = channel.parameters.integer(FG_HEIGHT),
+                          .origin = {}};
+    const auto originOf = [&]() -> Origin& {
+        if (!processing.origin)
+            processing.origin = Origin{0, 0};
+        return *processing.origin;
     };
-    if (ofChannel != nullptr)
-        add(*ofChannel);
-    add(m_appletParameters);
-    list.info.count = static_cast<unsigned int>(list.descriptions.size());
-    list.info.parameters = list.descriptions.data();
-    return list;
+    forEachEffect(channel, [&](Effect effect, double value) {
+        switch (effect) {
+        case Effect::Gain:
+            processing.gain *= value;
+            return;
+        case Effect::Offset:
+            processing.offset += value;
+            return;
+        case Effect::Gamma:
+            processing.gamma *= value;
+            return;
+        case Effect::FlipHorizontal:
+            processing.flipX = value != 0;
+            return;
+        case Effect::FlipVertical:
+            processing.flipY = value != 0;
+            return;
+        case Effect::OriginX:
+            originOf().x = static_cast<int>(value);
+            return;
+        case Effect::OriginY:
+            originOf().y = static_cast<int>(value);
+            return;
+        default:
+            return;
+        }
+    });
+    return processing;
+}
+
+Trigger Grabber::triggerOf(const Channel& channel) const
+{
+    Trigger trigger;
+    forEachEffect(channel, [&](Effect effect, double value) {
+        if (effect == Effect::TriggerMode)
+            trigger.mode = static_cast<TriggerMode>(static_cast<int>(value));
+        else if (effect == Effect::TriggerRate)
+            trigger.rate = value;
+    });
+    return trigger;
 }
 
 FgRegisterInfo* Grabber::registerInfo(unsigned int dma)
@@ -281,13 +341,6 @@ void Grabber::apply(const std::vector<Setting>& settings)
 
 // --- images
 
-void Grabber::drawAhead() const
-{
-    for (const auto& dma : m_applet.dmas)
-        if (dma.generator && FrameCycle::quickToDraw(dma.width, dma.height))
-            FrameCycle::ofPattern(dma.generator->pattern, dma.width, dma.height);
-}
-
 DmaChannel& Grabber::channel(unsigned int dma)
 {
     return channelOf(dma).dma;
@@ -303,10 +356,24 @@ void Grabber::acquire(unsigned int dma, FgFrameIndex frames, FgBufferRing* given
         throw Failure(FG_INVALID_MEMORY, channelName(dma) + " has no buffers");
     auto buffers = ring(wanted);
     std::unique_lock lock(m_mutex);
-    const int width = channel.parameters.integer(FG_WIDTH);
-    const int height = channel.parameters.integer(FG_HEIGHT);
+    const auto processing = processingOf(channel);
     lock.unlock();
-    channel.dma.acquire(std::move(buffers), frames, width, height);
+    channel.dma.acquire(std::move(buffers), frames, processing);
+    takeUp(channel); // a value that was written in between
+}
+
+void Grabber::sendSoftwareTrigger(unsigned int port, std::uint64_t count)
+{
+    bool found = false;
+    for (auto& [index, channel] : m_channels) {
+        if (channel->dma.description().port != static_cast<int>(port))
+            continue;
+        found = true;
+        channel->dma.sendSoftwareTrigger(count);
+    }
+    if (!found)
+        throw Failure(FG_INVALID_ARGUMENT,
+                      "No DMA channel delivers the camera of port " + std::to_string(port));
 }
 
 void Grabber::setCameraStream(unsigned int port, const std::shared_ptr<const Stream>& stream)

@@ -69,11 +69,11 @@ public:
     void apply(const std::vector<Setting>& settings);
 
     // --- images
-    /// Draws the generators' patterns at the sizes that the channels have at first.
-    void drawAhead() const;
     DmaChannel& channel(unsigned int dma);
     /// Acquires into \p ring, or into the channel's own one where that is null.
     void acquire(unsigned int dma, FgFrameIndex frames, FgBufferRing* ring);
+    /// For the channels that deliver the port's camera. Throws FG_INVALID_ARGUMENT where there is none.
+    void sendSoftwareTrigger(unsigned int port, std::uint64_t count);
     void setCameraStream(unsigned int port, const std::shared_ptr<const Stream>& stream);
 
     FgBufferRing* addRing(std::shared_ptr<BufferRing> ring);
@@ -84,12 +84,6 @@ public:
     void setOwnRing(unsigned int dma, FgBufferRing* ring);
 
 private:
-    struct RegisterList
-    {
-        std::vector<FgRegisterDescription> descriptions;
-        FgRegisterInfo info;
-    };
-
     struct Channel
     {
         Channel(const DmaDescription& dma, std::vector<ParameterDescription> descriptions, EventHub& events)
@@ -98,7 +92,8 @@ private:
         {}
 
         ParameterSet parameters;
-        std::mutex generator; ///< one setting of the generator at a time; taken before the grabber's lock
+        std::mutex
+            settings; ///< the channel takes up one change of them at a time; taken before the grabber's lock
         DmaChannel dma;
         FgBufferRing* ownRing = nullptr;
         RegisterList registers;
@@ -109,8 +104,11 @@ private:
     const ParameterSet& setOf(int parameter, unsigned int dma) const;
     ParameterSet& setOf(int parameter, unsigned int dma);
     void requireSettable(int parameter, unsigned int dma, const ParameterValue& value) const;
-    void takeUpGenerator(unsigned int dma);
-    RegisterList registersOf(const ParameterSet* ofChannel) const;
+    void takeUp(Channel& channel);
+    template <class Use>
+    void forEachEffect(const Channel& channel, Use use) const;
+    Processing processingOf(const Channel& channel) const;
+    Trigger triggerOf(const Channel& channel) const;
 
     const Applet m_applet;
     const std::string m_boardModel;

@@ -50,7 +50,9 @@ std::int64_t integerOf(const ParameterValue& value)
     return static_cast<std::int64_t>(number);
 }
 
-double doubleOf(const ParameterValue& value)
+} // namespace
+
+double numberOf(const ParameterValue& value)
 {
     if (const auto* number = std::get_if<double>(&value))
         return *number;
@@ -58,6 +60,8 @@ double doubleOf(const ParameterValue& value)
         return static_cast<double>(*integer);
     throw Failure(FG_INVALID_TYPE, "A text stands where a number is expected");
 }
+
+namespace {
 
 const std::string& stringOf(const ParameterValue& value)
 {
@@ -73,19 +77,34 @@ char* copied(const std::string& text)
     return copy;
 }
 
-ParameterDescription integerParameter(int id, const char* name, const char* unit, int minimum, int maximum,
-                                      int initial)
+ParameterDescription ofChannel(int id, const char* name, const char* unit, FgValueType type, double minimum,
+                               double maximum, const ParameterValue& initial)
 {
-    return {.id = id,
-            .name = name,
-            .unit = unit,
-            .type = FG_TYPE_INT32,
-            .minimum = static_cast<double>(minimum),
-            .maximum = static_cast<double>(maximum),
-            .step = 1,
-            .initial = std::int64_t{initial},
-            .writable = true,
-            .perDma = true};
+    ParameterDescription description;
+    description.id = id;
+    description.name = name;
+    description.unit = unit;
+    description.type = type;
+    description.minimum = minimum;
+    description.maximum = maximum;
+    description.step = type == FG_TYPE_DOUBLE ? 0 : 1;
+    description.initial = initial;
+    description.perDma = true;
+    return description;
+}
+
+ParameterDescription ofChannel(ParameterDescription description)
+{
+    description.perDma = true;
+    return description;
+}
+
+std::vector<Choice> choicesOf(const std::vector<const PixelFormat*>& formats)
+{
+    std::vector<Choice> choices;
+    for (const auto* format : formats)
+        choices.push_back({format->number, format->name});
+    return choices;
 }
 
 template <class Number>
@@ -106,6 +125,14 @@ void requireStep(const ParameterDescription& description, std::int64_t value)
     if (step > 1 && (value - static_cast<std::int64_t>(description.minimum)) % step != 0)
         outOfRange(description.name + " goes in steps of " + std::to_string(step) + ", " +
                    std::to_string(value) + " is none");
+}
+
+void requireChoice(const ParameterDescription& description, std::int64_t value)
+{
+    const auto& choices = description.choices;
+    if (!choices.empty() && std::ranges::find(choices, value, &Choice::value) == choices.end())
+        outOfRange(description.name + " takes " + textOf(choices) + ", " + std::to_string(value) +
+                   " is none of them");
 }
 
 } // namespace
@@ -145,7 +172,7 @@ void writeValue(const ParameterValue& value, void* target, FgValueType type)
     case FG_TYPE_UINT64:
         return writeInteger<std::uint64_t>(integerOf(value), target);
     case FG_TYPE_DOUBLE: {
-        const double number = doubleOf(value);
+        const double number = numberOf(value);
         std::memcpy(target, &number, sizeof number);
         return;
     }
@@ -177,28 +204,25 @@ ParameterValue valueOf(const std::string& text, FgValueType type)
 
 std::vector<ParameterDescription> channelParameters(const DmaDescription& dma)
 {
+    const auto whole = [](int number) { return std::int64_t{number}; };
     std::vector<ParameterDescription> descriptions = {
-        integerParameter(FG_WIDTH, "FG_WIDTH", "pixel", 1, dma.maxWidth, dma.width),
-        integerParameter(FG_HEIGHT, "FG_HEIGHT", "lines", 1, dma.maxHeight, dma.height),
-        integerParameter(FG_PIXELFORMAT, "FG_PIXELFORMAT", "", FG_PIXELFORMAT_MONO8, FG_PIXELFORMAT_MONO8,
-                         FG_PIXELFORMAT_MONO8),
-        integerParameter(FG_TIMEOUT_PARAMETER, "FG_TIMEOUT", "s", 1, std::numeric_limits<std::int32_t>::max(),
-                         10),
+        ofChannel(FG_WIDTH, "FG_WIDTH", "pixel", FG_TYPE_INT32, 1, dma.maxWidth, whole(dma.width)),
+        ofChannel(FG_HEIGHT, "FG_HEIGHT", "lines", FG_TYPE_INT32, 1, dma.maxHeight, whole(dma.height)),
+        ofChannel(choiceParameter(FG_PIXELFORMAT, "FG_PIXELFORMAT", choicesOf(dma.formats),
+                                  dma.formats.front()->number)),
+        ofChannel(FG_TIMEOUT_PARAMETER, "FG_TIMEOUT", "s", FG_TYPE_INT32, 1,
+                  std::numeric_limits<std::int32_t>::max(), whole(10)),
     };
     if (!dma.generator)
         return descriptions;
-    descriptions.push_back(
-        integerParameter(FG_GEN_ENABLE, "FG_GEN_ENABLE", "", 0, 1, dma.generator->enabled ? 1 : 0));
-    descriptions.push_back({.id = FG_GEN_FRAMERATE,
-                            .name = "FG_GEN_FRAMERATE",
-                            .unit = "Hz",
-                            .type = FG_TYPE_DOUBLE,
-                            .minimum = 0,
-                            .maximum = 100000,
-                            .step = 0,
-                            .initial = dma.generator->frameRate,
-                            .writable = true,
-                            .perDma = true});
+    descriptions.push_back(ofChannel(FG_GEN_ENABLE, "FG_GEN_ENABLE", "", FG_TYPE_INT32, 0, 1,
+                                     whole(dma.generator->enabled ? 1 : 0)));
+    descriptions.push_back(ofChannel(FG_GEN_FRAMERATE, "FG_GEN_FRAMERATE", "Hz", FG_TYPE_DOUBLE, 0, 100000,
+                                     dma.generator->frameRate));
+    descriptions.push_back(ofChannel(choiceParameter(
+        FG_GEN_PATTERN, "FG_GEN_PATTERN",
+        {{FG_GEN_PATTERN_RAMP, "ramp"}, {FG_GEN_PATTERN_CHECKERBOARD, "checkerboard"}},
+        dma.generator->pattern == Pattern::Ramp ? FG_GEN_PATTERN_RAMP : FG_GEN_PATTERN_CHECKERBOARD)));
     return descriptions;
 }
 
@@ -242,7 +266,7 @@ ParameterValue ParameterSet::checked(const ParameterDescription& description,
             outOfRange(description.name + " takes a text of one line");
         return text;
     }
-    const double number = doubleOf(value);
+    const double number = numberOf(value);
     if (!(number >= description.minimum && number <= description.maximum))
         outOfRange(description.name + " takes " + textOf(description.minimum) + " to " +
                    textOf(description.maximum) + ", " + textOf(value) + " is outside");
@@ -250,6 +274,7 @@ ParameterValue ParameterSet::checked(const ParameterDescription& description,
         return number;
     const auto integer = integerOf(value);
     requireStep(description, integer);
+    requireChoice(description, integer);
     return integer;
 }
 
@@ -261,6 +286,20 @@ void ParameterSet::set(const ParameterDescription& description, const ParameterV
 int ParameterSet::integer(int id) const
 {
     return static_cast<int>(std::get<std::int64_t>(get(id)));
+}
+
+RegisterList::RegisterList(std::initializer_list<const ParameterSet*> sets)
+{
+    for (const auto* set : sets) {
+        for (const auto& description : set->descriptions()) {
+            choices.push_back(textOf(description.choices));
+            descriptions.push_back({description.id, description.name.c_str(), description.unit.c_str(),
+                                    description.type, description.minimum, description.maximum,
+                                    description.step, description.writable ? 1 : 0, choices.back().c_str()});
+        }
+    }
+    info.count = static_cast<unsigned int>(descriptions.size());
+    info.parameters = descriptions.data();
 }
 
 } // namespace simulation

@@ -4,6 +4,8 @@
 
 #include "descriptions/Applet.h"
 
+#include <deque>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,6 +16,9 @@ namespace simulation {
 /// number that the type cannot hold.
 ParameterValue readValue(const void* value, FgValueType type);
 void writeValue(const ParameterValue& value, void* target, FgValueType type);
+
+/// Throws FG_INVALID_TYPE for a text.
+double numberOf(const ParameterValue& value);
 
 /// Text of a value as configuration files hold it, and back. The latter throws FG_INVALID_TYPE.
 std::string textOf(const ParameterValue& value);
@@ -51,6 +56,22 @@ private:
 
     std::vector<ParameterDescription> m_specs;
     std::vector<ParameterValue> m_values;
+};
+
+/// The descriptions of some sets as the interface has them. The sets outlive it.
+struct RegisterList
+{
+    RegisterList() = default;
+    explicit RegisterList(std::initializer_list<const ParameterSet*> sets);
+    RegisterList(const RegisterList&) = delete;
+    RegisterList& operator=(const RegisterList&) = delete;
+    RegisterList(RegisterList&&) = default;
+    RegisterList& operator=(RegisterList&&) = default;
+    ~RegisterList() = default;
+
+    std::deque<std::string> choices;
+    std::vector<FgRegisterDescription> descriptions;
+    FgRegisterInfo info{};
 };
 
 } // namespace simulation

@@ -141,7 +141,6 @@ Fg_Struct* Runtime::open(const std::filesystem::path& file, unsigned int index)
     const auto grabber = std::make_shared<Grabber>(std::move(applet), hardware.model, hardware.serial);
     // Nothing acquires yet: whoever waits for images later does not wait for the drawing.
     place->drawAhead();
-    grabber->drawAhead();
     place->occupy(grabber);
     const std::lock_guard lock(m_handles);
     m_open.emplace(grabber->handle(), OpenBoard{grabber, place});

@@ -2,7 +2,6 @@
 
 #include "pictures/BlockLetters.h"
 
-#include <array>
 #include <limits>
 
 namespace simulation {
@@ -57,18 +56,57 @@ float cloudiness(float x, float y, int octaves)
 }
 
 // A very wide picture (a line camera's) shows a strip three heights wide, not one line magnified.
-Canvas::Canvas(int width, int height)
-    : m_width(width),
-      m_height(height),
+Canvas::Canvas(int width, int height, const Window& window)
+    : m_wholeWidth(width),
+      m_wholeHeight(height),
+      m_window(window),
       m_scale(std::max(static_cast<float>(height), static_cast<float>(width) / 3)),
-      m_pixels(static_cast<std::size_t>(width) * static_cast<std::size_t>(height))
+      m_pixels(static_cast<std::size_t>(window.width) * static_cast<std::size_t>(window.height))
 {}
 
-std::pair<int, int> Canvas::pixelRange(float from, float to, int end) const
+Window Canvas::pixelRange(const Box& box) const
 {
-    const auto limit = static_cast<float>(end);
-    return {static_cast<int>(std::clamp(std::floor(from * m_scale) - 1, 0.0F, limit)),
-            static_cast<int>(std::clamp(std::ceil(to * m_scale) + 1, 0.0F, limit))};
+    const auto range = [this](float from, float to, int origin, int end) {
+        const auto limit = static_cast<float>(end);
+        const auto place = [&](float pixel) {
+            return static_cast<int>(std::clamp(pixel - static_cast<float>(origin), 0.0F, limit));
+        };
+        return std::pair(place(std::floor(from * m_scale) - 1), place(std::ceil(to * m_scale) + 1));
+    };
+    const auto [left, right] = range(box.left, box.right, m_window.x, m_window.width);
+    const auto [top, bottom] = range(box.top, box.bottom, m_window.y, m_window.height);
+    return {left, top, right - left, bottom - top};
+}
+
+void Canvas::blend(int x, int y, const Colour& colour, float cover)
+{
+    auto& pixel = m_pixels[index(x, y)];
+    const auto blended = [cover](std::uint16_t below, float above) {
+        return lightOf(mix(static_cast<float>(below) / Light::FULL_LIGHT, above, cover));
+    };
+    pixel = {blended(pixel.red, colour.red), blended(pixel.green, colour.green),
+             blended(pixel.blue, colour.blue)};
+}
+
+void Canvas::average(const Canvas& other, float share)
+{
+    const auto mean = [share](std::uint16_t own, std::uint16_t given) {
+        return static_cast<std::uint16_t>(mix(own, given, share) + 0.5F);
+    };
+    for (std::size_t i = 0; i < m_pixels.size(); ++i) {
+        auto& pixel = m_pixels[i];
+        const auto& given = other.m_pixels[i];
+        pixel = {mean(pixel.red, given.red), mean(pixel.green, given.green), mean(pixel.blue, given.blue)};
+    }
+}
+
+void Canvas::scale(int x, int y, float factor)
+{
+    auto& pixel = m_pixels[index(x, y)];
+    const auto scaled = [factor](std::uint16_t light) {
+        return lightOf(static_cast<float>(light) / Light::FULL_LIGHT * factor);
+    };
+    pixel = {scaled(pixel.red), scaled(pixel.green), scaled(pixel.blue)};
 }
 
 void Canvas::fillCircle(Point center, float radius, float shade)
@@ -130,28 +168,6 @@ void Canvas::write(std::string_view text, Point corner, float letterHeight, floa
         }
         corner.x += dot * (BLOCK_LETTER_COLUMNS + 1);
     }
-}
-
-std::vector<std::uint8_t> Canvas::exposed(int image) const
-{
-    // One table of noise for all images, entered at another place for each line and image.
-    static const auto NOISE_TABLE = [] {
-        std::array<float, 8192> values{};
-        for (int i = 0; i < static_cast<int>(values.size()); ++i)
-            values[static_cast<std::size_t>(i)] =
-                (scatter(i, 1) + scatter(i, 2) + scatter(i, 3) - 1.5F) * 5.0F + 0.5F;
-        return values;
-    }();
-    std::vector<std::uint8_t> bytes(m_pixels.size());
-    for (int row = 0; row < m_height; ++row) {
-        auto place = static_cast<std::size_t>(scatter(row, 1000 + image) * 8192.0F);
-        for (int column = 0; column < m_width; ++column) {
-            const auto i = index(column, row);
-            const float value = m_pixels[i] * 255.0F + NOISE_TABLE[place++ % NOISE_TABLE.size()];
-            bytes[i] = static_cast<std::uint8_t>(std::clamp(value, 0.0F, 255.0F));
-        }
-    }
-    return bytes;
 }
 
 } // namespace simulation

@@ -1,10 +1,12 @@
 /// \file
-/// A grey picture under construction: shapes with smooth edges and any shading, painted one over the other.
+/// A picture under construction: shapes with smooth edges and any shading, painted one over the other.
 ///
-/// Positions and sizes are in units of the picture's height (x grows to the right, y downwards), so that a
-/// scene looks the same at every resolution. Luminance runs from 0 (black) to 1 (white). Everything is
-/// deterministic.
+/// Positions and sizes are in units of the height of the whole picture (x grows to the right, y downwards),
+/// so that a scene looks the same at every resolution. A canvas holds a window of the whole picture. A shade
+/// is a luminance, which gets the hue of the brush, or a Colour. Everything is deterministic.
 #pragma once
+
+#include "pictures/Colour.h"
 
 #include <algorithm>
 #include <cmath>
@@ -84,45 +86,70 @@ inline float stroke(float x, float y, Point from, Point to, float thickness)
 // --- the canvas
 // -----------------------------------------------------------------------------------------------
 
+/// A part of a picture, in pixels.
+struct Window
+{
+    int x, y, width, height;
+
+    auto operator<=>(const Window&) const = default;
+};
+
 class Canvas
 {
 public:
-    Canvas(int width, int height);
+    /// \p window of a picture of this size.
+    Canvas(int width, int height, const Window& window);
 
-    int width() const { return m_width; }
-    int height() const { return m_height; }
-    /// Right edge of the picture in units; the lower edge is bottom().
-    float right() const { return static_cast<float>(m_width) / m_scale; }
-    float bottom() const { return static_cast<float>(m_height) / m_scale; }
-    /// The column of pixels that a position lies in.
-    int column(float x) const { return std::clamp(static_cast<int>(x * m_scale), 0, m_width - 1); }
-    float& at(int x, int y) { return m_pixels[index(x, y)]; }
-    const std::vector<float>& pixels() const { return m_pixels; }
+    int width() const { return m_window.width; }
+    int height() const { return m_window.height; }
+    /// Right edge of the whole picture in units; the lower edge is bottom().
+    float right() const { return static_cast<float>(m_wholeWidth) / m_scale; }
+    float bottom() const { return static_cast<float>(m_wholeHeight) / m_scale; }
+    /// Of the whole picture: pixels across, and the column of pixels that a position lies in.
+    int columns() const { return m_wholeWidth; }
+    int column(float x) const { return std::clamp(static_cast<int>(x * m_scale), 0, m_wholeWidth - 1); }
+    /// The pixels of one line of the window.
+    const Light* line(int y) const { return &m_pixels[index(0, y)]; }
+
+    /// Gives every luminance that is painted from now on this hue.
+    void setBrush(const Colour& hue) { m_brush = hue; }
 
     /// Gives every pixel shade(x, y).
     template <class Shade>
     void cover(Shade shade)
     {
-        for (int row = 0; row < m_height; ++row)
-            for (int column = 0; column < m_width; ++column)
-                at(column, row) = shade(unit(column), unit(row));
+        for (int row = 0; row < height(); ++row)
+            for (int column = 0; column < width(); ++column)
+                blend(column, row, colourOf(shade(unitX(column), unitY(row))), 1);
+    }
+
+    /// Multiplies the light of every pixel in \p box by factor(x, y).
+    template <class Factor>
+    void dim(const Box& box, Factor factor)
+    {
+        const auto range = pixelRange(box);
+        for (int row = range.y; row < range.y + range.height; ++row)
+            for (int column = range.x; column < range.x + range.width; ++column)
+                scale(column, row, factor(unitX(column), unitY(row)));
     }
 
     /// Paints shade(x, y) where distance(x, y) is negative, within \p box.
     template <class Distance, class Shade>
     void paint(const Box& box, Distance distance, Shade shade)
     {
-        const auto [left, right] = pixelRange(box.left, box.right, m_width);
-        const auto [top, bottom] = pixelRange(box.top, box.bottom, m_height);
-        for (int row = top; row < bottom; ++row) {
-            for (int column = left; column < right; ++column) {
-                const float x = unit(column), y = unit(row);
+        const auto range = pixelRange(box);
+        for (int row = range.y; row < range.y + range.height; ++row) {
+            for (int column = range.x; column < range.x + range.width; ++column) {
+                const float x = unitX(column), y = unitY(row);
                 const float cover = std::clamp(0.5F - distance(x, y) * m_scale, 0.0F, 1.0F);
                 if (cover > 0)
-                    at(column, row) = mix(at(column, row), shade(x, y), cover);
+                    blend(column, row, colourOf(shade(x, y)), cover);
             }
         }
     }
+
+    /// Takes the other canvas's light for this share of the own one.
+    void average(const Canvas& other, float share);
 
     void fillCircle(Point center, float radius, float shade);
     void fillBox(const Box& box, float shade, float cornerRadius = 0);
@@ -132,21 +159,26 @@ public:
     /// Block letters (A-Z, 0-9, blank, - . /) of this height, from their upper left corner.
     void write(std::string_view text, Point corner, float letterHeight, float shade);
 
-    /// The picture in 8 bit, with a sensor's noise that differs from one \p image to the next.
-    std::vector<std::uint8_t> exposed(int image) const;
-
 private:
     std::size_t index(int x, int y) const
     {
-        return static_cast<std::size_t>(y) * static_cast<std::size_t>(m_width) + static_cast<std::size_t>(x);
+        return static_cast<std::size_t>(y) * static_cast<std::size_t>(width()) + static_cast<std::size_t>(x);
     }
-    float unit(int pixel) const { return (static_cast<float>(pixel) + 0.5F) / m_scale; }
-    std::pair<int, int> pixelRange(float from, float to, int end) const;
+    float unitX(int column) const { return (static_cast<float>(column + m_window.x) + 0.5F) / m_scale; }
+    float unitY(int row) const { return (static_cast<float>(row + m_window.y) + 0.5F) / m_scale; }
+    /// The pixels of the window that a box reaches.
+    Window pixelRange(const Box& box) const;
+    Colour colourOf(float luminance) const { return tinted(luminance, m_brush); }
+    static Colour colourOf(const Colour& colour) { return colour; }
+    void blend(int x, int y, const Colour& colour, float cover);
+    void scale(int x, int y, float factor);
 
-    int m_width;
-    int m_height;
+    int m_wholeWidth;
+    int m_wholeHeight;
+    Window m_window;
     float m_scale; ///< pixels a unit
-    std::vector<float> m_pixels;
+    Colour m_brush = WHITE;
+    std::vector<Light> m_pixels;
 };
 
 } // namespace simulation

@@ -1,22 +1,22 @@
 /// \file
-/// Test patterns of a DMA channel's generator.
+/// Test patterns of a DMA channel's generator and of cameras.
 #pragma once
 
-#include <cstdint>
 #include <string_view>
-#include <vector>
 
 namespace simulation {
 
+/// Both travel to the left from image to image.
 enum class Pattern
 {
-    Ramp,         ///< diagonal grey ramp: grey value (x + y + shift) modulo 256
-    Checkerboard, ///< fields of 32 x 32 pixels
+    Ramp, ///< diagonal: (x + y) modulo the number of grey values. In colour: red along x, green along y, blue
+          ///< along both
+    Checkerboard, ///< fields of 32 x 32 pixels, 24 and 224 of 255
 };
 
-Pattern patternNamed(std::string_view name);
-
-/// Image \p image of a cycle of \p count; the pattern travels once round the cycle.
-std::vector<std::uint8_t> drawPattern(Pattern pattern, int width, int height, int image, int count);
+constexpr Pattern patternNamed(std::string_view name)
+{
+    return name == "ramp" ? Pattern::Ramp : Pattern::Checkerboard;
+}
 
 } // namespace simulation

@@ -10,6 +10,11 @@ constexpr float BELT_TOP = 0.865F;
 constexpr float CAP_TOP = 0.115F;
 constexpr float LIQUID_LEVEL = 0.335F;
 
+constexpr auto WALL = hue(0.90F, 0.96F, 1), STEEL = hue(0.86F, 0.94F, 1), BRASS = hue(1, 0.76F, 0.34F);
+constexpr auto GREEN_GLASS = hue(0.42F, 0.86F, 0.48F), LIQUID = hue(0.90F, 0.62F, 0.18F),
+               PAPER_LABEL = hue(1, 0.95F, 0.84F);
+constexpr auto PRINT = hue(0.90F, 0.20F, 0.22F);
+
 // Half the bottle's width at a height of the picture.
 float profile(float y)
 {
@@ -25,10 +30,12 @@ float profile(float y)
 void paintBackWall(Canvas& canvas)
 {
     const float middle = canvas.right() / 2;
+    canvas.setBrush(WALL);
     canvas.cover([&](float x, float y) {
         const float away = circle(x, y * 1.1F, {middle, 0.45F}, 0);
         return 0.96F - 0.30F * away * away - 0.02F * noise(x * 3, y * 3);
     });
+    canvas.setBrush(STEEL);
     // Guide rail behind the bottles, round steel.
     canvas.paint(
         {0, 0.615F, canvas.right(), 0.665F}, [](float, float y) { return std::abs(y - 0.64F) - 0.022F; },
@@ -37,6 +44,7 @@ void paintBackWall(Canvas& canvas)
 
 void paintBelt(Canvas& canvas, float shift)
 {
+    canvas.setBrush(STEEL);
     constexpr float LINK = PITCH / 4; // divides the pitch, so that the belt repeats with the bottles
     canvas.paint(
         {0, BELT_TOP, canvas.right(), canvas.bottom()}, [](float, float y) { return BELT_TOP - y; },
@@ -95,17 +103,18 @@ float capShade(float u, float y)
     return 0.20F + 0.30F * std::exp(-5 * (u + 0.45F) * (u + 0.45F)) + ribs;
 }
 
-float bottleShade(float x, float y)
+Colour bottleShade(float x, float y)
 {
     const float u = x / profile(y);
     if (y < 0.20F)
-        return capShade(u, y);
+        return tinted(capShade(u, y), BRASS);
     const bool label = y > 0.49F && y < 0.81F;
     if (!label)
-        return glassShade(u, y);
+        return tinted(glassShade(u, y), y > LIQUID_LEVEL ? LIQUID : GREEN_GLASS);
     const float around = std::asin(std::clamp(u, -1.0F, 1.0F));
     const float light = 0.55F + 0.42F * std::cos(around + 0.45F);
-    return labelPrint(around * 0.118F, y) * light;
+    const float print = labelPrint(around * 0.118F, y);
+    return tinted(print * light, mix(PRINT, PAPER_LABEL, ramp(0.3F, 0.9F, print)));
 }
 
 void paintBottle(Canvas& canvas, float middle)
@@ -125,19 +134,10 @@ void paintBottle(Canvas& canvas, float middle)
 void paintReflection(Canvas& canvas, float middle)
 {
     const Box box{middle - 0.13F, BELT_TOP + 0.006F, middle + 0.13F, BELT_TOP + 0.06F};
-    for (int y = 0; y < canvas.height(); ++y) {
-        const float down =
-            (static_cast<float>(y) + 0.5F) / static_cast<float>(canvas.height()) * canvas.bottom();
-        if (down < box.top || down > box.bottom)
-            continue;
-        for (int x = canvas.column(box.left); x <= canvas.column(box.right); ++x) {
-            const float across =
-                (static_cast<float>(x) + 0.5F) / static_cast<float>(canvas.width()) * canvas.right();
-            const float dark =
-                ramp(0.12F, 0.07F, std::abs(across - middle)) * ramp(box.bottom, box.top, down);
-            canvas.at(x, y) *= 1 - 0.6F * dark;
-        }
-    }
+    canvas.dim(box, [&](float x, float y) {
+        const float down = y < box.top ? 0 : ramp(box.bottom, box.top, y);
+        return 1 - 0.6F * down * ramp(0.12F, 0.07F, std::abs(x - middle));
+    });
 }
 
 } // namespace

@@ -12,6 +12,10 @@ constexpr float TABLE = 0.07F, MASK = 0.27F, POUR = 0.32F, COPPER = 0.44F;
 constexpr float TIN = 0.80F, SILK = 0.92F, PLASTIC = 0.13F, HOLE = 0.03F;
 constexpr float MARGIN = 0.035F;
 
+constexpr auto SOLDER_MASK = hue(0.16F, 0.62F, 0.36F), GOLD = hue(1, 0.84F, 0.48F),
+               CERAMIC = hue(0.80F, 0.62F, 0.42F);
+constexpr auto BLUE_STEEL = hue(0.70F, 0.80F, 1);
+
 float metal(float x, float y)
 {
     return TIN + 0.10F * (noise(x * 160, y * 160) - 0.5F);
@@ -19,12 +23,14 @@ float metal(float x, float y)
 
 void paintBare(Canvas& canvas)
 {
+    canvas.setBrush(BLUE_STEEL);
     const Box board{MARGIN, MARGIN, canvas.right() - MARGIN, 1 - MARGIN};
     canvas.cover([](float x, float y) { return TABLE + 0.03F * noise(x * 6, y * 6); });
     canvas.paint(
         {0, 0, canvas.right(), 1},
         [&](float x, float y) { return roundedBox(x - 0.008F, y - 0.010F, board, 0.02F); },
         [](float, float) { return 0.02F; }); // its shadow
+    canvas.setBrush(SOLDER_MASK);
     canvas.paint(
         board, [&](float x, float y) { return roundedBox(x, y, board, 0.02F); },
         [](float x, float y) {
@@ -36,6 +42,7 @@ void paintBare(Canvas& canvas)
 
 void paintPad(Canvas& canvas, Point center, float radius, float drill)
 {
+    canvas.setBrush(GOLD);
     canvas.paint(
         {center.x - radius, center.y - radius, center.x + radius, center.y + radius},
         [&](float x, float y) { return circle(x, y, center, radius); }, metal);
@@ -51,6 +58,7 @@ void paintHoles(Canvas& canvas)
 
 void paintTrace(Canvas& canvas, std::initializer_list<Point> corners)
 {
+    canvas.setBrush(SOLDER_MASK);
     const auto* from = corners.begin();
     for (const auto* to = from + 1; to != corners.end(); from = to++)
         canvas.fillStroke(*from, *to, 0.0055F, COPPER);
@@ -80,6 +88,7 @@ void paintGullWings(Canvas& canvas, const Box& body, float spacing, bool allRoun
 {
     constexpr float REACH = 0.018F;
     const float thick = spacing * 0.5F;
+    canvas.setBrush(WHITE);
     for (float x = body.left + spacing; x < body.right - spacing * 0.5F; x += spacing) {
         canvas.paint(
             {x - thick / 2, body.top - REACH, x + thick / 2, body.top},
@@ -124,14 +133,18 @@ void paintChip(Canvas& canvas, const Box& body, float spacing, bool allRound, co
 void paintResistor(Canvas& canvas, Point center, bool upright, const std::string& name)
 {
     const float w = upright ? 0.012F : 0.022F, h = upright ? 0.022F : 0.012F;
+    canvas.setBrush(WHITE);
     canvas.fillBox({center.x - w, center.y - h, center.x + w, center.y + h}, TIN, 0.003F);
+    canvas.setBrush(upright ? CERAMIC : WHITE);
     const float bw = upright ? w : w * 0.55F, bh = upright ? h * 0.55F : h;
-    canvas.fillBox({center.x - bw, center.y - bh, center.x + bw, center.y + bh}, 0.16F);
+    canvas.fillBox({center.x - bw, center.y - bh, center.x + bw, center.y + bh}, upright ? 0.46F : 0.16F);
+    canvas.setBrush(WHITE);
     canvas.write(name, {center.x - 0.018F, center.y - h - 0.021F}, 0.014F, SILK);
 }
 
 void paintCan(Canvas& canvas, Point center, float radius)
 {
+    canvas.setBrush(BLUE_STEEL);
     canvas.fillCircle({center.x + 0.010F, center.y + 0.012F}, radius, 0.12F);
     canvas.paint(
         {center.x - radius, center.y - radius, center.x + radius, center.y + radius},
@@ -149,10 +162,12 @@ void paintHeader(Canvas& canvas, Point corner, int pins)
 {
     constexpr float SPACING = 0.034F;
     const float length = static_cast<float>(pins) * SPACING;
+    canvas.setBrush(WHITE);
     canvas.fillBox(
         {corner.x - 0.004F, corner.y - 0.004F, corner.x + length + 0.004F, corner.y + 2 * SPACING + 0.004F},
         SILK);
     canvas.fillBox({corner.x, corner.y, corner.x + length, corner.y + 2 * SPACING}, 0.10F);
+    canvas.setBrush(GOLD);
     for (int pin = 0; pin < pins; ++pin) {
         for (int row = 0; row < 2; ++row) {
             const float x = corner.x + (static_cast<float>(pin) + 0.5F) * SPACING;
@@ -206,6 +221,7 @@ void paintParts(Canvas& canvas, float left, float right)
     for (int i = 0; i < 4; ++i)
         paintResistor(canvas, {left + 0.10F + 0.055F * static_cast<float>(i), 0.64F}, true,
                       "C" + std::to_string(3 + i));
+    canvas.setBrush(WHITE);
     canvas.write("U1", {left + 0.26F, 0.245F}, 0.024F, SILK);
     canvas.write("BOARD 17-B", {right - 0.50F, 0.845F}, 0.030F, SILK);
 }
@@ -223,14 +239,14 @@ void paintCircuitBoard(Canvas& canvas)
 
 void paintLineOfLight(Canvas& canvas, float phase)
 {
-    const float width = 0.07F * static_cast<float>(canvas.height());
-    const float middle = phase * static_cast<float>(canvas.width());
-    for (int x = 0; x < canvas.width(); ++x) {
-        const float away = (static_cast<float>(x) - middle) / width;
-        const float light = 0.86F + 0.50F * std::exp(-away * away);
-        for (int y = 0; y < canvas.height(); ++y)
-            canvas.at(x, y) *= light;
+    std::vector<float> light; // by column
+    for (int column = 0; column < canvas.columns(); ++column) {
+        const float x = canvas.right() * static_cast<float>(column) / static_cast<float>(canvas.columns());
+        const float away = (x - phase * canvas.right()) / 0.07F;
+        light.push_back(0.86F + 0.50F * std::exp(-away * away));
     }
+    canvas.dim({0, 0, canvas.right(), canvas.bottom()},
+               [&](float x, float) { return light[static_cast<std::size_t>(canvas.column(x))]; });
 }
 
 } // namespace simulation

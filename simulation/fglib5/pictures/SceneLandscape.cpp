@@ -7,6 +7,13 @@ namespace {
 
 constexpr float MEADOW_TOP = 0.70F;
 
+constexpr auto SKY = hue(0.45F, 0.68F, 1.0F), SUNLIGHT = hue(1, 0.86F, 0.60F), HAZE = hue(0.70F, 0.82F, 1);
+constexpr auto GRASS = hue(0.56F, 0.80F, 0.26F), DRY_GRASS = hue(0.80F, 0.80F, 0.38F),
+               NEEDLES = hue(0.35F, 0.62F, 0.36F);
+constexpr auto EARTH = hue(0.86F, 0.70F, 0.50F), WOOD = hue(0.62F, 0.42F, 0.26F),
+               PLASTER = hue(1, 0.94F, 0.80F);
+constexpr auto TILES = hue(0.85F, 0.34F, 0.24F), GLASS = hue(0.5F, 0.66F, 0.85F);
+
 struct Range
 {
     float foot; ///< y of the foot of the mountains
@@ -15,6 +22,7 @@ struct Range
     float shade;
     float seed;
     bool snow;
+    Colour rock;
 };
 
 Point sunOf(const Canvas& canvas)
@@ -37,8 +45,11 @@ void paintSky(Canvas& canvas)
             const float cloud = cloudiness(x * 1.7F + 11, y * 5.5F, 4);
             const float shade = mix(blue, 0.93F, ramp(0.50F, 0.78F, cloud) * ramp(0.55F, 0.1F, y));
             const float fromSun = circle(x, y, sun, 0);
-            return shade + 0.20F * std::exp(-fromSun * 9) + 0.06F * std::exp(-fromSun * 3);
+            const float glow = std::exp(-fromSun * 9);
+            const auto air = mix(SKY, WHITE, ramp(0.50F, 0.78F, cloud) * ramp(0.55F, 0.1F, y));
+            return tinted(shade + 0.20F * glow + 0.06F * std::exp(-fromSun * 3), mix(air, SUNLIGHT, glow));
         });
+    canvas.setBrush(SUNLIGHT);
     canvas.fillCircle(sun, 0.055F, 1);
 }
 
@@ -59,25 +70,28 @@ Skyline skylineOf(const Canvas& canvas, const Range& range)
 {
     constexpr float REACH = 0.03F; // evens single rocks out
     Skyline line;
-    for (int column = 0; column < canvas.width(); ++column) {
-        const float x = canvas.right() * static_cast<float>(column) / static_cast<float>(canvas.width());
+    for (int column = 0; column < canvas.columns(); ++column) {
+        const float x = canvas.right() * static_cast<float>(column) / static_cast<float>(canvas.columns());
         line.y.push_back(ridge(range, x));
         line.slope.push_back((ridge(range, x + REACH) - ridge(range, x - REACH)) / (2 * REACH));
     }
     return line;
 }
 
-float mountainShade(const Range& range, float x, float y, float depth, float slope)
+Colour mountainShade(const Range& range, float x, float y, float depth, float slope)
 {
     const float lit = std::clamp(slope, -0.8F, 0.8F);
     const float rock = cloudiness(x * 22 + y * 9, y * 30 - x * 12, 3) - 0.5F;
     float shade = range.shade + 0.09F * lit * std::exp(-depth * 9) + 0.16F * rock;
+    auto surface = range.rock;
     if (range.snow) {
         const float line = 0.06F + 0.12F * (noise(x * 30, y * 9) - 0.35F);
         const float snow = ramp(0.42F, 0.32F, y) * ramp(line, line - 0.03F, depth);
         shade = mix(shade, 0.90F + 0.10F * lit, snow);
+        surface = mix(surface, WHITE, snow);
     }
-    return mix(shade, range.shade + 0.16F, ramp(0, 0.5F, depth)); // haze in the valley
+    const float haze = ramp(0, 0.5F, depth); // in the valley
+    return tinted(mix(shade, range.shade + 0.16F, haze), mix(surface, HAZE, haze));
 }
 
 void paintRange(Canvas& canvas, const Range& range)
@@ -103,10 +117,12 @@ void paintMeadow(Canvas& canvas)
         [&](float x, float y) {
             const float near = ramp(MEADOW_TOP, 1, y);
             const float grass = cloudiness(x * mix(90, 30, near), y * mix(260, 60, near), 3);
-            return mix(0.50F, 0.30F, near) + (grass - 0.5F) * mix(0.10F, 0.30F, near);
+            return tinted(mix(0.50F, 0.30F, near) + (grass - 0.5F) * mix(0.10F, 0.30F, near),
+                          mix(GRASS, DRY_GRASS, ramp(0.35F, 0.75F, grass)));
         });
     // A path winds from the house to the lower edge, wider the nearer it comes.
     const float house = canvas.right() * 0.615F;
+    canvas.setBrush(EARTH);
     canvas.paint(
         {0, 0.78F, canvas.right(), canvas.bottom()},
         [&](float x, float y) {
@@ -120,9 +136,11 @@ void paintMeadow(Canvas& canvas)
 void paintConifer(Canvas& canvas, Point foot, float height)
 {
     const float width = height * 0.42F;
+    canvas.setBrush(WOOD);
     canvas.fillBox({foot.x - height * 0.03F, foot.y - height * 0.15F, foot.x + height * 0.03F, foot.y},
                    0.16F);
     constexpr int TIERS = 5;
+    canvas.setBrush(NEEDLES);
     for (int tier = 0; tier < TIERS; ++tier) {
         const float t = static_cast<float>(tier) / TIERS;
         const float low = foot.y - height * (0.10F + 0.68F * t);
@@ -165,11 +183,14 @@ void paintHouse(Canvas& canvas)
 {
     const float left = canvas.right() * 0.55F, right = left + 0.20F, side = right + 0.10F;
     const float ground = 0.79F, eaves = 0.66F, top = 0.56F, middle = (left + right) / 2;
+    canvas.setBrush(TILES);
     canvas.fillBox({right - 0.045F, 0.535F, right - 0.020F, 0.62F}, 0.42F); // chimney
+    canvas.setBrush(PLASTER);
     canvas.fillPolygon({{right, eaves}, {side, eaves - 0.012F}, {side, ground - 0.015F}, {right, ground}},
                        0.90F);
     canvas.fillBox({left, eaves, right, ground}, 0.72F);
     canvas.fillPolygon({{middle, top}, {right, eaves}, {left, eaves}}, 0.72F);
+    canvas.setBrush(TILES);
     canvas.fillPolygon({{middle, top},
                         {middle + 0.11F, top - 0.012F},
                         {side + 0.018F, eaves - 0.002F},
@@ -177,7 +198,9 @@ void paintHouse(Canvas& canvas)
                        0.36F);
     canvas.fillStroke({middle, top}, {left - 0.014F, eaves + 0.014F}, 0.014F, 0.26F);
     canvas.fillStroke({middle, top}, {right + 0.012F, eaves + 0.012F}, 0.014F, 0.26F);
+    canvas.setBrush(WOOD);
     canvas.fillBox({middle - 0.02F, ground - 0.075F, middle + 0.02F, ground}, 0.24F);
+    canvas.setBrush(GLASS);
     for (const float x : {left + 0.04F, right - 0.04F}) {
         canvas.fillBox({x - 0.022F, 0.693F, x + 0.022F, 0.737F}, 0.95F);
         canvas.fillBox({x - 0.017F, 0.698F, x - 0.002F, 0.732F}, 0.20F);
@@ -191,6 +214,7 @@ void paintMillTower(Canvas& canvas)
 {
     const auto hub = millOf(canvas);
     const float foot = 0.80F;
+    canvas.setBrush(PLASTER);
     const auto halfWidth = [&](float y) { return mix(0.038F, 0.066F, (y - hub.y) / (foot - hub.y)); };
     canvas.paint(
         {hub.x - 0.08F, hub.y, hub.x + 0.08F, foot},
@@ -202,6 +226,7 @@ void paintMillTower(Canvas& canvas)
             const float course = std::fmod(y * 60, 1.0F) < 0.12F ? -0.06F : 0;
             return 0.68F + 0.22F * side - 0.12F * side * side + course;
         });
+    canvas.setBrush(WOOD);
     canvas.fillPolygon({{hub.x - 0.012F, hub.y - 0.055F},
                         {hub.x + 0.012F, hub.y - 0.055F},
                         {hub.x + 0.046F, hub.y + 0.004F},
@@ -217,7 +242,9 @@ void paintSail(Canvas& canvas, Point hub, float angle)
     const auto at = [&](float along, float across) {
         return Point{hub.x + along * c - across * s, hub.y + along * s + across * c};
     };
+    canvas.setBrush(PLASTER);
     canvas.fillPolygon({at(0.06F, 0), at(0.225F, 0), at(0.225F, 0.045F), at(0.06F, 0.035F)}, 0.93F);
+    canvas.setBrush(WOOD);
     for (const float along : {0.06F, 0.10F, 0.14F, 0.18F, 0.223F})
         canvas.fillStroke(at(along, 0), at(along, 0.042F), 0.003F, 0.35F);
     canvas.fillStroke(hub, at(0.23F, 0), 0.009F, 0.17F);
@@ -228,9 +255,9 @@ void paintSail(Canvas& canvas, Point hub, float angle)
 void paintLandscape(Canvas& canvas)
 {
     paintSky(canvas);
-    paintRange(canvas, {0.66F, 0.46F, 1.3F, 0.52F, 5.2F, true});
-    paintRange(canvas, {0.70F, 0.27F, 1.9F, 0.40F, 31.7F, false});
-    paintRange(canvas, {0.74F, 0.13F, 2.6F, 0.30F, 74.1F, false});
+    paintRange(canvas, {0.66F, 0.46F, 1.3F, 0.52F, 5.2F, true, hue(0.62F, 0.70F, 0.86F)});
+    paintRange(canvas, {0.70F, 0.27F, 1.9F, 0.40F, 31.7F, false, hue(0.58F, 0.68F, 0.70F)});
+    paintRange(canvas, {0.74F, 0.13F, 2.6F, 0.30F, 74.1F, false, hue(0.50F, 0.66F, 0.50F)});
     paintMeadow(canvas);
     paintForest(canvas);
     paintHouse(canvas);

@@ -10,6 +10,8 @@ namespace {
 constexpr float PAPER = 0.90F;
 constexpr float INK = 0.06F;
 
+constexpr auto WARM_PAPER = hue(1, 0.98F, 0.92F), RED = hue(1, 0.12F, 0.10F);
+
 Point hubOf(const Canvas& canvas)
 {
     return {canvas.right() / 2, 0.46F};
@@ -96,9 +98,11 @@ void paintCorner(Canvas& canvas, Point center)
 void paintFrame(Canvas& canvas)
 {
     const float right = canvas.right();
+    canvas.setBrush(WARM_PAPER);
     canvas.cover([&](float x, float y) {
         return PAPER - 0.10F * circle(x, y, {right / 2, 0.5F}, 0) / right;
     });
+    canvas.setBrush(WHITE);
     for (const float x : {0.02F, right - 0.02F})
         canvas.fillStroke({x, 0.02F}, {x, 0.98F}, 0.006F, INK);
     for (const float y : {0.02F, 0.98F})
@@ -106,6 +110,20 @@ void paintFrame(Canvas& canvas)
     for (const float x : {0.10F, right - 0.10F})
         for (const float y : {0.17F, 0.90F})
             paintCorner(canvas, {x, y});
+}
+
+// Six fields of one colour each: red, yellow, green, cyan, blue, magenta.
+void paintColours(Canvas& canvas, Point corner, float side)
+{
+    constexpr Colour FIELDS[] = {{0.8F, 0.1F, 0.1F}, {0.8F, 0.8F, 0.1F}, {0.1F, 0.7F, 0.1F},
+                                 {0.1F, 0.7F, 0.7F}, {0.1F, 0.1F, 0.8F}, {0.7F, 0.1F, 0.7F}};
+    for (const auto& field : FIELDS) {
+        const Box box{corner.x, corner.y, corner.x + side, corner.y + side};
+        canvas.paint(
+            box, [&](float x, float y) { return roundedBox(x, y, box, 0); },
+            [&](float, float) { return field; });
+        corner.x += side;
+    }
 }
 
 void paintText(Canvas& canvas)
@@ -135,6 +153,7 @@ void paintTextChart(Canvas& canvas)
     paintChecks(canvas, {hub.x + 0.40F, 0.47F, hub.x + 0.50F, 0.57F}, 0.02F);
     paintChecks(canvas, {hub.x + 0.52F, 0.47F, hub.x + 0.62F, 0.57F}, 0.01F);
     paintFineWedge(canvas, {hub.x + 0.40F, 0.60F, hub.x + 0.62F, 0.66F});
+    paintColours(canvas, {hub.x + 0.40F, 0.69F}, 0.22F / 6);
     paintWedge(canvas, {hub.x - 0.40F, 0.85F, hub.x + 0.40F, 0.94F});
     paintText(canvas);
 }
@@ -143,8 +162,10 @@ void paintChartHand(Canvas& canvas, float phase)
 {
     const auto hub = hubOf(canvas);
     const float angle = phase * 2 * PI - PI / 2;
+    canvas.setBrush(RED);
     const Point tip{hub.x + 0.30F * std::cos(angle), hub.y + 0.30F * std::sin(angle)};
     canvas.fillStroke(hub, tip, 0.012F, 0.35F);
+    canvas.setBrush(WHITE);
     canvas.fillCircle(tip, 0.024F, INK);
     canvas.fillCircle(tip, 0.012F, 0.98F);
     canvas.fillCircle(hub, 0.018F, INK);

@@ -1,0 +1,70 @@
+/// \file
+/// Formats of the pixels that a DMA channel writes, and the packing of samples into bytes.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string_view>
+#include <vector>
+
+namespace simulation {
+
+enum class Components
+{
+    Grey,
+    RedGreenBlue,
+    BlueGreenRed,
+    BlueGreenRedFull, ///< and 255
+    Mosaic            ///< one colour a pixel
+};
+
+struct PixelFormat
+{
+    int number; ///< FG_PIXELFORMAT_...
+    const char* name;
+    int bitsPerPixel; ///< in memory
+    int depth;        ///< bits of a sample that are used
+    Components components;
+    int redAt = 0; ///< Mosaic: place of the red pixel in a field of two by two, line by line
+
+    std::size_t samples() const; ///< a pixel
+    std::size_t bytesPerLine(int width) const;
+    std::size_t bytes(int width, int height) const
+    {
+        return bytesPerLine(width) * static_cast<std::size_t>(height);
+    }
+};
+
+std::span<const PixelFormat> pixelFormats();
+/// Null where there is none.
+const PixelFormat* pixelFormat(int number);
+const PixelFormat* pixelFormat(std::string_view name);
+
+/// Takes the pixels of a source as one stream and cuts it into lines of its own width: a source of another
+/// width shows as a slanted picture.
+class PixelStream
+{
+public:
+    PixelStream(const PixelFormat& format, int width, std::span<std::uint8_t> target);
+
+    /// Pixels behind those before, of format.samples() samples each. What does not fit is dropped.
+    void append(std::span<const std::uint16_t> samples);
+    /// What no pixel has come for becomes black.
+    void finish();
+
+    /// Overwrites \p count pixels from \p first on, counted along the stream, with the same samples.
+    static void fill(const PixelFormat& format, int width, std::span<std::uint8_t> target, std::size_t first,
+                     std::size_t count, std::span<const std::uint16_t> samples);
+
+private:
+    void packLine();
+
+    const PixelFormat& m_format;
+    const std::size_t m_lineSamples;
+    const std::size_t m_lineBytes;
+    std::span<std::uint8_t> m_rest; ///< of the target, from the line on that is being filled
+    std::vector<std::uint16_t> m_line;
+};
+
+} // namespace simulation

@@ -50,7 +50,8 @@ public:
     /// As the runtime counts them.
     std::int64_t lostImages() const override;
 
-    /// Longest wait for an image.
+    /// Longest wait for an image, from the next wait on; becomes the channel's FG_TIMEOUT. A start takes up
+    /// what FG_TIMEOUT is then. A channel that waits for a trigger goes on waiting.
     void setTimeout(unsigned int seconds);
 
     /// Writes the channel's size in pixels. The buffers follow with the next

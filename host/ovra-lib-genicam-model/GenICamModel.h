@@ -3,10 +3,13 @@
 #pragma once
 
 #include "ovra-lib-genicam-model/Export.h"
+#include "ovra-lib-parameters/Parameter.h"
 
 #include <boost/shared_ptr.hpp>
 
 #include <memory>
+#include <string>
+#include <vector>
 
 namespace ovra::core::models {
 
@@ -25,6 +28,12 @@ public:
     int height() const;
     void setWidth(int width);
     void setHeight(int height);
+
+    /// All parameters of the camera with their present values.
+    std::vector<parameters::Parameter> parameters() const;
+    /// Reads \p text as the value of the parameter \p name and writes it. Throws std::invalid_argument for an
+    /// unknown name or a text that does not fit.
+    void setParameter(const std::string& name, const std::string& text);
 
     /// Lets the camera stream, anew if it does already.
     void restartAcquisition();

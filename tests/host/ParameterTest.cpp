@@ -42,4 +42,18 @@ TEST(ParameterText, ThatIsRefusedNamesTheParameterItsRangeAndTheText)
     EXPECT_THROW(fromText(parameter, "nan"), std::invalid_argument);
 }
 
+TEST(ParameterText, OfAChoiceIsItsNameOrItsNumber)
+{
+    Parameter parameter;
+    parameter.name = "FORMAT";
+    parameter.value = std::int64_t{8};
+    parameter.choices = choicesFromText("8=Mono8;-3=odd=name;broken;=;12=Mono12");
+    EXPECT_EQ(fromText(parameter, "Mono12"), Value(std::int64_t{12}));
+    EXPECT_EQ(fromText(parameter, "8"), Value(std::int64_t{8}));
+    EXPECT_EQ(fromText(parameter, "odd=name"), Value(std::int64_t{-3}));
+    EXPECT_THAT([&] { fromText(parameter, "9"); },
+                testing::ThrowsMessage<std::invalid_argument>(
+                    "Parameter FORMAT: expected one of 8 (Mono8), -3 (odd=name), 12 (Mono12), found \"9\""));
+}
+
 } // namespace

@@ -97,6 +97,8 @@ struct FglibFrameBufferGroup::State
     void makeRing(Geometry size, unsigned int buffers);
     void dropRing();
     void takeUpGeometry();
+    void takeUpTimeout();
+    void storeTimeout();
     void goOnWithNewGeometry();
     void changeBufferCount(unsigned int buffers);
     void release();
@@ -231,6 +233,7 @@ void FglibFrameBufferGroup::State::start(int imageCount)
             return;
     }
     takeUpGeometry();
+    takeUpTimeout();
     startRuntime();
 }
 
@@ -341,6 +344,21 @@ void FglibFrameBufferGroup::State::takeUpGeometry()
         return;
     dropRing(); // first, so that its bytes are free for the new one
     makeRing(size, requested);
+}
+
+// As the channel's own one, so that it is shown and stored. A channel may have none.
+void FglibFrameBufferGroup::State::storeTimeout()
+{
+    const auto seconds = static_cast<std::int32_t>(timeoutSeconds.load());
+    runtime->Fg_setParameterWithType(handle, FG_TIMEOUT_PARAMETER, &seconds, dma, FG_TYPE_INT32);
+}
+
+// The channel's own, where it has one: a configuration file may have brought another.
+void FglibFrameBufferGroup::State::takeUpTimeout()
+{
+    std::int32_t seconds = 0;
+    if (runtime->Fg_getParameter(handle, FG_TIMEOUT_PARAMETER, &seconds, dma) == FG_OK && seconds > 0)
+        timeoutSeconds = static_cast<unsigned int>(seconds);
 }
 
 void FglibFrameBufferGroup::State::goOnWithNewGeometry()
@@ -624,6 +642,9 @@ void FglibFrameBufferGroup::setTimeout(unsigned int seconds)
 {
     probe("FglibFrameBufferGroup::setTimeout", "dma=", m_state->dma, " seconds=", seconds);
     m_state->timeoutSeconds = seconds;
+    const std::lock_guard control(m_state->control);
+    if (!m_state->released)
+        m_state->storeTimeout();
 }
 
 void FglibFrameBufferGroup::setWidth(int width)

@@ -48,10 +48,12 @@ Description describe(const FgRegisterDescription& source)
 {
     const auto text = [](const char* given) { return std::string(given ? given : ""); };
     return {{source.id, text(source.name), text(source.unit), source.minimum, source.maximum, source.step,
-             source.writable != 0, emptyValue(source.type)},
+             source.writable != 0, emptyValue(source.type),
+             parameters::choicesFromText(text(source.choices))},
             source.type};
 }
 
+// Changes what an image takes in memory.
 bool shapesImage(int parameter)
 {
     return parameter == FG_WIDTH || parameter == FG_HEIGHT || parameter == FG_PIXELFORMAT;
@@ -290,6 +292,9 @@ void FgLibModel::setParameter(const std::string& name, unsigned int dma, const s
     const int code = m_state->write(*description, dma, value);
     for (const auto& group : concerned)
         group->notifyGeometryMayHaveChangedSlot(0, 0, false);
+    if (code == FG_OK && description->parameter.id == FG_TIMEOUT_PARAMETER)
+        for (const auto& group : m_state->groupsOf(dma))
+            group->setTimeout(static_cast<unsigned int>(std::get<std::int64_t>(value)));
     if (code != FG_OK)
         throw std::runtime_error(reference::failureText(
             *m_state->runtime, m_state->place + ": " + name + " = " + text + " was refused", code));

@@ -26,6 +26,7 @@ struct GenICamModel::State
     void check(const RuntimeEntries& runtime, const char* what, int code) const;
     int get(const char* what, int selector) const;
     void set(const char* what, int selector, int value) const;
+    parameters::Parameter read(const RuntimeEntries& runtime, const FgRegisterDescription& description) const;
 };
 
 boost::shared_ptr<const RuntimeEntries> GenICamModel::State::control() const
@@ -54,6 +55,26 @@ void GenICamModel::State::set(const char* what, int selector, int value) const
 {
     const auto runtime = control();
     check(*runtime, what, runtime->FgCam_setInteger(board, port, selector, value));
+}
+
+parameters::Parameter GenICamModel::State::read(const RuntimeEntries& runtime,
+                                                const FgRegisterDescription& description) const
+{
+    double value = 0;
+    check(runtime, "a parameter could not be read",
+          runtime.FgCam_getValue(board, port, description.id, &value));
+    parameters::Parameter parameter{.id = description.id,
+                                    .name = description.name,
+                                    .unit = description.unit,
+                                    .minimum = description.minimum,
+                                    .maximum = description.maximum,
+                                    .step = description.step,
+                                    .writable = description.writable != 0,
+                                    .value = value,
+                                    .choices = parameters::choicesFromText(description.choices)};
+    if (description.type != FG_TYPE_DOUBLE)
+        parameter.value = static_cast<std::int64_t>(value);
+    return parameter;
 }
 
 GenICamModel::GenICamModel(unsigned int board, unsigned int port) : m_state(new State{board, port}) {}
@@ -87,6 +108,38 @@ void GenICamModel::setHeight(int height)
 {
     probe("GenICamModel::setHeight", "board=", m_state->board, " port=", m_state->port, " height=", height);
     m_state->set("the height could not be set", FGCAM_HEIGHT, height);
+}
+
+std::vector<parameters::Parameter> GenICamModel::parameters() const
+{
+    probe("GenICamModel::parameters", "board=", m_state->board, " port=", m_state->port);
+    const auto runtime = m_state->control();
+    FgRegisterInfo* info = nullptr;
+    m_state->check(*runtime, "its parameters could not be read",
+                   runtime->FgCam_getParameterInfo(m_state->board, m_state->port, &info));
+    std::vector<parameters::Parameter> all;
+    for (unsigned int i = 0; i < info->count; ++i)
+        all.push_back(m_state->read(*runtime, info->parameters[i]));
+    return all;
+}
+
+void GenICamModel::setParameter(const std::string& name, const std::string& text)
+{
+    probe("GenICamModel::setParameter", "board=", m_state->board, " port=", m_state->port, ' ', name, '=',
+          text);
+    const reference::Unrecorded own;
+    for (const auto& parameter : parameters()) {
+        if (parameter.name != name)
+            continue;
+        const auto value = parameters::fromText(parameter, text);
+        const auto* const whole = std::get_if<std::int64_t>(&value);
+        const auto runtime = m_state->control();
+        return m_state->check(
+            *runtime, (name + " = " + text + " was refused").c_str(),
+            runtime->FgCam_setValue(m_state->board, m_state->port, parameter.id,
+                                    whole ? static_cast<double>(*whole) : std::get<double>(value)));
+    }
+    throw std::invalid_argument(m_state->name() + " has no parameter " + name);
 }
 
 void GenICamModel::restartAcquisition()

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <charconv>
+#include <sstream>
 #include <stdexcept>
 #include <system_error>
 
@@ -49,6 +50,23 @@ Number numberFromText(const Parameter& parameter, const char* kind, const std::s
     return number;
 }
 
+std::string listed(const std::vector<Choice>& choices)
+{
+    std::string list;
+    for (const auto& choice : choices)
+        list += (list.empty() ? "" : ", ") + std::to_string(choice.value) + " (" + choice.name + ')';
+    return list;
+}
+
+Value choiceFromText(const Parameter& parameter, const std::string& text)
+{
+    for (const auto& choice : parameter.choices)
+        if (text == choice.name || text == std::to_string(choice.value))
+            return choice.value;
+    throw std::invalid_argument("Parameter " + parameter.name + ": expected one of " +
+                                listed(parameter.choices) + ", found \"" + text + '"');
+}
+
 struct Text
 {
     std::string operator()(std::int64_t value) const { return std::to_string(value); }
@@ -57,6 +75,22 @@ struct Text
 };
 
 } // namespace
+
+std::vector<Choice> choicesFromText(const std::string& text)
+{
+    std::vector<Choice> choices;
+    std::istringstream list(text);
+    for (std::string item; std::getline(list, item, ';');) {
+        Choice choice;
+        const char* const end = item.data() + item.size();
+        const auto [stop, error] = std::from_chars(item.data(), end, choice.value);
+        if (error != std::errc{} || stop == end || *stop != '=')
+            continue; // not a choice that could be written
+        choice.name.assign(stop + 1, end);
+        choices.push_back(choice);
+    }
+    return choices;
+}
 
 std::string toText(const Value& value)
 {
@@ -67,6 +101,8 @@ std::string toText(const Value& value)
 Value fromText(const Parameter& parameter, const std::string& text)
 {
     reference::probe("parameters::fromText", parameter.name, '=', text);
+    if (!parameter.choices.empty())
+        return choiceFromText(parameter, text);
     if (std::holds_alternative<std::int64_t>(parameter.value))
         return numberFromText<std::int64_t>(parameter, "an integer", text);
     if (std::holds_alternative<double>(parameter.value))

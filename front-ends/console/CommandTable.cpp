@@ -16,7 +16,7 @@ std::vector<ConsoleCommand> allCommands()
 {
     std::vector<ConsoleCommand> all;
     for (const auto& topic : {resourceCommands(), appletCommands(), configurationCommands(),
-                              channelCommands(), acquisitionCommands(), sessionCommands()})
+                              channelCommands(), cameraCommands(), acquisitionCommands(), sessionCommands()})
         all.insert(all.end(), topic.begin(), topic.end());
     return all;
 }

@@ -32,6 +32,7 @@ std::vector<ConsoleCommand> resourceCommands();
 std::vector<ConsoleCommand> appletCommands();
 std::vector<ConsoleCommand> configurationCommands();
 std::vector<ConsoleCommand> channelCommands();
+std::vector<ConsoleCommand> cameraCommands();
 std::vector<ConsoleCommand> acquisitionCommands();
 std::vector<ConsoleCommand> sessionCommands();
 

@@ -25,11 +25,21 @@ std::string valueText(const Parameter& parameter)
     return parameter.unit.empty() ? value : value + ' ' + parameter.unit;
 }
 
+std::string choicesText(const std::vector<parameters::Choice>& choices)
+{
+    std::string text;
+    for (const auto& choice : choices)
+        text += (text.empty() ? "" : ", ") + std::to_string(choice.value) + ' ' + choice.name;
+    return text;
+}
+
 /// What values it takes; empty when any will do.
 std::string rangeText(const Parameter& parameter)
 {
     if (!parameter.writable)
         return "read only";
+    if (!parameter.choices.empty())
+        return choicesText(parameter.choices);
     if (!(parameter.minimum < parameter.maximum))
         return "";
     const bool coarse = std::holds_alternative<std::int64_t>(parameter.value) && parameter.step > 1;

@@ -3,6 +3,7 @@
 #include "RequestError.h"
 #include "Titles.h"
 
+#include "ovra-lib-display/DisplayScene.h"
 #include "ovra-lib-environment/HlEnvironmentBoardNode.h"
 #include "ovra-lib-fglib-model/FgLibModel.h"
 #include "ovra-lib-genicam-model/GenICamModel.h"
@@ -37,13 +38,25 @@ bool generates(const core::models::HlEnvironmentBoardNode& board,
     });
 }
 
-void markPort(core::models::HlEnvironmentLogicalPortNode& port, bool active)
+// A start passes by the camera of a port whose pictures come from generators.
+void startCamera(const core::models::HlEnvironmentLogicalPortNode& port, bool acquires)
+{
+    const auto camera = acquires ? cameraOf(port) : nullptr;
+    if (camera && !camera->isAcquiring())
+        camera->restartAcquisition();
+}
+
+/// \p acquires: a channel of the port's process is taking images.
+void markPort(core::models::HlEnvironmentLogicalPortNode& port, bool active, bool acquires)
 {
     // Before the mark: afterwards a stop passes the camera by.
     const auto camera = active ? cameraOf(port) : nullptr;
     if (camera && camera->isAcquiring())
         camera->stopAcquisition();
+    const bool generated = port.getGeneratorActive();
     port.setGeneratorActive(active);
+    if (generated && !active)
+        startCamera(port, acquires);
 }
 
 } // namespace
@@ -102,8 +115,12 @@ void markGenerators(const BoardNode& board)
         const bool active = !dmas.empty() && std::all_of(dmas.begin(), dmas.end(), [&](const auto& dma) {
             return generates(*board, *dma);
         });
+        const bool acquires = std::any_of(dmas.begin(), dmas.end(), [](const auto& dma) {
+            const auto scene = dma->getDisplayScene();
+            return scene && scene->isGrabbing();
+        });
         for (const auto& port : listOf(process->getLogicalPorts()))
-            markPort(*port, active);
+            markPort(*port, active, acquires);
     }
 }
 

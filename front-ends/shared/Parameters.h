@@ -42,8 +42,8 @@ void setParameter(const BoardNode& board, const std::vector<ParameterOwner>& own
                   const std::string& value);
 
 /// Marks the ports whose pictures come from generators, and lets their cameras rest: a process without a
-/// channel that takes camera images needs none. The library leaves such ports out of start, stop and
-/// comparison of sizes.
+/// channel that takes camera images needs none. A camera that is needed again by a channel that acquires
+/// starts. The library leaves such ports out of start, stop and comparison of sizes.
 void markGenerators(const BoardNode& board);
 
 /// The parameter that switches a channel's generator.

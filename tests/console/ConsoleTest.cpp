@@ -193,12 +193,13 @@ TEST(ConsoleSession, ShowsTheStructureWithCamerasAndParametersAsATree)
                             "  parameters: THRESHOLD 128 digits, DEFECTS 0"))
         << outcome.text();
     EXPECT_THAT(
-        linesFrom(outcome, "board 0 - ovra-quad-cl: SingleAreaGray.hap", 8),
+        linesFrom(outcome, "board 0 - ovra-quad-cl: SingleAreaGray.hap", 9),
         ElementsAre(
             "board 0 - ovra-quad-cl: SingleAreaGray.hap", "  process 0",
             "    DMA 0: 1024 x 768, buffers: 16, timeout: 10 s",
             "      parameters: FG_WIDTH 1024 pixel, FG_HEIGHT 768 lines, FG_PIXELFORMAT 8, FG_TIMEOUT 10 s,",
-            "          FG_GEN_ENABLE 1, FG_GEN_FRAMERATE 50 Hz, GAIN 1, OFFSET -7 digits, TRIGGER_MODE 0,",
+            "          FG_GEN_ENABLE 1, FG_GEN_FRAMERATE 50 Hz, FG_GEN_PATTERN 0, GAIN 1, OFFSET -7 digits,",
+            "          GAMMA 1, FLIP_X 0, FLIP_Y 0, TRIGGER_MODE 0, TRIGGER_RATE 10 Hz,",
             "          DESCRIPTION \"area scan, grey\", TEMPERATURE 41.5 C",
             "    port 0 (CL-FULL): connector 0, generator on", "      camera Meadow 1024 M-1001: 1024 x 768"))
         << outcome.text();

@@ -90,18 +90,22 @@ TEST_F(ConfigurationTest, AreReadOrNamedByFileAndLine)
     }
 }
 
-TEST_F(ConfigurationTest, SayOnceThatTheFileCannotBeReadOrWritten)
+TEST_F(ConfigurationTest, SayOnceThatTheFileCannotBeReadOrWrittenAndLeaveNothingBesideIt)
 {
     folder.write("configuration.cfg/something", "x");
     {
         const Application application(options());
         EXPECT_EQ(HarloApplication::getConfigIntEntry("a", ABSENT), ABSENT);
+        HarloApplication::setConfigEntry("a", 4);
     }
+    EXPECT_FALSE(std::filesystem::exists(folder.path("configuration.cfg.new")));
     const Application application(options("/no/such/folder.cfg"));
     HarloApplication::setConfigEntry("a", 4);
     EXPECT_EQ(HarloApplication::getConfigIntEntry("a", ABSENT), 4);
-    EXPECT_THAT(log.texts(), ElementsAre(HasSubstr("configuration.cfg: is a folder, not a file"),
-                                         HasSubstr("folder.cfg: cannot be written")));
+    EXPECT_THAT(log.texts(),
+                ElementsAre(HasSubstr("configuration.cfg: is a folder, not a file"),
+                            HasSubstr("configuration.cfg: cannot be written ("),
+                            HasSubstr("folder.cfg: cannot be written (No such file or directory)")));
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "ovra_log/reference/Log.h"
 
+#include <cerrno>
 #include <charconv>
 #include <fstream>
 #include <system_error>
@@ -26,6 +27,19 @@ std::optional<long long> integer(std::string_view text)
     if (error != std::errc{} || end != text.data() + text.size())
         return std::nullopt;
     return value;
+}
+
+/// The system's reason where it cannot; opening and writing leave it in errno.
+std::error_code writeLines(const std::filesystem::path& file, const std::vector<std::string>& lines)
+{
+    errno = 0;
+    std::ofstream stream(file);
+    for (const auto& line : lines)
+        stream << line << '\n';
+    stream.close();
+    if (stream)
+        return {};
+    return {errno != 0 ? errno : EIO, std::generic_category()};
 }
 
 void warn(const std::vector<std::string>& messages)
@@ -119,17 +133,13 @@ void Configuration::write(Messages& messages) const
     // A reader, or a crash half-way, finds the old file or the new one, never a part.
     std::filesystem::path fresh = m_file;
     fresh += ".new";
-    std::ofstream stream(fresh);
-    for (const auto& line : m_lines)
-        stream << line << '\n';
-    stream.close();
-    std::error_code error;
-    if (!stream)
-        error = std::make_error_code(std::errc::io_error);
-    else
+    std::error_code error = writeLines(fresh, m_lines);
+    if (!error)
         std::filesystem::rename(fresh, m_file, error);
-    if (error)
-        messages.push_back(m_file.string() + ": cannot be written (" + error.message() + ')');
+    if (!error)
+        return;
+    messages.push_back(m_file.string() + ": cannot be written (" + error.message() + ')');
+    std::filesystem::remove(fresh, error);
 }
 
 } // namespace ovra::reference

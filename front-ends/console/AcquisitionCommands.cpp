@@ -1,31 +1,23 @@
-// Images: starting, waiting, counting, saving, stopping.
+// Starting, waiting, stopping.
 #include "Arguments.h"
+#include "Channels.h"
 #include "ChoiceDialog.h"
 #include "CommandTable.h"
 #include "Console.h"
-#include "ConsoleViews.h"
-#include "Descriptions.h"
 #include "Printer.h"
 
-#include "front-ends/shared/ImageCollection.h"
 #include "front-ends/shared/Lookup.h"
-#include "front-ends/shared/OutputFile.h"
-#include "front-ends/shared/PngWriter.h"
 #include "front-ends/shared/RequestError.h"
-#include "front-ends/shared/Titles.h"
 
 #include "gui-core/Gui.h"
 #include "gui-core/StartAcquisitionCommand.h"
 #include "gui-core/StopAcquisitionCommand.h"
 #include "gui-core/keys/Keys.h"
 #include "ovra-core/HarloApplication.h"
-#include "ovra-lib-display-fglib/FglibFrameBufferGroup.h"
 #include "ovra-lib-environment/HlEnvironmentBoardNode.h"
 
 #include <algorithm>
 #include <array>
-#include <iomanip>
-#include <sstream>
 
 namespace ovra::console {
 
@@ -35,45 +27,6 @@ namespace {
 
 constexpr std::chrono::seconds MAX_IMAGE_WAIT{30};
 constexpr int WITHOUT_END = -1; ///< number of images to start with
-
-/// A DMA channel that has a display scene.
-struct Channel
-{
-    std::string title;
-    DmaNode dma;
-    boost::shared_ptr<display::DisplayScene> scene;
-    const ImageKeeper* images;
-};
-
-void appendChannel(std::vector<Channel>& channels, Console& console, const BoardNode& board,
-                   const DmaNode& dma)
-{
-    const auto scene = dma->getDisplayScene();
-    const auto* images = console.images.find(*board, *dma);
-    if (scene && images)
-        channels.push_back({channelTitle(*board, *dma), dma, scene, images});
-}
-
-std::vector<Channel> allChannels(Console& console)
-{
-    std::vector<Channel> channels;
-    for (const auto& board : allBoards())
-        for (const auto& dma : listOf(board->getDmas()))
-            appendChannel(channels, console, board, dma);
-    return channels;
-}
-
-/// The channel that two arguments name: board, and index of the DMA channel.
-Channel findChannel(Console& console, const Arguments& arguments, std::size_t position)
-{
-    const auto board = findLoadedBoard(arguments.text(position));
-    const auto dma = findDma(*board, arguments.integer(position + 1, "DMA", 0));
-    std::vector<Channel> channels;
-    appendChannel(channels, console, board, dma);
-    if (channels.empty())
-        throw RequestError(channelTitle(*board, *dma) + " has no display");
-    return channels.front();
-}
 
 bool namesDma(const Arguments& arguments)
 {
@@ -113,8 +66,9 @@ void syncMode(Console& console, const Arguments& arguments)
     if (arguments.count() > 0)
         gui::Gui::setSyncMode(static_cast<gui::Gui::SyncMode>(arguments.integer(0, "MODE", 0, 3)));
     const auto mode = static_cast<std::size_t>(gui::Gui::getSyncMode());
-    console.printer.line("Sync mode " + std::to_string(mode) + ": start and stop reach " + REACHES.at(mode) +
-                         ".");
+    console.printer.result("syncMode", {{"mode", static_cast<std::int64_t>(mode)}},
+                           "Sync mode " + std::to_string(mode) + ": start and stop reach " +
+                               REACHES.at(mode) + ".");
 }
 
 void setAnswer(Console& console, const Arguments& arguments)
@@ -129,33 +83,28 @@ void setAnswer(Console& console, const Arguments& arguments)
     console.dialog.setAnswer({arguments.integer(0, "BUTTON", 0, 2), remember});
 }
 
-std::int64_t received(const Channel& channel)
-{
-    return channel.scene->statistics().received;
-}
-
 /// True when the channel has \p wanted images, or will not get them any more.
 bool isSettled(const Channel& channel, std::int64_t wanted)
 {
-    return received(channel) >= wanted || !channel.scene->isGrabbing();
+    return channel.received() >= wanted || !channel.scene->isGrabbing();
 }
 
 void requireImages(const Channel& channel, std::int64_t wanted)
 {
-    const auto arrived = received(channel);
+    const bool acquires = channel.scene->isGrabbing(); // asked first: the last image comes before the end
+    const auto arrived = channel.received();
     if (arrived < wanted)
         throw RequestError(channel.title + ": " + std::to_string(arrived) + " of " + std::to_string(wanted) +
                            " images arrived" +
-                           (channel.scene->isGrabbing()
-                                ? " within " + std::to_string(MAX_IMAGE_WAIT.count()) + " seconds"
-                                : ", and it does not acquire"));
+                           (acquires ? " within " + std::to_string(MAX_IMAGE_WAIT.count()) + " seconds"
+                                     : ", and it does not acquire"));
 }
 
 std::string progressText(const std::vector<Channel>& channels, std::int64_t wanted)
 {
     std::string text;
     for (const auto& channel : channels)
-        text += (text.empty() ? "" : ", ") + channel.title + ": " + std::to_string(received(channel)) + "/" +
+        text += (text.empty() ? "" : ", ") + channel.title + ": " + std::to_string(channel.received()) + "/" +
                 std::to_string(wanted);
     return text;
 }
@@ -173,14 +122,20 @@ void waitForImages(Console& console, const std::vector<Channel>& channels, std::
 
     for (const auto& channel : channels)
         requireImages(channel, wanted);
-    for (const auto& channel : channels)
-        console.printer.line(channel.title + ": " + std::to_string(received(channel)) + " images.");
+    for (const auto& channel : channels) {
+        const auto arrived = channel.received();
+        console.printer.result("arrived", channel.fields({{"images", arrived}}),
+                               channel.title + ": " + std::to_string(arrived) + " images.");
+    }
 }
 
-std::vector<Channel> acquiringChannels(Console& console)
+/// The channels that acquire, and those that have the images already: their acquisition may have ended.
+std::vector<Channel> channelsToWaitFor(const Console& console, std::int64_t wanted)
 {
     auto channels = allChannels(console);
-    std::erase_if(channels, [](const auto& channel) { return !channel.scene->isGrabbing(); });
+    std::erase_if(channels, [wanted](const auto& channel) {
+        return !channel.scene->isGrabbing() && channel.received() < wanted;
+    });
     if (channels.empty())
         throw RequestError("no DMA channel acquires");
     return channels;
@@ -196,66 +151,8 @@ void wait(Console& console, const Arguments& arguments)
         throw RequestError("usage: wait SECONDS, or wait COUNT images [BOARD DMA]");
     const int wanted = arguments.integer(0, "COUNT", 1);
     if (arguments.count() == 2)
-        return waitForImages(console, acquiringChannels(console), wanted);
+        return waitForImages(console, channelsToWaitFor(console, wanted), wanted);
     waitForImages(console, {findChannel(console, arguments, 2)}, wanted);
-}
-
-/// The next image of a channel that acquires, the last one of a channel at rest.
-StoredImage imageToSave(Console& console, const Channel& channel)
-{
-    const auto before = channel.images->count();
-    const auto there = [&] { return channel.images->count() > before || !channel.scene->isGrabbing(); };
-    if (!console.waitUntil(there, MAX_IMAGE_WAIT))
-        throw RequestError(channel.title + ": no image within " + std::to_string(MAX_IMAGE_WAIT.count()) +
-                           " seconds");
-    auto image = channel.images->newest();
-    if (image.pixels.empty())
-        throw RequestError(channel.title + " has got no image, and it does not acquire");
-    return image;
-}
-
-void saveImage(Console& console, const Arguments& arguments)
-{
-    const auto channel = findChannel(console, arguments, 0);
-    const auto image = imageToSave(console, channel);
-    writeFile(console.outputFile(arguments.text(2)), encodePng(image));
-    console.printer.line(channel.title + ": image " + std::to_string(image.number) + ", " +
-                         sizeText(image.width, image.height) + ", saved as " + arguments.text(2) + ".");
-}
-
-std::int64_t lostImages(const core::models::HlEnvironmentDmaNode& dma)
-{
-    const auto group = boost::dynamic_pointer_cast<display::FglibFrameBufferGroup>(dma.getFrameBufferGroup());
-    return group ? group->lostImages() : 0; // other groups know of none
-}
-
-void showStatistics(Console& console, const Channel& channel)
-{
-    const auto statistics = channel.scene->statistics();
-    std::ostringstream text;
-    text << channel.title << ": " << statistics.received << " images, " << std::fixed << std::setprecision(1)
-         << channel.images->imagesPerSecond() << " per second, " << statistics.shown << " shown, "
-         << statistics.skipped << " skipped, " << lostImages(*channel.dma) << " lost";
-    console.printer.line(text.str());
-}
-
-void showEvents(Console& console)
-{
-    std::string text;
-    for (const auto& [name, count] : console.views.eventCounts())
-        text += (text.empty() ? "" : ", ") + name + " " + std::to_string(count);
-    if (!text.empty())
-        console.printer.line("events since the program's start: " + text);
-}
-
-void showAllStatistics(Console& console, const Arguments&)
-{
-    const auto channels = allChannels(console);
-    if (channels.empty())
-        console.printer.line("There are no DMA channels.");
-    for (const auto& channel : channels)
-        showStatistics(console, channel);
-    showEvents(console);
 }
 
 } // namespace
@@ -277,13 +174,6 @@ std::vector<ConsoleCommand> acquisitionCommands()
          "waits; for images: until so many have arrived since the start, on each channel that acquires or on "
          "one",
          1, 4, wait},
-        {"save-image", "BOARD DMA FILE.png",
-         "saves the next image of a DMA channel, or the last one if it does not acquire", 3, 3, saveImage},
-        {"statistics", "",
-         "shows the images of each DMA channel since its start: arrived, shown, skipped because a newer one "
-         "was "
-         "there, lost on the way; and events",
-         0, 0, showAllStatistics},
     };
 }
 

@@ -2,6 +2,7 @@
 #include "Arguments.h"
 #include "CommandTable.h"
 #include "Console.h"
+#include "ConsoleViews.h"
 #include "Descriptions.h"
 #include "ParameterTexts.h"
 #include "Printer.h"
@@ -35,6 +36,8 @@ void load(Console& console, const Arguments& arguments)
                                                          applet->getFilePath(), mcf));
     if (!board->getLoadedAppletEntry() && console.printer.errorCount() == errorsBefore)
         throw RequestError("the applet was not loaded");
+    if (console.views.configurationRefused())
+        throw RequestError("the applet was loaded without the configuration " + arguments.text(2));
 }
 
 void unload(Console& console, const Arguments& arguments)
@@ -42,7 +45,8 @@ void unload(Console& console, const Arguments& arguments)
     const auto board = findLoadedBoard(arguments.text(0));
     console.run(gui::commands::UnloadAppletCommand::create(static_cast<int>(board->getSerial())));
     if (!board->getLoadedAppletEntry())
-        console.printer.line("Board " + std::to_string(board->getIndex()) + " is empty.");
+        console.printer.result("unloaded", {{"board", std::int64_t{board->getIndex()}}},
+                               "Board " + std::to_string(board->getIndex()) + " is empty.");
 }
 
 /// "name: one, two, three", on as many lines as it takes.
@@ -64,6 +68,11 @@ void printList(Printer& printer, const std::string& indent, const std::string& n
 
 void showParameters(Printer& printer, const std::string& indent, const ParameterOwner& owner)
 {
+    if (printer.target() == Printer::Target::Objects) {
+        for (const auto& parameter : owner.all())
+            printer.result("parameter", fieldsOf(owner.title, parameter), "");
+        return;
+    }
     std::vector<std::string> items;
     for (const auto& parameter : owner.all())
         items.push_back(shortText(parameter));
@@ -76,19 +85,32 @@ void showDma(Printer& printer, const core::models::HlEnvironmentBoardNode& board
 {
     const auto scene = dma.getDisplayScene();
     const auto group = dma.getFrameBufferGroup();
-    printer.line("    DMA " + std::to_string(dma.getIndex()) + ": " +
-                 (scene ? sizeText(scene->width(), scene->height()) : "no display") +
-                 (group ? ", buffers: " + std::to_string(group->bufferCount()) : "") +
-                 ", timeout: " + std::to_string(dma.getAcqTimeout()) + " s");
+    printer.result("dma",
+                   {{"board", std::int64_t{board.getIndex()}},
+                    {"dma", std::int64_t{dma.getIndex()}},
+                    {"width", std::int64_t{scene ? scene->width() : 0}},
+                    {"height", std::int64_t{scene ? scene->height() : 0}},
+                    {"buffers", std::int64_t{group ? group->bufferCount() : 0}},
+                    {"timeoutSeconds", static_cast<std::int64_t>(dma.getAcqTimeout())}},
+                   "    DMA " + std::to_string(dma.getIndex()) + ": " +
+                       (scene ? sizeText(scene->width(), scene->height()) : "no display") +
+                       (group ? ", buffers: " + std::to_string(group->bufferCount()) : "") +
+                       ", timeout: " + std::to_string(dma.getAcqTimeout()) + " s");
     showParameters(printer, "      ", parameterOwner(board, dma));
 }
 
 void showPort(Printer& printer, const core::models::HlEnvironmentLogicalPortNode& port)
 {
-    const std::string type = port.getPortType();
-    printer.line("    port " + std::to_string(port.getIndex()) + (type.empty() ? "" : " (" + type + ")") +
-                 ": " + connectorText(port) + (port.getGeneratorActive() ? ", generator on" : ""));
-    if (const std::string camera = cameraText(port); !camera.empty())
+    const std::string type = port.getPortType(), camera = cameraText(port);
+    printer.result("port",
+                   {{"port", std::int64_t{port.getIndex()}},
+                    {"portType", type},
+                    {"connector", connectorText(port)},
+                    {"generator", port.getGeneratorActive()},
+                    {"camera", camera}},
+                   "    port " + std::to_string(port.getIndex()) + (type.empty() ? "" : " (" + type + ")") +
+                       ": " + connectorText(port) + (port.getGeneratorActive() ? ", generator on" : ""));
+    if (!camera.empty() && printer.target() != Printer::Target::Objects)
         printer.line("      " + camera);
 }
 

@@ -40,7 +40,12 @@ void buffers(Console& console, const Arguments& arguments)
     if (arguments.count() > 2)
         console.run(gui::commands::AcquisitionBufferCountChangeCommand::create(
             dma, arguments.integer(2, "COUNT", 1)));
-    console.printer.line(channelTitle(*board, *dma) + ": " + buffersText(*group));
+    console.printer.result("buffers",
+                           {{"board", std::int64_t{board->getIndex()}},
+                            {"dma", std::int64_t{dma->getIndex()}},
+                            {"buffers", std::int64_t{group->bufferCount()}},
+                            {"requested", std::int64_t{group->requestedBufferCount()}}},
+                           channelTitle(*board, *dma) + ": " + buffersText(*group));
 }
 
 void generator(Console& console, const Arguments& arguments)
@@ -54,7 +59,8 @@ void generator(Console& console, const Arguments& arguments)
     if (state != "on" && state != "off")
         throw RequestError("a generator is switched 'on' or 'off', not '" + state + "'");
     setParameter(board, {owner}, GENERATOR_SWITCH, state == "on" ? "1" : "0");
-    console.printer.line(owner.title + ": generator " + state + ".");
+    console.printer.result("generator", {{"owner", owner.title}, {"on", state == "on"}},
+                           owner.title + ": generator " + state + ".");
 }
 
 } // namespace

@@ -52,12 +52,9 @@ ChoiceDialog::Answer ChoiceDialog::ask(const std::string& question, const std::a
 ChoiceDialog::Answer ChoiceDialog::askUser()
 {
     for (;;) {
-        m_printer.prompt("0, 1 or 2 [remember]: ");
-        const auto line = m_user();
-        if (!line) {
-            m_printer.line(""); // the cursor still stands behind the prompt
+        const auto line = m_user("0, 1 or 2 [remember]: ");
+        if (!line)
             return {LAST_BUTTON, false};
-        }
         if (const auto answer = readAnswer(*line))
             return *answer;
     }

@@ -20,8 +20,8 @@ public:
         bool remember;
     };
 
-    /// Gives the next line that the user types; empty when no more come.
-    using User = std::function<std::optional<std::string>()>;
+    /// Gives the next line that the user types behind a prompt; empty when no more come.
+    using User = std::function<std::optional<std::string>(const std::string& prompt)>;
 
     /// Without \p user, setAnswer gives the answers.
     ChoiceDialog(Printer& printer, User user);

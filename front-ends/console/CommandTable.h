@@ -34,6 +34,8 @@ std::vector<ConsoleCommand> configurationCommands();
 std::vector<ConsoleCommand> channelCommands();
 std::vector<ConsoleCommand> cameraCommands();
 std::vector<ConsoleCommand> acquisitionCommands();
+std::vector<ConsoleCommand> imageCommands();
+std::vector<ConsoleCommand> statisticsCommands();
 std::vector<ConsoleCommand> sessionCommands();
 
 /// All of them, in the order of the help.

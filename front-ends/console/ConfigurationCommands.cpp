@@ -35,15 +35,18 @@ void showParameters(Console& console, const Arguments& arguments)
     const auto board = findLoadedBoard(arguments.text(0));
     for (const auto& owner : ownersOf(board, arguments, arguments.count() > 1)) {
         const auto all = owner.all();
-        console.printer.line(owner.title + (all.empty() ? ": no parameters" : ":"));
+        if (console.printer.target() != Printer::Target::Objects)
+            console.printer.line(owner.title + (all.empty() ? ": no parameters" : ":"));
         for (const auto& parameter : all)
-            console.printer.line("  " + longText(parameter));
+            console.printer.result("parameter", fieldsOf(owner.title, parameter), "  " + longText(parameter));
     }
 }
 
 void printParameter(Console& console, const ParameterOwner& owner, const std::string& name)
 {
-    console.printer.line(owner.title + ": " + longText(owner.find(name)));
+    const auto parameter = owner.find(name);
+    console.printer.result("parameter", fieldsOf(owner.title, parameter),
+                           owner.title + ": " + longText(parameter));
 }
 
 void get(Console& console, const Arguments& arguments)
@@ -72,17 +75,22 @@ void storeMcf(Console& console, const Arguments& arguments)
     const auto errorsBefore = console.printer.errorCount();
     console.run(gui::commands::StoreMcfCommand::create(board, textOf(console.outputFile(arguments.text(1)))));
     if (console.printer.errorCount() == errorsBefore)
-        console.printer.line("Board " + std::to_string(board->getIndex()) + ": configuration stored as " +
-                             arguments.text(1) + ".");
+        console.printer.result("stored",
+                               {{"board", std::int64_t{board->getIndex()}}, {"file", arguments.text(1)}},
+                               "Board " + std::to_string(board->getIndex()) + ": configuration stored as " +
+                                   arguments.text(1) + ".");
 }
 
 void loadMcf(Console& console, const Arguments& arguments)
 {
     const auto board = findBoard(arguments.text(0));
+    const std::string file = textOf(console.inputFile(arguments.text(1)));
     const auto errorsBefore = console.printer.errorCount();
-    console.run(gui::commands::LoadMcfCommand::create(board, textOf(console.inputFile(arguments.text(1)))));
+    console.run(gui::commands::LoadMcfCommand::create(board, file));
     if (!board->getLoadedAppletEntry() && console.printer.errorCount() == errorsBefore)
         throw RequestError("the configuration was not loaded");
+    if (console.views.configurationRefused())
+        throw RequestError("the applet was loaded without the configuration " + arguments.text(1));
 }
 
 } // namespace

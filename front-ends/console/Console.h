@@ -15,7 +15,8 @@ class Command;
 
 namespace ovra::frontend {
 class ImageCollection;
-}
+struct SessionOptions;
+} // namespace ovra::frontend
 
 namespace ovra::reference {
 class Application;
@@ -25,6 +26,7 @@ namespace ovra::console {
 
 class ChoiceDialog;
 class ConsoleViews;
+class Interrupts;
 class Printer;
 
 /// GUI thread. What it refers to outlives it.
@@ -35,22 +37,28 @@ struct Console
     ConsoleViews& views;
     ChoiceDialog& dialog;
     frontend::ImageCollection& images;
-    std::filesystem::path outputFolder; ///< where pictures and configurations with a relative name go
-    bool ended = false;                 ///< set to end the session after the present line
+    Interrupts& interrupts;
+    const frontend::SessionOptions& options;
+    bool ended = false; ///< set to end the session after the present line
 
-    /// Has the application run \p command, and lets the loop run until nothing is left to do for it, also
-    /// when the user interrupts the program. Throws RequestError when that takes longer than a minute.
+    /// Has the application run \p command, and lets the loop run until nothing is left to do for it. Throws
+    /// RequestError, before it does anything, while an earlier command is still under way, and when the user
+    /// interrupts the command or it takes longer than a minute: then it goes on.
     void run(const boost::shared_ptr<core::Command>& command);
 
+    /// Throws RequestError while a command is under way.
+    void requireIdle() const;
+
     /// A file to write, below the output folder unless \p name is a whole path. Folders that are missing are
-    /// made; one that cannot be shows when the file is opened.
+    /// made and told.
     std::filesystem::path outputFile(const std::string& name) const;
 
     /// A file to read that a user names: where there is one of that name in the output folder, it is meant.
+    /// Throws RequestError when there is none.
     std::filesystem::path inputFile(const std::string& name) const;
 
     /// Lets the loop run until \p condition holds; false when \p limit passed first. Throws RequestError when
-    /// the user interrupts the program.
+    /// the user interrupts the command.
     bool waitUntil(const std::function<bool()>& condition, std::chrono::milliseconds limit);
 };
 

@@ -8,6 +8,9 @@
 #include "front-ends/shared/Lookup.h"
 #include "front-ends/shared/Parameters.h"
 
+#include "ovra-lib-display/DisplayScene.h"
+#include "ovra-lib-display/reference/AcquisitionObserver.h"
+#include "ovra-lib-environment/HlEnvironmentBoardNode.h"
 #include "ovra-lib-fglib-model/FgLibEventsModel.h"
 
 #include <boost/make_shared.hpp>
@@ -67,7 +70,10 @@ void ConsoleViews::showSplashscreenMessage(const std::string& message)
     m_printer.progress(message);
 }
 
-void ConsoleViews::onLoadAppletStarted() {}
+void ConsoleViews::onLoadAppletStarted()
+{
+    m_configurationRefused = false;
+}
 
 void ConsoleViews::onLoadAppletFinished()
 {
@@ -81,6 +87,8 @@ void ConsoleViews::showLoadAppletError(const std::string& message)
 
 void ConsoleViews::showLoadAppletWarning(const std::string& message)
 {
+    // The library warns of a board that goes on without its configuration.
+    m_configurationRefused = m_configurationRefused || message.starts_with("...Error loading MCF");
     m_printer.warning(message);
 }
 
@@ -105,6 +113,7 @@ void ConsoleViews::logMsgCallback(unsigned long level, unsigned long threadId, c
 {
     constexpr unsigned long ERROR_LEVEL = 0;
     constexpr unsigned long WARNING_LEVEL = 1;
+    m_recentLog.add(std::string(levelName(level)) + ": " + text);
     // A broken file, or a channel that gets no image, must not go unseen because the log is not shown.
     if (!m_logShown && level == ERROR_LEVEL)
         m_printer.error(text);
@@ -138,7 +147,12 @@ void ConsoleViews::reservedSlot2() {}
 
 void ConsoleViews::update_acquisition_state()
 {
-    m_printer.line(acquisitionText());
+    const auto all = acquiring();
+    std::string list;
+    for (const auto& each : all)
+        list += (list.empty() ? "" : ", ") + each;
+    m_printer.result("acquisition", {{"acquiring", all}},
+                     list.empty() ? "Nothing acquires." : "Acquiring: " + list + ".");
 }
 
 void ConsoleViews::applet_unloaded()
@@ -154,6 +168,23 @@ void ConsoleViews::ensure_board_selection(unsigned int board)
         return;
     m_images.attach(node);
     markGenerators(node);
+    tellEnds(*node);
+}
+
+// From the scenes' own threads.
+void ConsoleViews::tellEnds(const core::models::HlEnvironmentBoardNode& board)
+{
+    std::erase_if(m_acquisitionEnds, [](const auto& connection) { return !connection.connected(); });
+    for (const auto& dma : listOf(board.getDmas()))
+        if (const auto scene = dma->getDisplayScene())
+            m_acquisitionEnds.emplace_back(reference::AcquisitionObserver::connect(
+                scene, [&printer = m_printer](const reference::AcquisitionStatus& status) {
+                    printer.result("acquisitionEnded",
+                                   {{"board", std::int64_t{status.board}},
+                                    {"dma", std::int64_t{status.dma}},
+                                    {"state", std::string(reference::textOf(status.state))}},
+                                   status.reason);
+                }));
 }
 
 void ConsoleViews::showErrorMessage(const std::string& title, const std::string& message)
@@ -165,7 +196,7 @@ void ConsoleViews::update_dma_memory()
 {
     const std::string text = memoryText();
     if (text != m_memory)
-        m_printer.line(text);
+        m_printer.result("memory", memoryFields(), text);
     m_memory = text;
 }
 

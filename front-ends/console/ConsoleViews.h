@@ -3,12 +3,18 @@
 #pragma once
 
 #include "front-ends/shared/EventCounter.h"
+#include "front-ends/shared/RecentMessages.h"
 
 #include "gui-core/Views.h"
 
 #include <atomic>
 #include <memory>
 #include <string>
+#include <vector>
+
+namespace ovra::core::models {
+class HlEnvironmentBoardNode;
+}
 
 namespace ovra::frontend {
 class ImageCollection;
@@ -28,6 +34,10 @@ public:
     /// Whether all messages of the host's log are printed. At first only its warnings and errors are.
     void setLogShown(bool shown);
     std::map<std::string, std::int64_t> eventCounts() const;
+    /// The last messages of the host's log, shown or not, the oldest first.
+    std::vector<std::string> recentLog() const { return m_recentLog.all(); }
+    /// Whether the configuration of the load that was started last could not be applied.
+    bool configurationRefused() const { return m_configurationRefused; }
 
     void onInitializeBegin() override;
     void onCleanup() override;
@@ -65,13 +75,18 @@ public:
                          const std::string& button1, const std::string& button2, bool* remember) override;
 
 private:
+    void tellEnds(const core::models::HlEnvironmentBoardNode& board);
+
     Printer& m_printer;
     frontend::ImageCollection& m_images;
     ChoiceDialog& m_dialog;
     std::string m_caption;
     std::string m_memory; ///< the figures that were told last
     bool m_initialized = false;
+    bool m_configurationRefused = false;
+    std::vector<boost::signals2::scoped_connection> m_acquisitionEnds;
     std::atomic<bool> m_logShown{false};
+    frontend::RecentMessages m_recentLog{200};
     // Shared with the subscriptions, which a board may hold longer than the library holds the views.
     const std::shared_ptr<frontend::EventCounter> m_events;
 };

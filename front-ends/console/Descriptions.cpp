@@ -26,23 +26,18 @@ std::string mebibytes(unsigned long long bytes)
     return text.str();
 }
 
-void append(std::string& list, const std::string& item)
-{
-    list += (list.empty() ? "" : ", ") + item;
-}
-
-void appendAcquisition(std::string& list, const core::models::HlEnvironmentBoardNode& board)
+void appendAcquiring(std::vector<std::string>& list, const core::models::HlEnvironmentBoardNode& board)
 {
     for (const auto& dma : listOf(board.getDmas())) {
         const auto scene = dma->getDisplayScene();
         if (scene && scene->isGrabbing())
-            append(list, channelTitle(board, *dma));
+            list.push_back(channelTitle(board, *dma));
     }
     for (const auto& port : listOf(board.getLogicalPorts())) {
         const auto camera = cameraOf(*port);
         if (camera && camera->isAcquiring())
-            append(list, "camera of board " + std::to_string(board.getIndex()) + " port " +
-                             std::to_string(port->getIndex()));
+            list.push_back("camera of board " + std::to_string(board.getIndex()) + " port " +
+                           std::to_string(port->getIndex()));
     }
 }
 
@@ -63,18 +58,24 @@ std::string cameraText(const core::models::HlEnvironmentLogicalPortNode& port)
     return "camera " + camera->getName() + (model ? ": " + sizeText(model->width(), model->height()) : "");
 }
 
-std::string acquisitionText()
+std::vector<std::string> acquiring()
 {
-    std::string list;
+    std::vector<std::string> list;
     for (const auto& board : allBoards())
-        appendAcquisition(list, *board);
-    return list.empty() ? "Nothing acquires." : "Acquiring: " + list + ".";
+        appendAcquiring(list, *board);
+    return list;
 }
 
 std::string memoryText()
 {
     return "DMA memory: " + mebibytes(gui::Gui::getUsedDmaMemory()) + " of " +
            mebibytes(gui::Gui::getTotalDmaMemory()) + " MiB used.";
+}
+
+Fields memoryFields()
+{
+    return {{"usedBytes", static_cast<std::int64_t>(gui::Gui::getUsedDmaMemory())},
+            {"totalBytes", static_cast<std::int64_t>(gui::Gui::getTotalDmaMemory())}};
 }
 
 } // namespace ovra::console

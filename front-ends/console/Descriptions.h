@@ -2,6 +2,8 @@
 /// What the console says of ports, acquisition and memory.
 #pragma once
 
+#include "Fields.h"
+
 #include <string>
 
 namespace ovra::core::models {
@@ -15,9 +17,10 @@ std::string connectorText(const core::models::HlEnvironmentLogicalPortNode& port
 /// The camera at that connector; empty when there is none.
 std::string cameraText(const core::models::HlEnvironmentLogicalPortNode& port);
 
-/// Which channels and cameras acquire.
-std::string acquisitionText();
+/// Which channels and cameras acquire: "board 0 DMA 1", "camera of board 0 port 1".
+std::vector<std::string> acquiring();
 /// Memory of all DMA buffers, and its limit.
 std::string memoryText();
+Fields memoryFields();
 
 } // namespace ovra::console

@@ -1,47 +1,47 @@
 #include "Interrupts.h"
 
-#include "front-ends/shared/Process.h"
-
-#include <atomic>
-#include <mutex>
 #include <utility>
 
 namespace ovra::console {
 
-namespace {
+using frontend::Signal;
 
-std::atomic<bool> wasInterrupted{false};
-std::mutex wakeUpMutex;
-std::function<void()> wakeUpFunction;
+Interrupts::Interrupts(bool atTerminal) : m_atTerminal(atTerminal) {}
 
-void handle(frontend::Signal signal)
+void Interrupts::handle(Signal signal)
 {
-    if (wasInterrupted.exchange(true)) {
-        if (signal != frontend::Signal::Hangup) // comes from the shell and from the system
-            frontend::endAtOnce(signal);
-        return;
-    }
-    const std::lock_guard lock(wakeUpMutex);
-    if (wakeUpFunction)
-        wakeUpFunction();
+    const bool first = m_atTerminal && signal == Signal::Interrupt && m_pending.fetch_add(1) == 0;
+    if (!first && m_sessionEnds.exchange(true) && signal != Signal::Hangup) // that comes more than once
+        frontend::endAtOnce(signal);
+    const std::lock_guard lock(m_mutex);
+    if (m_wakeUp)
+        m_wakeUp();
 }
 
-} // namespace
-
-void noteInterrupts()
+bool Interrupts::commandEnds() const
 {
-    frontend::handleSignals(handle);
+    return m_pending > 0 || m_sessionEnds;
 }
 
-bool interrupted()
+bool Interrupts::sessionEnds() const
 {
-    return wasInterrupted;
+    return m_sessionEnds;
 }
 
-void onInterrupt(std::function<void()> wakeUp)
+int Interrupts::pending() const
 {
-    const std::lock_guard lock(wakeUpMutex);
-    wakeUpFunction = std::move(wakeUp);
+    return m_pending;
+}
+
+void Interrupts::forget(int count)
+{
+    m_pending -= count;
+}
+
+void Interrupts::setWakeUp(std::function<void()> wakeUp)
+{
+    const std::lock_guard lock(m_mutex);
+    m_wakeUp.swap(wakeUp);
 }
 
 } // namespace ovra::console

@@ -17,18 +17,23 @@ struct LineReader::Reading
 {
     std::mutex mutex;
     std::function<void()> wakeUp; ///< empty once nobody waits
-    std::optional<std::string> line;
+    std::string line;
+    LineStatus status = LineStatus::End;
     std::atomic<bool> done{false};
+    std::atomic<bool> givenUp{false};
 
-    void read(const LineSource& source)
+    void read(LineSource& source, const std::string& prompt, Interrupts& interrupts)
     {
+        const int earlier = interrupts.pending();
         std::string text;
-        const bool complete = source(text);
-        if (text.ends_with('\r')) // a script that was written on the other platform
+        const LineStatus result = source.read(prompt, text);
+        if (result == LineStatus::Complete)
+            interrupts.forget(earlier); // one that came behind the line is for the command
+        if (text.ends_with('\r'))       // a script that was written on the other platform
             text.pop_back();
         const std::lock_guard lock(mutex);
-        if (complete)
-            line = std::move(text);
+        line = std::move(text);
+        status = result;
         done = true;
         if (wakeUp)
             wakeUp();
@@ -41,30 +46,53 @@ struct LineReader::Reading
     }
 };
 
-LineReader::LineReader(LineSource source) : m_source(std::move(source)) {}
+FunctionSource::FunctionSource(std::function<bool(std::string& line)> function)
+    : m_function(std::move(function))
+{}
+
+LineStatus FunctionSource::read(const std::string&, std::string& line)
+{
+    return m_function(line) ? LineStatus::Complete : LineStatus::End;
+}
+
+LineReader::LineReader(std::shared_ptr<LineSource> source, Interrupts& interrupts)
+    : m_source(std::move(source)),
+      m_interrupts(interrupts)
+{}
 
 void LineReader::serve(reference::Application& application)
 {
     m_application = &application;
 }
 
-std::optional<std::string> LineReader::next()
+std::optional<std::string> LineReader::next(const std::string& prompt)
 {
     const auto reading = std::make_shared<Reading>();
     reading->wakeUp = [application = m_application] { application->quit(); };
-    onInterrupt(reading->wakeUp);
-    std::thread thread([source = m_source, reading] { reading->read(source); });
+    m_interrupts.setWakeUp([reading, source = m_source, application = m_application] {
+        reading->givenUp = !source->cancel();
+        application->quit();
+    });
+    if (m_interrupts.sessionEnds()) { // it has been told so before
+        m_interrupts.setWakeUp(nullptr);
+        return std::nullopt;
+    }
+    std::thread thread([source = m_source, prompt, reading, &interrupts = m_interrupts] {
+        reading->read(*source, prompt, interrupts);
+    });
 
-    while (!reading->done && !interrupted())
+    while (!reading->done && !reading->givenUp)
         m_application->exec();
-    onInterrupt(nullptr);
+    m_interrupts.setWakeUp(nullptr);
     if (!reading->done) {
         reading->abandon();
         thread.detach();
         return std::nullopt;
     }
     thread.join();
-    return std::move(reading->line);
+    if (reading->status == LineStatus::End || m_interrupts.sessionEnds())
+        return std::nullopt;
+    return reading->status == LineStatus::Complete ? std::move(reading->line) : std::string();
 }
 
 } // namespace ovra::console

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -12,26 +13,58 @@ class Application;
 
 namespace ovra::console {
 
-/// Gives the next line; false at the end. May block. Called on threads of its own, one call at a time.
-using LineSource = std::function<bool(std::string& line)>;
+class Interrupts;
+
+enum class LineStatus
+{
+    Complete,
+    End,       ///< no more will come
+    Cancelled, ///< cancel() was called, or the user dropped what was typed
+};
+
+/// Where lines come from.
+class LineSource
+{
+public:
+    virtual ~LineSource() = default;
+
+    /// Gives the next line; what was typed until then when cancelled. May block. Called on threads of the
+    /// reader's own, one call at a time.
+    virtual LineStatus read(const std::string& prompt, std::string& line) = 0;
+    /// Any thread. Ends the read that blocks, or the next one; false where the source cannot.
+    virtual bool cancel() { return false; }
+};
+
+/// Lines from a function that gives false at the end.
+class FunctionSource final : public LineSource
+{
+public:
+    explicit FunctionSource(std::function<bool(std::string& line)> function);
+    LineStatus read(const std::string& prompt, std::string& line) override;
+
+private:
+    const std::function<bool(std::string&)> m_function;
+};
 
 /// GUI thread.
 class LineReader
 {
 public:
-    explicit LineReader(LineSource source);
+    LineReader(std::shared_ptr<LineSource> source, Interrupts& interrupts);
 
     /// The application whose loop runs while a line is waited for. It outlives the calls of next.
     void serve(reference::Application& application);
 
-    /// The next line, without its end; empty at the end of input and when the user interrupts the program.
-    /// The source may then still be blocked, and is left so.
-    std::optional<std::string> next();
+    /// The next line, without its end; "" for one that the user dropped. Empty at the end of input and when
+    /// the user ends the session. A source that cannot be cancelled may then still be blocked, and is left
+    /// so. The loop sleeps until there is something to do.
+    std::optional<std::string> next(const std::string& prompt);
 
 private:
     struct Reading;
 
-    const LineSource m_source;
+    const std::shared_ptr<LineSource> m_source;
+    Interrupts& m_interrupts;
     reference::Application* m_application = nullptr;
 };
 

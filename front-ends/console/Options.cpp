@@ -18,6 +18,7 @@ std::optional<Options> parseOptions(const std::vector<std::string>& arguments, i
                OvraGuiCoreVersion() + ", " + OvraGuiCoreAbi();
     });
     program.add_option("--script", options.script, "commands to carry out")->type_name("FILE");
+    program.add_flag("--json", options.json, "prints one JSON object a line, for programs");
     frontend::addSessionOptions(program, options.session);
 
     try {

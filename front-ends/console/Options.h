@@ -14,6 +14,7 @@ struct Options
 {
     frontend::SessionOptions session;
     std::string script; ///< path; empty where not given
+    bool json = false;  ///< objects in place of sentences
 };
 
 /// \p arguments are the words behind the program's name. Empty when the program has done all it should: \p

@@ -60,4 +60,16 @@ std::string longText(const Parameter& parameter)
     return parameter.name + " = " + valueText(parameter) + (range.empty() ? "" : " (" + range + ')');
 }
 
+Fields fieldsOf(const std::string& owner, const Parameter& parameter)
+{
+    Fields fields{{"owner", owner}, {"name", parameter.name}};
+    std::visit([&](const auto& value) { fields.push_back({"value", value}); }, parameter.value);
+    fields.insert(fields.end(), {{"unit", parameter.unit},
+                                 {"minimum", parameter.minimum},
+                                 {"maximum", parameter.maximum},
+                                 {"step", parameter.step},
+                                 {"writable", parameter.writable}});
+    return fields;
+}
+
 } // namespace ovra::console

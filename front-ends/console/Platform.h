@@ -4,17 +4,22 @@
 /// Texts are UTF-8.
 #pragma once
 
-#include <string>
+#include <filesystem>
 
 namespace ovra::console {
 
 bool inputIsTerminal();
 bool outputIsTerminal();
+bool errorsAreTerminal();
 
-/// Makes the terminal show UTF-8 until the program ends.
+/// Makes the terminal show UTF-8 and colours until the program ends.
 void prepareTerminal();
 
-/// Reads a line from standard input, without its end; false at the end of input.
-bool readInputLine(std::string& line);
+/// Characters of a line of the terminal; 80 where there is none.
+int terminalColumns();
+
+/// Where the lines that a user types are kept from one session to the next; empty where the system keeps
+/// them.
+std::filesystem::path historyFile();
 
 } // namespace ovra::console

@@ -30,8 +30,13 @@ void showBoards(Console& console, const Arguments&)
         console.printer.line("There are no boards.");
     for (const auto& board : boards) {
         const auto applet = board->getLoadedAppletEntry();
-        console.printer.line(boardTitle(*board) + ", serial " + serialText(*board) + ", " +
-                             (applet ? applet->getFileName() : "no applet"));
+        console.printer.result("board",
+                               {{"board", std::int64_t{board->getIndex()}},
+                                {"name", board->getBoardName()},
+                                {"serial", serialText(*board)},
+                                {"applet", applet ? applet->getFileName() : ""}},
+                               boardTitle(*board) + ", serial " + serialText(*board) + ", " +
+                                   (applet ? applet->getFileName() : "no applet"));
     }
 }
 
@@ -64,7 +69,12 @@ void showApplets(Console& console, const Arguments& arguments)
         const std::string path = shortPath(file->getFilePath());
         if (path.find(wanted) == std::string::npos)
             continue;
-        console.printer.line(path + " (" + describe(*file) + ")");
+        console.printer.result("applet",
+                               {{"path", path},
+                                {"kind", file->getType()},
+                                {"processes", std::int64_t{file->getNrOfProcesses()}},
+                                {"brokenReason", file->getBrokenReason()}},
+                               path + " (" + describe(*file) + ")");
         ++shown;
     }
     if (shown == 0)
@@ -111,20 +121,26 @@ void showResources(Console& console, const Arguments&)
     if (resources.empty())
         console.printer.line("There are no resources: no board holds an applet.");
     for (const auto& resource : resources)
-        console.printer.line(resource->getKey() + " (" + std::to_string(resource->getType()) + ": " +
-                             nameOf(resource->getType()) + ")");
+        console.printer.result(
+            "resource",
+            {{"key", resource->getKey()}, {"resourceType", static_cast<std::int64_t>(resource->getType())}},
+            resource->getKey() + " (" + std::to_string(resource->getType()) + ": " +
+                nameOf(resource->getType()) + ")");
 }
 
 void showMemory(Console& console, const Arguments&)
 {
-    console.printer.line(memoryText());
+    console.printer.result("memory", memoryFields(), memoryText());
 }
 
 void rescan(Console& console, const Arguments&)
 {
     console.run(gui::commands::RescanAppletsCommand::create());
-    console.printer.line("Boards: " + std::to_string(allBoards().size()) +
-                         ", applets: " + std::to_string(allApplets().size()) + ".");
+    const auto boards = allBoards().size(), applets = allApplets().size();
+    console.printer.result(
+        "rescan",
+        {{"boards", static_cast<std::int64_t>(boards)}, {"applets", static_cast<std::int64_t>(applets)}},
+        "Boards: " + std::to_string(boards) + ", applets: " + std::to_string(applets) + ".");
 }
 
 } // namespace

@@ -2,9 +2,11 @@
 
 #include "ChoiceDialog.h"
 #include "CommandTable.h"
+#include "Completion.h"
 #include "Console.h"
 #include "ConsoleViews.h"
 #include "Interrupts.h"
+#include "LineEditor.h"
 #include "LineParser.h"
 #include "Printer.h"
 
@@ -12,9 +14,12 @@
 #include "front-ends/shared/ImageCollection.h"
 #include "front-ends/shared/Paths.h"
 
+#include "ovra-core/reference/Application.h"
+
 #include <boost/make_shared.hpp>
 
 #include <exception>
+#include <future>
 #include <string_view>
 
 namespace ovra::console {
@@ -24,7 +29,7 @@ using namespace frontend;
 namespace {
 
 constexpr std::chrono::minutes MAX_START_TIME{5};
-constexpr std::chrono::seconds MAX_COMMAND_TIME{60};
+constexpr std::chrono::seconds MAX_STOP_TIME{60};
 
 void dropByteOrderMark(std::string& line)
 {
@@ -33,12 +38,12 @@ void dropByteOrderMark(std::string& line)
         line.erase(0, MARK.size());
 }
 
-void runLine(Console& console, const std::string& line, InputKind kind)
+void runLine(Console& console, const std::string& line, bool typed)
 {
     try {
         const auto words = splitLine(line);
-        if (kind == InputKind::Lines) // comments head what they are about
-            console.printer.line((words.empty() ? "" : "> ") + line);
+        if (!typed) // comments head what they are about
+            console.printer.result("command", {{"line", line}}, (words.empty() ? "" : "> ") + line);
         if (words.empty())
             return;
         runCommand(console, words);
@@ -48,23 +53,52 @@ void runLine(Console& console, const std::string& line, InputKind kind)
     console.printer.endProgress();
 }
 
-void runLines(Console& console, LineReader& input, InputKind kind)
+void runScript(Console& console, LineReader& input)
 {
-    for (int number = 1; !console.ended && !interrupted(); ++number) {
-        if (kind == InputKind::Terminal)
-            console.printer.prompt("ovra> ");
-        auto line = input.next();
+    for (int number = 1; !console.ended && console.printer.canWrite(); ++number) {
+        auto line = input.next("");
         if (!line)
             break;
         if (number == 1)
             dropByteOrderMark(*line);
-        if (kind == InputKind::Lines)
-            console.printer.setPlace("line " + std::to_string(number));
-        runLine(console, *line, kind);
+        console.printer.setPlace("line " + std::to_string(number));
+        runLine(console, *line, false);
     }
     console.printer.setPlace("");
-    if (kind == InputKind::Terminal && !console.ended)
-        console.printer.line(""); // the end of input left the cursor behind the prompt
+}
+
+void runTypedLines(Console& console, LineReader& input)
+{
+    while (!console.ended) {
+        const auto line = input.next("ovra> ");
+        if (!line)
+            break;
+        if (console.interrupts.commandEnds() && line->empty())
+            console.printer.line("Ctrl-C again, or quit, ends the session.");
+        runLine(console, *line, true);
+    }
+}
+
+// The models are for the GUI thread. It may be busy ending the session: then there is nothing to complete.
+Completer completerFor(reference::Application& application, const std::filesystem::path& folder)
+{
+    return [&application, folder](const std::string& line) {
+        const auto answer = std::make_shared<std::promise<std::vector<std::string>>>();
+        auto words = answer->get_future();
+        application.post([answer, line, folder] { answer->set_value(completionsOf(line, folder)); });
+        constexpr std::chrono::milliseconds MAX_WAIT{500};
+        return words.wait_for(MAX_WAIT) == std::future_status::ready ? words.get()
+                                                                     : std::vector<std::string>();
+    };
+}
+
+void runLines(Console& console, LineReader& reader, LineEditor* editor)
+{
+    if (!editor)
+        return runScript(console, reader);
+    editor->setCompleter(completerFor(console.application, pathOf(console.options.outputFolder)));
+    runTypedLines(console, reader);
+    editor->setCompleter({});
 }
 
 bool startApplication(ApplicationSession& session, const boost::shared_ptr<ConsoleViews>& views,
@@ -78,28 +112,26 @@ bool startApplication(ApplicationSession& session, const boost::shared_ptr<Conso
     return printer.errorCount() == errorsBefore;
 }
 
-void runApplication(const Options& options, Printer& printer, const LineSource& input, InputKind kind)
-{
-    ImageCollection images;
-    LineReader reader(input);
-    ChoiceDialog dialog(printer,
-                        kind == InputKind::Terminal ? [&] { return reader.next(); } : ChoiceDialog::User());
-    ApplicationSession session(options.session, [&](const std::string& message) { printer.error(message); });
-    reader.serve(session.application());
-
-    const auto views = boost::make_shared<ConsoleViews>(printer, images, dialog);
-    Console console{
-        session.application(), printer, *views, dialog, images, pathOf(options.session.outputFolder)};
-    if (startApplication(session, views, printer))
-        runLines(console, reader, kind);
-    session.stop(MAX_COMMAND_TIME);
-}
-
 } // namespace
 
-bool runSession(const Options& options, Printer& printer, const LineSource& input, InputKind kind)
+bool runSession(const Options& options, Printer& printer, const SessionInput& input, Interrupts& interrupts)
 {
-    runApplication(options, printer, input, kind);
+    {
+        ImageCollection images;
+        LineReader reader(input.lines, interrupts);
+        ChoiceDialog dialog(printer, input.editor
+                                         ? [&](const std::string& prompt) { return reader.next(prompt); }
+                                         : ChoiceDialog::User());
+        ApplicationSession session(options.session,
+                                   [&](const std::string& message) { printer.error(message); });
+        reader.serve(session.application());
+
+        const auto views = boost::make_shared<ConsoleViews>(printer, images, dialog);
+        Console console{session.application(), printer, *views, dialog, images, interrupts, options.session};
+        if (startApplication(session, views, printer))
+            runLines(console, reader, input.editor.get());
+        session.stop(MAX_STOP_TIME);
+    }
     return printer.errorCount() == 0; // those of the shut-down included
 }
 

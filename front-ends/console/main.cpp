@@ -1,4 +1,5 @@
 #include "Interrupts.h"
+#include "LineEditor.h"
 #include "Options.h"
 #include "Platform.h"
 #include "Printer.h"
@@ -21,7 +22,13 @@ using namespace ovra::console;
 
 constexpr int EXIT_CODE_OF_INTERRUPT = 130; // as shells have it
 
-bool runScript(const Options& options, Printer& printer)
+std::shared_ptr<LineSource> linesOf(std::shared_ptr<std::istream> stream)
+{
+    return std::make_shared<FunctionSource>(
+        [stream](std::string& line) { return static_cast<bool>(std::getline(*stream, line)); });
+}
+
+bool runScript(const Options& options, Printer& printer, Interrupts& interrupts)
 {
     const auto file = ovra::frontend::pathOf(options.script);
     const auto script = std::make_shared<std::ifstream>(file);
@@ -30,31 +37,58 @@ bool runScript(const Options& options, Printer& printer)
         printer.error("cannot read the script " + options.script);
         return false;
     }
-    const auto nextLine = [script](std::string& line) {
-        return static_cast<bool>(std::getline(*script, line));
-    };
-    return runSession(options, printer, nextLine, InputKind::Lines);
+    return runSession(options, printer, {linesOf(script), nullptr}, interrupts);
 }
 
-bool run(const Options& options, Printer& printer)
+bool runTerminal(const Options& options, Printer& printer, Interrupts& interrupts)
+{
+    const auto editor = std::make_shared<LineEditor>(historyFile());
+    printer.setAbovePrompt([editor](const std::string& text) { return editor->printAbove(text); },
+                           errorsAreTerminal());
+    const bool succeeded = runSession(options, printer, {editor, editor}, interrupts);
+    printer.setAbovePrompt({}, false);
+    return succeeded;
+}
+
+bool run(const Options& options, Printer& printer, Interrupts& interrupts, bool terminal)
 {
     if (!options.script.empty())
-        return runScript(options, printer);
-    const bool terminal = inputIsTerminal() && outputIsTerminal();
-    return runSession(options, printer, readInputLine, terminal ? InputKind::Terminal : InputKind::Lines);
+        return runScript(options, printer, interrupts);
+    if (terminal)
+        return runTerminal(options, printer, interrupts);
+    const std::shared_ptr<std::istream> input(&std::cin, [](std::istream*) {});
+    return runSession(options, printer, {linesOf(input), nullptr}, interrupts);
 }
 
-int exitCodeOf(const Options& options, Printer& printer)
+int exitCodeOf(const Options& options, Printer& printer, Interrupts& interrupts, bool terminal)
 {
     bool succeeded = false;
     try {
-        succeeded = run(options, printer);
+        succeeded = run(options, printer, interrupts, terminal);
     } catch (const std::exception& error) {
         printer.error(error.what());
     }
-    if (interrupted())
+    if (!printer.canWrite()) {
+        std::cerr << "error: the output cannot be written\n";
+        succeeded = false;
+    }
+    if (interrupts.sessionEnds())
         return EXIT_CODE_OF_INTERRUPT;
     return succeeded ? EXIT_SUCCESS : EXIT_FAILURE;
+}
+
+Printer::Target targetOf(const Options& options)
+{
+    if (options.json)
+        return Printer::Target::Objects;
+    return outputIsTerminal() ? Printer::Target::Terminal : Printer::Target::Lines;
+}
+
+// By a convention of command-line programs: any value but an empty one.
+bool coloursWanted()
+{
+    const char* const refusal = std::getenv("NO_COLOR"); // NOLINT(concurrency-mt-unsafe): no other thread yet
+    return !refusal || *refusal == '\0';
 }
 
 } // namespace
@@ -68,8 +102,11 @@ int main(int argumentCount, char** arguments)
     if (!options)
         return exitCode;
 
-    noteInterrupts();
-    Printer printer(std::cout, std::cerr,
-                    outputIsTerminal() ? Printer::Target::Terminal : Printer::Target::Lines);
-    return exitCodeOf(*options, printer);
+    const bool terminal =
+        options->script.empty() && !options->json && inputIsTerminal() && outputIsTerminal();
+    static Interrupts interrupts(terminal); // signals come until the process ends
+    ovra::frontend::handleSignals([](ovra::frontend::Signal signal) { interrupts.handle(signal); });
+    Printer printer(std::cout, std::cerr, targetOf(*options));
+    printer.setColours(coloursWanted() && outputIsTerminal(), coloursWanted() && errorsAreTerminal());
+    return exitCodeOf(*options, printer, interrupts, terminal);
 }

@@ -79,10 +79,14 @@ struct ApplicationSession::State
 
     void unload(const BoardNode& board, std::chrono::milliseconds limit)
     {
-        core::HarloApplication::commandprocessor()->executeCommand(
-            gui::commands::UnloadAppletCommand::create(static_cast<int>(board->getSerial())));
-        if (!pumpUntilIdle(limit))
-            onError("board " + std::to_string(board->getIndex()) + " was not unloaded in time");
+        try {
+            core::HarloApplication::commandprocessor()->executeCommand(
+                gui::commands::UnloadAppletCommand::create(static_cast<int>(board->getSerial())));
+            if (!pumpUntilIdle(limit))
+                onError("board " + std::to_string(board->getIndex()) + " was not unloaded in time");
+        } catch (const std::exception& error) {
+            onError(error.what());
+        }
     }
 
     /// The clean-up command leaves boards as they are.

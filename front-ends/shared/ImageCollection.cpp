@@ -25,8 +25,8 @@ void ImageCollection::dropUnloaded()
     });
 }
 
-const ImageKeeper* ImageCollection::find(const core::models::HlEnvironmentBoardNode& board,
-                                         const core::models::HlEnvironmentDmaNode& dma) const
+ImageKeeper* ImageCollection::find(const core::models::HlEnvironmentBoardNode& board,
+                                   const core::models::HlEnvironmentDmaNode& dma) const
 {
     const auto entry = m_boards.find(board.getSerial());
     if (entry == m_boards.end())

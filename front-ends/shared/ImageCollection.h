@@ -27,8 +27,8 @@ public:
     void dropUnloaded();
 
     /// Null for a channel that has none. Valid until its board is unloaded.
-    const ImageKeeper* find(const core::models::HlEnvironmentBoardNode& board,
-                            const core::models::HlEnvironmentDmaNode& dma) const;
+    ImageKeeper* find(const core::models::HlEnvironmentBoardNode& board,
+                      const core::models::HlEnvironmentDmaNode& dma) const;
 
 private:
     struct Board

@@ -4,6 +4,13 @@
 
 namespace ovra::frontend {
 
+display::Image StoredImage::view() const
+{
+    display::Image image = description;
+    image.pixels = bytes.data();
+    return image;
+}
+
 ImageKeeper::ImageKeeper(const boost::shared_ptr<display::DisplayScene>& scene) : m_scene(scene)
 {
     scene->setVisualizer(this);
@@ -18,18 +25,24 @@ ImageKeeper::~ImageKeeper()
 
 void ImageKeeper::showImage(const display::Image& image)
 {
-    const auto size = static_cast<std::size_t>(image.width) * static_cast<std::size_t>(image.height);
-    const auto now = Clock::now();
+    keep(image);
+    const std::lock_guard lock(m_listenerMutex);
+    if (m_listener)
+        m_listener(image);
+}
+
+void ImageKeeper::setListener(Listener listener)
+{
+    const std::lock_guard lock(m_listenerMutex);
+    m_listener.swap(listener);
+}
+
+void ImageKeeper::keep(const display::Image& image)
+{
     const std::lock_guard lock(m_mutex);
-    if (m_count == 0 || image.number <= m_newest.number) { // numbers begin anew with each start
-        m_firstNumber = image.number;
-        m_firstTime = now;
-    }
-    m_newestTime = now;
-    m_newest.pixels.assign(image.pixels, image.pixels + size);
-    m_newest.width = image.width;
-    m_newest.height = image.height;
-    m_newest.number = image.number;
+    m_newest.bytes.assign(image.pixels, image.pixels + image.bytes());
+    m_newest.description = image;
+    m_newest.description.pixels = nullptr;
     ++m_count;
 }
 
@@ -43,13 +56,6 @@ StoredImage ImageKeeper::newest() const
 {
     const std::lock_guard lock(m_mutex);
     return m_newest;
-}
-
-double ImageKeeper::imagesPerSecond() const
-{
-    const std::lock_guard lock(m_mutex);
-    const double seconds = std::chrono::duration<double>(m_newestTime - m_firstTime).count();
-    return seconds > 0 ? static_cast<double>(m_newest.number - m_firstNumber) / seconds : 0;
 }
 
 } // namespace ovra::frontend

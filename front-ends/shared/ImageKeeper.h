@@ -7,20 +7,21 @@
 #include <boost/shared_ptr.hpp>
 #include <boost/weak_ptr.hpp>
 
-#include <chrono>
 #include <cstdint>
+#include <functional>
 #include <mutex>
 #include <vector>
 
 namespace ovra::frontend {
 
-/// An image of its own: 8-bit grey, row by row, without padding.
+/// An image of its own.
 struct StoredImage
 {
-    std::vector<std::uint8_t> pixels;
-    int width = 0;
-    int height = 0;
-    std::int64_t number = 0; ///< 1 for the first image since acquisition start
+    std::vector<std::uint8_t> bytes; ///< empty: no image
+    display::Image description;      ///< of the image, but for its pixels
+
+    /// The image. Valid as long as this object is not changed.
+    display::Image view() const;
 };
 
 /// The visualizer of one display scene, from construction to destruction. Safe from any thread.
@@ -34,23 +35,26 @@ public:
 
     void showImage(const display::Image& image) override;
 
+    /// \p listener gets each image that arrives, on the scene's thread, which it should not keep waiting;
+    /// empty: nobody does. It must not call this function. When the call returns, the listener before is no
+    /// longer running.
+    using Listener = std::function<void(const display::Image&)>;
+    void setListener(Listener listener);
+
     /// Images that arrived since construction.
     std::int64_t count() const;
-    /// Empty, of size 0 x 0, before the first.
+    /// Without bytes before the first.
     StoredImage newest() const;
-    /// Rate of the images since acquisition start, skipped ones included; 0 before the second.
-    double imagesPerSecond() const;
 
 private:
-    using Clock = std::chrono::steady_clock;
+    void keep(const display::Image& image);
 
     const boost::weak_ptr<display::DisplayScene> m_scene;
+    std::mutex m_listenerMutex;
+    Listener m_listener;
     mutable std::mutex m_mutex;
     StoredImage m_newest;
     std::int64_t m_count = 0;
-    std::int64_t m_firstNumber = 0; ///< of the first image since acquisition start that came here
-    Clock::time_point m_firstTime;
-    Clock::time_point m_newestTime;
 };
 
 } // namespace ovra::frontend

@@ -36,7 +36,7 @@ std::error_code replace(const std::filesystem::path& file, std::string_view byte
     if (!error)
         std::filesystem::rename(fresh, file, error);
     std::error_code ignored;
-    if (error)
+    if (error && std::filesystem::is_regular_file(fresh, ignored))
         std::filesystem::remove(fresh, ignored);
     return error;
 }

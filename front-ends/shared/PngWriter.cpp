@@ -1,7 +1,13 @@
 #include "PngWriter.h"
 
+#include "ovra-lib-display/PixelConversion.h"
+
+#include <boost/crc.hpp>
+
 #include <cstddef>
+#include <cstdint>
 #include <stdexcept>
+#include <vector>
 
 #define STB_IMAGE_WRITE_IMPLEMENTATION
 #define STB_IMAGE_WRITE_STATIC
@@ -12,22 +18,85 @@ namespace ovra::frontend {
 
 namespace {
 
-constexpr int GREY_COMPONENTS = 1;
+constexpr int BITS_PER_BYTE = 8;
 
 void append(void* file, void* bytes, int count)
 {
     static_cast<std::string*>(file)->append(static_cast<const char*>(bytes), static_cast<std::size_t>(count));
 }
 
+/// A PNG file of samples of one byte.
+std::string encodeBytes(const std::vector<std::uint8_t>& bytes, int width, int height, int components)
+{
+    // A difference to the line above does not depend on how many bytes a pixel has.
+    constexpr int FILTER_UP = 2;
+    [[maybe_unused]] static const int onlyFilter = stbi_write_force_png_filter = FILTER_UP;
+    std::string file;
+    if (stbi_write_png_to_func(append, &file, width, height, components, bytes.data(), width * components) ==
+        0)
+        throw std::runtime_error("no PNG file of an image of " + std::to_string(width) + " x " +
+                                 std::to_string(height) + " pixels");
+    return file;
+}
+
+void putNumber(std::string& file, std::size_t place, std::uint32_t number)
+{
+    for (int shift = 24; shift >= 0; shift -= BITS_PER_BYTE)
+        file[place++] = static_cast<char>(number >> shift & 0xff);
+}
+
+// The writer knows samples of one byte only. A line of samples of two bytes is the same bytes; what differs
+// stands in the header.
+void declareSixteenBits(std::string& file, int width, int components)
+{
+    constexpr std::size_t HEADER_NAME = 12, WIDTH = 16, DEPTH = 24, COLOUR_TYPE = 25, HEADER_CRC = 29;
+    constexpr char GREY = 0, RGB = 2;
+    putNumber(file, WIDTH, static_cast<std::uint32_t>(width));
+    file[DEPTH] = 16;
+    file[COLOUR_TYPE] = components == 1 ? GREY : RGB;
+    boost::crc_32_type crc;
+    crc.process_bytes(file.data() + HEADER_NAME, HEADER_CRC - HEADER_NAME);
+    putNumber(file, HEADER_CRC, crc.checksum());
+}
+
+/// The samples in full range, the higher byte of each first.
+std::vector<std::uint8_t> bigEndian(const std::vector<std::uint16_t>& samples, int bits)
+{
+    const int shift = 2 * BITS_PER_BYTE - bits;
+    std::vector<std::uint8_t> bytes;
+    bytes.reserve(2 * samples.size());
+    for (const unsigned sample : samples) {
+        const unsigned full = sample << shift | sample >> (bits - shift);
+        bytes.push_back(static_cast<std::uint8_t>(full >> BITS_PER_BYTE));
+        bytes.push_back(static_cast<std::uint8_t>(full & 0xff));
+    }
+    return bytes;
+}
+
 } // namespace
 
-std::string encodePng(const StoredImage& image)
+std::string encodePng(const display::Image& image)
 {
-    std::string file;
-    if (stbi_write_png_to_func(append, &file, image.width, image.height, GREY_COMPONENTS, image.pixels.data(),
-                               image.width) == 0)
-        throw std::runtime_error("no PNG file of an image of " + std::to_string(image.width) + " x " +
-                                 std::to_string(image.height) + " pixels");
+    const auto& format = display::describe(image.format);
+    const int components = format.components == 1 && format.redAt < 0 ? 1 : 3;
+    if (format.significantBits == BITS_PER_BYTE && components == 3) {
+        std::vector<std::uint8_t> colours;
+        display::unpackRgb8(image, colours);
+        return encodeBytes(colours, image.width, image.height, components);
+    }
+    std::vector<std::uint16_t> samples;
+    if (components == 1)
+        display::unpackGrey(image, samples);
+    else
+        display::unpackRgb(image, samples);
+    if (format.significantBits == BITS_PER_BYTE)
+        return encodeBytes({samples.begin(), samples.end()}, image.width, image.height, components);
+
+    // Two grey bytes make a pixel of two components, six of RGB two pixels of three.
+    const int pixels = components == 1 ? image.width : 2 * image.width;
+    std::string file = encodeBytes(bigEndian(samples, format.significantBits), pixels, image.height,
+                                   components == 1 ? 2 : 3);
+    declareSixteenBits(file, image.width, components);
     return file;
 }
 

@@ -16,6 +16,12 @@ std::vector<std::string> commandLineArguments(int argumentCount, char** argument
 /// Sets a variable of the process. Call before other threads start.
 void setEnvironmentVariable(const std::string& name, const std::string& value);
 
+/// The operating system with its version, and the processors, in one line.
+std::string systemDescription();
+/// Empty where they are not known.
+std::string userName();
+std::string homeFolder();
+
 /// What somebody outside wants of the program.
 enum class Signal
 {
@@ -25,8 +31,8 @@ enum class Signal
 };
 
 /// From now on signals no longer end the process; \p handler is called for each, on a thread of its own, one
-/// at a time. A signal that the process was started to ignore stays ignored. Call once, before other threads
-/// start.
+/// at a time. A signal that the process was started to ignore stays ignored. Writing to a pipe that nobody
+/// reads fails instead of ending the process. Call once, before other threads start.
 void handleSignals(std::function<void(Signal)> handler);
 
 /// Ends the process as \p signal would have done. Does not return.

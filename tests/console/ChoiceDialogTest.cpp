@@ -14,8 +14,9 @@ struct Asking : testing::Test
     ChoiceDialog::Answer askUser(const std::string& typed)
     {
         std::istringstream user(typed);
-        const auto nextLine = [&user]() -> std::optional<std::string> {
+        const auto nextLine = [&](const std::string& prompt) -> std::optional<std::string> {
             std::string line;
+            output << prompt;
             return std::getline(user, line) ? std::optional(line) : std::nullopt;
         };
         return ChoiceDialog(printer, nextLine).ask("Which?", {"first", "second", "third"});

@@ -11,6 +11,7 @@ using namespace ovra::tests;
 using ovra::frontend::pathOf;
 using ovra::frontend::textOf;
 using testing::AllOf;
+using testing::AnyOf;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::EndsWith;
@@ -46,7 +47,10 @@ constexpr BadLine BAD_LINES[] = {
     {"sync-mode 4", "MODE must be a whole number from 0 to 3, not '4'"},
     {"answer 3", "BUTTON must be a whole number from 0 to 2, not '3'"},
     {"store-mcf 1 none.mcf", "board 1 holds no applet"},
-    {"load-mcf 0 none.mcf", "Board 0 - Loading File: ERROR: Illegal MCF Configuration File"},
+    {"load-mcf 0 none.mcf", "there is no file none.mcf"},
+    {"load 0 SingleAreaGray.hap none.mcf", "there is no file none.mcf"},
+    {"watch", "there are no DMA channels"},
+    {"report r.txt all", "a report is followed by 'with-paths' or nothing, not by 'all'"},
     {"load 0 SingleAreaGray.hap", nullptr},
     {"set 0 GAIN 17", "board 0 DMA 0: Parameter GAIN: expected a number from 0 to 16, found \"17\""},
     {"set 0 0 OFFSET 1.5",
@@ -54,6 +58,9 @@ constexpr BadLine BAD_LINES[] = {
     {"set 0 GIAN 1", "board 0 DMA 0 has no parameter 'GIAN'"},
     {"set 0 TEMPERATURE 20", "board 0 DMA 0: TEMPERATURE can only be read"},
     {"get 0 1 GAIN", "board 0 has no DMA channel 1; it has 0"},
+    {"record 0 0 1 run", "board 0 DMA 0 does not acquire"},
+    {"save-image 0 0 x.jpg", "images are saved as PNG: the name must end with .png, not 'x.jpg'"},
+    {"show 0 0", "board 0 DMA 0 has got no image, and it does not acquire"},
     {"buffers 0 0 0", "COUNT must be a whole number from 1 to 2147483647, not '0'"},
     {"generator 0 0 maybe", "a generator is switched 'on' or 'off', not 'maybe'"},
 };
@@ -237,6 +244,76 @@ TEST(ConsoleSession, AChannelGetsOtherBuffersAndItsGeneratorsImagesAndTellsWhatI
     const auto statistics = outcome.linesWith("board 0 DMA 0: ").back();
     EXPECT_THAT(statistics, AllOf(HasSubstr(" per second, "), EndsWith(" lost"), Not(EndsWith(" 0 lost"))));
     EXPECT_EQ(outcome.exitCode, 0) << outcome.text();
+}
+
+TEST(ConsoleSession, WaitsForImagesThatHaveArrivedAlready)
+{
+    const auto outcome =
+        Workspace().console("load 0 SingleAreaGray.hap\nstart 0 dma 0 3\nwait 3 images 0 0\nwait 3 images\n");
+    EXPECT_THAT(outcome.linesWith("board 0 DMA 0: 3 images."), SizeIs(2)) << outcome.text();
+    EXPECT_EQ(outcome.exitCode, 0);
+}
+
+TEST(ConsoleSession, FailsWhereAConfigurationIsNotApplied)
+{
+    const Workspace workspace;
+    const std::string out = textOf(workspace.path());
+    const auto stored =
+        workspace.console("load 0 SingleAreaGray.hap\nstore-mcf 0 a.mcf\n", {"--output-dir", out});
+    ASSERT_EQ(stored.exitCode, 0) << stored.text();
+    std::string text = workspace.read("a.mcf");
+    text.replace(text.find("GAIN="), 6, "GAIN=9999");
+    workspace.write("a.mcf", text);
+    const auto outcome =
+        workspace.console("load-mcf 0 a.mcf\nload 0 SingleAreaGray.hap a.mcf\n", {"--output-dir", out});
+    EXPECT_THAT(outcome.linesWith("error: "),
+                ElementsAre("error: line 1: the applet was loaded without the configuration a.mcf",
+                            "error: line 2: the applet was loaded without the configuration a.mcf"))
+        << outcome.text();
+    EXPECT_EQ(outcome.exitCode, 1);
+}
+
+TEST(ConsoleSession, RecordsDrawsCountsAndReports)
+{
+    const Workspace workspace;
+    const auto outcome = workspace.console(
+        "load 0 SingleAreaGray.hap\nset 0 FG_WIDTH 64\nset 0 FG_HEIGHT 32\ngenerator 0 0 on\nstart 0 dma 0\n"
+        "record 0 0 3 sub/run\nstop 0 dma 0\nhistogram 0 0\nshow 0 0\nwatch 0\nreport report.txt\n",
+        {"--output-dir", textOf(workspace.path())});
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.text();
+    EXPECT_THAT(outcome.lines,
+                testing::IsSupersetOf({HasSubstr("Made the folder "),
+                                       HasSubstr("board 0 DMA 0: 3 images recorded in sub/run."),
+                                       HasSubstr(" MB/s, ring "), HasSubstr(", grey values ")}))
+        << outcome.text();
+    // 64 x 32 pixels, two of them a character.
+    EXPECT_THAT(outcome.lines, Contains(AnyOf(HasSubstr("\u2591\u2591"), HasSubstr("\u2592\u2592"),
+                                              HasSubstr("\u2593\u2593"), HasSubstr("\u2588\u2588")))
+                                   .Times(16))
+        << outcome.text();
+    for (const char* name : {"image-000001.png", "image-000003.png", "images.csv"})
+        EXPECT_TRUE(std::filesystem::exists(workspace.path("sub/run") / name)) << name;
+    const std::string report = workspace.read("report.txt");
+    for (const char* part : {"== versions\novra-console " OVRA_VERSION, "== boards\nboard 0 - ovra-quad-cl",
+                             "GAIN = 1\n", "<installation>/Hardware Applets/", "== log\n"})
+        EXPECT_THAT(report, HasSubstr(part));
+    EXPECT_THAT(report, Not(HasSubstr(textOf(workspace.path()))));
+}
+
+TEST(ConsoleSession, TellsAProgramInObjects)
+{
+    const auto outcome =
+        Workspace().console("boards\nload 0 SingleAreaGray.hap\nget 0 GAIN\nbords\n", {"--json"});
+    EXPECT_THAT(
+        outcome.lines,
+        testing::IsSupersetOf(
+            {R"({"type":"command","line":"boards"})",
+             R"({"type":"board","board":0,"name":"ovra-quad-cl","serial":"1a2b3c","applet":""})",
+             R"({"type":"parameter","owner":"board 0 DMA 0","name":"GAIN","value":1.0,"unit":"","minimum":0.0,"maximum":16.0,"step":0.0,"writable":true})",
+             R"({"type":"error","place":"line 4","text":"unknown command 'bords'; help lists the commands"})"}))
+        << outcome.text();
+    EXPECT_THAT(outcome.lines, testing::Each(AllOf(StartsWith("{\"type\":\""), EndsWith("}"))));
+    EXPECT_EQ(outcome.exitCode, 1);
 }
 
 TEST(ConsoleSession, TakesTextsAndFileNamesOfAnyLanguage)

@@ -19,26 +19,20 @@ struct ImageKeeping : testing::Test
     frontend::ImageKeeper keeper{scene};
 };
 
-TEST_F(ImageKeeping, KeepsACopyOfTheNewestImageWhateverItsSize)
+TEST_F(ImageKeeping, KeepsACopyOfTheNewestImageWhateverItsSizeAndHandsEachToItsListener)
 {
+    std::vector<std::int64_t> heard;
+    keeper.setListener([&](const display::Image& image) { heard.push_back(image.number); });
     show({1, 2, 3, 4, 5, 6}, 3, 2, 7);
     show({9, 8}, 1, 2, 8);
+    keeper.setListener({});
+    show({7, 6}, 2, 1, 1);
     const auto newest = keeper.newest();
-    EXPECT_THAT(newest.pixels, ElementsAre(9, 8));
-    EXPECT_EQ(newest.width, 1);
-    EXPECT_EQ(newest.height, 2);
-    EXPECT_EQ(newest.number, 8);
-    EXPECT_EQ(keeper.count(), 2);
-}
-
-TEST_F(ImageKeeping, CountsTheRateAnewWhenNumbersBeginAnew)
-{
-    EXPECT_EQ(keeper.imagesPerSecond(), 0);
-    show({1}, 1, 1, 1);
-    show({1}, 1, 1, 1000);
-    EXPECT_GT(keeper.imagesPerSecond(), 0);
-    show({1}, 1, 1, 1);
-    EXPECT_EQ(keeper.imagesPerSecond(), 0);
+    EXPECT_THAT(newest.bytes, ElementsAre(7, 6));
+    EXPECT_EQ(newest.description.width, 2);
+    EXPECT_EQ(newest.view().pixels[1], 6);
+    EXPECT_EQ(keeper.count(), 3);
+    EXPECT_THAT(heard, ElementsAre(7, 8));
 }
 
 } // namespace

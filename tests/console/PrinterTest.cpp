@@ -50,6 +50,49 @@ TEST_F(Printing, AnErrorIsOneLineThatTellsThePlaceAndCounts)
     EXPECT_EQ(printer.errorCount(), 2u);
 }
 
+TEST_F(Printing, AProgramGetsAnObjectForEachLineWithErrorsAmongThem)
+{
+    Printer printer(output, errors, Printer::Target::Objects);
+    printer.result("image",
+                   {{"board", std::int64_t{1}},
+                    {"rate", 2.5},
+                    {"on", true},
+                    {"counts", std::vector<std::int64_t>{3, 4}}},
+                   "a sentence");
+    printer.status("of passing interest");
+    printer.setPlace("line 7");
+    printer.error("a \"text\"");
+    printer.line("not UTF-8: \xff");
+    EXPECT_EQ(output.str(), R"({"type":"image","board":1,"rate":2.5,"on":true,"counts":[3,4]}
+{"type":"error","place":"line 7","text":"a \"text\""}
+{"type":"text","text":"not UTF-8: �"}
+)");
+    EXPECT_EQ(errors.str(), "");
+}
+
+TEST_F(Printing, WhatComesWhileSomebodyTypesGoesAboveAndColoursOnlyWhereTheyAreWanted)
+{
+    Printer printer(output, errors, Printer::Target::Terminal);
+    std::string above;
+    printer.setAbovePrompt(
+        [&](const std::string& text) {
+            above += text;
+            return true;
+        },
+        true);
+    printer.progress("not in the way");
+    printer.line("one");
+    printer.error("two");
+    EXPECT_EQ(above, "one\nerror: two\n");
+    EXPECT_EQ(output.str() + errors.str(), "");
+
+    printer.setAbovePrompt({}, false);
+    printer.setColours(false, true);
+    printer.warning("three");
+    EXPECT_EQ(errors.str(), "\x1b[33mwarning: \x1b[0mthree\n");
+    EXPECT_EQ(printer.recentErrors().size(), 2u);
+}
+
 TEST_F(Printing, LinesOfSeveralThreadsStayWhole)
 {
     Printer printer(output, errors, Printer::Target::Lines);

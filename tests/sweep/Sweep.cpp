@@ -13,6 +13,7 @@
 
 #include "LibraryAllocations.h"
 
+#include "Interrupts.h"
 #include "Printer.h"
 #include "Session.h"
 
@@ -35,6 +36,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <memory>
 #include <sstream>
 #include <utility>
 
@@ -106,7 +108,9 @@ public:
         std::ostringstream output;
         console::Printer printer(output, output, console::Printer::Target::Lines);
         try {
-            console::runSession(options, printer, nextLine, console::InputKind::Lines);
+            console::Interrupts interrupts(false);
+            console::runSession(options, printer,
+                                {std::make_shared<console::FunctionSource>(nextLine), nullptr}, interrupts);
         } catch (const std::exception& error) {
             printer.error(error.what());
         }

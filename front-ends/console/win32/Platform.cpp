@@ -1,10 +1,7 @@
 #include "../Platform.h"
 
-#include <array>
 #include <cstdio>
 #include <cstdlib>
-#include <iostream>
-#include <string_view>
 
 #include <io.h>
 #include <windows.h>
@@ -13,44 +10,11 @@ namespace ovra::console {
 
 namespace {
 
-std::string utf8(std::wstring_view text)
-{
-    const int length = static_cast<int>(text.size());
-    std::string converted(static_cast<std::size_t>(WideCharToMultiByte(CP_UTF8, 0, text.data(), length,
-                                                                       nullptr, 0, nullptr, nullptr)),
-                          '\0');
-    WideCharToMultiByte(CP_UTF8, 0, text.data(), length, converted.data(), static_cast<int>(converted.size()),
-                        nullptr, nullptr);
-    return converted;
-}
-
 UINT outputCodePageBefore = 0;
 
 void restoreTerminal()
 {
     SetConsoleOutputCP(outputCodePageBefore);
-}
-
-// The narrow reading functions lose what is outside ASCII, whatever the code page.
-bool readTerminalLine(std::string& line)
-{
-    constexpr wchar_t END_OF_INPUT = 0x1a; // Ctrl-Z
-    std::wstring text;
-    while (!text.ends_with(L'\n')) {
-        std::array<wchar_t, 256> part{};
-        DWORD count = 0;
-        // None at all: Ctrl-C.
-        if (!ReadConsoleW(GetStdHandle(STD_INPUT_HANDLE), part.data(), static_cast<DWORD>(part.size()),
-                          &count, nullptr) ||
-            count == 0)
-            return false;
-        text.append(part.data(), count);
-        if (text.front() == END_OF_INPUT)
-            return false;
-    }
-    text.pop_back();
-    line = utf8(text);
-    return true;
 }
 
 } // namespace
@@ -65,6 +29,11 @@ bool outputIsTerminal()
     return _isatty(_fileno(stdout)) != 0;
 }
 
+bool errorsAreTerminal()
+{
+    return _isatty(_fileno(stderr)) != 0;
+}
+
 void prepareTerminal()
 {
     outputCodePageBefore = GetConsoleOutputCP();
@@ -72,11 +41,24 @@ void prepareTerminal()
         return;
     SetConsoleOutputCP(CP_UTF8);
     std::atexit(restoreTerminal);
+    const HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
+    DWORD mode = 0;
+    if (GetConsoleMode(output, &mode))
+        SetConsoleMode(output, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
 }
 
-bool readInputLine(std::string& line)
+int terminalColumns()
 {
-    return inputIsTerminal() ? readTerminalLine(line) : static_cast<bool>(std::getline(std::cin, line));
+    constexpr int DEFAULT_COLUMNS = 80;
+    CONSOLE_SCREEN_BUFFER_INFO info{};
+    const bool known =
+        GetConsoleScreenBufferInfo(GetStdHandle(STD_OUTPUT_HANDLE), &info) && info.dwSize.X > 0;
+    return known ? info.dwSize.X : DEFAULT_COLUMNS;
+}
+
+std::filesystem::path historyFile()
+{
+    return {};
 }
 
 } // namespace ovra::console

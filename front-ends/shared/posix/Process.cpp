@@ -6,6 +6,8 @@
 #include <utility>
 
 #include <pthread.h>
+#include <pwd.h>
+#include <sys/utsname.h>
 #include <unistd.h>
 
 namespace ovra::frontend {
@@ -56,6 +58,26 @@ std::vector<std::string> commandLineArguments(int argumentCount, char** argument
     return {arguments + 1, arguments + argumentCount};
 }
 
+std::string systemDescription()
+{
+    utsname system{};
+    uname(&system);
+    return std::string(system.sysname) + ' ' + system.release + ' ' + system.machine + ", " +
+           std::to_string(std::thread::hardware_concurrency()) + " processors";
+}
+
+std::string userName()
+{
+    const passwd* const user = getpwuid(getuid()); // NOLINT(concurrency-mt-unsafe): nobody else asks
+    return user ? user->pw_name : "";
+}
+
+std::string homeFolder()
+{
+    const char* const home = std::getenv("HOME"); // NOLINT(concurrency-mt-unsafe): nobody changes it
+    return home ? home : "";
+}
+
 void setEnvironmentVariable(const std::string& name, const std::string& value)
 {
     setenv(name.c_str(), value.c_str(), 1); // NOLINT(concurrency-mt-unsafe): no other thread yet
@@ -64,6 +86,7 @@ void setEnvironmentVariable(const std::string& name, const std::string& value)
 // The threads that come later inherit the mask, so the signals reach the one that waits for them.
 void handleSignals(std::function<void(Signal)> handler)
 {
+    std::signal(SIGPIPE, SIG_IGN);
     const sigset_t signals = handledSignals();
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     std::thread([signals, handler = std::move(handler)] {

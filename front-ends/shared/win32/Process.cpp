@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <mutex>
 #include <string_view>
+#include <thread>
 #include <utility>
 
 #include <stdlib.h>
@@ -57,6 +58,14 @@ std::string utf8(std::wstring_view text)
     return converted;
 }
 
+std::string environmentVariable(const wchar_t* name)
+{
+    constexpr DWORD MAX_LENGTH = 32767;
+    std::wstring value(MAX_LENGTH, L'\0');
+    value.resize(GetEnvironmentVariableW(name, value.data(), MAX_LENGTH));
+    return utf8(value);
+}
+
 } // namespace
 
 std::vector<std::string> commandLineArguments(int, char**)
@@ -68,6 +77,31 @@ std::vector<std::string> commandLineArguments(int, char**)
         texts.push_back(utf8(words[i]));
     LocalFree(words);
     return texts;
+}
+
+// The function that everybody knows tells an old version to programs that do not name the newer ones.
+std::string systemDescription()
+{
+    using GetVersion = LONG(WINAPI*)(OSVERSIONINFOW*);
+    OSVERSIONINFOW version{};
+    version.dwOSVersionInfoSize = sizeof version;
+    const auto get = reinterpret_cast<GetVersion>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "RtlGetVersion")));
+    if (get)
+        get(&version);
+    return "Windows " + std::to_string(version.dwMajorVersion) + '.' +
+           std::to_string(version.dwMinorVersion) + '.' + std::to_string(version.dwBuildNumber) + ", " +
+           std::to_string(std::thread::hardware_concurrency()) + " processors";
+}
+
+std::string userName()
+{
+    return environmentVariable(L"USERNAME");
+}
+
+std::string homeFolder()
+{
+    return environmentVariable(L"USERPROFILE");
 }
 
 // The C run-time library's own copy is what the libraries of the process read; this changes both.

@@ -3,8 +3,9 @@
 /// collects the diagnostic messages of all components.
 ///
 /// The dispatcher exports one object under the name LOGGING_DISPATCHER_DESCRIPTOR_NAME. A client calls its
-/// first entry and is connected from then on, until the dispatcher calls onDisconnect. Level numbers grow
-/// with importance: a message is wanted when its level is at or above the threshold of its logger.
+/// entry and is connected from then on, until the dispatcher calls onDisconnect: there is no way back from
+/// the client's side, so a client stays in the process. Level numbers grow with importance: a message is
+/// wanted when its level is at or above the threshold of its logger.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +17,8 @@ extern "C" {
 /// Gives the id and the present threshold of the logger for \p tag; equal tags have equal ids. Any thread.
 using LoggingRegisterFunction = void (*)(const char* tag, std::uint64_t* loggerId, std::uint32_t* threshold);
 
-/// Takes one message. Any thread. \p a and \p b go into the record as they are; 0 where unused.
+/// Takes one message. Any thread, until the exit of the process. \p a and \p b go into the record as they
+/// are; 0 where unused.
 using LoggingLogFunction = void (*)(std::uint64_t loggerId, std::uint32_t level, const char* text,
                                     std::uint64_t a, std::uint64_t b);
 
@@ -31,10 +33,6 @@ struct LoggingDispatcherDescriptor
     /// Connects \p client and stores the two functions, before it calls anything back. One client a process.
     void (*connect)(void* client, LoggingOnDisconnect onDisconnect, LoggingOnSetLevel onSetLevel,
                     LoggingRegisterFunction* registerFunction, LoggingLogFunction* logFunction);
-
-    /// Ends the connection of \p client from the client's side, before it goes away: when it returns, nothing
-    /// of the client is being called or will be. Without effect for one that is not connected.
-    void (*disconnect)(void* client);
 };
 
 } // extern "C"

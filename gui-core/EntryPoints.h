@@ -2,6 +2,8 @@
 /// Start-up and shut-down of ovra-lib-gui-core.
 ///
 /// The host calls OvraGuiCoreInit after it has loaded the library and OvraGuiCoreDeinit before it unloads it.
+/// From the first OvraGuiCoreInit on the library stays in the process, also when the host unloads it: the log
+/// dispatcher may call it at any time.
 #pragma once
 
 #include "gui-core/Export.h"
@@ -17,7 +19,9 @@ extern "C" {
 OVRA_GUI_CORE_API void OvraGuiCoreInit();
 
 /// Takes one OvraGuiCoreInit back. The last one shuts the host libraries down, in the order of their
-/// start-ups and as often as they were started, and destroys the library's process-wide objects. Any thread.
+/// start-ups and as often as they were started, and destroys the library's process-wide objects, except its
+/// connection to the log dispatcher, which lasts until the process ends. Any thread. May be called from an
+/// exit handler of the process.
 ///
 /// An exception of a host library's shut-down keeps none of this from being done; the first one is thrown at
 /// the end.

@@ -4,7 +4,6 @@
 
 #include <atomic>
 #include <cstdio>
-#include <memory>
 #include <utility>
 
 namespace ovra::gui {
@@ -23,20 +22,20 @@ constexpr bool CONSOLE_TRACE = false;
 std::atomic<std::int32_t> controllerLock{0};
 std::atomic<std::uint32_t> controllerOwner{0};
 std::uint32_t uses = 0;
-std::unique_ptr<LibraryInitController> controller;
+// Only the last release destroys it. The end of the process does not: an exit handler may come back later.
+constinit LibraryInitController* controller = nullptr;
 
 void trace([[maybe_unused]] const char* step)
 {
     if constexpr (CONSOLE_TRACE)
-        std::printf("LibraryInitController [%s] - Instance: %p\n", step,
-                    static_cast<void*>(controller.get()));
+        std::printf("LibraryInitController [%s] - Instance: %p\n", step, static_cast<void*>(controller));
 }
 
 void traceUse([[maybe_unused]] const char* step, [[maybe_unused]] std::uint32_t count)
 {
     if constexpr (CONSOLE_TRACE)
         std::printf("LibraryInitController [%s] - Instance: %p - Use Count: %u\n", step,
-                    static_cast<void*>(controller.get()), count);
+                    static_cast<void*>(controller), count);
 }
 
 /// A flag that is up for the length of a scope.
@@ -61,7 +60,7 @@ std::uint32_t LibraryInitController::acquire()
     const std::uint32_t count = ++uses;
     // One is there already when a host library starts this one again while it is being shut down.
     if (count == 1 && !controller) {
-        controller = std::make_unique<LibraryInitController>();
+        controller = new LibraryInitController;
         trace("Create ");
     }
     traceUse("Init   ", count);
@@ -93,7 +92,7 @@ void LibraryInitController::release()
     const std::exception_ptr failure = controller->shutDown();
     if (uses == 0) { // not started again meanwhile
         trace("Destroy");
-        controller.reset();
+        delete std::exchange(controller, nullptr);
     }
     if (failure)
         std::rethrow_exception(failure);

@@ -1,6 +1,8 @@
 #include "Dispatcher.h"
 
+#include <atomic>
 #include <charconv>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
@@ -37,30 +39,24 @@ std::optional<std::uint32_t> number(const std::string& text)
     return value;
 }
 
-// Calls of the client that this thread is in the middle of.
-constinit thread_local unsigned int ownCalls = 0;
+constinit std::atomic<bool> ended{false};
 
 } // namespace
 
-template <class Call>
-void Dispatcher::callClient(std::unique_lock<std::mutex>& lock, std::optional<Client> client, Call call)
-{
-    if (!client)
-        return;
-    ++m_calls;
-    ++ownCalls;
-    lock.unlock();
-    call(*client);
-    lock.lock();
-    --ownCalls;
-    --m_calls;
-    m_quiet.notify_all();
-}
-
 Dispatcher& Dispatcher::instance()
 {
-    static auto* dispatcher = new Dispatcher; // clients log until the process is gone
-    return *dispatcher;
+    // A dispatcher of the field has nothing left then, and what becomes of such a call is anybody's guess.
+    if (ended) {
+        std::fputs("common-logging-dispatcher: called after its end\n", stderr);
+        std::abort();
+    }
+    static Dispatcher dispatcher;
+    return dispatcher;
+}
+
+Dispatcher::~Dispatcher()
+{
+    ended = true;
 }
 
 void Dispatcher::connect(void* client, LoggingOnDisconnect onDisconnect, LoggingOnSetLevel onSetLevel)
@@ -129,24 +125,19 @@ void Dispatcher::setLevel(const std::string& tag, std::uint32_t threshold)
     auto& logger = loggerLocked(tag);
     logger.threshold = threshold;
     const auto id = logger.id;
-    callClient(lock, m_client,
-               [&](const Client& client) { client.onSetLevel(client.object, id, threshold); });
-}
-
-void Dispatcher::release(void* client)
-{
-    std::unique_lock lock(m_mutex);
-    if (!m_client || m_client->object != client)
-        return;
-    m_client.reset();
-    m_quiet.wait(lock, [&] { return m_calls <= ownCalls; });
+    const auto client = m_client;
+    lock.unlock();
+    if (client)
+        client->onSetLevel(client->object, id, threshold);
 }
 
 void Dispatcher::disconnect()
 {
     std::unique_lock lock(m_mutex);
     const auto client = std::exchange(m_client, {});
-    callClient(lock, client, [](const Client& gone) { gone.onDisconnect(gone.object); });
+    lock.unlock();
+    if (client)
+        client->onDisconnect(client->object);
 }
 
 // The client has compared level and threshold already; a message that is here is wanted.

@@ -4,7 +4,6 @@
 
 #include "fglib5/LoggingDispatcher.h"
 
-#include <condition_variable>
 #include <cstdint>
 #include <fstream>
 #include <map>
@@ -18,13 +17,13 @@ namespace simulation {
 class Dispatcher
 {
 public:
+    /// Lives until the process ends; a later call ends the program with a message.
     static Dispatcher& instance();
+    ~Dispatcher();
 
     void connect(void* client, LoggingOnDisconnect onDisconnect, LoggingOnSetLevel onSetLevel);
     /// Tells the client of the thresholds that it is called back for while it connects.
     void announceLevels();
-    /// The client goes: waits until nothing of it is being called, except by the calling thread itself.
-    void release(void* client);
     /// The dispatcher goes: takes no more messages and tells the client.
     void disconnect();
 
@@ -49,15 +48,10 @@ private:
         LoggingOnSetLevel onSetLevel;
     };
 
-    /// Calls \p call(client), if there is one, without the lock.
-    template <class Call>
-    void callClient(std::unique_lock<std::mutex>& lock, std::optional<Client> client, Call call);
     void readEnvironment();
     Logger& loggerLocked(const std::string& tag);
 
     std::mutex m_mutex;
-    std::condition_variable m_quiet;
-    unsigned int m_calls = 0; ///< of the client that are under way
     std::optional<Client> m_client;
     std::uint32_t m_defaultThreshold = 7;
     std::map<std::string, std::uint32_t> m_thresholds;

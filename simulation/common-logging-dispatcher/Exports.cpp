@@ -45,13 +45,7 @@ static void connectClient(void* client, LoggingOnDisconnect onDisconnect, Loggin
     Dispatcher::instance().announceLevels();
 }
 
-static void releaseClient(void* client)
-{
-    Dispatcher::instance().release(client);
-}
-
-DISPATCHER_EXPORT LoggingDispatcherDescriptor logging_dispatcher_descriptor = {&connectClient,
-                                                                               &releaseClient};
+DISPATCHER_EXPORT LoggingDispatcherDescriptor logging_dispatcher_descriptor = {&connectClient};
 
 DISPATCHER_EXPORT void LogSim_setLevel(const char* tag, std::uint32_t threshold)
 {

@@ -15,7 +15,7 @@ class Dispatcher : public SimulationTest
 protected:
     ~Dispatcher() override
     {
-        descriptor().disconnect(this);
+        control<LogSim_disconnect_t>("LogSim_disconnect")(); // would call this object otherwise
         for (const auto* name : {"OVRA_LOG_LEVEL", "OVRA_LOG_LEVELS", "OVRA_LOG_CALLBACK_ON_CONNECT"})
             setEnvironmentVariable(name, "");
     }
@@ -30,7 +30,7 @@ protected:
     {
         LoggingLogFunction log = nullptr;
         descriptor().connect(
-            this, [](void*) {},
+            this, [](void* client) { static_cast<Dispatcher*>(client)->calls_.emplace_back("disconnected"); },
             [](void* client, std::uint64_t id, std::uint32_t level) {
                 static_cast<Dispatcher*>(client)->calls_.push_back(std::to_string(id) + " " +
                                                                    std::to_string(level));
@@ -55,7 +55,7 @@ protected:
     std::vector<std::string> calls_;
 };
 
-TEST_F(Dispatcher, GivesEachTagAnIdAndItsThresholdAndTellsItsClientOfNewOnesUntilItLeaves)
+TEST_F(Dispatcher, GivesEachTagAnIdAndItsThresholdAndTellsItsClientOfNewOnesUntilItIsDisconnected)
 {
     setEnvironmentVariable("OVRA_LOG_LEVEL", "4");
     setEnvironmentVariable("OVRA_LOG_LEVELS", "own=2;nonsense;other=x");
@@ -70,9 +70,10 @@ TEST_F(Dispatcher, GivesEachTagAnIdAndItsThresholdAndTellsItsClientOfNewOnesUnti
     EXPECT_EQ(control<LogSim_loggerId_t>("LogSim_loggerId")("other"), other.first);
     const auto setLevel = control<LogSim_setLevel_t>("LogSim_setLevel");
     setLevel("other", 1);
-    descriptor().disconnect(this);
+    control<LogSim_disconnect_t>("LogSim_disconnect")();
     setLevel("other", 3);
-    EXPECT_THAT(calls_, ElementsAre(std::to_string(own.first) + " 2", std::to_string(other.first) + " 1"));
+    EXPECT_THAT(calls_, ElementsAre(std::to_string(own.first) + " 2", std::to_string(other.first) + " 1",
+                                    "disconnected"));
     EXPECT_EQ(logger("other").second, 3U);
 }
 

@@ -1,9 +1,10 @@
 #include "logging/Logging.h"
 
 #include "fglib/RuntimeLibrary.h"
-#include "platform/Module.h"
 #include "platform/SharedLibrary.h"
 #include "platform/Thread.h"
+
+#include <cstdlib>
 
 namespace ovra::tools::logging {
 
@@ -17,11 +18,12 @@ std::atomic<std::int32_t> instanceLock{0};
 std::atomic<std::uint32_t> instanceOwner{0};
 std::atomic<Logging*> publishedInstance{nullptr};
 
-/// Destroys the instance with the library, so that an unloaded library leaves no connection behind.
-struct InstanceOwner
+/// The dispatcher's own objects go at the end of the process. Exit handlers of a host that run later may
+/// still end the library, which then writes nothing.
+void disconnectAtExit()
 {
-    ~InstanceOwner() { delete publishedInstance.exchange(nullptr); }
-} ownerUntilUnload;
+    Logging::onDisconnect(publishedInstance.load());
+}
 
 } // namespace
 
@@ -71,13 +73,7 @@ Logging& Logging::instance()
 
 Logging::Logging() : m_defaultLogger(*this, 0, Logger::DEFAULT_THRESHOLD) {}
 
-Logging::~Logging()
-{
-    const auto* descriptor = m_descriptor.exchange(nullptr);
-    // At the end of the process the dispatcher may be gone, or locked by a thread that is.
-    if (descriptor && !templates::platform::processIsEnding())
-        descriptor->disconnect(this);
-}
+Logging::~Logging() = default;
 
 void Logging::connect()
 {
@@ -91,6 +87,8 @@ void Logging::connect()
     m_dispatcher = std::move(dispatcher);
     m_descriptor = descriptor;
     descriptor->connect(this, &Logging::onDisconnect, &Logging::onSetLevel, &m_register, &m_log);
+    // Registered after the dispatcher's objects were made, hence called before they are destroyed.
+    std::atexit(&disconnectAtExit);
 }
 
 bool Logging::isConnected() const

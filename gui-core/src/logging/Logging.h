@@ -63,8 +63,8 @@ private:
 };
 
 /// Connects to the dispatcher when it is made, once and for all: after a disconnection it stays unconnected.
-/// Lives until the process ends or the library is unloaded, across any number of OvraGuiCoreInit and
-/// OvraGuiCoreDeinit.
+/// Lives until the process ends, across any number of OvraGuiCoreInit and OvraGuiCoreDeinit: it is never
+/// destroyed, and the dispatcher keeps its address. At the end of the process it disconnects itself.
 class Logging : public templates::patterns::GuardedSingleton<Logging>
 {
 public:

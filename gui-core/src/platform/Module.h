@@ -25,11 +25,7 @@ void closeModule(void* module);
 void* locateSymbol(void* module, const char* name);
 
 /// Writes the path of the module that contains \p address into \p buffer with a closing zero. Returns its
-/// length; 0 on failure, \p size when the buffer is too small.
+/// length; 0 on failure, \p size when the buffer is too small. The module stays in the process from then on.
 std::size_t moduleFileName(const void* address, char* buffer, std::size_t size);
-
-/// True when the process is ending and its other threads are already gone, so that a call into another module
-/// could wait for one of them forever.
-bool processIsEnding();
 
 } // namespace ovra::templates::platform

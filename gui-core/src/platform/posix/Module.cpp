@@ -37,6 +37,8 @@ std::size_t moduleFileName(const void* address, char* buffer, std::size_t size)
     Dl_info info{};
     if (dladdr(address, &info) == 0 || !info.dli_fname)
         return 0;
+    // A program itself cannot be opened, and does not need to be.
+    dlopen(info.dli_fname, RTLD_LAZY | RTLD_NOLOAD | RTLD_NODELETE);
     // The loader keeps the path as given, relative or with "..": only the real path contains the folders
     // above.
     const std::unique_ptr<char, decltype(&std::free)> path(realpath(info.dli_fname, nullptr), &std::free);
@@ -47,11 +49,6 @@ std::size_t moduleFileName(const void* address, char* buffer, std::size_t size)
         return size;
     std::memcpy(buffer, path.get(), length + 1);
     return length;
-}
-
-bool processIsEnding()
-{
-    return false; // other threads still run during destructors
 }
 
 } // namespace ovra::templates::platform

@@ -41,20 +41,9 @@ void* locateSymbol(void* module, const char* name)
 std::size_t moduleFileName(const void* address, char* buffer, std::size_t size)
 {
     HMODULE module = nullptr;
-    // Without a reference, which would keep the library loaded forever.
-    if (!GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS |
-                                GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                            static_cast<LPCSTR>(address), &module))
+    if (!GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS, static_cast<LPCSTR>(address), &module))
         return 0;
     return GetModuleFileNameA(module, buffer, static_cast<DWORD>(size));
-}
-
-bool processIsEnding()
-{
-    using ShutdownInProgress = BOOLEAN(NTAPI*)();
-    HMODULE system = GetModuleHandleA("ntdll.dll");
-    void* found = system ? locateSymbol(system, "RtlDllShutdownInProgress") : nullptr;
-    return found && reinterpret_cast<ShutdownInProgress>(found)();
 }
 
 } // namespace ovra::templates::platform

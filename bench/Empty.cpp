@@ -1,2 +1,0 @@
-// Nothing: the yardstick of loading a library. The function only tells where it lies.
-extern "C" void nothing() {}

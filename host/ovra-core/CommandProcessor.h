@@ -25,6 +25,8 @@ public:
     ///
     /// An exception that leaves a phase is handed to the application's error handler. When the synchronous
     /// phase fails, the asynchronous one is skipped; the post-asynchronous phase runs in every case.
+    ///
+    /// An object that was submitted before and has not run its last phase is refused with std::logic_error.
     virtual void executeCommand(boost::shared_ptr<Command> command) = 0;
 
     /// GUI thread. Lets the running asynchronous phase end, starts no other, runs the post-asynchronous phase

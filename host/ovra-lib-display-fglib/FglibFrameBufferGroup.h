@@ -26,7 +26,8 @@ public:
     using TotalMemory = unsigned long long (*)();
     using UpdateUsedMemory = void (*)(long long delta);
 
-    /// Throws std::runtime_error when the runtime gives no buffers.
+    /// 0 buffers, and more than an int holds, count as a request for 1. Throws std::runtime_error when the
+    /// runtime gives no buffers.
     static boost::shared_ptr<FglibFrameBufferGroup> create(Fg_Struct_s* handle, int boardIndex,
                                                            unsigned int dmaIndex, unsigned int buffers,
                                                            UsedMemory usedMemory, TotalMemory totalMemory,

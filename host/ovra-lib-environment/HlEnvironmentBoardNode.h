@@ -39,9 +39,9 @@ public:
 
     /// The runtime's handle of the loaded applet; the node is its only owner. Every change stands between
     /// beginHandleChange and endHandleChange, which observers see as one update. At the end of a change that
-    /// leaves a handle, the board creates its physical ports and attaches the cameras plugged into them: a
-    /// port for each camera of the board, and for each index below. A change that stands alone is a bracket
-    /// of its own.
+    /// leaves a handle, the board creates a physical port for each of its connectors and attaches the cameras
+    /// plugged into them; where the runtime does not tell the number of connectors, for each up to the last
+    /// one with a camera. A change that stands alone is a bracket of its own.
     Fg_Struct_s* getBoardHandle() const;
     void setBoardHandle(Fg_Struct_s* handle);
     virtual void beginHandleChange();

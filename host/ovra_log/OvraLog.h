@@ -24,7 +24,7 @@ extern "C" {
 ///
 /// \param level     0 error, 1 warning, 2 information, 3 debug
 /// \param threadId  numeric id of the thread that logs
-/// \param file      source file, zero-terminated
+/// \param file      name of the source file without its folder, zero-terminated
 /// \param line      line in that file
 /// \param text      the message, UTF-8, zero-terminated
 /// \param tagCount  number of \p tags
@@ -41,7 +41,7 @@ OVRA_LOG_API void OvraLogDeinit();
 /// callback before it is no longer running on another thread.
 OVRA_LOG_API void OvraLogSetMessageCallback(tOvraLogMessageCallback callback, void* userData);
 
-/// Any thread.
+/// Any thread. A folder in \p file is cut off; null gives an empty name.
 OVRA_LOG_API void OvraLogMessage(unsigned long level, const char* file, unsigned int line, const char* text,
                                  unsigned int tagCount, const tOvraLogTag* tags);
 

@@ -97,7 +97,7 @@ protected:
     }
     void pump()
     {
-        ASSERT_TRUE(application->pumpUntil([this] { return application->idle(); }, 20s));
+        ASSERT_TRUE(application->pumpUntil([this] { return application->idle(); }, 5min));
     }
 
     Events events;
@@ -199,6 +199,30 @@ TEST_F(CommandProcessorTest, RefusesNoCommandAtAllAndTerminationByAnotherThread)
         EXPECT_THROW(HarloApplication::commandprocessor()->terminateAsyncCommands(), std::logic_error);
     });
     other.join();
+}
+
+TEST_F(CommandProcessorTest, RefusesAnObjectThatIsStillUnderWayAndTakesItAgainAfterwards)
+{
+    const auto load = make("load", Command::Asynchronous);
+    load->inSync = [&] { EXPECT_THROW(submit(load), std::logic_error); };
+    load->inAsync = [&] { EXPECT_THROW(submit(load), std::logic_error); };
+    load->inPost = load->inSync;
+    const auto queued = make("queued", Command::Event);
+    std::thread([&] {
+        submit(queued);
+        EXPECT_THROW(submit(queued), std::logic_error);
+    }).join();
+    pump();
+    EXPECT_THAT(events.take(), ElementsAre("queued sync"));
+    for (int round = 0; round < 2; ++round) {
+        submit(load);
+        EXPECT_THROW(submit(load), std::logic_error);
+        pump();
+    }
+    const std::vector<std::string> once = {"load sync", "load async on the worker", "load post"};
+    auto twice = once;
+    twice.insert(twice.end(), once.begin(), once.end());
+    EXPECT_EQ(events.take(), twice);
 }
 
 TEST_F(CommandProcessorTest, FinishesWhatBeganAndDropsWhatHasNotRunWhenTheApplicationGoes)

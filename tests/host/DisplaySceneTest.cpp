@@ -133,7 +133,7 @@ public:
     std::vector<std::int64_t> waitFor(std::size_t images)
     {
         std::unique_lock lock(m_mutex);
-        m_changed.wait_for(lock, 20s, [&] { return m_numbers.size() >= images; });
+        m_changed.wait_for(lock, 5min, [&] { return m_numbers.size() >= images; });
         return m_numbers;
     }
     std::function<void()> inCall;

@@ -37,7 +37,7 @@ protected:
     }
     testing::AssertionResult becomes(const std::vector<std::string>& expected)
     {
-        if (application.pumpUntil([&] { return paths() == expected; }, 20s))
+        if (application.pumpUntil([&] { return paths() == expected; }, 5min))
             return testing::AssertionSuccess();
         return testing::AssertionFailure() << "there is " << testing::PrintToString(paths());
     }

@@ -3,7 +3,9 @@
 #include "ovra_log/reference/Journal.h"
 #include "ovra-core/EntryPoints.h"
 #include "ovra-core/HarloApplication.h"
+#include "ovra-lib-environment/EntryPoints.h"
 #include "ovra-lib-environment/HlEnvironmentBoardNode.h"
+#include "ovra-lib-genicam-model/EntryPoints.h"
 #include "ovra_log/reference/LibraryUse.h"
 #include "ovra_log/reference/LiveObjects.h"
 
@@ -81,6 +83,16 @@ TEST_F(JournalTest, ShowsTheStartOfALibraryWhichIsCounted)
     OvraCoreDeinit();
     EXPECT_THAT(Journal::lines(),
                 ElementsAre("OvraCoreInit", "OvraCoreInit", "OvraCoreDeinit", "OvraCoreDeinit"));
+    // What it starts for itself is no call of a client's.
+    Journal::clear();
+    OvraEnvironmentInit();
+    EXPECT_EQ(ovra::reference::libraryUses("ovra-lib-genicam-model"), 1);
+    OvraGenicamModelInit();
+    OvraGenicamModelDeinit();
+    OvraEnvironmentDeinit();
+    EXPECT_EQ(ovra::reference::libraryUses("ovra-lib-genicam-model"), 0);
+    EXPECT_THAT(Journal::lines(), ElementsAre("OvraEnvironmentInit", "OvraGenicamModelInit",
+                                              "OvraGenicamModelDeinit", "OvraEnvironmentDeinit"));
 }
 
 TEST(LiveObjects, AreCountedUntilTheyAreGone)

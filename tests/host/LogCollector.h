@@ -34,20 +34,29 @@ public:
                 chosen.push_back(message.text);
         return chosen;
     }
+    std::vector<std::string> files() const
+    {
+        const std::lock_guard lock(m_mutex);
+        std::vector<std::string> all;
+        for (const auto& message : m_messages)
+            all.push_back(message.file);
+        return all;
+    }
 
 private:
     struct Message
     {
         unsigned long level;
+        std::string file;
         std::string text;
     };
 
-    static void take(unsigned long level, unsigned long, const char*, unsigned int, const char* text,
+    static void take(unsigned long level, unsigned long, const char* file, unsigned int, const char* text,
                      unsigned int, const tOvraLogTag*, void* userData)
     {
         auto& self = *static_cast<LogCollector*>(userData);
         const std::lock_guard lock(self.m_mutex);
-        self.m_messages.push_back({level, text});
+        self.m_messages.push_back({level, file, text});
     }
 
     mutable std::mutex m_mutex;

@@ -33,6 +33,16 @@ TEST(Log, DropsMessagesBeforeItStartsAndAfterItEnds)
     EXPECT_THAT(seen, ElementsAre("within", "again"));
 }
 
+TEST(Log, NamesSourceFilesWithoutTheFoldersOfTheMachineTheyWereBuiltOn)
+{
+    const LogCollector collector;
+    for (const char* file : {"/home/build/host/Unix.cpp", R"(C:\build\host\Windows.cpp)", "Plain.cpp"})
+        OvraLogMessage(2, file, 1, "text", 0, nullptr);
+    OvraLogMessage(2, nullptr, 1, "text", 0, nullptr);
+    ovra::reference::log(ovra::reference::LogLevel::Error, "text");
+    EXPECT_THAT(collector.files(), ElementsAre("Unix.cpp", "Windows.cpp", "Plain.cpp", "", "LogTest.cpp"));
+}
+
 TEST(Log, LetsAListenerLogAndKeepsItsFailuresFromTheHost)
 {
     static std::atomic<int> depth;

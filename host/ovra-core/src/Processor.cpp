@@ -48,7 +48,9 @@ void Processor::executeCommand(boost::shared_ptr<Command> command)
 
     if (m_terminated)
         return;
-    ++m_open;
+    if (!open(record))
+        throw std::logic_error("CommandProcessor::executeCommand: this object of " +
+                               readableName(typeid(record)) + " is still under way");
     if (onGuiThread() && (m_depth == 0 || command->type() != Command::Asynchronous))
         return submit(command);
     m_queue.post([this, command = std::move(command)] { submit(command); });
@@ -79,7 +81,20 @@ void Processor::setErrorHandler(std::function<void(const PhaseFailure&)> handler
 
 bool Processor::idle() const
 {
-    return m_open == 0;
+    const std::lock_guard lock(m_openMutex);
+    return m_open.empty();
+}
+
+bool Processor::open(const Command& command)
+{
+    const std::lock_guard lock(m_openMutex);
+    return m_open.insert(&command).second;
+}
+
+void Processor::close(const Command& command)
+{
+    const std::lock_guard lock(m_openMutex);
+    m_open.erase(&command);
 }
 
 bool Processor::terminating() const
@@ -111,7 +126,7 @@ void Processor::submit(const boost::shared_ptr<Command>& command)
 {
     const bool threePhases = command->type() == Command::Asynchronous;
     if (m_terminated || (threePhases && m_terminating)) {
-        --m_open;
+        close(*command);
         return;
     }
     if (!threePhases)
@@ -126,7 +141,7 @@ void Processor::submit(const boost::shared_ptr<Command>& command)
 void Processor::runSynchronous(Command& command)
 {
     runPhase(command, &Command::executeSync, "executeSync");
-    --m_open;
+    close(command);
 }
 
 void Processor::begin(const boost::shared_ptr<Command>& command)
@@ -149,7 +164,7 @@ void Processor::finish(RunningCommands::iterator running)
     if (running->asyncFailure)
         report(command, "executeAsync", running->asyncFailure);
     runPhase(command, &Command::executePostAsync, "executePostAsync");
-    --m_open;
+    close(command);
 }
 
 void Processor::finishIfRunning(const Running* running)

@@ -19,6 +19,7 @@
 #include <exception>
 #include <list>
 #include <mutex>
+#include <set>
 #include <thread>
 
 namespace ovra::reference {
@@ -54,6 +55,10 @@ private:
     };
     using RunningCommands = std::list<Running>;
 
+    /// False when the object is open already.
+    bool open(const core::Command& command);
+    void close(const core::Command& command);
+
     void submit(const boost::shared_ptr<core::Command>& command);
     void runSynchronous(core::Command& command);
     void begin(const boost::shared_ptr<core::Command>& command);
@@ -71,7 +76,8 @@ private:
 
     WorkQueue& m_queue;
     const std::thread::id m_guiThread;
-    std::atomic<int> m_open{0}; // submitted and not yet done with
+    mutable std::mutex m_openMutex;
+    std::set<const core::Command*> m_open; // submitted and not yet done with
     // No three-phase command begins, no asynchronous phase starts. Set under the worker's mutex, so that the
     // worker cannot take up another phase once the flag is seen.
     std::atomic<bool> m_terminating{false};

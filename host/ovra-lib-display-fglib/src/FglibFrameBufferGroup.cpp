@@ -34,6 +34,13 @@ constexpr unsigned int DEFAULT_TIMEOUT_SECONDS = 10;
 // A ring that is overwritten while one image is copied gives no better one at the next attempt, as a rule:
 // more attempts than these would only take time from whoever shows the images.
 constexpr int COPY_ATTEMPTS = 3;
+
+/// A negative number of a client's configuration arrives as a huge one. Like 0 it asks for the least.
+unsigned int atLeastOne(unsigned int buffers)
+{
+    return static_cast<int>(buffers) < 1 ? 1 : buffers;
+}
+
 } // namespace
 
 /// What the group is about:
@@ -533,8 +540,8 @@ FglibFrameBufferGroup::create(Fg_Struct_s* handle, int boardIndex, unsigned int 
     state.board = boardIndex;
     state.dma = dmaIndex;
     state.budget = {usedMemory, totalMemory, updateUsedMemory};
-    state.requested = buffers;
-    state.makeRing(state.readGeometry(), buffers);
+    state.requested = atLeastOne(buffers);
+    state.makeRing(state.readGeometry(), state.requested);
     return group;
 }
 

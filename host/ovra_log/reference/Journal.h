@@ -14,6 +14,7 @@
 
 #include <atomic>
 #include <cstddef>
+#include <functional>
 #include <ostream>
 #include <sstream>
 #include <stdexcept>
@@ -54,6 +55,10 @@ public:
     static void throwAt(std::size_t n, const std::string& prefix = "");
     /// True when the armed fault has struck: a sweep over n ends where it stays false.
     static bool faultStruck();
+
+    /// Lets \p watcher see each operation's line before the operation has an effect, on the thread that calls
+    /// it, without a lock: it may wait for another thread there. stop() ends it.
+    static void watch(std::function<void(const std::string& line)> watcher);
 
     /// Adds a line that is no operation: it is not counted and never fails. Nothing when the record is off.
     static void note(const std::string& line);

@@ -2,7 +2,9 @@
 
 #include <boost/core/demangle.hpp>
 
+#include <memory>
 #include <mutex>
+#include <utility>
 
 namespace ovra::reference {
 
@@ -16,6 +18,7 @@ struct Record
     std::size_t callsUntilFault = 0; // 0: none is armed
     std::string faultPrefix;
     bool faultStruck = false;
+    std::shared_ptr<const std::function<void(const std::string&)>> watcher;
 };
 
 // Never destroyed: threads that still run at the end of the process call operations.
@@ -38,17 +41,21 @@ void record(const std::string& line)
     if (unrecordedScopes > 0)
         return;
     Record& record = theRecord();
-    const std::lock_guard lock(record.mutex);
+    std::unique_lock lock(record.mutex);
     if (!recording)
         return;
     record.lines.push_back(line);
     ++record.calls;
-    if (record.callsUntilFault == 0 || !line.starts_with(record.faultPrefix))
-        return;
-    if (--record.callsUntilFault > 0)
-        return;
-    record.faultStruck = true;
-    throw ReferenceFault(line);
+    const bool counts = record.callsUntilFault > 0 && line.starts_with(record.faultPrefix);
+    const bool strikes = counts && --record.callsUntilFault == 0;
+    if (strikes)
+        record.faultStruck = true;
+    const auto watcher = record.watcher;
+    lock.unlock();
+    if (watcher)
+        (*watcher)(line);
+    if (strikes)
+        throw ReferenceFault(line);
 }
 
 } // namespace detail
@@ -73,6 +80,7 @@ void Journal::stop()
     Record& record = theRecord();
     const std::lock_guard lock(record.mutex);
     record.callsUntilFault = 0;
+    record.watcher.reset();
     detail::recording = false;
 }
 
@@ -112,6 +120,14 @@ bool Journal::faultStruck()
     Record& record = theRecord();
     const std::lock_guard lock(record.mutex);
     return record.faultStruck;
+}
+
+void Journal::watch(std::function<void(const std::string& line)> watcher)
+{
+    auto kept = std::make_shared<const std::function<void(const std::string&)>>(std::move(watcher));
+    Record& record = theRecord();
+    const std::lock_guard lock(record.mutex);
+    record.watcher.swap(kept);
 }
 
 void Journal::note(const std::string& line)

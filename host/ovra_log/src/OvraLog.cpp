@@ -5,9 +5,9 @@
 
 #include <atomic>
 #include <condition_variable>
-#include <filesystem>
 #include <memory>
 #include <mutex>
+#include <string_view>
 #include <utility>
 
 namespace {
@@ -77,12 +77,22 @@ private:
     std::shared_ptr<Listener> m_listener;
 };
 
+/// Compilers give the whole path, which is that of the machine where the caller was built.
+const char* withoutFolder(const char* file)
+{
+    if (!file)
+        return "";
+    const auto folder = std::string_view(file).find_last_of("/\\");
+    return folder == std::string_view::npos ? file : file + folder + 1;
+}
+
 void deliver(unsigned long level, const char* file, unsigned int line, const char* text,
              unsigned int tagCount, const tOvraLogTag* tags)
 {
     const ListenerCall call;
     if (const Listener* listener = call.listener())
-        listener->callback(level, threadNumber(), file, line, text, tagCount, tags, listener->userData);
+        listener->callback(level, threadNumber(), withoutFolder(file), line, text, tagCount, tags,
+                           listener->userData);
 }
 
 } // namespace
@@ -130,8 +140,7 @@ void OvraLogMessage(unsigned long level, const char* file, unsigned int line, co
 void ovra::reference::log(LogLevel level, const std::string& text, std::source_location place) noexcept
 {
     try {
-        const std::string file = std::filesystem::path(place.file_name()).filename().string();
-        deliver(static_cast<unsigned long>(level), file.c_str(), place.line(), text.c_str(), 0, nullptr);
+        deliver(static_cast<unsigned long>(level), place.file_name(), place.line(), text.c_str(), 0, nullptr);
     } catch (...) {
         // A message may come from a place that cannot pass an exception on, and there is nobody left to tell.
     }

@@ -48,10 +48,11 @@ class Views;
 /// that was created last; without one they return the stated default and change nothing, so they are safe at
 /// any time.
 ///
-/// Threads: created, injected and destroyed on the GUI thread, while no other thread uses the library.
-/// Between, pointers are handed out as shared copies on any thread. The memory figures may be read and
-/// changed on any thread; sync mode and switch are plain values that the front end sets while no command runs
-/// that reads them.
+/// Threads: created and injected on the GUI thread, while no other thread uses the library. From then on
+/// until the last OvraGuiCoreDeinit, also while it is destroyed, the static functions may be called on any
+/// thread: they see the Gui or none, and pointers are handed out as shared copies, which keep what they point
+/// at alive. The memory figures may be read and changed on any thread; sync mode and switch are plain values
+/// that the front end sets while no command runs that reads them.
 class OVRA_GUI_CORE_API Gui : public ovra::core::Plugin
 {
 public:

@@ -85,7 +85,8 @@ void setUpChannel(HlEnvironmentBoardNode& board, HlEnvironmentDmaNode& dma)
     const auto group = display::FglibFrameBufferGroup::create(
         board.getBoardHandle(), board.getIndex(), dma.getIndex(), dma.getAcqBuffersCurrent(),
         &Gui::getUsedDmaMemory, &Gui::getTotalDmaMemory, &Gui::updateUsedMemory);
-    // The group may allocate fewer buffers than requested.
+    // As after a change of the number: what the group was asked for, and what it grants, which may be fewer.
+    dma.setAcqBuffersRequested(group->requestedBufferCount());
     dma.setAcqBuffersCurrent(group->bufferCount());
     group->setTimeout(dma.getAcqTimeout());
 

@@ -3,6 +3,8 @@
 #include "fglib/RuntimeLibrary.h"
 #include "platform/SharedLibrary.h"
 
+#include "gui-core/RuntimeBinding.h"
+
 namespace ovra::gui::fglib {
 
 namespace {
@@ -53,9 +55,9 @@ int bindFglib(const char* directory)
     return FG_OK;
 }
 
-int bindFglibFromDirectory(const char* directory)
-{
-    return directory ? bindFglib(directory) : FG_INVALID_ARGUMENT;
-}
-
 } // namespace ovra::gui::fglib
+
+int bindFglibFromDirectory(const char* installationDirectory)
+{
+    return installationDirectory ? ovra::gui::fglib::bindFglib(installationDirectory) : FG_INVALID_ARGUMENT;
+}

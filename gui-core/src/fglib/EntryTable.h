@@ -31,10 +31,6 @@ inline constinit EntryTable entryTable;
 /// name that the runtime lacks is no error. Threads may call it concurrently: they store the same values.
 int bindFglib(const char* directory);
 
-/// As bindFglib, for a host that knows the directory: null is refused with FG_INVALID_ARGUMENT. The library
-/// itself never calls it.
-int bindFglibFromDirectory(const char* directory);
-
 inline bool isFglibBound()
 {
     return entryTable.Fg_InitEx.load(std::memory_order_acquire) != nullptr;

@@ -10,6 +10,7 @@
 #include "platform/ProcessEnvironment.h"
 
 #include "fglib5/Fglib5.h"
+#include "gui-core/RuntimeBinding.h"
 
 #include <gtest/gtest.h>
 
@@ -303,5 +304,9 @@ TEST_F(RuntimeBindingDeathTest, IsTriedAgainWhereNoDirectoryWasKnownYet)
         setEnvironmentVariable("OVRADIR5", "set later");
         EXPECT_EQ(Fg_InitLibraries(nullptr), 0);
         EXPECT_EQ(journal.front(), "open " + runtimeLibraryPath("set later", "fglib5"));
+        // Once and for all: neither a better place nor another variable counts any more.
+        found.ownFile = runtimeLibraryPath("own", "library");
+        setEnvironmentVariable("OVRADIR5_64", "set last");
+        EXPECT_STREQ(getInstallationDirectory(), "set later");
     });
 }

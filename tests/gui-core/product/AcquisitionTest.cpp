@@ -498,6 +498,7 @@ TEST_F(Acquisition, BuffersOfOneChannelAreGrantedWithinTheBudgetOfAllBoardsToThe
     EXPECT_EQ(journalOf({setTimeout}),
               (Lines{setTimeout + "0 seconds=3", setTimeout + "1 seconds=3", setTimeout + "7 seconds=3"}));
     EXPECT_EQ(dma(BETA_SERIAL, 7)->getAcqTimeout(), 3U);
+    EXPECT_EQ(dma(BETA_SERIAL, 7)->getAcqBuffersRequested(), 14U);
     EXPECT_EQ(dma(BETA_SERIAL, 7)->getAcqBuffersCurrent(), 7U) << "what the others leave";
     constexpr unsigned long long SMALL = 64 * 48, LARGE = 320 * 256;
     const auto expectUsed = [&](unsigned long long bytes) {
@@ -561,6 +562,14 @@ TEST_F(Acquisition, BuffersOfOneChannelAreGrantedWithinTheBudgetOfAllBoardsToThe
     expectUsed(9 * SMALL + 1 * LARGE);
     unload(ALPHA_SERIAL);
     expectUsed(0);
+
+    for (const int configured : {-4, 0}) {
+        HarloApplication::setConfigEntry("gui.preferences.acq.default.buffers", configured);
+        load(ALPHA_SERIAL, alpha);
+        EXPECT_EQ(dma(ALPHA_SERIAL, 1)->getAcqBuffersRequested(), 1U) << configured;
+        EXPECT_EQ(dma(ALPHA_SERIAL, 1)->getAcqBuffersCurrent(), 1U) << configured;
+        expectUsed(SMALL + LARGE);
+    }
 }
 
 } // namespace ovra::tests

@@ -53,7 +53,8 @@ function(ovra_test target)
     endif()
     set_target_properties(${target} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${folder}")
 
-    set(properties TIMEOUT 120)
+    # It says that a test hangs, not that a machine is busy.
+    set(properties TIMEOUT 900)
     if(OVRA_RUNS_IN_WINE)
         list(APPEND properties FIXTURES_REQUIRED wine)
     endif()

@@ -48,14 +48,20 @@ int Probe::arriveWatched(std::size_t entry)
 {
     int code = 0;
     std::uint32_t delay = 0;
+    std::string line;
+    void (*listener)(const char*) = nullptr;
     {
         const std::lock_guard lock(m_mutex);
         code = takeFault(entry);
         delay = delayOf(entry);
+        line = std::string(2UL * depth, ' ') + NAMES[entry] +
+               (code == 0 ? std::string() : " -> " + std::to_string(code));
         if (m_journalOn)
-            m_journal.push_back(std::string(2UL * depth, ' ') + NAMES[entry] +
-                                (code == 0 ? std::string() : " -> " + std::to_string(code)));
+            m_journal.push_back(line);
+        listener = m_listener;
     }
+    if (listener)
+        listener(line.c_str());
     if (delay > 0)
         std::this_thread::sleep_for(std::chrono::microseconds(delay));
     return code;
@@ -151,6 +157,13 @@ void Probe::setJournal(bool on)
     updateWatched();
 }
 
+void Probe::setListener(void (*listener)(const char* line))
+{
+    const std::lock_guard lock(m_mutex);
+    m_listener = listener;
+    updateWatched();
+}
+
 std::string Probe::journal() const
 {
     const std::lock_guard lock(m_mutex);
@@ -181,7 +194,8 @@ std::size_t Probe::entryNamed(std::string_view name)
 
 void Probe::updateWatched()
 {
-    m_watched.store(m_journalOn || !m_faults.empty() || !m_delays.empty(), std::memory_order_relaxed);
+    m_watched.store(m_journalOn || m_listener || !m_faults.empty() || !m_delays.empty(),
+                    std::memory_order_relaxed);
 }
 
 } // namespace simulation

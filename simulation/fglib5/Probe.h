@@ -55,6 +55,7 @@ public:
     void resetCounts();
 
     void setJournal(bool on);
+    void setListener(void (*listener)(const char* line));
     std::string journal() const;
 
     static bool isEntry(std::string_view name);
@@ -92,6 +93,7 @@ private:
     std::vector<Fault> m_faults;
     std::vector<Delay> m_delays;
     bool m_journalOn = false;
+    void (*m_listener)(const char* line) = nullptr;
     std::vector<std::string> m_journal;
 };
 

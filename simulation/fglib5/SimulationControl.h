@@ -7,7 +7,7 @@
 ///   fault plan   FgSim_addFault, FgSim_clearFaults
 ///   delays       FgSim_setDelay
 ///   counting     FgSim_callCount, FgSim_totalCalls, FgSim_resetCounts, FgSim_live
-///   journal      FgSim_setJournal, FgSim_getJournal
+///   journal      FgSim_setJournal, FgSim_getJournal, FgSim_setListener
 ///   events       FgSim_raiseEvent
 ///
 /// An "entry" is a name of Fglib5Entries.inc or of CameraControl.inc, such as "Fg_Init"; null, "" or "*"

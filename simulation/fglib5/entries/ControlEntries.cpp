@@ -83,6 +83,12 @@ int FgSim_setJournal(int on)
     return FG_OK;
 }
 
+int FgSim_setListener(void (*listener)(const char* line))
+{
+    Probe::instance().setListener(listener);
+    return FG_OK;
+}
+
 int FgSim_getJournal(char* text, std::size_t* textBytes)
 {
     copyTextOut(Probe::instance().journal(), text, textBytes);

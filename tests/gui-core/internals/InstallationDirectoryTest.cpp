@@ -1,4 +1,5 @@
 #include "fglib/InstallationPath.h"
+#include "platform/Module.h"
 
 #include <gtest/gtest.h>
 
@@ -65,4 +66,19 @@ TEST(InstallationFromTheEnvironment, LosesItsClosingSeparatorsAndWhatDoesNotFit)
         copyDirectory(row.given.c_str(), buffer.data(), buffer.size(), '\\');
         EXPECT_STREQ(buffer.c_str(), row.kept);
     }
+}
+
+TEST(ModuleFileName, IsGivenWholeOrNotAtAll)
+{
+    using ovra::templates::platform::moduleFileName;
+    static const char inside = 0;
+    std::string path(4096, 'x');
+    const std::size_t length = moduleFileName(&inside, path.data(), path.size());
+    ASSERT_GT(length, 0U);
+    EXPECT_EQ(path[length], '\0');
+    std::string tight(length, 'x');
+    EXPECT_EQ(moduleFileName(&inside, tight.data(), length), length) << "no room for the closing zero";
+    tight.resize(length + 1);
+    EXPECT_EQ(moduleFileName(&inside, tight.data(), length + 1), length);
+    EXPECT_EQ(tight, path.substr(0, length + 1));
 }

@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <string>
 #include <thread>
 #include <vector>
@@ -110,7 +111,7 @@ TEST_F(Controller, ASingletonMadeWithoutAControllerIsLeftAlone)
 
 TEST_F(Controller, OneReleaseTooManyWrapsTheCountAndNothingElse)
 {
-    LibraryInitController::release();
+    OvraGuiCoreDeinit();
     for (const std::uint32_t count : {0xFFFFFFFFU, 0U, 1U}) {
         EXPECT_EQ(LibraryInitController::useCount(), count);
         LibraryInitController::acquire();
@@ -200,6 +201,89 @@ TEST_F(Controller, AHostLibraryThatStartsAndStopsTheLibraryWhileItIsStoppedIsShu
     LibraryInitController::release();
     EXPECT_EQ(events, (Lines{"start", "shut down A", "shut down B", "1 before destruction", "1 destroyed"}));
     EXPECT_EQ(LibraryInitController::useCount(), 0U);
+}
+
+TEST_F(Controller, NothingOfItIsReachedWhileAnotherThreadIsInIt)
+{
+    // What the other thread does to the controller must wait for the host library that is being started or
+    // stopped.
+    static std::atomic<int> done;
+    static std::jthread other;
+    struct Meeting
+    {
+        int line;
+        void (*act)();
+    };
+    static const Meeting* meeting;
+    const auto meet = [] {
+        static std::atomic<bool> begun;
+        begun = false;
+        other = std::jthread([] {
+            begun = true;
+            meeting->act();
+            ++done;
+        });
+        while (!begun)
+            std::this_thread::yield();
+        // It has every chance to come through.
+        for (int i = 0; i < 1000 && done == 0; ++i)
+            std::this_thread::yield();
+        EXPECT_EQ(done, 0) << "line " << meeting->line;
+    };
+    const Meeting meetings[] = {
+        {__LINE__, [] { LibraryInitController::acquire(); }},
+        {__LINE__, [] { LibraryInitController::registerLibrary(&startUp, &shutDown<'X'>); }},
+        {__LINE__, [] { LibraryInitController::registerSingleton(*new First); }},
+        {__LINE__, [] { LibraryInitController::useCount(); }},
+        {__LINE__, [] { LibraryInitController::release(); }},
+    };
+    for (const Meeting& each : meetings) {
+        meeting = &each;
+        done = 0;
+        LibraryInitController::acquire();
+        LibraryInitController::acquire();
+        LibraryInitController::registerLibrary(meet, [] {});
+        other.join();
+        while (LibraryInitController::useCount() > 1)
+            LibraryInitController::release();
+        done = 0;
+        LibraryInitController::acquire();
+        meeting = &meetings[3];
+        LibraryInitController::release();
+        LibraryInitController::registerLibrary([] {}, meet);
+        LibraryInitController::release();
+        other.join();
+        EXPECT_EQ(LibraryInitController::useCount(), 0U);
+    }
+}
+
+namespace {
+
+std::atomic<int> made{0};
+
+/// Does not come to its end before another thread has had every chance to make a second one.
+struct Slow : GuardedSingleton<Slow>
+{
+    Slow()
+    {
+        ++made;
+        for (int i = 0; i < 1000 && made < 2; ++i)
+            std::this_thread::yield();
+    }
+};
+
+} // namespace
+
+TEST_F(Controller, ThreadsThatComeTogetherMakeOneSingleton)
+{
+    LibraryInitController::acquire();
+    {
+        std::vector<std::jthread> threads;
+        for (int i = 0; i < 2; ++i)
+            threads.emplace_back([] { Slow::instance(); });
+    }
+    EXPECT_EQ(made, 1);
+    LibraryInitController::release();
 }
 
 TEST_F(Controller, ConcurrentRoundsEndBalanced)

@@ -104,6 +104,25 @@ TEST(LoggingDeathTest, LoggersFollowTheDispatcherUntilItDisconnects)
     });
 }
 
+TEST(LoggingDeathTest, IsThereForADispatcherThatComesBackWhileItConnectsAndGivesNoFunctions)
+{
+    IN_A_NEW_PROCESS([] {
+        const TemporaryFolder installation;
+        installation.add(OVRA_EARLY_DISPATCHER, "bin", "common-logging-dispatcher");
+        set({{"OVRADIR5_64", installation.path().string()}});
+        static const Logging* met;
+        *control<void (*)()>("whileConnecting") = [] {
+            met = &Logging::instance();
+            Logging::instance().getLogger("early").log(9, "goes nowhere", 0, 0);
+        };
+        Logging& logging = Logging::instance();
+        EXPECT_EQ(met, &logging);
+        EXPECT_TRUE(logging.isConnected());
+        EXPECT_EQ(logging.getLogger("late").id(), 0U);
+        logging.getLogger("late").log(9, "goes nowhere", 0, 0);
+    });
+}
+
 TEST(LoggingDeathTest, TheLibraryWritesItsTwoLinesWithThreadAndUseCount)
 {
     IN_A_NEW_PROCESS([] {

@@ -1,13 +1,19 @@
-// The library itself, copied to where an installation may have it, and asked where it believes that is: it
-// opens the log dispatcher there, which writes its lines.
+// The library itself, opened at run time from where an installation may have it: where it believes that is,
+// how long it stays, how it ends. It opens the log dispatcher there, which writes its lines.
+
+#include "NewProcess.h"
 
 #include "platform/ProcessEnvironment.h"
 #include "tests/TemporaryFolder.h"
+
+#include "gui-core/RuntimeBinding.h"
+#include "simulation/common-logging-dispatcher/DispatcherControl.h"
 
 #include <boost/dll/shared_library.hpp>
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <string>
 
 using ovra::templates::platform::setEnvironmentVariable;
@@ -67,4 +73,39 @@ TEST(OwnLocation, GivesWayToTheEnvironmentWhereNoFolderMatches)
     setEnvironmentVariable("OVRADIR5_64", std::string(2000, 'x'));
     EXPECT_FALSE(findsIt(folder, "elsewhere")) << "what does not fit is cut, and lies nowhere";
     EXPECT_TRUE(findsIt(folder, "bin")) << "its own place comes first";
+}
+
+TEST(OwnLocation, KeepsTheLibraryInTheProcessOnceItIsKnown)
+{
+    IN_A_NEW_PROCESS([] {
+        const Installation folder;
+        EXPECT_TRUE(findsIt(folder, "bin")); // and has closed the library
+        const boost::dll::shared_library dispatcher(folder.path("bin") /
+                                                    std::filesystem::path(OVRA_DISPATCHER).filename());
+        dispatcher.get<LogSim_setLevel_t>("LogSim_setLevel")("guard.library", 7); // calls the library back
+    });
+}
+
+TEST(RuntimeOfTheHostsChoice, IsBoundFromItsDirectory)
+{
+    const Installation folder; // without a runtime
+    const boost::dll::shared_library library(folder.add(OVRA_PRODUCT, "bin", "product"));
+    auto& bind = library.get<decltype(bindFglibFromDirectory)>("bindFglibFromDirectory");
+    EXPECT_EQ(bind(nullptr), -5);
+    EXPECT_EQ(bind(folder.path().string().c_str()), -2130);
+    EXPECT_EQ(bind(OVRA_STAGE_DIR), 0);
+}
+
+TEST(ProcessEnd, AnExitHandlerOfTheHostMayEndTheLibraryLast)
+{
+    IN_A_NEW_PROCESS([] {
+        static void (*deinit)();
+        // Registered first, called last: the objects of every library that is opened from here on are gone.
+        std::atexit([] { deinit(); });
+        const Installation folder;
+        setEnvironmentVariable("OVRA_LOG_LEVEL", "2");
+        const boost::dll::shared_library library(folder.add(OVRA_PRODUCT, "bin", "product"));
+        deinit = library.get<void()>("OvraGuiCoreDeinit");
+        library.get<void()>("OvraGuiCoreInit")();
+    });
 }

@@ -220,10 +220,13 @@ TEST_F(Acquisition, PassesOverWhatIsMissingExpiredOrIncompleteAndGoesOn)
     views->clear();
     Journal::start();
     startAndStop(core::models::HlEnvironmentLogicalPortNode::create(), Gui::SyncNone);
+    const auto withoutCamera = core::models::HlEnvironmentLogicalPortNode::create();
+    withoutCamera->setMappedPortEntry(core::models::HlEnvironmentPortNode::create(2));
+    startAndStop(withoutCamera, Gui::SyncNone);
     startAndStop(core::models::HlEnvironmentDmaNode::create(), Gui::SyncNone);
     startAndStop(boost::shared_ptr<core::models::HlEnvironmentDmaNode>(), Gui::SyncAllBoards);
     EXPECT_EQ(startsAndStops(), Lines{});
-    EXPECT_EQ(views->lines(), Lines(6, "update_acquisition_state"));
+    EXPECT_EQ(views->lines(), Lines(8, "update_acquisition_state"));
 
     Gui::setSyncMode(Gui::SyncBoard);
     for (const auto type : {core::Environment::ResourceDma, core::Environment::ResourceLogicalPort}) {

@@ -65,7 +65,8 @@ public:
     /// A line of progress while the application starts.
     virtual void showSplashscreenMessage(const std::string& message) = 0;
 
-    /// An applet load begins; for each there is one onLoadAppletFinished, whatever happens between.
+    /// An applet load begins; for each there is one onLoadAppletFinished, whatever happens between. Until
+    /// then submit no UnloadAppletCommand: it would not wait for the load.
     virtual void onLoadAppletStarted() = 0;
     virtual void onLoadAppletFinished() = 0;
     virtual void showLoadAppletError(const std::string& message) = 0;

@@ -22,6 +22,7 @@ struct MinimalViews final : gui::Views
     connectFglibEvents(boost::shared_ptr<core::models::FgLibEventsModel>) override { return {}; }
     void onInitializeBegin() override {}         void onInitializeSync() override {}
     void onLoggingInstalled() override {}        void onInitializationDone() override {}
+    // Submit no UnloadAppletCommand from the first of these to the second: it would not wait for the load.
     void onLoadAppletStarted() override {}       void onLoadAppletFinished() override {}
     void showLoadingBoard(Text) override {}      void showLoadingApplet(Text) override {}
     void showLoadAppletStatus(Text) override {}  void showLoadAppletWarning(Text) override {}

@@ -59,6 +59,7 @@ std::string helpText()
     --json FILE          writes a report as JSON, too
     --time-limit SECONDS how long a test may take; 60
     --jobs NUMBER        tests that run at a time; 1
+    --version
     --help
 
 Each test runs in a process of its own. Its result is
@@ -86,8 +87,8 @@ Options parseOptions(int argc, char** argv)
         {"--jobs", [&](const std::string& value) { options.jobs = parseNumber("--jobs", value, MOST_JOBS); }},
         {"--run", [&](const std::string& value) { options.run = value; }},
     };
-    const std::map<std::string, bool Options::*> switches = {{"--help", &Options::help},
-                                                             {"--list", &Options::list}};
+    const std::map<std::string, bool Options::*> switches = {
+        {"--help", &Options::help}, {"--version", &Options::version}, {"--list", &Options::list}};
     for (int index = 1; index < argc; ++index) {
         const std::string name = argv[index];
         if (const auto flag = switches.find(name); flag != switches.end()) {

@@ -14,6 +14,7 @@ namespace ovra::conformance {
 struct Options
 {
     bool help = false;
+    bool version = false;
     bool list = false;
     std::vector<std::string> include; ///< patterns; none: all tests
     std::vector<std::string> exclude;

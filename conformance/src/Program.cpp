@@ -4,6 +4,7 @@
 #include "ExitCodes.h"
 #include "Options.h"
 #include "Report.h"
+#include "gui-core/Version.h"
 
 #include <boost/dll/runtime_symbol_info.hpp>
 
@@ -134,6 +135,10 @@ int run(const Options& options, const HostMaker& makeHost, const std::vector<Tes
 {
     if (!options.run.empty())
         return runHere(options.run, makeHost, tests);
+    if (options.version) {
+        std::cout << "ovra-conformance " OVRA_GUI_CORE_VERSION "\n";
+        return 0;
+    }
     if (options.help) {
         std::cout << helpText();
         return 0;

@@ -62,6 +62,10 @@ constexpr BadLine BAD_LINES[] = {
     {"save-image 0 0 x.jpg", "images are saved as PNG: the name must end with .png, not 'x.jpg'"},
     {"show 0 0", "board 0 DMA 0 has got no image, and it does not acquire"},
     {"buffers 0 0 0", "COUNT must be a whole number from 1 to 2147483647, not '0'"},
+    {"camera 0 0 Zoom 2", "board 0 port 0: Camera on board 0, port 0 has no parameter Zoom"},
+    {"camera 0 0 OffsetX", "camera: a NAME needs a VALUE"},
+    {"trigger 0 0",
+     "Board 0, port 0: the trigger was not taken: DMA channel 0 does not wait for software triggers"},
     {"generator 0 0 maybe", "a generator is switched 'on' or 'off', not 'maybe'"},
 };
 
@@ -244,6 +248,15 @@ TEST(ConsoleSession, AChannelGetsOtherBuffersAndItsGeneratorsImagesAndTellsWhatI
     const auto statistics = outcome.linesWith("board 0 DMA 0: ").back();
     EXPECT_THAT(statistics, AllOf(HasSubstr(" per second, "), EndsWith(" lost"), Not(EndsWith(" 0 lost"))));
     EXPECT_EQ(outcome.exitCode, 0) << outcome.text();
+}
+
+TEST(ConsoleSession, AGeneratorThatIsSwitchedOffLeavesTheChannelToItsCamera)
+{
+    const auto outcome =
+        Workspace().console("load 0 SingleAreaGray.hap\ngenerator 0 0 on\nset 0 FG_GEN_FRAMERATE 5\n"
+                            "start 0 dma 0\ngenerator 0 0 off\nwait 10 images\n");
+    EXPECT_THAT(outcome.lines, Contains("board 0 DMA 0: 10 images.")) << outcome.text();
+    EXPECT_EQ(outcome.exitCode, 0);
 }
 
 TEST(ConsoleSession, WaitsForImagesThatHaveArrivedAlready)

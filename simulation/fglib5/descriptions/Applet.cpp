@@ -306,17 +306,28 @@ std::string textOf(const std::vector<Choice>& choices)
     return text;
 }
 
-ParameterDescription choiceParameter(int id, std::string name, std::vector<Choice> choices,
-                                     std::int64_t initial)
+ParameterDescription numberParameter(int id, std::string name, std::string unit, FgValueType type,
+                                     double minimum, double maximum, ParameterValue initial)
 {
     ParameterDescription description;
     description.id = id;
     description.name = std::move(name);
+    description.unit = std::move(unit);
+    description.type = type;
+    description.minimum = minimum;
+    description.maximum = maximum;
+    description.step = type == FG_TYPE_DOUBLE ? 0 : 1;
+    description.initial = std::move(initial);
+    return description;
+}
+
+ParameterDescription choiceParameter(int id, std::string name, std::vector<Choice> choices,
+                                     std::int64_t initial)
+{
     const auto [lowest, highest] = std::ranges::minmax(choices, {}, &Choice::value);
-    description.minimum = static_cast<double>(lowest.value);
-    description.maximum = static_cast<double>(highest.value);
-    description.step = 1;
-    description.initial = initial;
+    auto description =
+        numberParameter(id, std::move(name), "", FG_TYPE_INT32, static_cast<double>(lowest.value),
+                        static_cast<double>(highest.value), initial);
     description.choices = std::move(choices);
     return description;
 }

@@ -64,6 +64,10 @@ struct ParameterDescription
 /// "8=Mono8;12=Mono12", or "".
 std::string textOf(const std::vector<Choice>& choices);
 
+/// A parameter of a number in a range; of a whole number the step is 1.
+ParameterDescription numberParameter(int id, std::string name, std::string unit, FgValueType type,
+                                     double minimum, double maximum, ParameterValue initial);
+
 /// A parameter whose value is one of these.
 ParameterDescription choiceParameter(int id, std::string name, std::vector<Choice> choices,
                                      std::int64_t initial);

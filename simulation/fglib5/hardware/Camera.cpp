@@ -20,29 +20,13 @@ constexpr int TEST_PATTERN_DEPTH = 10;                                // bits
 ParameterDescription integer(int id, const char* name, const char* unit, int minimum, int maximum,
                              int initial)
 {
-    ParameterDescription description;
-    description.id = id;
-    description.name = name;
-    description.unit = unit;
-    description.minimum = minimum;
-    description.maximum = maximum;
-    description.step = 1;
-    description.initial = std::int64_t{initial};
-    return description;
+    return numberParameter(id, name, unit, FG_TYPE_INT32, minimum, maximum, std::int64_t{initial});
 }
 
 ParameterDescription number(int id, const char* name, const char* unit, double minimum, double maximum,
                             double initial)
 {
-    ParameterDescription description;
-    description.id = id;
-    description.name = name;
-    description.unit = unit;
-    description.type = FG_TYPE_DOUBLE;
-    description.minimum = minimum;
-    description.maximum = maximum;
-    description.initial = initial;
-    return description;
+    return numberParameter(id, name, unit, FG_TYPE_DOUBLE, minimum, maximum, initial);
 }
 
 ParameterDescription readOnly(ParameterDescription description)
@@ -53,7 +37,7 @@ ParameterDescription readOnly(ParameterDescription description)
 
 std::vector<ParameterDescription> parametersOf(const CameraDescription& camera)
 {
-    return {
+    std::vector<ParameterDescription> parameters = {
         integer(FGCAM_WIDTH, "Width", "pixel", 1, camera.sensorWidth, camera.width),
         integer(FGCAM_HEIGHT, "Height", "lines", 1, camera.sensorHeight, camera.height),
         integer(FGCAM_OFFSET_X, "OffsetX", "pixel", 0, camera.sensorWidth - 1, 0),
@@ -67,9 +51,13 @@ std::vector<ParameterDescription> parametersOf(const CameraDescription& camera)
         number(FGCAM_EXPOSURE, "ExposureTime", "us", 1, MAX_EXPOSURE, camera.exposure),
         number(FGCAM_GAIN, "Gain", "", 0, 16, 1),
         integer(FGCAM_REVERSE_X, "ReverseX", "", 0, 1, 0),
-        integer(FGCAM_REVERSE_Y, "ReverseY", "", 0, 1, 0),
-        choiceParameter(FGCAM_TEST_PATTERN, "TestPattern", {{0, "off"}, {1, "ramp"}, {2, "checkerboard"}}, 0),
     };
+    if (camera.lineScan)
+        return parameters; // its lines have no order to reverse, and its picture no end
+    parameters.push_back(integer(FGCAM_REVERSE_Y, "ReverseY", "", 0, 1, 0));
+    parameters.push_back(choiceParameter(FGCAM_TEST_PATTERN, "TestPattern",
+                                         {{0, "off"}, {1, "ramp"}, {2, "checkerboard"}}, 0));
+    return parameters;
 }
 
 } // namespace
@@ -129,7 +117,9 @@ double Camera::rate() const
 
 Camera::View Camera::view() const
 {
-    const auto whole = [this](int parameter) { return m_parameters.integer(parameter); };
+    const auto whole = [this](int parameter) {
+        return m_parameters.find(parameter) != nullptr ? m_parameters.integer(parameter) : 0;
+    };
     // No longer than the time from one image to the next.
     const double exposed = rate() > 0 ? std::min(value(FGCAM_EXPOSURE), 1e6 / rate()) : value(FGCAM_EXPOSURE);
     View view;

@@ -77,22 +77,6 @@ char* copied(const std::string& text)
     return copy;
 }
 
-ParameterDescription ofChannel(int id, const char* name, const char* unit, FgValueType type, double minimum,
-                               double maximum, const ParameterValue& initial)
-{
-    ParameterDescription description;
-    description.id = id;
-    description.name = name;
-    description.unit = unit;
-    description.type = type;
-    description.minimum = minimum;
-    description.maximum = maximum;
-    description.step = type == FG_TYPE_DOUBLE ? 0 : 1;
-    description.initial = initial;
-    description.perDma = true;
-    return description;
-}
-
 ParameterDescription ofChannel(ParameterDescription description)
 {
     description.perDma = true;
@@ -204,25 +188,27 @@ ParameterValue valueOf(const std::string& text, FgValueType type)
 
 std::vector<ParameterDescription> channelParameters(const DmaDescription& dma)
 {
-    const auto whole = [](int number) { return std::int64_t{number}; };
+    const auto whole = [](int id, const char* name, const char* unit, int minimum, int maximum, int initial) {
+        return ofChannel(
+            numberParameter(id, name, unit, FG_TYPE_INT32, minimum, maximum, std::int64_t{initial}));
+    };
     std::vector<ParameterDescription> descriptions = {
-        ofChannel(FG_WIDTH, "FG_WIDTH", "pixel", FG_TYPE_INT32, 1, dma.maxWidth, whole(dma.width)),
-        ofChannel(FG_HEIGHT, "FG_HEIGHT", "lines", FG_TYPE_INT32, 1, dma.maxHeight, whole(dma.height)),
+        whole(FG_WIDTH, "FG_WIDTH", "pixel", 1, dma.maxWidth, dma.width),
+        whole(FG_HEIGHT, "FG_HEIGHT", "lines", 1, dma.maxHeight, dma.height),
         ofChannel(choiceParameter(FG_PIXELFORMAT, "FG_PIXELFORMAT", choicesOf(dma.formats),
                                   dma.formats.front()->number)),
-        ofChannel(FG_TIMEOUT_PARAMETER, "FG_TIMEOUT", "s", FG_TYPE_INT32, 1,
-                  std::numeric_limits<std::int32_t>::max(), whole(10)),
+        whole(FG_TIMEOUT_PARAMETER, "FG_TIMEOUT", "s", 1, std::numeric_limits<std::int32_t>::max(), 10),
     };
     if (!dma.generator)
         return descriptions;
-    descriptions.push_back(ofChannel(FG_GEN_ENABLE, "FG_GEN_ENABLE", "", FG_TYPE_INT32, 0, 1,
-                                     whole(dma.generator->enabled ? 1 : 0)));
-    descriptions.push_back(ofChannel(FG_GEN_FRAMERATE, "FG_GEN_FRAMERATE", "Hz", FG_TYPE_DOUBLE, 0, 100000,
-                                     dma.generator->frameRate));
+    const int pattern =
+        dma.generator->pattern == Pattern::Ramp ? FG_GEN_PATTERN_RAMP : FG_GEN_PATTERN_CHECKERBOARD;
+    descriptions.push_back(whole(FG_GEN_ENABLE, "FG_GEN_ENABLE", "", 0, 1, dma.generator->enabled ? 1 : 0));
+    descriptions.push_back(ofChannel(numberParameter(FG_GEN_FRAMERATE, "FG_GEN_FRAMERATE", "Hz",
+                                                     FG_TYPE_DOUBLE, 0, 100000, dma.generator->frameRate)));
     descriptions.push_back(ofChannel(choiceParameter(
         FG_GEN_PATTERN, "FG_GEN_PATTERN",
-        {{FG_GEN_PATTERN_RAMP, "ramp"}, {FG_GEN_PATTERN_CHECKERBOARD, "checkerboard"}},
-        dma.generator->pattern == Pattern::Ramp ? FG_GEN_PATTERN_RAMP : FG_GEN_PATTERN_CHECKERBOARD)));
+        {{FG_GEN_PATTERN_RAMP, "ramp"}, {FG_GEN_PATTERN_CHECKERBOARD, "checkerboard"}}, pattern)));
     return descriptions;
 }
 

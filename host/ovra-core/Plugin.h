@@ -15,7 +15,7 @@ namespace ovra::core {
 class Command;
 
 template <class T>
-class EnableThisPtr : public boost::enable_shared_from_this<T>
+class EnableThisPtr : public boost::enable_shared_from_this<T> // NOLINT(bugprone-crtp-*)
 {};
 
 /// The application creates a plug-in, calls postConstruct, injects its dependencies by key, calls

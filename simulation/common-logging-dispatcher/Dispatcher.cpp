@@ -1,10 +1,11 @@
 #include "Dispatcher.h"
 
+#include "fglib5/PathText.h"
+
 #include <atomic>
 #include <charconv>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <iostream>
 #include <sstream>
 #include <utility>
@@ -82,8 +83,7 @@ void Dispatcher::readEnvironment()
     m_file.clear();
     const auto file = environment("OVRA_LOG_FILE");
     if (!file.empty())
-        m_file.open(std::filesystem::path(std::u8string(file.begin(), file.end())),
-                    std::ios::app | std::ios::binary);
+        m_file.open(fglib5::pathOf(file), std::ios::app | std::ios::binary);
 }
 
 Dispatcher::Logger& Dispatcher::loggerLocked(const std::string& tag)

@@ -43,7 +43,7 @@ int main(int argc, char** argv)
         {"is-not-offered", "There is a channel", [](HostUnderTest& host) { host.openChannel(); }},
         {"never-ends", "There is an end",
          [](HostUnderTest&) {
-             std::cout << "begun" << std::endl;
+             std::cout << "begun\n" << std::flush;
              for (;;)
                  std::this_thread::sleep_for(std::chrono::seconds(1));
          }},

@@ -136,7 +136,7 @@ struct Kind
 
 boost::dll::shared_library& runtime()
 {
-    static auto* const opened = new boost::dll::shared_library(OVRA_RUNTIME);
+    static auto* opened = new boost::dll::shared_library(OVRA_RUNTIME);
     return *opened;
 }
 

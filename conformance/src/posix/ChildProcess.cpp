@@ -10,7 +10,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-extern char** environ;
+extern char** environ; // NOLINT(readability-redundant-declaration): POSIX leaves it to the program
 
 namespace ovra::conformance {
 
@@ -24,6 +24,7 @@ pid_t start(const std::filesystem::path& program, const std::vector<std::string>
     std::vector<std::string> words{program.string()};
     words.insert(words.end(), arguments.begin(), arguments.end());
     std::vector<char*> pointers;
+    pointers.reserve(words.size() + 1);
     for (auto& word : words)
         pointers.push_back(word.data());
     pointers.push_back(nullptr);

@@ -2,6 +2,7 @@
 
 #include "ApplicationState.h"
 
+#include <ranges>
 #include <stdexcept>
 #include <utility>
 
@@ -116,8 +117,8 @@ void Application::stopPlugins()
 {
     requireGuiThread(*m_state, "stopPlugins");
     const auto plugins = this->plugins();
-    for (auto plugin = plugins.rbegin(); plugin != plugins.rend(); ++plugin)
-        if (const auto command = (*plugin)->createCleanupApplicationCommand())
+    for (const auto& plugin : std::views::reverse(plugins))
+        if (const auto command = plugin->createCleanupApplicationCommand())
             m_state->processor.executeCommand(command);
 }
 

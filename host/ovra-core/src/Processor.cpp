@@ -198,7 +198,7 @@ void Processor::leavePhase()
         m_queue.post([this, command = std::move(command)] { submit(command); });
 }
 
-void Processor::report(const Command& command, const char* phase, std::exception_ptr exception)
+void Processor::report(const Command& command, const char* phase, const std::exception_ptr& exception)
 {
     const PhaseFailure failure{readableName(typeid(command)), phase, messageOf(exception), exception};
     if (!m_errorHandler)

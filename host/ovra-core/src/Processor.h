@@ -68,7 +68,7 @@ private:
     /// False when it failed; the failure has been reported then.
     bool runPhase(core::Command& command, Phase phase, const char* name);
     void leavePhase();
-    void report(const core::Command& command, const char* phase, std::exception_ptr exception);
+    void report(const core::Command& command, const char* phase, const std::exception_ptr& exception);
 
     void work();
     /// Keeps the worker from starting another phase, and waits until it is between two.

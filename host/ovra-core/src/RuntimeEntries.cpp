@@ -74,7 +74,7 @@ boost::shared_ptr<const RuntimeEntries> open(const std::filesystem::path& file)
         fail(file, "no such file");
     // Never closed: the runtime has threads of its own, which would run on in memory that is gone. Each
     // library is kept once, however many applications open it.
-    static auto* const opened = new std::vector<std::unique_ptr<shared_library>>;
+    static auto* opened = new std::vector<std::unique_ptr<shared_library>>;
     auto library = std::make_unique<shared_library>();
     try {
         library->load(file,

@@ -34,8 +34,10 @@ ImageBuffers::ImageBuffers(boost::shared_ptr<const reference::RuntimeEntries> ru
       m_budget(budget)
 {
     const std::lock_guard lock(budgetMutex);
+    // NOLINTBEGIN(cppcoreguidelines-prefer-member-initializer): under the lock
     m_count = affordable(m_budget, m_geometry.bytes(), wanted);
     m_ring = m_runtime->Fg_AllocMemEx(m_handle, m_geometry.bytes() * m_count, m_count);
+    // NOLINTEND(cppcoreguidelines-prefer-member-initializer)
     if (!m_ring)
         throw std::runtime_error(std::to_string(m_count) + " image buffers of " +
                                  std::to_string(m_geometry.width) + " x " +
@@ -59,7 +61,7 @@ ImageBuffers::~ImageBuffers()
 
 long long ImageBuffers::bytes() const
 {
-    return static_cast<long long>(m_geometry.bytes() * m_count);
+    return static_cast<long long>(m_geometry.bytes()) * m_count;
 }
 
 } // namespace ovra::display

@@ -75,7 +75,9 @@ public:
     std::size_t colourOf(int x, int y) const
     {
         const bool redColumn = x % 2 == m_redX, redLine = y % 2 == m_redY;
-        return redColumn == redLine ? (redLine ? 0 : 2) : 1;
+        if (redColumn != redLine)
+            return 1;
+        return redLine ? 0 : 2;
     }
 
 private:

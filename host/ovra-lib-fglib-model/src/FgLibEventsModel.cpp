@@ -37,7 +37,7 @@ public:
     static Deliveries& instance()
     {
         // Never destroyed: models may outlive it otherwise, at the end of the process.
-        static auto* const deliveries = new Deliveries;
+        static auto* deliveries = new Deliveries;
         return *deliveries;
     }
 
@@ -132,8 +132,9 @@ void FgLibEventsModel::State::registerAll()
     number = Deliveries::instance().add(delivery);
     if (mask == 0)
         return;
-    check(runtime->Fg_registerEventCallback(handle, mask, onEvents, reinterpret_cast<void*>(number), 0,
-                                            nullptr));
+    auto* const userData =
+        reinterpret_cast<void*>(number); // NOLINT(performance-no-int-to-ptr): comes back as it is
+    check(runtime->Fg_registerEventCallback(handle, mask, onEvents, userData, 0, nullptr));
 }
 
 // With the first listener: until then an image costs the runtime no event.

@@ -137,12 +137,13 @@ private:
     int readText(const Description& what, Value& value) const
     {
         char* text = nullptr;
+        void* const place = static_cast<void*>(&text);
         const int code =
-            m_runtime.Fg_getParameterWithType(m_handle, what.parameter.id, &text, m_dma, what.type);
+            m_runtime.Fg_getParameterWithType(m_handle, what.parameter.id, place, m_dma, what.type);
         if (code != FG_OK)
             return code;
         value = std::string(text ? text : "");
-        m_runtime.Fg_freeParameterStringWithType(m_handle, what.parameter.id, &text, m_dma, what.type);
+        m_runtime.Fg_freeParameterStringWithType(m_handle, what.parameter.id, place, m_dma, what.type);
         return FG_OK;
     }
 

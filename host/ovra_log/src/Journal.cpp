@@ -24,7 +24,7 @@ struct Record
 // Never destroyed: threads that still run at the end of the process call operations.
 Record& theRecord()
 {
-    static Record* const record = new Record;
+    static auto* record = new Record;
     return *record;
 }
 

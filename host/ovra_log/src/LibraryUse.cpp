@@ -18,7 +18,7 @@ struct Uses
 // Never destroyed: a static owner may shut a library down at the end of the process.
 Uses& theUses()
 {
-    static Uses* const uses = new Uses;
+    static auto* uses = new Uses;
     return *uses;
 }
 

@@ -17,7 +17,7 @@ struct Counters
 // Never destroyed: an object that a static owner releases at the end of the process is still counted down.
 Counters& theCounters()
 {
-    static Counters* const counters = new Counters;
+    static auto* counters = new Counters;
     return *counters;
 }
 

@@ -32,7 +32,7 @@ struct Dispatch
 // Never destroyed: threads that still run at the end of the process log.
 Dispatch& theDispatch()
 {
-    static Dispatch* const dispatch = new Dispatch;
+    static auto* dispatch = new Dispatch;
     return *dispatch;
 }
 
@@ -40,8 +40,8 @@ Dispatch& theDispatch()
 unsigned long threadNumber()
 {
     static std::atomic<unsigned long> last{0};
-    thread_local const unsigned long number = ++last;
-    return number;
+    thread_local const unsigned long NUMBER = ++last;
+    return NUMBER;
 }
 
 // One call of the listener. While it lives, the listener is not taken away.

@@ -22,7 +22,7 @@ EventHub::EventHub(std::vector<std::string> names)
 
 EventHub::~EventHub()
 {
-    close();
+    end();
 }
 
 std::uint64_t EventHub::maskOf(const std::string& name) const
@@ -166,6 +166,14 @@ void EventHub::close()
         const std::lock_guard lock(m_mutex);
         if (m_thread.get_id() == std::this_thread::get_id())
             throw Failure(FG_INVALID_ARGUMENT, "A board cannot be freed from within its event callback");
+    }
+    end();
+}
+
+void EventHub::end()
+{
+    {
+        const std::lock_guard lock(m_mutex);
         m_closed = true;
     }
     m_happened.notify_all();

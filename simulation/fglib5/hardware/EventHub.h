@@ -49,7 +49,7 @@ public:
     /// within it).
     void setCallback(std::uint64_t mask, FgEventCallback callback, void* userData);
 
-    /// Wakes all waiters and ends the callbacks, for good.
+    /// Wakes all waiters and ends the callbacks, for good. Throws FG_INVALID_ARGUMENT within a callback.
     void close();
 
 private:
@@ -61,6 +61,7 @@ private:
     };
 
     void run();
+    void end();
     void record(std::uint64_t event, FgFrameIndex frame);
     FgEventInfo takeQueued();
 

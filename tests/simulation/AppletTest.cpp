@@ -9,7 +9,7 @@ using testing::StartsWith;
 class Applet : public SimulationTest
 {
 protected:
-    Applet() { useMachine(smallMachine); }
+    Applet() { useMachine(SMALL_MACHINE); }
 
     int ask(Fg_Struct* grabber, int query, unsigned int process, int value = -1)
     {
@@ -53,7 +53,8 @@ TEST_F(Applet, FileKindsAreToldApart)
     FgAppletIterator* list = nullptr;
     ASSERT_EQ(runtime.Fg_getAppletIterator(-1, FG_APPLETS_NONE, &list, 0), 0);
     const std::string ending = OVRA_LIBRARY_ENDING;
-    const auto typeless = with(smallApplet, R"("boardType")", R"("nrOfProcessesInFile": false, "boardType")");
+    const auto typeless =
+        with(SMALL_APPLET, R"("boardType")", R"("nrOfProcessesInFile": false, "boardType")");
     struct Row
     {
         std::string file;
@@ -62,8 +63,8 @@ TEST_F(Applet, FileKindsAreToldApart)
         int processes;
     };
     const Row rows[] = {
-        {write("a.hap", smallApplet), "HAP", 0, 2},
-        {write("b.hap", with(smallApplet, R"("tags")", R"("type": "hap", "tags")")), "hap", 0, 2},
+        {write("a.hap", SMALL_APPLET), "HAP", 0, 2},
+        {write("b.hap", with(SMALL_APPLET, R"("tags")", R"("type": "hap", "tags")")), "hap", 0, 2},
         {write("c" + ending, typeless), "DLL", 1, -1},
         {write("d" + ending, "no library"), "DLL", 0, -1},
         {std::string(OVRA_STAGE) + "/dll/ovra-quad-cl/LegacyDual" + ending, "DLL", 0, -1}};
@@ -113,7 +114,7 @@ TEST_F(Applet, ThatIsBrokenIsRefusedWithOneLineThatNamesThePlace)
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.expected);
-        EXPECT_EQ(open(with(smallApplet, row.from, row.to)), nullptr);
+        EXPECT_EQ(open(with(SMALL_APPLET, row.from, row.to)), nullptr);
         EXPECT_EQ(runtime.Fg_getLastErrorNumber(nullptr), FG_INVALID_APPLET_FILE);
         EXPECT_THAT(lastLine(),
                     AllOf(StartsWith("applet file " + path("Hardware Applets/quad/Small.hap") + ": "),

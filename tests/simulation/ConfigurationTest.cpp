@@ -11,31 +11,31 @@ class Configuration : public SimulationTest
 protected:
     Configuration()
     {
-        useMachine(smallMachine);
-        grabber_ = open();
+        useMachine(SMALL_MACHINE);
+        m_grabber = open();
     }
 
     std::string stored(const char* name)
     {
-        EXPECT_EQ(runtime.Fg_saveConfig(grabber_, path(name).c_str()), FG_OK) << lastLine();
+        EXPECT_EQ(runtime.Fg_saveConfig(m_grabber, path(name).c_str()), FG_OK) << lastLine();
         return read(path(name));
     }
 
     int load(const std::string& content)
     {
-        return runtime.Fg_loadConfig(grabber_, write("in.mcf", content).c_str());
+        return runtime.Fg_loadConfig(m_grabber, write("in.mcf", content).c_str());
     }
 
-    Fg_Struct* grabber_;
+    Fg_Struct* m_grabber;
 };
 
 TEST_F(Configuration, StoresTheAppletsNameAndAllWritableValuesAndRestoresThemToTheByte)
 {
     const std::int32_t width = 17;
     const double gain = 0.1;
-    runtime.Fg_setParameter(grabber_, FG_WIDTH, &width, 0);
-    runtime.Fg_setParameter(grabber_, 10001, &gain, 4);
-    runtime.Fg_setParameter(grabber_, 10003, "it's = a; label", 0);
+    runtime.Fg_setParameter(m_grabber, FG_WIDTH, &width, 0);
+    runtime.Fg_setParameter(m_grabber, 10001, &gain, 4);
+    runtime.Fg_setParameter(m_grabber, 10003, "it's = a; label", 0);
     const auto first = stored("a.mcf");
     EXPECT_EQ(first, "[Kamerasektion]\nHapName=Small.hap;\n"
                      "\n[Applet]\nMODE=2;\nLABEL='it's = a; label';\n"
@@ -44,30 +44,30 @@ TEST_F(Configuration, StoresTheAppletsNameAndAllWritableValuesAndRestoresThemToT
                      "\n[DMA1]\nFG_WIDTH=40;\nFG_HEIGHT=30;\nFG_PIXELFORMAT=8;\nFG_TIMEOUT=10;\n"
                      "FG_GEN_ENABLE=0;\nFG_GEN_FRAMERATE=100;\nFG_GEN_PATTERN=1;\nGAIN=0.5;\n"
                      "\n[DMA4]\nFG_WIDTH=8;\nFG_HEIGHT=8;\nFG_PIXELFORMAT=8;\nFG_TIMEOUT=10;\nGAIN=0.1;\n");
-    free(grabber_);
-    grabber_ = open();
+    free(m_grabber);
+    m_grabber = open();
     ASSERT_NE(stored("b.mcf"), first);
-    ASSERT_EQ(runtime.Fg_loadConfig(grabber_, path("a.mcf").c_str()), FG_OK) << lastLine();
+    ASSERT_EQ(runtime.Fg_loadConfig(m_grabber, path("a.mcf").c_str()), FG_OK) << lastLine();
     EXPECT_EQ(stored("c.mcf"), first);
 }
 
 TEST_F(Configuration, OfADllNamesTheFile)
 {
-    free(grabber_);
+    free(m_grabber);
     const auto name = std::string("Wrapped") + OVRA_LIBRARY_ENDING;
-    grabber_ = runtime.Fg_Init(write("dll/quad/" + name, smallApplet).c_str(), 0);
+    m_grabber = runtime.Fg_Init(write("dll/quad/" + name, SMALL_APPLET).c_str(), 0);
     EXPECT_THAT(stored("a.mcf"), testing::StartsWith("[fglib5]\nFileName='" + name + "';\n"));
-    EXPECT_EQ(runtime.Fg_loadConfig(grabber_, path("a.mcf").c_str()), FG_OK) << lastLine();
-    runtime.Fg_FreeGrabber(grabber_);
+    EXPECT_EQ(runtime.Fg_loadConfig(m_grabber, path("a.mcf").c_str()), FG_OK) << lastLine();
+    runtime.Fg_FreeGrabber(m_grabber);
 }
 
 TEST_F(Configuration, ReplacesAFileWholeOrNotAtAll)
 {
     const auto place = path("kept");
     std::filesystem::create_directories(place + "/inside"); // a folder cannot be replaced by a file
-    EXPECT_EQ(runtime.Fg_saveConfig(grabber_, place.c_str()), FG_FILE_ERROR);
+    EXPECT_EQ(runtime.Fg_saveConfig(m_grabber, place.c_str()), FG_FILE_ERROR);
     EXPECT_EQ(lastLine(), "configuration file " + place + ": the file cannot be written");
-    EXPECT_EQ(runtime.Fg_saveConfig(grabber_, path("no/folder/a.mcf").c_str()), FG_FILE_ERROR);
+    EXPECT_EQ(runtime.Fg_saveConfig(m_grabber, path("no/folder/a.mcf").c_str()), FG_FILE_ERROR);
     write("a.mcf", "old");
     EXPECT_NE(stored("a.mcf"), "old");
     const std::filesystem::directory_iterator files(path("."));
@@ -88,13 +88,13 @@ TEST_F(Configuration, IsReadWithEitherLineEndingAndComments)
 
 TEST_F(Configuration, ShippedExampleLoads)
 {
-    free(grabber_);
+    free(m_grabber);
     runtime.Fg_FreeLibraries();
     runtime.FgSim_setMachine(nullptr);
-    grabber_ = runtime.Fg_InitConfig(OVRA_STAGE "/mcf/SingleAreaGray.mcf", 0);
-    ASSERT_NE(grabber_, nullptr) << lastLine();
+    m_grabber = runtime.Fg_InitConfig(OVRA_STAGE "/mcf/SingleAreaGray.mcf", 0);
+    ASSERT_NE(m_grabber, nullptr) << lastLine();
     EXPECT_EQ(stored("a.mcf"), read(OVRA_STAGE "/mcf/SingleAreaGray.mcf"));
-    runtime.Fg_FreeGrabber(grabber_);
+    runtime.Fg_FreeGrabber(m_grabber);
 }
 
 TEST_F(Configuration, ThatIsRefusedChangesNothingAndNamesFileLineAndReason)

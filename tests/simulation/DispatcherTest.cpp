@@ -30,12 +30,13 @@ protected:
     {
         LoggingLogFunction log = nullptr;
         descriptor().connect(
-            this, [](void* client) { static_cast<Dispatcher*>(client)->calls_.emplace_back("disconnected"); },
+            this,
+            [](void* client) { static_cast<Dispatcher*>(client)->m_calls.emplace_back("disconnected"); },
             [](void* client, std::uint64_t id, std::uint32_t level) {
-                static_cast<Dispatcher*>(client)->calls_.push_back(std::to_string(id) + " " +
-                                                                   std::to_string(level));
+                static_cast<Dispatcher*>(client)->m_calls.push_back(std::to_string(id) + " " +
+                                                                    std::to_string(level));
             },
-            &register_, &log);
+            &m_register, &log);
     }
 
     template <class Function>
@@ -47,12 +48,12 @@ protected:
     std::pair<std::uint64_t, std::uint32_t> logger(const char* tag)
     {
         std::pair<std::uint64_t, std::uint32_t> answer;
-        register_(tag, &answer.first, &answer.second);
+        m_register(tag, &answer.first, &answer.second);
         return answer;
     }
 
-    LoggingRegisterFunction register_ = nullptr;
-    std::vector<std::string> calls_;
+    LoggingRegisterFunction m_register = nullptr;
+    std::vector<std::string> m_calls;
 };
 
 TEST_F(Dispatcher, GivesEachTagAnIdAndItsThresholdAndTellsItsClientOfNewOnesUntilItIsDisconnected)
@@ -72,8 +73,8 @@ TEST_F(Dispatcher, GivesEachTagAnIdAndItsThresholdAndTellsItsClientOfNewOnesUnti
     setLevel("other", 1);
     control<LogSim_disconnect_t>("LogSim_disconnect")();
     setLevel("other", 3);
-    EXPECT_THAT(calls_, ElementsAre(std::to_string(own.first) + " 2", std::to_string(other.first) + " 1",
-                                    "disconnected"));
+    EXPECT_THAT(m_calls, ElementsAre(std::to_string(own.first) + " 2", std::to_string(other.first) + " 1",
+                                     "disconnected"));
     EXPECT_EQ(logger("other").second, 3U);
 }
 

@@ -50,7 +50,7 @@ Runtime::Runtime()
 #include "simulation/fglib5/SimulationControl.inc"
 }
 
-const char* const smallMachine = R"({
+const char* const SMALL_MACHINE = R"({
     "name": "Small",
     "boards": [
         {"model": "quad", "boardType": 7, "serial": "ab12", "ports": 4},
@@ -64,7 +64,7 @@ const char* const smallMachine = R"({
     ]
 })";
 
-const char* const smallApplet = R"({
+const char* const SMALL_APPLET = R"({
     "format": "virtual-applet-1", "name": "Small", "boardType": 7, "tags": ["interface=cl-full", "x"],
     "processes": [{"dmas": [0, 1], "ports": [0, 1]}, {"dmas": [4], "ports": [3, -1]}],
     "dmas": [
@@ -91,7 +91,7 @@ SimulationTest::SimulationTest() : runtime(sharedRuntime())
 SimulationTest::~SimulationTest()
 {
     runtime.FgSim_clearFaults();
-    for (auto* grabber : open_)
+    for (auto* grabber : m_open)
         runtime.Fg_FreeGrabber(grabber);
     runtime.Fg_FreeLibraries();
     for (const int kind : {FGSIM_BOARD_HANDLES, FGSIM_RINGS, FGSIM_RING_BYTES, FGSIM_ACQUIRING_CHANNELS,
@@ -116,14 +116,14 @@ Fg_Struct* SimulationTest::open(const std::string& content)
 {
     auto* grabber = runtime.Fg_Init(write("Hardware Applets/quad/Small.hap", content).c_str(), 0);
     if (grabber != nullptr)
-        open_.push_back(grabber);
+        m_open.push_back(grabber);
     return grabber;
 }
 
 void SimulationTest::free(Fg_Struct*& grabber)
 {
     EXPECT_EQ(runtime.Fg_FreeGrabber(grabber), FG_OK);
-    std::erase(open_, grabber);
+    std::erase(m_open, grabber);
     grabber = nullptr;
 }
 

@@ -33,11 +33,11 @@ void* symbolOf(const char* library, const char* name);
 
 /// One board of type 7 with a camera of 40 x 30 pixels at 200 images a second on port 0 and one of 32 x 8,
 /// unpaced, on port 1; a second board of type 8 without cameras.
-extern const char* const smallMachine;
+extern const char* const SMALL_MACHINE;
 
 /// An applet for the first board: two processes with the DMA channels 0 and 1 (40 x 30, with a generator), 4
 /// (no generator).
-extern const char* const smallApplet;
+extern const char* const SMALL_APPLET;
 
 class SimulationTest : public testing::Test
 {
@@ -48,22 +48,22 @@ protected:
     /// Writes a file into the test's folder and gives its path.
     std::string write(const std::string& name, const std::string& content) const
     {
-        return folder_.write(name, content).string();
+        return m_folder.write(name, content).string();
     }
-    std::string path(const std::string& name) const { return folder_.path(name).string(); }
+    std::string path(const std::string& name) const { return m_folder.path(name).string(); }
     static std::string read(const std::string& file);
 
     int useMachine(const std::string& content) const;
     /// \p content on board 0, freed with the test.
-    Fg_Struct* open(const std::string& content = smallApplet);
+    Fg_Struct* open(const std::string& content = SMALL_APPLET);
     void free(Fg_Struct*& grabber);
     std::string lastLine() const { return runtime.Fg_getLastErrorDescription(nullptr); }
 
     const Runtime& runtime;
 
 private:
-    const TemporaryFolder folder_;
-    std::vector<Fg_Struct*> open_;
+    const TemporaryFolder m_folder;
+    std::vector<Fg_Struct*> m_open;
 };
 
 /// A description with one fault in it, and what its refusal says.

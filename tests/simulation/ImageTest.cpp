@@ -71,8 +71,8 @@ protected:
         std::vector<Bytes> images;
         for (FgFrameIndex i = 1; i <= count; ++i)
             images.push_back(image(i, dma, buffers, bytes));
-        runtime.Fg_stopAcquire(grabber_, dma);
-        EXPECT_EQ(runtime.Fg_FreeMemEx(grabber_, buffers), FG_OK) << lastLine();
+        runtime.Fg_stopAcquire(m_grabber, dma);
+        EXPECT_EQ(runtime.Fg_FreeMemEx(m_grabber, buffers), FG_OK) << lastLine();
         return images;
     }
 
@@ -163,17 +163,17 @@ TEST_F(Images, AreOfferedInTheFormatsOfTheirChannelOnly)
     char text[64] = "";
     std::size_t bytes = sizeof text;
     EXPECT_EQ(
-        runtime.Fg_getParameterPropertyEx(grabber_, FG_PIXELFORMAT, FG_PROPERTY_CHOICES, 1, text, &bytes),
+        runtime.Fg_getParameterPropertyEx(m_grabber, FG_PIXELFORMAT, FG_PROPERTY_CHOICES, 1, text, &bytes),
         FG_OK);
     EXPECT_STREQ(text, "8=Mono8");
-    EXPECT_STREQ(runtime.Fg_getParameterInfo(grabber_, 1)->parameters[2].choices, "8=Mono8");
+    EXPECT_STREQ(runtime.Fg_getParameterInfo(m_grabber, 1)->parameters[2].choices, "8=Mono8");
     const int deep = FG_PIXELFORMAT_MONO12;
-    EXPECT_EQ(runtime.Fg_setParameter(grabber_, FG_PIXELFORMAT, &deep, 0), FG_OK);
-    EXPECT_EQ(runtime.Fg_setParameter(grabber_, FG_PIXELFORMAT, &deep, 1), FG_VALUE_OUT_OF_RANGE);
+    EXPECT_EQ(runtime.Fg_setParameter(m_grabber, FG_PIXELFORMAT, &deep, 0), FG_OK);
+    EXPECT_EQ(runtime.Fg_setParameter(m_grabber, FG_PIXELFORMAT, &deep, 1), FG_VALUE_OUT_OF_RANGE);
     EXPECT_EQ(start(0, ring(2, PIXELS)), FG_INVALID_MEMORY); // a buffer is half an image
     ASSERT_EQ(start(0, ring(2, PIXELS * 2)), FG_OK) << lastLine();
     const int flat = FG_PIXELFORMAT_MONO8;
-    EXPECT_EQ(runtime.Fg_setParameter(grabber_, FG_PIXELFORMAT, &flat, 0), FG_ACQUISITION_RUNNING);
+    EXPECT_EQ(runtime.Fg_setParameter(m_grabber, FG_PIXELFORMAT, &flat, 0), FG_ACQUISITION_RUNNING);
 }
 
 TEST_F(Images, OfTheGeneratorUseTheWholeDepth)
@@ -238,7 +238,7 @@ TEST_F(Images, ChangeWhileTheyAreTaken)
     runtime.FgCam_start(0, 0);
     ASSERT_GE(waitFor(2, 0, buffers), 2);
     set(GAIN, 0, 0);
-    const auto next = waitFor(runtime.Fg_getLastPicNumber(grabber_, 0) + 2, 0, buffers);
+    const auto next = waitFor(runtime.Fg_getLastPicNumber(m_grabber, 0) + 2, 0, buffers);
     EXPECT_EQ(image(next, 0, buffers, PIXELS), Bytes(PIXELS, 0));
     set(GAIN, 0, 1);
     camera(FGCAM_GAIN, 0);
@@ -313,15 +313,15 @@ class Triggers : public Images
 protected:
     FgFrameIndex source(unsigned int dma = 0)
     {
-        return runtime.Fg_getStatus(grabber_, FG_STATUS_SOURCE, 0, dma);
+        return runtime.Fg_getStatus(m_grabber, FG_STATUS_SOURCE, 0, dma);
     }
 
     double millisecondsBetween(FgFrameIndex first, FgFrameIndex last, unsigned int dma, FgBufferRing* ring)
     {
         std::uint64_t from = 0, to = 0;
-        EXPECT_EQ(runtime.Fg_getParameterEx(grabber_, FG_TIMESTAMP_NS, &from, dma, ring, first), FG_OK)
+        EXPECT_EQ(runtime.Fg_getParameterEx(m_grabber, FG_TIMESTAMP_NS, &from, dma, ring, first), FG_OK)
             << lastLine();
-        EXPECT_EQ(runtime.Fg_getParameterEx(grabber_, FG_TIMESTAMP_NS, &to, dma, ring, last), FG_OK)
+        EXPECT_EQ(runtime.Fg_getParameterEx(m_grabber, FG_TIMESTAMP_NS, &to, dma, ring, last), FG_OK)
             << lastLine();
         return static_cast<double>(to - from) / 1e6;
     }
@@ -330,23 +330,23 @@ protected:
 TEST_F(Triggers, OfAClientGiveOneImageEach)
 {
     auto* buffers = ring(16, PIXELS);
-    EXPECT_EQ(runtime.Fg_sendSoftwareTrigger(grabber_, 0), FG_NOT_WRITABLE);
+    EXPECT_EQ(runtime.Fg_sendSoftwareTrigger(m_grabber, 0), FG_NOT_WRITABLE);
     set(TRIGGER_MODE, 0, 1);
-    EXPECT_EQ(runtime.Fg_sendSoftwareTrigger(grabber_, 0), FG_NOT_ACQUIRING);
-    EXPECT_EQ(runtime.Fg_sendSoftwareTrigger(grabber_, 3), FG_INVALID_ARGUMENT);
+    EXPECT_EQ(runtime.Fg_sendSoftwareTrigger(m_grabber, 0), FG_NOT_ACQUIRING);
+    EXPECT_EQ(runtime.Fg_sendSoftwareTrigger(m_grabber, 3), FG_INVALID_ARGUMENT);
     ASSERT_EQ(start(0, buffers), FG_OK);
     EXPECT_EQ(source(), FG_SOURCE_NONE);
-    EXPECT_EQ(runtime.Fg_sendSoftwareTrigger(grabber_, 0), FG_OK); // lost: no camera
+    EXPECT_EQ(runtime.Fg_sendSoftwareTrigger(m_grabber, 0), FG_OK); // lost: no camera
     runtime.FgCam_start(0, 0);
     EXPECT_EQ(source(), FG_SOURCE_WAITS_FOR_TRIGGER);
-    EXPECT_EQ(runtime.Fg_getLastPicNumberBlockingEx(grabber_, 1, 0, 0, buffers), FG_TIMEOUT);
-    EXPECT_EQ(runtime.Fg_sendSoftwareTrigger(grabber_, 0), FG_OK);
+    EXPECT_EQ(runtime.Fg_getLastPicNumberBlockingEx(m_grabber, 1, 0, 0, buffers), FG_TIMEOUT);
+    EXPECT_EQ(runtime.Fg_sendSoftwareTrigger(m_grabber, 0), FG_OK);
     EXPECT_EQ(waitFor(1, 0, buffers), 1);
-    EXPECT_EQ(runtime.Fg_sendSoftwareTriggerEx(grabber_, 0, 5), FG_OK);
+    EXPECT_EQ(runtime.Fg_sendSoftwareTriggerEx(m_grabber, 0, 5), FG_OK);
     EXPECT_EQ(waitFor(6, 0, buffers), 6);
     EXPECT_GE(millisecondsBetween(2, 6, 0, buffers), 39); // as fast as the camera, and no faster
     EXPECT_EQ(source(), FG_SOURCE_WAITS_FOR_TRIGGER);
-    EXPECT_EQ(runtime.Fg_getLastPicNumberBlockingEx(grabber_, 7, 0, 0, buffers), FG_TIMEOUT);
+    EXPECT_EQ(runtime.Fg_getLastPicNumberBlockingEx(m_grabber, 7, 0, 0, buffers), FG_TIMEOUT);
     set(TRIGGER_MODE, 0, 0);
     EXPECT_GE(waitFor(9, 0, buffers), 9);
     EXPECT_EQ(source(), FG_SOURCE_STREAMS);
@@ -359,13 +359,13 @@ TEST_F(Triggers, FromOutsideComeAtTheirRateAndPause)
     ASSERT_EQ(start(0, buffers), FG_OK);
     runtime.FgCam_start(0, 0);
     EXPECT_EQ(source(), FG_SOURCE_WAITS_FOR_TRIGGER); // the rate is 0
-    EXPECT_EQ(runtime.Fg_getLastPicNumberBlockingEx(grabber_, 1, 0, 0, buffers), FG_TIMEOUT);
+    EXPECT_EQ(runtime.Fg_getLastPicNumberBlockingEx(m_grabber, 1, 0, 0, buffers), FG_TIMEOUT);
     set(TRIGGER_RATE, 0, 50);
     ASSERT_GE(waitFor(11, 0, buffers), 11);
     EXPECT_NEAR(millisecondsBetween(1, 11, 0, buffers), 200, 150);
     set(TRIGGER_RATE, 0, 0);
     EXPECT_EQ(source(), FG_SOURCE_WAITS_FOR_TRIGGER);
-    const auto last = runtime.Fg_getLastPicNumber(grabber_, 0);
+    const auto last = runtime.Fg_getLastPicNumber(m_grabber, 0);
     set(TRIGGER_RATE, 0, 100'000); // the camera cannot do more than its own 100
     ASSERT_GE(waitFor(last + 12, 0, buffers), last + 12);
     EXPECT_GE(millisecondsBetween(last + 2, last + 12, 0, buffers), 60);
@@ -392,8 +392,8 @@ TEST_F(Images, OfALineCameraAreCutFromOneEndlessPicture)
     runtime.FgCam_start(0, 1);
     ASSERT_EQ(waitFor(3, 1, buffers), 3) << lastLine();
     std::uint64_t first = 0, last = 0;
-    runtime.Fg_getParameterEx(grabber_, FG_TIMESTAMP_NS, &first, 1, buffers, 1);
-    runtime.Fg_getParameterEx(grabber_, FG_TIMESTAMP_NS, &last, 1, buffers, 3);
+    runtime.Fg_getParameterEx(m_grabber, FG_TIMESTAMP_NS, &first, 1, buffers, 1);
+    runtime.Fg_getParameterEx(m_grabber, FG_TIMESTAMP_NS, &last, 1, buffers, 3);
     EXPECT_NEAR(static_cast<double>(last - first) / 1e6, 200, 100); // twice 1,600 lines
 }
 

@@ -12,7 +12,7 @@ class Machine : public SimulationTest
 
 TEST_F(Machine, ShowsItsBoardsByIndex)
 {
-    ASSERT_EQ(useMachine(smallMachine), FG_OK);
+    ASSERT_EQ(useMachine(SMALL_MACHINE), FG_OK);
     EXPECT_EQ(runtime.Fg_getBoardType(0), 7);
     EXPECT_EQ(runtime.Fg_getBoardType(1), 8);
     EXPECT_STREQ(runtime.Fg_getBoardNameByType(8), "dual");
@@ -47,7 +47,7 @@ TEST_F(Machine, ShowsItsBoardsByIndex)
 
 TEST_F(Machine, ShowsItsCamerasByPort)
 {
-    ASSERT_EQ(useMachine(smallMachine), FG_OK);
+    ASSERT_EQ(useMachine(SMALL_MACHINE), FG_OK);
     EXPECT_EQ(runtime.FgCam_getCount(1), 0);
     EXPECT_EQ(runtime.FgCam_getPort(0, 1), 1);
     EXPECT_LT(runtime.FgCam_getPort(0, 2), 0);
@@ -66,10 +66,10 @@ TEST_F(Machine, ShowsItsCamerasByPort)
 
 TEST_F(Machine, IsReadAgainWhenItsFileChangedAndNoBoardIsInUse)
 {
-    ASSERT_EQ(useMachine(smallMachine), FG_OK);
+    ASSERT_EQ(useMachine(SMALL_MACHINE), FG_OK);
     auto* grabber = open();
     ASSERT_NE(grabber, nullptr) << lastLine();
-    write("machine.json", with(smallMachine, "\"boardType\": 8", "\"boardType\": 1009"));
+    write("machine.json", with(SMALL_MACHINE, "\"boardType\": 8", "\"boardType\": 1009"));
     EXPECT_EQ(runtime.Fg_InitLibraries(nullptr), FG_OK);
     EXPECT_EQ(runtime.Fg_getBoardType(1), 8);
     free(grabber);
@@ -114,8 +114,8 @@ TEST_F(Machine, ThatIsBrokenIsRefusedWithOneLineThatNamesThePlaceAndLeavesNothin
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.expected);
-        ASSERT_EQ(useMachine(smallMachine), FG_OK);
-        EXPECT_EQ(useMachine(with(smallMachine, row.from, row.to)), FG_MACHINE_DESCRIPTION);
+        ASSERT_EQ(useMachine(SMALL_MACHINE), FG_OK);
+        EXPECT_EQ(useMachine(with(SMALL_MACHINE, row.from, row.to)), FG_MACHINE_DESCRIPTION);
         EXPECT_THAT(lastLine(), StartsWith("machine description " + path("machine.json") + ": "));
         EXPECT_THAT(lastLine(), AllOf(HasSubstr(row.expected), Not(HasSubstr("\n"))));
         EXPECT_EQ(runtime.Fg_getBoardType(0), FG_MACHINE_DESCRIPTION);

@@ -7,11 +7,11 @@ class Parameters : public SimulationTest
 protected:
     Parameters()
     {
-        useMachine(smallMachine);
-        grabber_ = open();
+        useMachine(SMALL_MACHINE);
+        m_grabber = open();
     }
 
-    Fg_Struct* grabber_;
+    Fg_Struct* m_grabber;
 };
 
 TEST_F(Parameters, TakeValuesOfTheirRangeOnly)
@@ -42,12 +42,13 @@ TEST_F(Parameters, TakeValuesOfTheirRangeOnly)
     };
     for (const auto& [parameter, dma, value, expected] : rows) {
         SCOPED_TRACE(std::to_string(parameter) + " = " + std::to_string(value));
-        EXPECT_EQ(runtime.Fg_setParameterWithType(grabber_, parameter, &value, dma, FG_TYPE_DOUBLE), expected)
+        EXPECT_EQ(runtime.Fg_setParameterWithType(m_grabber, parameter, &value, dma, FG_TYPE_DOUBLE),
+                  expected)
             << lastLine();
         double read = -1;
         if (expected != FG_OK)
             continue;
-        EXPECT_EQ(runtime.Fg_getParameterWithType(grabber_, parameter, &read, dma, FG_TYPE_DOUBLE), FG_OK);
+        EXPECT_EQ(runtime.Fg_getParameterWithType(m_grabber, parameter, &read, dma, FG_TYPE_DOUBLE), FG_OK);
         EXPECT_EQ(read, value);
     }
 }
@@ -55,39 +56,40 @@ TEST_F(Parameters, TakeValuesOfTheirRangeOnly)
 TEST_F(Parameters, AreReadInTheirOwnTypeAndInOthers)
 {
     std::int64_t counter = 0;
-    EXPECT_EQ(runtime.Fg_getParameter(grabber_, 10004, &counter, 0), FG_OK);
+    EXPECT_EQ(runtime.Fg_getParameter(m_grabber, 10004, &counter, 0), FG_OK);
     EXPECT_EQ(counter, 5000000000);
     std::int32_t narrow = 1;
-    EXPECT_EQ(runtime.Fg_getParameterWithType(grabber_, 10004, &narrow, 0, FG_TYPE_INT32),
+    EXPECT_EQ(runtime.Fg_getParameterWithType(m_grabber, 10004, &narrow, 0, FG_TYPE_INT32),
               FG_VALUE_OUT_OF_RANGE);
     EXPECT_EQ(narrow, 1);
-    EXPECT_EQ(runtime.Fg_setParameterWithType(grabber_, 10003, "left", 0, FG_TYPE_STRING), FG_OK);
+    EXPECT_EQ(runtime.Fg_setParameterWithType(m_grabber, 10003, "left", 0, FG_TYPE_STRING), FG_OK);
     char* text = nullptr;
-    ASSERT_EQ(runtime.Fg_getParameterWithType(grabber_, 10003, &text, 0, FG_TYPE_STRING), FG_OK);
+    ASSERT_EQ(runtime.Fg_getParameterWithType(m_grabber, 10003, &text, 0, FG_TYPE_STRING), FG_OK);
     EXPECT_STREQ(text, "left");
-    EXPECT_EQ(runtime.Fg_freeParameterStringWithType(grabber_, 10003, &text, 0, FG_TYPE_STRING), FG_OK);
+    EXPECT_EQ(runtime.Fg_freeParameterStringWithType(m_grabber, 10003, &text, 0, FG_TYPE_STRING), FG_OK);
     EXPECT_EQ(text, nullptr);
 }
 
 TEST_F(Parameters, AreFoundByPositionNameAndId)
 {
-    const int count = runtime.Fg_getNrOfParameter(grabber_);
+    const int count = runtime.Fg_getNrOfParameter(m_grabber);
     EXPECT_EQ(count, 11);
     for (int i = 0; i < count; ++i)
-        EXPECT_EQ(runtime.Fg_getParameterIdByName(grabber_, runtime.Fg_getParameterName(grabber_, i)),
-                  runtime.Fg_getParameterId(grabber_, i));
-    EXPECT_EQ(runtime.Fg_getParameterIdByName(grabber_, "FG_GEN_ENABLE"), FG_GEN_ENABLE);
-    EXPECT_EQ(runtime.Fg_getParameterIdByName(grabber_, "FG_NOTHING"), FG_INVALID_PARAMETER);
-    EXPECT_STREQ(runtime.Fg_getParameterNameById(grabber_, 10001, 4), "GAIN");
-    EXPECT_EQ(runtime.Fg_getParameterNameById(grabber_, 10001, 3), nullptr);
+        EXPECT_EQ(runtime.Fg_getParameterIdByName(m_grabber, runtime.Fg_getParameterName(m_grabber, i)),
+                  runtime.Fg_getParameterId(m_grabber, i));
+    EXPECT_EQ(runtime.Fg_getParameterIdByName(m_grabber, "FG_GEN_ENABLE"), FG_GEN_ENABLE);
+    EXPECT_EQ(runtime.Fg_getParameterIdByName(m_grabber, "FG_NOTHING"), FG_INVALID_PARAMETER);
+    EXPECT_STREQ(runtime.Fg_getParameterNameById(m_grabber, 10001, 4), "GAIN");
+    EXPECT_EQ(runtime.Fg_getParameterNameById(m_grabber, 10001, 3), nullptr);
     double maximum = 0;
     std::size_t bytes = sizeof maximum;
-    EXPECT_EQ(runtime.Fg_getParameterPropertyEx(grabber_, FG_WIDTH, FG_PROPERTY_MAXIMUM, 0, &maximum, &bytes),
-              FG_OK);
+    EXPECT_EQ(
+        runtime.Fg_getParameterPropertyEx(m_grabber, FG_WIDTH, FG_PROPERTY_MAXIMUM, 0, &maximum, &bytes),
+        FG_OK);
     EXPECT_EQ(maximum, 64);
-    ASSERT_NE(runtime.Fg_getParameterInfo(grabber_, 4), nullptr);
-    EXPECT_EQ(runtime.Fg_getParameterInfo(grabber_, 4)->count, 8U); // a channel without a generator
-    EXPECT_EQ(runtime.Fg_getParameterInfo(grabber_, 2), nullptr);
+    ASSERT_NE(runtime.Fg_getParameterInfo(m_grabber, 4), nullptr);
+    EXPECT_EQ(runtime.Fg_getParameterInfo(m_grabber, 4)->count, 8U); // a channel without a generator
+    EXPECT_EQ(runtime.Fg_getParameterInfo(m_grabber, 2), nullptr);
 }
 
 } // namespace simulation::tests

@@ -7,7 +7,7 @@ namespace simulation::tests {
 class FaultPlan : public SimulationTest
 {
 protected:
-    FaultPlan() { useMachine(smallMachine); }
+    FaultPlan() { useMachine(SMALL_MACHINE); }
 };
 
 TEST_F(FaultPlan, FailsTheNthCallOfAnEntryOrOfAnyOnceOrEachCall)
@@ -46,8 +46,9 @@ TEST_F(FaultPlan, StillReleasesWhatAReleasingEntryHolds)
 
 TEST_F(FaultPlan, OfAMachineComesAndGoesWithIt)
 {
-    const auto plan = R"("name": "Small", "faults": [{"entry": "Fg_getBoardType", "nth": 1, "code": -1}],)";
-    ASSERT_EQ(useMachine(with(smallMachine, "\"name\": \"Small\",", plan)), FG_OK) << lastLine();
+    const auto* const plan =
+        R"("name": "Small", "faults": [{"entry": "Fg_getBoardType", "nth": 1, "code": -1}],)";
+    ASSERT_EQ(useMachine(with(SMALL_MACHINE, "\"name\": \"Small\",", plan)), FG_OK) << lastLine();
     EXPECT_EQ(runtime.Fg_getBoardType(0), -1);
     EXPECT_EQ(runtime.Fg_getBoardType(0), 7);
 }
@@ -57,7 +58,7 @@ TEST_F(FaultPlan, ShowsInTheJournalAmongTheRuntimesInnerCalls)
     auto* grabber = open();
     ASSERT_NE(grabber, nullptr) << lastLine();
     // The applet is found by its path: the installation has no folder for this board's model.
-    const auto moved = write("Elsewhere.hap", smallApplet);
+    const auto moved = write("Elsewhere.hap", SMALL_APPLET);
     const auto config = write("moved.mcf", "[Kamerasektion]\nHapName=" + moved + ";\n");
     free(grabber);
     runtime.FgSim_setJournal(1);
@@ -104,9 +105,9 @@ TEST_F(FaultPlan, ARuntimeCanLackEntriesThatItsOthersUse)
     using InitHandle = int(Fg_Struct**, const char*, unsigned int);
     using FreeGrabber = int(Fg_Struct*);
     reinterpret_cast<FgSim_setMachine_t*>(function("FgSim_setMachine"))(
-        write("other.json", smallMachine).c_str());
+        write("other.json", SMALL_MACHINE).c_str());
     Fg_Struct* grabber = nullptr;
-    const auto applet = write("Small.hap", smallApplet);
+    const auto applet = write("Small.hap", SMALL_APPLET);
     EXPECT_EQ(reinterpret_cast<InitHandle*>(function("Fg_InitHandle"))(&grabber, applet.c_str(), 0), FG_OK);
     EXPECT_EQ(reinterpret_cast<FreeGrabber*>(function("Fg_FreeGrabber"))(grabber), FG_OK);
 }

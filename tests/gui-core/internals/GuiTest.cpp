@@ -37,7 +37,7 @@ void expectDefaults()
 
 boost::any viewsValue(const boost::shared_ptr<RecordingViews>& views)
 {
-    return boost::any(boost::shared_ptr<Views>(views));
+    return boost::shared_ptr<Views>(views);
 }
 
 } // namespace

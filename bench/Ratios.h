@@ -31,8 +31,8 @@ int runRatios(int argc, char** argv);
 
 } // namespace ovra::bench
 
-#define OVRA_BENCH_JOIN_(a, b) a##b
-#define OVRA_BENCH_JOIN(a, b) OVRA_BENCH_JOIN_(a, b)
+#define OVRA_BENCH_PASTE(a, b) a##b
+#define OVRA_BENCH_JOIN(a, b) OVRA_BENCH_PASTE(a, b)
 #define RATIO(name, measured, yardstick, ...)             \
     static const bool OVRA_BENCH_JOIN(ratio_, __LINE__) = \
         ovra::bench::addRatio(name, measured, yardstick, __VA_ARGS__)

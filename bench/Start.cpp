@@ -66,8 +66,8 @@ private:
 template <int files>
 const fs::path& installation()
 {
-    static const Installation made(files);
-    return made.folder();
+    static const Installation MADE(files);
+    return MADE.folder();
 }
 
 reference::ApplicationOptions optionsFor(const fs::path& folder)

@@ -83,6 +83,7 @@ public:
         m_application->setErrorHandler([](const reference::PhaseFailure&) {}); // the tests plan failures
     }
 
+    // NOLINTNEXTLINE(bugprone-unchecked-optional-access): a test starts the application first
     void processEvents() override { m_application->processEvents(); }
 
     std::unique_ptr<Channel> openChannel() override

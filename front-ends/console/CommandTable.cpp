@@ -26,8 +26,8 @@ std::vector<ConsoleCommand> allCommands()
 
 const std::vector<ConsoleCommand>& commandTable()
 {
-    static const std::vector<ConsoleCommand> table = allCommands();
-    return table;
+    static const std::vector<ConsoleCommand> TABLE = allCommands();
+    return TABLE;
 }
 
 std::string usageOf(const ConsoleCommand& command)

@@ -75,7 +75,7 @@ std::vector<std::string> commandLineArguments(int, char**)
     std::vector<std::string> texts;
     for (int i = 1; words && i < count; ++i)
         texts.push_back(utf8(words[i]));
-    LocalFree(words);
+    LocalFree(static_cast<void*>(words));
     return texts;
 }
 

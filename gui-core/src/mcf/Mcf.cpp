@@ -42,7 +42,7 @@ std::string readMcf(const std::string& path)
 {
     std::ifstream stream(path, std::ios::binary); // a text means the same on all platforms
     std::string text;
-    for (std::array<char, BLOCK_BYTES> block; stream.read(block.data(), block.size()).gcount() > 0;)
+    for (std::array<char, BLOCK_BYTES> block{}; stream.read(block.data(), block.size()).gcount() > 0;)
         text.append(block.data(), static_cast<std::size_t>(stream.gcount()));
     return text;
 }

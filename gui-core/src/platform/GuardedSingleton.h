@@ -40,7 +40,7 @@ void registerSingleton(GuardedSingletonBase& singleton);
 /// it on first use. Any thread; the reference is valid until the last OvraGuiCoreDeinit, after which the next
 /// use creates a new object.
 template <class T>
-class GuardedSingleton : public GuardedSingletonBase
+class GuardedSingleton : public GuardedSingletonBase // NOLINT(bugprone-crtp-*): needs no friend
 {
 public:
     static T& instance()

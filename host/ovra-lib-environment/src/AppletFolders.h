@@ -29,7 +29,7 @@ private:
     struct Stamp
     {
         std::filesystem::file_time_type time;
-        std::uintmax_t bytes;
+        std::uintmax_t bytes = 0;
         bool operator==(const Stamp&) const = default;
     };
     using Listing = std::map<std::string, Stamp>; // by path, "/" between folders

@@ -75,6 +75,7 @@ std::vector<FoundBoard> findBoards(const RuntimeEntries& runtime)
     const unsigned int count =
         number(systemText(runtime, FG_INFO_NR_OF_BOARDS, 0), 10, "the number of boards");
     for (unsigned int index = 0; index < count; ++index)
+        // NOLINTNEXTLINE(performance-inefficient-vector-operation): the runtime may tell any count
         boards.push_back(findBoard(runtime, index));
     return boards;
 }

@@ -81,11 +81,11 @@ struct GeneratorDescription
 
 struct DmaDescription
 {
-    int index;
-    int width; ///< pixels, at the start
-    int height;
-    int maxWidth;
-    int maxHeight;
+    int index = 0;
+    int width = 0; ///< pixels, at the start
+    int height = 0;
+    int maxWidth = 0;
+    int maxHeight = 0;
     std::optional<int> port; ///< whose camera it delivers
     std::optional<GeneratorDescription> generator;
     std::vector<const PixelFormat*> formats; ///< that it can write; the first is the one at the start

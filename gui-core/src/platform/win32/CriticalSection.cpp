@@ -17,7 +17,7 @@ CRITICAL_SECTION* native(unsigned char* storage)
 
 } // namespace
 
-CriticalSection::CriticalSection() : m_storage{}
+CriticalSection::CriticalSection()
 {
     InitializeCriticalSection(::new (m_storage) CRITICAL_SECTION);
 }

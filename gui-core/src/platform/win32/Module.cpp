@@ -13,7 +13,7 @@ std::string describe(DWORD number)
                                   0, text, sizeof(text), nullptr);
     while (length > 0 && (text[length - 1] == '\n' || text[length - 1] == '\r'))
         --length;
-    return std::string(text, length);
+    return {text, length};
 }
 
 } // namespace

@@ -18,7 +18,7 @@ public:
 
 private:
     // Storage for the system's object; the source checks its size.
-    alignas(void*) unsigned char m_storage[8 * sizeof(void*)];
+    alignas(void*) unsigned char m_storage[8 * sizeof(void*)]{};
 };
 
 } // namespace ovra::templates::platform

@@ -2,6 +2,8 @@
 
 #include "fglib5/Fglib5.h"
 
+#pragma GCC diagnostic ignored "-Wunused-parameter" // entries that do nothing look at none
+
 #define FGLIB5_ENTRY(result, name, symbol, parameters, arguments, missing) \
     result name parameters                                                 \
     {                                                                      \

@@ -84,7 +84,7 @@ public:
     {
         const std::lock_guard lock(m_mutex);
         if (m_acquiring)
-            m_calls.push_back("stop");
+            m_calls.emplace_back("stop");
         m_acquiring = false;
         m_changed.notify_all();
     }

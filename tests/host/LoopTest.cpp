@@ -159,12 +159,12 @@ TEST(Application, TakesAPluginUpInOrder)
 {
     struct NotedPlugin : ovra::core::Plugin
     {
-        void postConstruct() override { calls.push_back("postConstruct"); }
+        void postConstruct() override { calls.emplace_back("postConstruct"); }
         void injectDependency(const std::string& key, const boost::any& value) override
         {
             calls.push_back(key + '=' + boost::any_cast<std::string>(value));
         }
-        void postInjection() override { calls.push_back("postInjection"); }
+        void postInjection() override { calls.emplace_back("postInjection"); }
         std::vector<std::string> calls;
     };
     Application application;

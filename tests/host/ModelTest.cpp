@@ -33,7 +33,7 @@ TEST(Guarded, DestroysWhatAWriteDisplacesOutsideItsLock)
     // The deleter reads the field: under the lock of the field that would never end.
     Guarded<boost::shared_ptr<int>> field;
     int seen = 0;
-    field.set(boost::shared_ptr<int>(new int(1), [&](int* value) {
+    field.set(boost::shared_ptr<int>(new int(1), [&](const int* value) {
         seen = *field.get();
         delete value;
     }));

@@ -65,8 +65,8 @@ struct RegisterList
     explicit RegisterList(std::initializer_list<const ParameterSet*> sets);
     RegisterList(const RegisterList&) = delete;
     RegisterList& operator=(const RegisterList&) = delete;
-    RegisterList(RegisterList&&) = default;
-    RegisterList& operator=(RegisterList&&) = default;
+    RegisterList(RegisterList&&) noexcept = default;
+    RegisterList& operator=(RegisterList&&) noexcept = default;
     ~RegisterList() = default;
 
     std::deque<std::string> choices;

@@ -1,0 +1,65 @@
+#include "RequestTable.h"
+
+#include "server/Message.h"
+
+#include "front-ends/shared/Parameters.h"
+#include "front-ends/shared/RequestError.h"
+#include "front-ends/shared/Titles.h"
+
+#include "ovra-lib-environment/HlEnvironmentBoardNode.h"
+
+namespace ovra::viewer {
+
+namespace {
+
+const std::vector<RequestEntry>& requestTable()
+{
+    static const std::vector<RequestEntry> TABLE = [] {
+        std::vector<RequestEntry> all;
+        for (const auto& list : {machineRequests(), acquisitionRequests(), parameterRequests(),
+                                 configurationRequests(), programRequests()})
+            all.insert(all.end(), list.begin(), list.end());
+        return all;
+    }();
+    return TABLE;
+}
+
+} // namespace
+
+nlohmann::json performRequest(Viewer& viewer, const std::string& name, const nlohmann::json& arguments)
+{
+    for (const auto& entry : requestTable())
+        if (name == entry.name)
+            return entry.perform(viewer, arguments);
+    throw MessageError("there is no such request");
+}
+
+void attachGenerators(const frontend::BoardNode& board)
+{
+    frontend::markGenerators(board);
+}
+
+frontend::BoardNode boardArgument(const nlohmann::json& arguments)
+{
+    const std::string serial = textArgument(arguments, "board");
+    for (const auto& board : frontend::allBoards())
+        if (frontend::serialText(*board) == serial)
+            return board;
+    throw frontend::RequestError("this machine has no such board any more");
+}
+
+frontend::BoardNode loadedBoardArgument(const nlohmann::json& arguments)
+{
+    auto board = boardArgument(arguments);
+    if (!board->getLoadedAppletEntry())
+        throw frontend::RequestError(frontend::boardTitle(*board) + " holds no applet");
+    return board;
+}
+
+int indexArgument(const nlohmann::json& arguments, const char* name)
+{
+    constexpr int LARGEST_INDEX = 255;
+    return static_cast<int>(numberArgument(arguments, name, 0, LARGEST_INDEX));
+}
+
+} // namespace ovra::viewer

@@ -1,0 +1,288 @@
+#include "Viewer.h"
+
+#include "RequestTable.h"
+
+#include "front-ends/shared/RequestError.h"
+
+#include "gui-core/Version.h"
+#include "ovra-core/Command.h"
+#include "ovra-core/CommandProcessor.h"
+#include "ovra-core/HarloApplication.h"
+#include "ovra-core/reference/Application.h"
+#include "ovra-lib-environment/HlEnvironmentBoardNode.h"
+
+#include <boost/make_shared.hpp>
+
+#include <utility>
+
+namespace ovra::viewer {
+
+using nlohmann::json;
+
+namespace {
+
+constexpr std::size_t MOST_NOTICES = 200;
+constexpr std::size_t MOST_LOG_LINES = 1000;
+constexpr std::size_t MOST_SPLASH_LINES = 200;
+
+const char* nameOf(Level level)
+{
+    switch (level) {
+    case Level::Error:
+        return "error";
+    case Level::Warning:
+        return "warning";
+    case Level::Information:
+        break;
+    }
+    return "information";
+}
+
+json idleLoad()
+{
+    return {{"active", false}, {"board", ""}, {"applet", ""}, {"lines", json::array()}};
+}
+
+/// Comes to its last phase when all commands before it have.
+class Completion final : public core::Command
+{
+public:
+    explicit Completion(std::function<void()> completed)
+        : core::Command(core::Command::Asynchronous),
+          m_completed(std::move(completed))
+    {}
+
+    void executePostAsync() override { m_completed(); }
+
+private:
+    const std::function<void()> m_completed;
+};
+
+} // namespace
+
+/// A request whose commands run.
+struct Viewer::Pending
+{
+    ClientId client;
+    std::int64_t id;
+    json result;
+    std::size_t errorsBefore;
+    std::function<void()> afterwards;
+};
+
+Viewer::Viewer(Setup setup, Channels& channels)
+    : m_setup(std::move(setup)),
+      m_state(m_setup.publish),
+      m_images(channels),
+      m_question(m_setup.application, m_state, [this] { return m_setup.countClients() > 0; }),
+      m_events(std::make_shared<frontend::EventCounter>())
+{
+    m_state.set("program", {{"version", OVRA_GUI_CORE_VERSION}, {"ready", false}, {"quitting", false}});
+    for (const char* list : {"splash", "notices", "log", "boards", "applets"})
+        m_state.set(list, json::array());
+    for (const char* table : {"statistics", "events"})
+        m_state.set(table, json::object());
+    m_state.set("load", idleLoad());
+    m_state.set("rescanning", false);
+    refreshMemory();
+}
+
+Viewer::~Viewer() = default;
+
+void Viewer::welcome(ClientId client)
+{
+    m_setup.subscribe(client, m_state.whole());
+}
+
+void Viewer::handle(ClientId client, const Request& request)
+{
+    try {
+        perform(client, request);
+    } catch (const std::exception& error) {
+        if (const auto afterwards = std::exchange(m_afterwards, {}))
+            afterwards();
+        fail(client, request.id, error.what());
+    }
+}
+
+void Viewer::perform(ClientId client, const Request& request)
+{
+    const auto pending = std::make_shared<Pending>(Pending{client, request.id, nullptr, m_errors.size(), {}});
+    m_commandStarted = false;
+    pending->result = performRequest(*this, request.name, request.arguments);
+    pending->afterwards = std::exchange(m_afterwards, {});
+    if (m_commandStarted)
+        return finishLater(pending);
+    finish(*pending);
+}
+
+// A command may have queued others. The completion is queued behind them.
+void Viewer::finishLater(const std::shared_ptr<Pending>& pending)
+{
+    m_setup.application.post([this, pending] {
+        core::HarloApplication::commandprocessor()->executeCommand(
+            boost::make_shared<Completion>([this, pending] { finish(*pending); }));
+    });
+}
+
+void Viewer::finish(const Pending& pending)
+{
+    if (pending.afterwards)
+        pending.afterwards();
+    refreshMachine();
+    if (pending.errorsBefore < m_errors.size()) {
+        std::string text;
+        for (std::size_t i = pending.errorsBefore; i < m_errors.size(); ++i)
+            text += (text.empty() ? "" : "\n") + m_errors[i];
+        return fail(pending.client, pending.id, text);
+    }
+    m_setup.send(pending.client,
+                 jsonText({{"type", "done"}, {"id", pending.id}, {"result", pending.result}}));
+}
+
+void Viewer::fail(ClientId client, std::int64_t id, const std::string& text)
+{
+    m_setup.send(client, jsonText({{"type", "failed"}, {"id", id}, {"text", text}}));
+}
+
+void Viewer::showSplash(const std::string& message)
+{
+    m_state.append("splash", json::array({message}), MOST_SPLASH_LINES);
+}
+
+void Viewer::beReady()
+{
+    refreshMachine();
+    auto program = m_state.section("program");
+    program["ready"] = true;
+    m_state.set("program", program);
+}
+
+void Viewer::beginLoad()
+{
+    auto load = idleLoad();
+    load["active"] = true;
+    m_state.set("load", load);
+}
+
+void Viewer::setLoadedBoard(const std::string& caption)
+{
+    auto load = m_state.section("load");
+    load["board"] = caption;
+    m_state.set("load", load);
+}
+
+void Viewer::setLoadedApplet(const std::string& name)
+{
+    auto load = m_state.section("load");
+    load["applet"] = name;
+    m_state.set("load", load);
+}
+
+void Viewer::addLoadLine(Level level, const std::string& text)
+{
+    auto load = m_state.section("load");
+    load["lines"].push_back({{"level", nameOf(level)}, {"text", text}});
+    m_state.set("load", load);
+    if (level != Level::Information)
+        report(level, "Loading Applet", text);
+}
+
+void Viewer::endLoad()
+{
+    auto load = m_state.section("load");
+    load["active"] = false;
+    m_state.set("load", load);
+}
+
+void Viewer::attachBoard(unsigned int serial)
+{
+    if (const auto board = frontend::boardOfSerial(serial)) {
+        m_images.attach(board);
+        attachGenerators(board);
+    }
+    refreshMachine();
+}
+
+void Viewer::dropUnloadedBoards()
+{
+    m_images.dropUnloaded();
+    refreshMachine();
+}
+
+void Viewer::setRescanning(bool rescanning)
+{
+    m_state.set("rescanning", rescanning);
+    if (!rescanning)
+        refreshMachine();
+}
+
+void Viewer::refreshMachine()
+{
+    m_state.set("boards", describeBoards(m_images));
+    m_state.set("applets", describeApplets());
+    m_state.set("settings", describeSettings());
+    m_state.set("statistics", describeStatistics(m_images));
+    refreshMemory();
+}
+
+void Viewer::refreshMemory()
+{
+    m_state.set("memory", describeMemory());
+}
+
+void Viewer::report(Level level, const std::string& title, const std::string& text)
+{
+    if (level == Level::Error)
+        m_errors.push_back(text);
+    m_state.append("notices",
+                   json::array({{{"id", ++m_noticeCount},
+                                 {"time", presentTime()},
+                                 {"level", nameOf(level)},
+                                 {"title", title},
+                                 {"text", text}}}),
+                   MOST_NOTICES);
+}
+
+void Viewer::tick()
+{
+    constexpr int TICKS_OF_A_SECOND = 4;
+    m_state.append("log", m_log.take(), MOST_LOG_LINES);
+    if (!m_state.section("program")["ready"])
+        return;
+    m_state.set("boards", describeBoards(m_images));
+    m_state.set("statistics", describeStatistics(m_images));
+    m_state.set("events", m_events->counts());
+    if (++m_ticks % TICKS_OF_A_SECOND == 0)
+        refreshMachine();
+}
+
+void Viewer::run(const boost::shared_ptr<core::Command>& command)
+{
+    if (m_question.isOpen())
+        throw frontend::RequestError("first answer the question that is open");
+    m_commandStarted = true;
+    core::HarloApplication::commandprocessor()->executeCommand(command);
+}
+
+void Viewer::requireNoLoad() const
+{
+    if (m_state.section("load")["active"])
+        throw frontend::RequestError("another applet is being loaded");
+}
+
+std::string Viewer::readyName(const std::string& beginning, const std::string& ending)
+{
+    return beginning + "-" + std::to_string(presentTime()) + "-" + std::to_string(++m_nameCount) + ending;
+}
+
+void Viewer::quit()
+{
+    auto program = m_state.section("program");
+    program["quitting"] = true;
+    m_state.set("program", program);
+    m_question.giveUp();
+    m_setup.application.quit();
+}
+
+} // namespace ovra::viewer

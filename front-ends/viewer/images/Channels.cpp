@@ -1,0 +1,95 @@
+#include "images/Channels.h"
+
+#include <nlohmann/json.hpp>
+
+#include <utility>
+
+namespace ovra::viewer {
+
+namespace {
+
+constexpr std::chrono::milliseconds HISTOGRAM_INTERVAL{100};
+
+nlohmann::json describe(std::uint32_t channel, const Histogram& histogram)
+{
+    return {{"type", "histogram"},          {"channel", channel},           {"image", histogram.image},
+            {"bins", histogram.bins},       {"highest", histogram.highest}, {"minimum", histogram.minimum},
+            {"maximum", histogram.maximum}, {"mean", histogram.mean},       {"dark", histogram.dark},
+            {"bright", histogram.bright}};
+}
+
+} // namespace
+
+Channel::Channel(std::uint32_t id, std::function<void()> arrived)
+    : m_id(id),
+      m_mailbox([this, arrived = std::move(arrived)] {
+          m_news = true;
+          arrived();
+      })
+{}
+
+std::shared_ptr<const std::string> Channel::histogramMessage(const Frame& frame, std::uint64_t& sequence)
+{
+    const std::lock_guard lock(m_histogramMutex);
+    const auto now = std::chrono::steady_clock::now();
+    if (!m_histogram ||
+        (m_histogramSequence != frame.sequence && now - m_histogramTime >= HISTOGRAM_INTERVAL)) {
+        m_histogram = std::make_shared<const std::string>(describe(m_id, measure(frame)).dump());
+        m_histogramSequence = frame.sequence;
+        m_histogramTime = now;
+    }
+    sequence = m_histogramSequence;
+    return m_histogram;
+}
+
+std::shared_ptr<Channel> Channels::add()
+{
+    const std::lock_guard lock(m_mutex);
+    const std::uint32_t id = ++m_lastId;
+    auto channel = std::make_shared<Channel>(id, [this] { announce(); });
+    m_channels[id] = channel;
+    return channel;
+}
+
+void Channels::remove(std::uint32_t id)
+{
+    const std::lock_guard lock(m_mutex);
+    m_channels.erase(id);
+}
+
+std::shared_ptr<Channel> Channels::find(std::uint32_t id) const
+{
+    const std::lock_guard lock(m_mutex);
+    const auto found = m_channels.find(id);
+    return found == m_channels.end() ? nullptr : found->second;
+}
+
+std::vector<std::uint32_t> Channels::waitForNews()
+{
+    std::vector<std::uint32_t> fresh;
+    std::unique_lock lock(m_mutex);
+    while (!m_ended && fresh.empty()) {
+        m_changed.wait(lock, [this] { return m_news || m_ended; });
+        m_news = false;
+        for (const auto& [id, channel] : m_channels)
+            if (channel->takeNews())
+                fresh.push_back(id);
+    }
+    return m_ended ? std::vector<std::uint32_t>() : fresh;
+}
+
+void Channels::end()
+{
+    const std::lock_guard lock(m_mutex);
+    m_ended = true;
+    m_changed.notify_all();
+}
+
+void Channels::announce()
+{
+    const std::lock_guard lock(m_mutex);
+    m_news = true;
+    m_changed.notify_one();
+}
+
+} // namespace ovra::viewer

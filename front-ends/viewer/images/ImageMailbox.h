@@ -1,0 +1,90 @@
+/// \file
+/// ImageMailbox: the newest image of a DMA channel, for everybody who wants to look at it.
+#pragma once
+
+#include "ovra-lib-display/DisplayScene.h"
+
+#include <array>
+#include <atomic>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+namespace ovra::viewer {
+
+/// How the samples of an image lie in memory: rows without padding, components side by side.
+struct PixelLayout
+{
+    int bits = 8;           ///< significant bits of a sample
+    int bytesPerSample = 1; ///< 1 or 2, the low byte first
+    int components = 1;     ///< 1 grey, 3 red, green, blue
+
+    std::size_t bytesPerPixel() const { return static_cast<std::size_t>(bytesPerSample * components); }
+    friend bool operator==(const PixelLayout&, const PixelLayout&) = default;
+};
+
+/// A copy of an image. Packed samples are unpacked, and a mosaic of colours is interpolated.
+struct Frame
+{
+    std::vector<std::uint8_t> bytes;  ///< the samples where they have one byte
+    std::vector<std::uint16_t> words; ///< and where they have two
+    PixelLayout layout;
+    int width = 0;
+    int height = 0;
+    std::int64_t number = 0;    ///< 1 for the first image since acquisition start
+    std::uint64_t sequence = 0; ///< 1 for the first image in this mailbox; never starts again
+    std::chrono::system_clock::time_point arrival;
+
+    const std::uint8_t* pixels() const
+    {
+        return layout.bytesPerSample == 1 ? bytes.data()
+                                          : reinterpret_cast<const std::uint8_t*>(words.data());
+    }
+    std::size_t sampleCount() const
+    {
+        return static_cast<std::size_t>(width) * static_cast<std::size_t>(height) *
+               static_cast<std::size_t>(layout.components);
+    }
+};
+
+/// Fills all of \p frame but its sequence. Allocates only where an image is larger than those before.
+void copyImage(const display::Image& image, Frame& frame);
+
+/// A box with one place: a new image takes the place of the one before. Safe from any thread.
+///
+/// showImage never waits for a reader, and allocates only while images grow: it copies into a frame that
+/// nobody reads. When readers hold every spare frame, the image is dropped.
+class ImageMailbox final : public display::DisplaySceneVisualizer
+{
+public:
+    /// \p arrived is called on the scene's thread after each image.
+    explicit ImageMailbox(std::function<void()> arrived);
+
+    void showImage(const display::Image& image) override;
+
+    /// Empty before the first image. Hold it for as long as a copy takes, no longer.
+    std::shared_ptr<const Frame> newest() const;
+
+private:
+    struct Slot
+    {
+        Frame frame;
+        std::atomic<int> readers{0};
+    };
+    static constexpr std::size_t SLOT_COUNT = 5;
+    using Slots = std::array<Slot, SLOT_COUNT>;
+
+    Slot* unusedSlot();
+
+    const std::function<void()> m_arrived;
+    const std::shared_ptr<Slots> m_slots = std::make_shared<Slots>();
+    std::uint64_t m_count = 0; ///< of the scene's thread
+    mutable std::mutex m_mutex;
+    Slot* m_newest = nullptr;
+};
+
+} // namespace ovra::viewer

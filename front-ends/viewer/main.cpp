@@ -1,0 +1,22 @@
+#include "Session.h"
+
+#include "front-ends/shared/Process.h"
+
+#include <cstdlib>
+#include <exception>
+#include <iostream>
+
+int main(int argumentCount, char** arguments)
+{
+    int exitCode = EXIT_SUCCESS;
+    const auto options =
+        ovra::viewer::parseOptions(ovra::frontend::commandLineArguments(argumentCount, arguments), exitCode);
+    if (!options)
+        return exitCode;
+    try {
+        return ovra::viewer::runSession(*options) ? EXIT_SUCCESS : EXIT_FAILURE;
+    } catch (const std::exception& error) {
+        std::cerr << "ovra-viewer: " << error.what() << '\n';
+        return EXIT_FAILURE;
+    }
+}

@@ -1,0 +1,55 @@
+// The row of tools below an image.
+import { button, element } from "./elements.js";
+
+export function tileTools(tile) {
+  const { geometry } = tile;
+  const act = (change) => () => {
+    change();
+    tile.changed();
+  };
+  const zoom = element("span", { class: "small", "data-role": "zoom" });
+  const automatic = button("Auto", () => tile.automatic(), { title: "Contrast follows the image (a)" });
+  const coloured = button("Colours", () => tile.setLook({ coloured: !tile.look.coloured }), { title: "Colour map (c)" });
+  const marked = button("Exposure", () => tile.setLook({ marked: !tile.look.marked }), { title: "Marks under- and overexposed pixels (e)" });
+  const lining = button("Profile", () => {
+    tile.lining = !tile.lining;
+    if (!tile.lining) tile.setLine(null);
+    update();
+  }, { title: "Drag a line over the image and see the values along it" });
+  const gamma = element("input", {
+    type: "range", min: "0.2", max: "4", step: "0.1", "aria-label": "Gamma",
+    oninput: (event) => tile.setLook({ gamma: Number(event.target.value) }),
+  });
+  const gammaText = element("span", { class: "small" });
+  function update() {
+    zoom.textContent = `${Math.round(geometry.scale * 100)} %`;
+    gamma.value = tile.look.gamma;
+    gammaText.textContent = `γ ${tile.look.gamma.toFixed(1)}`;
+    automatic.setAttribute("aria-pressed", tile.look.automatic);
+    coloured.setAttribute("aria-pressed", tile.look.coloured);
+    marked.setAttribute("aria-pressed", tile.look.marked);
+    lining.setAttribute("aria-pressed", Boolean(tile.lining));
+  }
+  const root = element("div", { class: "tools", role: "toolbar", "aria-label": "Image tools" },
+    button("−", act(() => geometry.zoomStep(-1)), { "aria-label": "Zoom out" }),
+    zoom,
+    button("+", act(() => geometry.zoomStep(1)), { "aria-label": "Zoom in" }),
+    button("Fit", act(() => geometry.fit()), { title: "Show the whole image (0)" }),
+    button("1:1", act(() => geometry.zoomTo(1)), { title: "One image pixel, one screen pixel (1)" }),
+    button("Turn", act(() => geometry.turn()), { title: "A quarter turn, for the eye only (r)" }),
+    button("Flip", act(() => geometry.flip()), { title: "Left to right, for the eye only (f)" }),
+    automatic, coloured, marked, lining,
+    element("label", {}, gammaText, gamma),
+    button("Copy", () => copyPicture(tile), { title: "Copies the picture as it is shown to the clipboard" }));
+  return { root, update };
+}
+
+async function copyPicture(tile) {
+  try {
+    const blob = await new Promise((resolve) => tile.canvas.toBlob(resolve, "image/png"));
+    await navigator.clipboard.write([new ClipboardItem({ "image/png": blob })]);
+    tile.app.say("information", "Copied", "The picture is in the clipboard, as it is shown.");
+  } catch (error) {
+    tile.app.say("error", "Not copied", error.message);
+  }
+}

@@ -1,0 +1,207 @@
+// A tile: one channel's live image, and what is known about it.
+import { button, element } from "./elements.js";
+import { Geometry } from "./geometry.js";
+import { Histogram } from "./histogram.js";
+import { recall, remember } from "./memory.js";
+import { drawOverlay, drawProfile } from "./overlay.js";
+import { Pointers } from "./pointers.js";
+import { CanvasRenderer } from "./renderer-canvas.js";
+import { WebGlRenderer } from "./renderer-webgl.js";
+import { tileTools } from "./tile-tools.js";
+import { ageText, rateText } from "./tile-texts.js";
+
+const FORCED_CANVAS = new URLSearchParams(location.hash.slice(1)).get("renderer") === "canvas";
+
+// Under which choices for a channel are remembered.
+export function keyOf(entry) {
+  return `tile.${entry.board.serial}.${entry.channel.index}`;
+}
+
+function makeRenderer(canvas) {
+  if (!FORCED_CANVAS) {
+    try {
+      return new WebGlRenderer(canvas);
+    } catch {
+      // A canvas that has refused WebGL2 still gives a plain one.
+    }
+  }
+  return new CanvasRenderer(canvas);
+}
+
+export class Tile {
+  // app: connection, state, run(promise), enlarge(tile)
+  constructor(app, entry) {
+    this.app = app;
+    this.id = entry.channel.id;
+    this.key = keyOf(entry);
+    this.geometry = new Geometry();
+    this.look = { low: 0, high: 255, gamma: 1, coloured: false, marked: false, automatic: false, highest: 255,
+      ...recall(this.key, {}) };
+    this.image = null;
+    this.pixel = null;
+    this.line = null;
+    this.view = 0;
+    this.drawn = [];
+    this.build(entry);
+    this.update(entry);
+    this.renderer = makeRenderer(this.canvas);
+    this.root.dataset.renderer = this.renderer instanceof WebGlRenderer ? "webgl2" : "canvas";
+    this.pointers = new Pointers(this);
+    this.observer = new ResizeObserver(() => this.resize());
+    this.observer.observe(this.stage);
+  }
+
+  build(entry) {
+    const title = entry.channel.title;
+    this.title = element("h2", {}, title);
+    this.startButton = button("Start", () => this.toggle(), { class: "main" });
+    this.largeButton = button("Enlarge", () => this.app.enlarge(this), { "aria-pressed": "false" });
+    this.canvas = element("canvas", { class: "image" });
+    this.over = element("canvas", { class: "over", "aria-hidden": "true" });
+    this.why = element("p", { class: "why", role: "status" });
+    this.stage = element("div", {
+      class: "stage", tabindex: "0", role: "application", "aria-roledescription": "live image",
+      "aria-label": `${title}. Plus and minus zoom, arrows pan, 0 fits, 1 shows one to one, r turns, f flips, ` +
+        "a sets the contrast, Enter enlarges, Shift with arrows moves the pointer.",
+    }, this.canvas, this.over, this.why);
+    this.histogram = new Histogram((low, high) => this.setLook({ low, high, automatic: false }));
+    this.profile = element("canvas", { class: "profile", hidden: true, role: "img", "aria-label": "Line profile" });
+    this.position = element("p", { class: "position" });
+    this.facts = element("p", { class: "facts small quiet" });
+    this.tools = tileTools(this);
+    this.root = element("section", { class: "tile", "aria-label": title, "data-channel": `${entry.board.index}/${entry.channel.index}` },
+      element("header", {}, this.title, this.startButton, this.largeButton),
+      this.stage, this.profile, this.histogram.root, this.tools.root,
+      element("footer", {}, this.position, this.facts));
+    this.histogram.setRange(this.look.low, this.look.high, this.look.highest);
+  }
+
+  // The channel's entry in the state document, which is another one after each change.
+  update(entry) {
+    this.entry = entry;
+    const { channel } = entry;
+    this.startButton.textContent = channel.grabbing ? "Stop" : "Start";
+    this.startButton.setAttribute("aria-label", `${channel.grabbing ? "Stop" : "Start"} ${channel.title}`);
+    if (this.geometry.setImage(channel.width, channel.height)) this.ask();
+    this.tell();
+  }
+
+  toggle() {
+    const { board, channel } = this.entry;
+    const name = channel.grabbing ? "stop" : "start";
+    this.app.run(name, { board: board.serial, kind: "dma", index: channel.index });
+  }
+
+  resize() {
+    const ratio = window.devicePixelRatio || 1;
+    const width = Math.round(this.stage.clientWidth * ratio);
+    const height = Math.round(this.stage.clientHeight * ratio);
+    if (!width || !height) return;
+    for (const canvas of [this.canvas, this.over]) {
+      canvas.width = width;
+      canvas.height = height;
+    }
+    this.geometry.setStage(width, height);
+    this.changed();
+  }
+
+  // The geometry is another one: draw what there is, and ask for what is missing.
+  changed() {
+    this.draw();
+    this.ask();
+    this.tools.update();
+  }
+
+  // At most once a frame.
+  ask() {
+    if (this.asking) return;
+    this.asking = requestAnimationFrame(() => {
+      this.asking = null;
+      this.askNow();
+    });
+  }
+
+  askNow() {
+    const { region, screen } = this.geometry.visible();
+    this.app.connection.sendObject({
+      type: "show", channel: this.id, view: ++this.view, region, screen, histogram: true, pixel: this.pixel, line: this.line,
+    });
+  }
+
+  // An image has come. It is drawn with the next frame and then acknowledged, which brings the next one.
+  take(image) {
+    this.image = image;
+    if (image.highest !== this.look.highest) this.setLook({ low: 0, high: image.highest, highest: image.highest });
+    this.geometry.setImage(image.fullWidth, image.fullHeight);
+    if (this.drawing) return;
+    this.drawing = requestAnimationFrame((now) => {
+      this.drawing = null;
+      this.drawn = this.drawn.filter((time) => now - time < 1000).concat(now);
+      this.draw();
+      this.app.connection.sendObject({ type: "shown", channel: this.id });
+    });
+  }
+
+  draw() {
+    this.renderer.draw(this.image, this.geometry, this.look);
+    drawOverlay(this.over, this.geometry, this.line);
+    if (this.image) this.root.dataset.image = this.image.number;
+  }
+
+  takeHistogram(message) {
+    this.histogram.show(message);
+    if (this.look.automatic) this.setLook({ low: message.dark, high: Math.max(message.bright, message.dark + 1) });
+    this.latest = message;
+  }
+
+  takeValues(message) {
+    if (message.at && this.pixel && message.at.join() === this.pixel.join()) {
+      const text = message.pixel.length ? message.pixel.join(", ") : "outside";
+      this.position.textContent = `x ${message.at[0]}, y ${message.at[1]}: ${text}`;
+    }
+    if (message.line && this.line) drawProfile(this.profile, message.line, this.look.highest);
+  }
+
+  setLook(changes) {
+    Object.assign(this.look, changes);
+    this.histogram.setRange(this.look.low, this.look.high, this.look.highest);
+    remember(this.key, this.look);
+    this.tools.update();
+    this.draw();
+  }
+
+  setPixel(pixel) {
+    if (pixel?.join() === this.pixel?.join()) return;
+    this.pixel = pixel;
+    if (!pixel) this.position.textContent = "";
+    this.ask();
+  }
+
+  setLine(line) {
+    this.line = line;
+    this.profile.hidden = !line;
+    this.changed();
+  }
+
+  automatic() {
+    this.setLook({ automatic: !this.look.automatic });
+    if (this.look.automatic && this.latest) this.takeHistogram(this.latest);
+  }
+
+  // What the numbers say; called several times a second.
+  tell() {
+    const statistics = this.app.state.get("statistics")?.[this.id];
+    const shown = this.drawn.filter((time) => performance.now() - time < 1000).length;
+    this.why.textContent = ageText(this.entry.channel, statistics);
+    this.why.hidden = !this.why.textContent;
+    this.facts.textContent = rateText(this.entry.channel, statistics, shown, this.image);
+  }
+
+  end() {
+    this.observer.disconnect();
+    cancelAnimationFrame(this.asking);
+    cancelAnimationFrame(this.drawing);
+    this.app.connection.sendObject({ type: "hide", channel: this.id });
+    this.root.remove();
+  }
+}

@@ -1,0 +1,229 @@
+#include "server/Client.h"
+
+#include "server/StateDocument.h"
+#include "server/Token.h"
+
+#include <boost/asio/post.hpp>
+#include <boost/beast/core/buffers_to_string.hpp>
+#include <boost/beast/websocket/rfc6455.hpp>
+
+#include <chrono>
+#include <string_view>
+#include <utility>
+
+namespace ovra::viewer {
+
+namespace asio = boost::asio;
+namespace beast = boost::beast;
+namespace websocket = beast::websocket;
+
+namespace {
+
+constexpr std::size_t LONGEST_HELLO = 1024;
+constexpr std::size_t LONGEST_MESSAGE = std::size_t{4} << 20; // a configuration that is uploaded
+constexpr std::size_t MOST_UNREAD_BYTES = std::size_t{32} << 20;
+constexpr std::chrono::seconds LONGEST_SILENCE_BEFORE_HELLO{10};
+
+/// A client that answers no ping within the idle time is gone.
+websocket::stream_base::timeout timeouts()
+{
+    return {std::chrono::seconds(10), std::chrono::seconds(30), true};
+}
+
+} // namespace
+
+Client::Client(ClientId id, beast::tcp_stream stream, std::shared_ptr<void> place, Surroundings surroundings)
+    : m_id(id),
+      m_stream(std::move(stream)),
+      m_deadline(m_stream.get_executor()),
+      m_place(std::move(place)),
+      m_surroundings(std::move(surroundings)),
+      m_images(m_surroundings.channels)
+{}
+
+Client::~Client() = default;
+
+void Client::accept(Upgrade upgrade)
+{
+    m_upgrade = std::move(upgrade);
+    beast::get_lowest_layer(m_stream).expires_never(); // the WebSocket has time limits of its own
+    m_stream.set_option(timeouts());
+    m_stream.set_option(websocket::stream_base::decorator([this](websocket::response_type& response) {
+        for (const auto& header : m_surroundings.policy.securityHeaders())
+            response.set(beast::string_view(header.name.data(), header.name.size()),
+                         beast::string_view(header.value.data(), header.value.size()));
+    }));
+    m_stream.read_message_max(LONGEST_HELLO);
+    m_stream.auto_fragment(false);
+    m_deadline.expires_after(LONGEST_SILENCE_BEFORE_HELLO);
+    m_deadline.async_wait([self = weak_from_this()](const boost::system::error_code& error) {
+        const auto client = self.lock();
+        if (!error && client && !client->m_welcome)
+            client->end();
+    });
+    m_stream.async_accept(m_upgrade, [self = shared_from_this()](beast::error_code error) {
+        if (!error)
+            self->read();
+    });
+}
+
+void Client::send(std::shared_ptr<const std::string> text)
+{
+    asio::post(m_stream.get_executor(), [self = shared_from_this(), text = std::move(text)]() mutable {
+        self->enqueue(std::move(text));
+    });
+}
+
+void Client::offer(std::uint32_t channel)
+{
+    asio::post(m_stream.get_executor(),
+               [self = shared_from_this(), channel] { self->enqueueImage(channel); });
+}
+
+void Client::close()
+{
+    asio::post(m_stream.get_executor(), [self = shared_from_this()] { self->end(); });
+}
+
+void Client::read()
+{
+    m_stream.async_read(
+        m_input, [self = shared_from_this()](beast::error_code error, std::size_t) { self->onRead(error); });
+}
+
+void Client::onRead(beast::error_code error)
+{
+    if (error || m_ended)
+        return end();
+    const bool text = m_stream.got_text();
+    const std::string message = beast::buffers_to_string(m_input.data());
+    m_input.consume(m_input.size());
+    try {
+        if (!text)
+            throw MessageError("messages are texts");
+        handle(readMessage(message));
+    } catch (const MessageError& wrong) {
+        refuse(wrong.what());
+    }
+    if (!m_refused)
+        read();
+}
+
+void Client::handle(const Message& message)
+{
+    if (const auto* hello = std::get_if<Hello>(&message); hello || !m_welcome) {
+        if (!hello || m_welcome)
+            throw MessageError("a page says hello first, and once");
+        return welcome(*hello);
+    }
+    if (const auto* request = std::get_if<Request>(&message))
+        return m_surroundings.handlers.requested(m_id, *request);
+    if (const auto* view = std::get_if<ShowView>(&message)) {
+        m_images.show(*view);
+        return enqueueImage(view->channel);
+    }
+    if (const auto* hidden = std::get_if<HideView>(&message))
+        return m_images.hide(hidden->channel);
+    const auto channel = std::get<Acknowledge>(message).channel;
+    m_images.acknowledge(channel);
+    enqueueImage(channel);
+}
+
+void Client::welcome(const Hello& hello)
+{
+    if (hello.version != PROTOCOL_VERSION)
+        throw MessageError("this program speaks version " + std::to_string(PROTOCOL_VERSION) +
+                           " of the protocol; reload the page");
+    if (!sameToken(hello.token, m_surroundings.token)) {
+        m_surroundings.handlers.refused("A page with a wrong token was not let in.");
+        throw MessageError("the token is not that of this run; open the address that ovra-viewer printed");
+    }
+    m_welcome = true;
+    m_deadline.cancel();
+    m_stream.read_message_max(LONGEST_MESSAGE);
+    if (!m_surroundings.enter(shared_from_this()))
+        throw MessageError("too many pages are open already");
+    m_surroundings.handlers.joined(m_id);
+}
+
+/// Says why, and ends the connection once that is sent.
+void Client::refuse(const std::string& text)
+{
+    m_refused = true;
+    enqueue(std::make_shared<const std::string>(jsonText({{"type", "refused"}, {"text", text}})));
+}
+
+void Client::enqueue(Text text)
+{
+    if (m_ended)
+        return;
+    m_outgoingBytes += text->size();
+    if (m_outgoingBytes > MOST_UNREAD_BYTES)
+        return end();
+    m_outgoing.emplace_back(std::move(text));
+    if (m_outgoing.size() == 1)
+        write();
+}
+
+void Client::enqueueImage(std::uint32_t channel)
+{
+    if (m_ended || m_refused)
+        return;
+    auto next = m_images.next(channel);
+    if (!next.values.empty())
+        enqueue(std::make_shared<const std::string>(std::move(next.values)));
+    if (next.histogram)
+        enqueue(next.histogram);
+    if (!next.image || m_ended)
+        return;
+    m_outgoing.emplace_back(channel);
+    m_ready[channel] = next.image;
+    if (m_outgoing.size() == 1)
+        write();
+}
+
+void Client::write()
+{
+    const auto written = [self = shared_from_this()](beast::error_code error, std::size_t) {
+        self->onWritten(error);
+    };
+    if (const auto* text = std::get_if<Text>(&m_outgoing.front())) {
+        m_stream.text(true);
+        return m_stream.async_write(asio::buffer(**text), written);
+    }
+    m_stream.binary(true);
+    m_stream.async_write(asio::buffer(*m_ready[std::get<std::uint32_t>(m_outgoing.front())]), written);
+}
+
+void Client::onWritten(beast::error_code error)
+{
+    if (error)
+        return end();
+    const Outgoing sent = std::move(m_outgoing.front());
+    m_outgoing.pop_front();
+    if (const auto* text = std::get_if<Text>(&sent))
+        m_outgoingBytes -= (*text)->size();
+    if (!m_outgoing.empty())
+        write();
+    else if (m_refused)
+        return end();
+    if (const auto* channel = std::get_if<std::uint32_t>(&sent)) {
+        m_images.written(*channel);
+        enqueueImage(*channel);
+    }
+}
+
+// Not with the closing handshake: a client that is cut off for its silence would not answer it either.
+void Client::end()
+{
+    if (std::exchange(m_ended, true))
+        return;
+    m_deadline.cancel();
+    beast::error_code ignored;
+    auto& socket = beast::get_lowest_layer(m_stream).socket();
+    socket.shutdown(asio::ip::tcp::socket::shutdown_both, ignored);
+    socket.close(ignored);
+    m_surroundings.leave(m_id);
+}
+
+} // namespace ovra::viewer

@@ -1,0 +1,93 @@
+/// \file
+/// Client: a browser's WebSocket, from the upgrade to its end.
+#pragma once
+
+#include "server/ImageStreams.h"
+#include "server/Message.h"
+#include "server/WebServer.h"
+
+#include <boost/asio/steady_timer.hpp>
+#include <boost/beast/core/flat_buffer.hpp>
+#include <boost/beast/core/tcp_stream.hpp>
+#include <boost/beast/http/empty_body.hpp>
+#include <boost/beast/http/message.hpp>
+#include <boost/beast/websocket/stream.hpp>
+
+#include <atomic>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <string>
+#include <variant>
+
+namespace ovra::viewer {
+
+/// All of it runs on the stream's strand, but for what says "any thread".
+class Client : public std::enable_shared_from_this<Client>
+{
+public:
+    using Upgrade = boost::beast::http::request<boost::beast::http::empty_body>;
+
+    struct Surroundings
+    {
+        const std::string& token;
+        const HttpPolicy& policy;
+        const Channels& channels;
+        const WebServer::Handlers& handlers;
+        /// Takes the client into the server's list, or says that there is no room.
+        std::function<bool(const std::shared_ptr<Client>&)> enter;
+        std::function<void(ClientId)> leave;
+    };
+
+    Client(ClientId id, boost::beast::tcp_stream stream, std::shared_ptr<void> place,
+           Surroundings surroundings);
+    ~Client();
+
+    void accept(Upgrade upgrade);
+
+    ClientId id() const { return m_id; }
+    /// Any thread. Sends a text when all before it are sent. A client that leaves too much unread is
+    /// disconnected.
+    void send(std::shared_ptr<const std::string> text);
+    /// Any thread. There may be a new image of this channel.
+    void offer(std::uint32_t channel);
+    /// Any thread. From now on the client gets what is published.
+    void subscribe() { m_subscribed = true; }
+    bool isSubscribed() const { return m_subscribed; }
+    /// Any thread.
+    void close();
+
+private:
+    using Text = std::shared_ptr<const std::string>;
+    using Outgoing = std::variant<Text, std::uint32_t>; ///< a text, or a channel whose image message is ready
+
+    void read();
+    void onRead(boost::beast::error_code error);
+    void handle(const Message& message);
+    void welcome(const Hello& hello);
+    void refuse(const std::string& text);
+    void enqueue(Text text);
+    void enqueueImage(std::uint32_t channel);
+    void write();
+    void onWritten(boost::beast::error_code error);
+    void end();
+
+    const ClientId m_id;
+    boost::beast::websocket::stream<boost::beast::tcp_stream> m_stream;
+    boost::asio::steady_timer m_deadline;
+    const std::shared_ptr<void> m_place; ///< among the server's connections
+    const Surroundings m_surroundings;
+    Upgrade m_upgrade;
+    boost::beast::flat_buffer m_input;
+    std::deque<Outgoing> m_outgoing;
+    std::size_t m_outgoingBytes = 0; ///< of texts
+    ImageStreams m_images;
+    std::map<std::uint32_t, const std::vector<std::uint8_t>*>
+        m_ready;            ///< image messages that are written or wait for it
+    bool m_welcome = false; ///< has said the right token
+    bool m_refused = false;
+    bool m_ended = false;
+    std::atomic<bool> m_subscribed{false};
+};
+
+} // namespace ovra::viewer

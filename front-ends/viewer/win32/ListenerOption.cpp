@@ -1,0 +1,12 @@
+#include "server/ListenerOption.h"
+
+namespace ovra::viewer {
+
+// Without it, another program may take the port over with SO_REUSEADDR.
+void takePortAlone(boost::asio::ip::tcp::acceptor& acceptor)
+{
+    using Exclusive = boost::asio::detail::socket_option::boolean<SOL_SOCKET, SO_EXCLUSIVEADDRUSE>;
+    acceptor.set_option(Exclusive(true));
+}
+
+} // namespace ovra::viewer

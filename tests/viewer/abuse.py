@@ -1,0 +1,193 @@
+"""What somebody who means no good, or a broken page, sends to the viewer: it stays as it was, and serves the others."""
+
+import json
+import socket
+import unittest
+
+from harness import LIMIT, Socket, Viewer, run_tests, wait_for
+
+
+class Abuse(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.viewer = Viewer()
+
+    @classmethod
+    def tearDownClass(cls):
+        code = cls.viewer.end()
+        assert code == 0, cls.viewer.lines
+
+    def tearDown(self):
+        with Socket(self.viewer) as page:  # the next page is let in
+            self.assertEqual(page.hello()["type"], "welcome")
+
+    def exchange(self, text, address="127.0.0.1", limit=LIMIT):
+        """The answer to raw bytes, until the server closes or has answered."""
+        with socket.create_connection((address, self.viewer.port), timeout=limit) as connection:
+            connection.sendall(text)
+            answer = b""
+            while b"\r\n\r\n" not in answer:
+                data = connection.recv(1 << 16)
+                if not data:
+                    break
+                answer += data
+            return answer.decode(errors="replace")
+
+    def test_http_requests(self):
+        host = f"127.0.0.1:{self.viewer.port}"
+        head = f"Host: {host}\r\n"
+        rows = [
+            (f"GET / HTTP/1.1\r\n{head}\r\n", 200),
+            (f"GET / HTTP/1.1\r\nHost: localhost:{self.viewer.port}\r\n\r\n", 200),
+            (f"GET / HTTP/1.1\r\nHost: elsewhere.example:{self.viewer.port}\r\n\r\n", 403),
+            ("GET / HTTP/1.1\r\n\r\n", 403),
+            (f"GET / HTTP/1.1\r\n{head}{head}\r\n", 403),
+            (f"GET / HTTP/1.1\r\n{head}Origin: http://elsewhere.example\r\n\r\n", 403),
+            (f"POST / HTTP/1.1\r\n{head}Content-Length: 3\r\n\r\nabc", 405),
+            (f"DELETE / HTTP/1.1\r\n{head}\r\n", 405),
+            (f"TRACE / HTTP/1.1\r\n{head}\r\n", 405),
+            (f"GET / HTTP/1.1\r\n{head}Content-Length: 99999999999\r\n\r\n", 413),
+            (f"GET / HTTP/1.1\r\n{head}Transfer-Encoding: chunked\r\n\r\nffffffff\r\n", 413),
+            (f"GET /../../../../etc/passwd HTTP/1.1\r\n{head}\r\n", 404),
+            (f"GET /..%2f..%2fetc%2fpasswd HTTP/1.1\r\n{head}\r\n", 404),
+            (f"GET /C:\\Windows\\win.ini HTTP/1.1\r\n{head}\r\n", 404),
+            (f"GET http://{host}/app.js HTTP/1.1\r\n{head}\r\n", 404),
+            (f"GET /{'a' * 9000} HTTP/1.1\r\n{head}\r\n", 431),
+            (f"GET / HTTP/1.1\r\n{head}X: {'a' * 9000}\r\n\r\n", 431),
+            ("\x16\x03\x01\x02\x00\x01\x00\x01\r\n\r\n", 400),
+            ("GET / HTTP/9.9\r\n\r\n", 400),
+        ]
+        for text, status in rows:
+            with self.subTest(text[:60]):
+                answer = self.exchange(text.encode("latin-1"))
+                self.assertTrue(answer.startswith(f"HTTP/1.1 {status} "), answer[:200])
+                for header in ("Content-Security-Policy: default-src 'none'", "X-Content-Type-Options: nosniff",
+                               "Cache-Control: no-store", "Cross-Origin-Resource-Policy: same-origin"):
+                    self.assertIn(header, answer)
+                self.assertNotIn(self.viewer.token, answer)
+
+    def test_both_loopback_addresses_and_no_other_answer(self):
+        self.assertIn("200 OK", self.exchange(f"GET / HTTP/1.1\r\nHost: [::1]:{self.viewer.port}\r\n\r\n".encode(), "::1"))
+        own = socket.gethostbyname(socket.gethostname())
+        if not own.startswith("127."):
+            with self.assertRaises(OSError):
+                socket.create_connection((own, self.viewer.port), timeout=5)
+
+    def test_upgrades_of_others_are_refused(self):
+        for arguments in ({"host": "elsewhere.example"}, {"origin": None}, {"origin": "http://elsewhere.example"},
+                          {"origin": "null"}, {"origin": f"https://127.0.0.1:{self.viewer.port}"}):
+            with self.subTest(arguments), Socket(self.viewer, **arguments) as page:
+                self.assertEqual(page.status, 403)
+        with Socket(self.viewer, target="/") as page:
+            self.assertEqual(page.status, 200)
+
+    def test_pages_without_the_token_learn_nothing(self):
+        wrong = [("0" * 32, 1), ("", 1), (self.viewer.token[:-1], 1), (self.viewer.token + "0", 1), (self.viewer.token, 2)]
+        for token, version in wrong:
+            with self.subTest(token=token, version=version), Socket(self.viewer) as page:
+                self.assertEqual(page.hello(token, version)["type"], "refused")
+                with self.assertRaises((EOFError, ConnectionError)):
+                    page.message()
+        with Socket(self.viewer) as page:
+            self.assertEqual(page.request("quit")["type"], "refused")
+
+    def test_messages_that_are_none_end_their_connection_alone(self):
+        with Socket(self.viewer) as watcher:
+            watcher.hello()
+            rows = [(1, b"{"), (1, b"[" * 100000), (1, b'{"type":"request"}'), (1, b"\xff\xfe\xfd"), (2, bytes(1000)),
+                    (1, b'{"type":"hello","version":1,"token":"x"}'), (1, b"x" * (5 << 20)), (11, b"?"),
+                    (1, b'{"type":"show","channel":1,"view":1,"region":[0,0,1e9,1],"screen":[1,1],"histogram":true}')]
+            for opcode, payload in rows:
+                with self.subTest(payload[:60]), Socket(self.viewer) as page:
+                    self.assertEqual(page.hello()["type"], "welcome")
+                    try:
+                        page.send_frame(payload, opcode)
+                    except ConnectionError:
+                        continue  # it was too long to be taken at all
+                    with self.assertRaises((EOFError, ConnectionError)):
+                        while page.message()["type"] in ("changed", "appended"):
+                            pass
+                        page.message("nothing that is sent")
+            self.assertEqual(watcher.request("rescan")["type"], "done")
+
+    def test_requests_that_cannot_be_done_are_answered(self):
+        with Socket(self.viewer) as page:
+            page.hello()
+            for name, arguments in (("", {}), ("no-such-request", {}), ("load", {}), ("load", {"board": 1}),
+                                    ("load", {"board": "1a2b3c", "applet": "../../etc/passwd"}),
+                                    ("start", {"board": "1a2b3c", "kind": "dma", "index": 0}),
+                                    ("start", {"board": "ffffffff", "kind": "dma", "index": 0}),
+                                    ("answer", {"question": 1, "button": 3, "remember": False}),
+                                    ("set-sync-mode", {"mode": 4})):
+                with self.subTest(name=name, arguments=arguments):
+                    self.assertEqual(page.request(name, **arguments)["type"], "failed")
+
+    def test_too_many_connections_are_turned_away_and_room_comes_back(self):
+        connections = []
+        try:
+            for _ in range(100):
+                connections.append(socket.create_connection(("127.0.0.1", self.viewer.port), timeout=LIMIT))
+            request = f"GET / HTTP/1.1\r\nHost: 127.0.0.1:{self.viewer.port}\r\n\r\n".encode()
+
+            def answered(connection):
+                try:
+                    connection.sendall(request)
+                    return connection.recv(100) != b""
+                except OSError:
+                    return False
+            count = sum(answered(connection) for connection in connections)
+            self.assertLess(count, 100)
+            self.assertGreater(count, 10)
+        finally:
+            for connection in connections:
+                connection.close()
+
+        def let_in():
+            try:
+                with Socket(self.viewer) as page:
+                    return page.hello()["type"] == "welcome"
+            except (EOFError, OSError):
+                return False
+        wait_for(let_in, "room again")
+
+    def test_slow_requests_are_given_up(self):
+        with socket.create_connection(("127.0.0.1", self.viewer.port), timeout=LIMIT) as slow, Socket(self.viewer) as silent:
+            slow.sendall(b"GET / HT")
+            try:
+                self.assertEqual(slow.recv(100), b"", "a request that does not end")
+            except ConnectionError:
+                pass
+            with self.assertRaises((EOFError, ConnectionError)):
+                silent.message()  # says no hello
+
+    def test_a_client_that_reads_nothing_changes_nothing_for_the_others(self):
+        with Socket(self.viewer) as page, Socket(self.viewer) as deaf:
+            state = page.hello()["state"]
+            deaf.hello()
+            applet = next(each for each in state["applets"] if each["name"] == "SingleAreaGray.hap")
+            self.assertEqual(page.request("load", board="1a2b3c", applet=applet["path"])["type"], "done")
+            self.assertEqual(page.request("start", board="1a2b3c", kind="dma", index=0)["type"], "done")
+            with Socket(self.viewer) as other:
+                boards = other.hello()["state"]["boards"]
+            channel = boards[0]["processes"][0]["channels"][0]["id"]
+            show = {"type": "show", "channel": channel, "view": 1, "region": [0, 0, 1024, 768], "screen": [1024, 768],
+                    "histogram": True, "pixel": None, "line": None}
+            deaf.send(show)
+            for _ in range(5000):
+                deaf.send({"type": "shown", "channel": channel})  # as if it had
+            page.send(show)
+            numbers = []
+            while len(numbers) < 30:
+                opcode, payload = page.frame()
+                if opcode == 2:
+                    numbers.append(payload[16:24])
+                    page.send({"type": "shown", "channel": channel})
+            statistics = page.message("changed")
+            while statistics["section"] != "statistics":
+                statistics = page.message("changed")
+            self.assertEqual(statistics["value"][str(channel)]["lost"], 0)
+            self.assertEqual(page.request("unload", board="1a2b3c")["type"], "done")
+
+
+if __name__ == "__main__":
+    run_tests()

@@ -71,7 +71,8 @@ struct FgEventInfo
 /// Called on the runtime's event thread.
 using FgEventCallback = int (*)(std::uint64_t events, void* userData, const FgEventInfo* info);
 
-/// Called on a thread of the runtime when a board or its link changes.
+/// Called on a thread of the runtime when a board, a camera or a link comes or goes: \p notification is one
+/// of FG_NOTIFY_..., \p argument the port of a camera or a link.
 using FgNotifyCallback = int (*)(int board, unsigned int notification, std::uint64_t argument,
                                  void* userData);
 
@@ -186,6 +187,14 @@ enum FgPixelFormat : int
 // Parameter ids of one image in a ring, for Fg_getParameterEx.
 inline constexpr int FG_TIMESTAMP_NS =
     6010; ///< uint64, when the board took it: since the board was initialised
+
+// What a FgNotifyCallback is told.
+inline constexpr unsigned int FG_NOTIFY_BOARD_GONE = 1;
+inline constexpr unsigned int FG_NOTIFY_BOARD_THERE = 2; ///< it carries no applet
+inline constexpr unsigned int FG_NOTIFY_CAMERA_GONE = 3;
+inline constexpr unsigned int FG_NOTIFY_CAMERA_THERE = 4; ///< it does not stream
+inline constexpr unsigned int FG_NOTIFY_LINK_DOWN = 5;
+inline constexpr unsigned int FG_NOTIFY_LINK_UP = 6;
 
 // What Fg_Acquire is told to take: this many images, or images without end.
 inline constexpr FgFrameIndex FG_GRAB_INFINITE = -1;

@@ -15,9 +15,9 @@ namespace {
 std::vector<ConsoleCommand> allCommands()
 {
     std::vector<ConsoleCommand> all;
-    for (const auto& topic :
-         {resourceCommands(), appletCommands(), configurationCommands(), channelCommands(), cameraCommands(),
-          acquisitionCommands(), imageCommands(), statisticsCommands(), sessionCommands()})
+    for (const auto& topic : {resourceCommands(), appletCommands(), configurationCommands(),
+                              channelCommands(), cameraCommands(), acquisitionCommands(), imageCommands(),
+                              statisticsCommands(), rehearsalCommands(), sessionCommands()})
         all.insert(all.end(), topic.begin(), topic.end());
     return all;
 }

@@ -36,6 +36,7 @@ std::vector<ConsoleCommand> cameraCommands();
 std::vector<ConsoleCommand> acquisitionCommands();
 std::vector<ConsoleCommand> imageCommands();
 std::vector<ConsoleCommand> statisticsCommands();
+std::vector<ConsoleCommand> rehearsalCommands();
 std::vector<ConsoleCommand> sessionCommands();
 
 /// All of them, in the order of the help.

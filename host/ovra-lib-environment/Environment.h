@@ -66,7 +66,8 @@ public:
     /// As discoverResourcesOnce, until two passes find the same.
     void discoverResources();
 
-    /// Watches the applet folders: files that come appear in the model, files that go disappear.
+    /// Watches the applet folders: files that come appear in the model, files that go disappear. So do boards
+    /// and cameras, where the runtime tells of them.
     void startMonitor();
     void stopMonitor();
 

@@ -29,13 +29,9 @@ Probe& Probe::instance()
     return *probe;
 }
 
-Probe::Visit::Visit(Entry entry) : m_plannedCode(0)
+Probe::Visit::Visit(Entry entry) noexcept
 {
-    auto& probe = instance();
-    const auto index = static_cast<std::size_t>(entry);
-    probe.m_counts[index].fetch_add(1, std::memory_order_relaxed);
-    if (probe.m_watched.load(std::memory_order_relaxed))
-        m_plannedCode = probe.arriveWatched(index);
+    instance().m_counts[static_cast<std::size_t>(entry)].fetch_add(1, std::memory_order_relaxed);
     ++depth;
 }
 
@@ -44,7 +40,7 @@ Probe::Visit::~Visit()
     --depth;
 }
 
-int Probe::arriveWatched(std::size_t entry)
+int Probe::arriveWatched(std::size_t entry, int board)
 {
     int code = 0;
     std::uint32_t delay = 0;
@@ -52,9 +48,9 @@ int Probe::arriveWatched(std::size_t entry)
     void (*listener)(const char*) = nullptr;
     {
         const std::lock_guard lock(m_mutex);
-        code = takeFault(entry);
-        delay = delayOf(entry);
-        line = std::string(2UL * depth, ' ') + NAMES[entry] +
+        code = takeFault(entry, board);
+        delay = delayOf(entry, board);
+        line = std::string(2UL * (depth - 1), ' ') + NAMES[entry] +
                (code == 0 ? std::string() : " -> " + std::to_string(code));
         if (m_journalOn)
             m_journal.push_back(line);
@@ -67,50 +63,81 @@ int Probe::arriveWatched(std::size_t entry)
     return code;
 }
 
-int Probe::takeFault(std::size_t entry)
+bool Probe::concerns(std::size_t entry, std::optional<unsigned int> board, std::size_t called,
+                     int calledBoard)
+{
+    return (entry == called || entry == ANY_ENTRY) && (!board || static_cast<int>(*board) == calledBoard);
+}
+
+int Probe::takeFault(std::size_t entry, int board)
 {
     int code = 0;
     // Every plan counts this call, also when an earlier one already makes it fail.
     std::erase_if(m_faults, [&](Fault& fault) {
-        if (fault.entry != entry && fault.entry != ANY_ENTRY)
+        if (!concerns(fault.entry, fault.board, entry, board))
             return false;
-        const bool everyCall = fault.callsLeft == 0;
-        const bool due = everyCall || --fault.callsLeft == 0;
-        if (due && code == 0)
+        if (fault.callsLeft > 1) {
+            --fault.callsLeft;
+            return false;
+        }
+        if (code == 0)
             code = fault.code;
-        return due && !everyCall;
+        return !fault.always;
     });
     updateWatched();
     return code;
 }
 
-std::uint32_t Probe::delayOf(std::size_t entry) const
+std::uint32_t Probe::delayOf(std::size_t entry, int board) const
 {
     std::uint32_t longest = 0;
     for (const auto& delay : m_delays)
-        if (delay.entry == entry || delay.entry == ANY_ENTRY)
+        if (concerns(delay.entry, delay.board, entry, board))
             longest = std::max(longest, delay.microseconds);
     return longest;
 }
 
-void Probe::addFault(std::string_view entry, std::uint64_t nth, int code, Origin origin)
+void Probe::addFault(const FaultPlan& plan, Origin origin)
 {
-    if (code >= 0)
+    if (plan.code >= 0)
         throw Failure(FG_INVALID_ARGUMENT, "A planned fault needs a code below 0");
-    const auto index = entryNamed(entry);
+    const auto index = entryNamed(plan.entry);
     const std::lock_guard lock(m_mutex);
-    m_faults.push_back({index, nth, code, origin});
+    m_faults.push_back({index, plan.board, plan.nth, plan.code, plan.always, origin});
     updateWatched();
 }
 
-void Probe::setDelay(std::string_view entry, std::uint32_t microseconds, Origin origin)
+void Probe::setDelay(std::string_view entry, std::optional<unsigned int> board, std::uint32_t microseconds,
+                     Origin origin)
 {
     const auto index = entryNamed(entry);
     const std::lock_guard lock(m_mutex);
-    std::erase_if(m_delays, [&](const Delay& delay) { return delay.entry == index; });
+    std::erase_if(m_delays, [&](const Delay& delay) { return delay.entry == index && delay.board == board; });
     if (microseconds > 0)
-        m_delays.push_back({index, microseconds, origin});
+        m_delays.push_back({index, board, microseconds, origin});
     updateWatched();
+}
+
+std::string Probe::textOf(std::size_t entry, std::optional<unsigned int> board)
+{
+    return (entry == ANY_ENTRY ? "*" : NAMES[entry]) +
+           (board ? " board " + std::to_string(*board) : std::string());
+}
+
+std::vector<std::string> Probe::plans() const
+{
+    const std::lock_guard lock(m_mutex);
+    std::vector<std::string> lines;
+    for (const auto& fault : m_faults)
+        lines.push_back("fault " + textOf(fault.entry, fault.board) + " nth " +
+                        std::to_string(fault.callsLeft) + " code " + std::to_string(fault.code) +
+                        (fault.always ? " always" : " once"));
+    for (const auto& delay : m_delays) {
+        const auto name = textOf(delay.entry, {});
+        lines.push_back("delay " + name + " " + std::to_string(delay.microseconds / 1000) +
+                        textOf(delay.entry, delay.board).substr(name.size()));
+    }
+    return lines;
 }
 
 void Probe::clearFaults()
@@ -118,6 +145,12 @@ void Probe::clearFaults()
     const std::lock_guard lock(m_mutex);
     m_faults.clear();
     updateWatched();
+}
+
+void Probe::clearPlans()
+{
+    clearPlansOf(Origin::Machine);
+    clearPlansOf(Origin::Client);
 }
 
 void Probe::clearPlansOf(Origin origin)

@@ -10,6 +10,7 @@
 #include <atomic>
 #include <cstdint>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,7 +26,14 @@ public:
     class Visit
     {
     public:
-        explicit Visit(Entry entry);
+        /// \p boardOf finds out which board is called, -1 for none; it is asked only where a plan needs it.
+        template <class BoardOf>
+        Visit(Entry entry, const BoardOf& boardOf) : Visit(entry)
+        {
+            auto& probe = instance();
+            if (probe.m_watched.load(std::memory_order_relaxed)) [[unlikely]]
+                m_plannedCode = probe.arriveWatched(static_cast<std::size_t>(entry), boardOf());
+        }
         ~Visit();
         Visit(const Visit&) = delete;
         Visit& operator=(const Visit&) = delete;
@@ -34,7 +42,9 @@ public:
         int plannedCode() const noexcept { return m_plannedCode; }
 
     private:
-        int m_plannedCode;
+        explicit Visit(Entry entry) noexcept;
+
+        int m_plannedCode = 0;
     };
 
     /// A plan of the machine description goes when the next machine is loaded; one of a client's stays.
@@ -44,11 +54,26 @@ public:
         Client
     };
 
-    /// \p entry as in SimulationControl.h. Throws FG_INVALID_ARGUMENT.
-    void addFault(std::string_view entry, std::uint64_t nth, int code, Origin origin = Origin::Client);
-    void setDelay(std::string_view entry, std::uint32_t microseconds, Origin origin = Origin::Client);
+    /// The n-th call of an entry from now on fails.
+    struct FaultPlan
+    {
+        std::string entry; ///< as in SimulationControl.h
+        std::optional<unsigned int> board = {};
+        std::uint64_t nth = 1;
+        int code = 0;        ///< below 0
+        bool always = false; ///< and all calls behind it
+    };
+
+    // All of these throw FG_INVALID_ARGUMENT.
+    void addFault(const FaultPlan& plan, Origin origin = Origin::Client);
+    /// 0 ends the delay. The longest delay that fits a call counts.
+    void setDelay(std::string_view entry, std::optional<unsigned int> board, std::uint32_t microseconds,
+                  Origin origin = Origin::Client);
     void clearFaults();
+    void clearPlans();
     void clearPlansOf(Origin origin);
+    /// Faults to come and delays, each as the step that would plan it.
+    std::vector<std::string> plans() const;
 
     std::int64_t calls(std::string_view entry) const;
     std::int64_t totalCalls() const;
@@ -68,22 +93,28 @@ private:
     struct Fault
     {
         std::size_t entry;
-        std::uint64_t callsLeft; ///< 0: every call
+        std::optional<unsigned int> board;
+        std::uint64_t callsLeft; ///< until it strikes, that call included
         int code;
+        bool always;
         Origin origin;
     };
 
     struct Delay
     {
         std::size_t entry;
+        std::optional<unsigned int> board;
         std::uint32_t microseconds;
         Origin origin;
     };
 
     static std::size_t entryNamed(std::string_view name);
-    int arriveWatched(std::size_t entry);
-    int takeFault(std::size_t entry);
-    std::uint32_t delayOf(std::size_t entry) const;
+    static bool concerns(std::size_t entry, std::optional<unsigned int> board, std::size_t called,
+                         int calledBoard);
+    static std::string textOf(std::size_t entry, std::optional<unsigned int> board);
+    int arriveWatched(std::size_t entry, int board);
+    int takeFault(std::size_t entry, int board);
+    std::uint32_t delayOf(std::size_t entry, int board) const;
     void updateWatched();
 
     std::array<std::atomic<std::uint64_t>, ENTRY_COUNT> m_counts{};

@@ -9,6 +9,7 @@
 ///   counting     FgSim_callCount, FgSim_totalCalls, FgSim_resetCounts, FgSim_live
 ///   journal      FgSim_setJournal, FgSim_getJournal, FgSim_setListener
 ///   events       FgSim_raiseEvent
+///   rehearsals   FgSim_perform
 ///
 /// An "entry" is a name of Fglib5Entries.inc or of CameraControl.inc, such as "Fg_Init"; null, "" or "*"
 /// stands for any of them. Calls that the runtime makes inside itself (Fg_InitConfig calls Fg_Init) go

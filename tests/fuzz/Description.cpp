@@ -83,7 +83,8 @@ void requireSize(int size, int largest)
     }
     for (std::size_t i = 0; i < machine.faults.size(); ++i) {
         requireNumber(file["faults"][i]["code"], machine.faults[i].code);
-        simulation::Probe::instance().addFault(machine.faults[i].entry, 1, machine.faults[i].code);
+        simulation::Probe::instance().addFault(
+            {.entry = machine.faults[i].entry, .code = machine.faults[i].code});
     }
     simulation::Probe::instance().clearFaults();
 }

@@ -23,6 +23,9 @@ struct RuntimeEntries
 #include "fglib5/CameraControl.inc"
 
     bool hasCameraControl = false;
+
+    /// Performs a step of a rehearsal; of a virtual installation's runtime alone, null in any other.
+    int (*FgSim_perform)(const char* step, char* answer, std::size_t answerBytes) = nullptr;
 };
 
 /// Any thread. Empty when there is no application, or no usable runtime.

@@ -41,6 +41,7 @@ boost::shared_ptr<RuntimeEntries> bindAll(const shared_library& library)
     bind(library, #name, bound->name);                   \
     bound->hasCameraControl = bound->hasCameraControl && bound->name;
 #include "fglib5/CameraControl.inc"
+    bind(library, "FgSim_perform", bound->FgSim_perform);
     return bound;
 }
 

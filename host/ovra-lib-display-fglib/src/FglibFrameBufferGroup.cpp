@@ -275,7 +275,7 @@ void FglibFrameBufferGroup::State::stopRuntime()
             return;
     }
     const int code = runtime->Fg_stopAcquireEx(handle, dma, ring->get(), 0);
-    if (code != FG_OK && code != FG_NOT_ACQUIRING)
+    if (code != FG_OK && code != FG_NOT_ACQUIRING && code != FG_DEVICE_LOST)
         log(LogLevel::Error,
             reference::failureText(*runtime, text("acquisition could not be stopped"), code));
     lostEarlier += lostNow();

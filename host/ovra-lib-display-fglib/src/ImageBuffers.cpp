@@ -54,7 +54,7 @@ ImageBuffers::~ImageBuffers()
         code = m_runtime->Fg_FreeMemEx(m_handle, m_ring);
         m_budget.update(-bytes());
     }
-    if (code != FG_OK)
+    if (code != FG_OK && code != FG_DEVICE_LOST) // a board that is gone gives them back like any other
         reference::log(reference::LogLevel::Error,
                        reference::failureText(*m_runtime, "Image buffers could not be given back", code));
 }

@@ -238,7 +238,7 @@ void DisplayScene::State::take(const Image& image, std::int64_t previous, Clock:
         arrived = Clock::now();
         statistics.seconds = secondsBetween(started, arrived);
         rate.add(image.number - previous,
-                 (image.number - previous) * static_cast<std::int64_t>(image.width) * image.height, arrived);
+                 (image.number - previous) * static_cast<std::int64_t>(image.bytes()), arrived);
     }
     show(image);
 }

@@ -4,6 +4,7 @@
 #include "AppletFolders.h"
 #include "FolderMonitor.h"
 #include "HardwareDiscovery.h"
+#include "ovra-core/reference/RuntimeEntries.h"
 #include "ovra-lib-environment/HlEnvironmentGlobalResourceModel.h"
 #include "ovra-lib-environment/HlEnvironmentModel.h"
 #include "ovra-lib-environment/reference/EnvironmentObserver.h"
@@ -15,6 +16,7 @@
 #include <exception>
 #include <mutex>
 #include <set>
+#include <utility>
 
 namespace ovra::core {
 
@@ -31,7 +33,11 @@ struct Environment::State
     State();
 
     void pass();
-    void followFolders();
+    void look();
+    void lookAtHardwareSoon();
+    static int onHardware(int board, unsigned int notification, std::uint64_t argument, void* state);
+    void startMonitor();
+    void stopMonitor();
     /// Runs \p look, which notes changes, under passMutex, and tells of them outside it.
     template <class Look>
     void observe(Look look);
@@ -49,14 +55,17 @@ struct Environment::State
     models::AppletFolders folders;
     reference::EnvironmentObserver::Signal changed;
     FolderMonitor monitor;
+    std::atomic<bool> hardwareChanged{false};
+    std::mutex notifying;                                        // guards the next one
+    boost::shared_ptr<const reference::RuntimeEntries> notifier; // tells of hardware while the monitor runs
 };
 
 Environment::State::State()
     : model(boost::make_shared<models::HlEnvironmentModel>()),
       globalResources(boost::make_shared<models::HlEnvironmentGlobalResourceModel>()),
-      hardware(model->root()),
+      hardware(model->root(), [this] { lookAtHardwareSoon(); }),
       folders(model->root()->getFilesEntryNode()),
-      monitor([this] { followFolders(); })
+      monitor([this] { look(); })
 {
     model->root()->addSourcesEntry(gui::keys::SOURCE, models::HlEnvironmentBoardSourceNode::create());
 }
@@ -69,9 +78,48 @@ void Environment::State::pass()
     });
 }
 
-void Environment::State::followFolders()
+// On the monitor's thread.
+void Environment::State::look()
 {
-    observe([this](models::Changes& changes) { folders.follow(autoScan, changes); });
+    if (hardwareChanged.exchange(false))
+        pass();
+    else
+        observe([this](models::Changes& changes) { folders.follow(autoScan, changes); });
+}
+
+void Environment::State::lookAtHardwareSoon()
+{
+    hardwareChanged = true;
+    monitor.wake();
+}
+
+// A runtime that does not tell of hardware leaves it to the passes that somebody asks for.
+void Environment::State::startMonitor()
+{
+    monitor.start();
+    const std::lock_guard lock(notifying);
+    const auto runtime = reference::runtime();
+    if (notifier || !runtime || !runtime->Fg_registerAsyncNotifyCallback ||
+        !runtime->Fg_unregisterAsyncNotifyCallback)
+        return;
+    if (runtime->Fg_registerAsyncNotifyCallback(nullptr, onHardware, this) == FG_OK)
+        notifier = runtime;
+}
+
+void Environment::State::stopMonitor()
+{
+    {
+        const std::lock_guard lock(notifying);
+        if (const auto runtime = std::exchange(notifier, nullptr))
+            runtime->Fg_unregisterAsyncNotifyCallback(nullptr, onHardware, this);
+    }
+    monitor.stop();
+}
+
+int Environment::State::onHardware(int, unsigned int, std::uint64_t, void* state)
+{
+    static_cast<State*>(state)->lookAtHardwareSoon();
+    return 0;
 }
 
 template <class Look>
@@ -128,7 +176,7 @@ Environment::Environment()
 
 Environment::~Environment()
 {
-    m_state->monitor.stop();
+    m_state->stopMonitor();
 }
 
 boost::shared_ptr<Environment> Environment::create()
@@ -186,13 +234,13 @@ void Environment::discoverResources()
 void Environment::startMonitor()
 {
     probe("Environment::startMonitor");
-    m_state->monitor.start();
+    m_state->startMonitor();
 }
 
 void Environment::stopMonitor()
 {
     probe("Environment::stopMonitor");
-    m_state->monitor.stop();
+    m_state->stopMonitor();
 }
 
 void Environment::forceSingleFileAddition(const std::string& path)

@@ -44,11 +44,22 @@ void FolderMonitor::stop()
     m_thread.join();
 }
 
+void FolderMonitor::wake()
+{
+    const std::lock_guard lock(m_mutex);
+    m_woken = true;
+    m_ending.notify_all();
+}
+
 void FolderMonitor::run()
 {
     const reference::Unrecorded own;
     std::unique_lock lock(m_mutex);
-    while (!m_ending.wait_for(lock, INTERVAL, [this] { return m_ends; })) {
+    for (;;) {
+        m_ending.wait_for(lock, INTERVAL, [this] { return m_ends || m_woken; });
+        if (m_ends)
+            return;
+        m_woken = false;
         lock.unlock();
         lookOnce();
         lock.lock();

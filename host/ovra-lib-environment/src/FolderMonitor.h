@@ -21,6 +21,8 @@ public:
     void start();
     /// When it returns, nobody is looking.
     void stop();
+    /// Lets it look at once, where it runs. From any thread, does not wait.
+    void wake();
 
 private:
     void run();
@@ -32,6 +34,7 @@ private:
     std::mutex m_mutex;
     std::condition_variable m_ending;
     bool m_ends = false;
+    bool m_woken = false;
 };
 
 } // namespace ovra::core

@@ -3,6 +3,7 @@
 #include "PluggedCameras.h"
 #include "gui-core/keys/Keys.h"
 #include "ovra-core/reference/RuntimeEntries.h"
+#include "ovra-lib-environment/reference/BoardHandleObserver.h"
 #include "ovra-lib-genicam-model/GenICamModel.h"
 #include "ovra_log/reference/Log.h"
 
@@ -10,6 +11,7 @@
 #include <array>
 #include <charconv>
 #include <map>
+#include <optional>
 #include <stdexcept>
 #include <system_error>
 #include <vector>
@@ -57,16 +59,20 @@ unsigned int number(const std::string& text, int base, const char* what)
     return value;
 }
 
-FoundBoard findBoard(const RuntimeEntries& runtime, unsigned int index)
+// Empty for a board that was unplugged: it keeps its index.
+std::optional<FoundBoard> findBoard(const RuntimeEntries& runtime, unsigned int index)
 {
     const int type = runtime.Fg_getBoardType(static_cast<int>(index));
+    if (type == FG_DEVICE_LOST)
+        return std::nullopt;
     if (type < 0)
         throw std::runtime_error(reference::failureText(
             runtime, "Type of board " + std::to_string(index) + " could not be read", type));
     const char* const name = runtime.Fg_getBoardNameByType(type);
     const unsigned int serial =
         number(systemText(runtime, FG_INFO_BOARD_SERIAL, index), 16, "a board's serial");
-    return {static_cast<int>(index), serial, static_cast<std::uint16_t>(type), name ? name : "unknown board"};
+    return FoundBoard{static_cast<int>(index), serial, static_cast<std::uint16_t>(type),
+                      name ? name : "unknown board"};
 }
 
 std::vector<FoundBoard> findBoards(const RuntimeEntries& runtime)
@@ -75,8 +81,8 @@ std::vector<FoundBoard> findBoards(const RuntimeEntries& runtime)
     const unsigned int count =
         number(systemText(runtime, FG_INFO_NR_OF_BOARDS, 0), 10, "the number of boards");
     for (unsigned int index = 0; index < count; ++index)
-        // NOLINTNEXTLINE(performance-inefficient-vector-operation): the runtime may tell any count
-        boards.push_back(findBoard(runtime, index));
+        if (auto board = findBoard(runtime, index))
+            boards.push_back(std::move(*board));
     return boards;
 }
 
@@ -104,12 +110,12 @@ void findCamerasOf(const RuntimeEntries& runtime, unsigned int board, std::vecto
     }
 }
 
-std::vector<FoundCamera> findCameras(const RuntimeEntries& runtime, std::size_t boards)
+std::vector<FoundCamera> findCameras(const RuntimeEntries& runtime, const std::vector<FoundBoard>& boards)
 {
     std::vector<FoundCamera> cameras;
     if (runtime.hasCameraControl)
-        for (unsigned int board = 0; board < boards; ++board)
-            findCamerasOf(runtime, board, cameras);
+        for (const auto& board : boards)
+            findCamerasOf(runtime, static_cast<unsigned int>(board.index), cameras);
     return cameras;
 }
 
@@ -195,7 +201,10 @@ bool contains(const Changes& all, const EnvironmentChange& one)
 
 } // namespace
 
-HardwareDiscovery::HardwareDiscovery(boost::shared_ptr<HlEnvironmentRootNode> root) : m_root(std::move(root))
+HardwareDiscovery::HardwareDiscovery(boost::shared_ptr<HlEnvironmentRootNode> root,
+                                     std::function<void()> lookAgain)
+    : m_root(std::move(root)),
+      m_lookAgain(std::move(lookAgain))
 {}
 
 void HardwareDiscovery::discover(Changes& changes)
@@ -204,14 +213,35 @@ void HardwareDiscovery::discover(Changes& changes)
     if (runtime->Fg_InitLibraries(nullptr) != FG_OK)
         throw std::runtime_error(reference::lastFailureText(*runtime));
     const auto boards = findBoards(*runtime);
-    const auto cameras = findCameras(*runtime, boards.size());
+    const auto cameras = findCameras(*runtime, boards);
 
     const auto source = m_root->getSourcesEntry(gui::keys::SOURCE);
     updateBoards(*source, boards);
     updateCameras(*m_root, cameras);
     for (const auto nodes = source->getBoards(); nodes->hasNext(); nodes->advance())
         attachCameras(*nodes->current());
-    noteChanges(asChanges(boards, cameras), changes);
+    auto found = asChanges(boards, cameras);
+    followHandles(found);
+    noteChanges(std::move(found), changes);
+}
+
+// A board that is gone stays in the model as long as it has a handle.
+void HardwareDiscovery::followHandles(const Changes& found)
+{
+    m_handles.clear();
+    const auto source = m_root->getSourcesEntry("ovra");
+    for (const auto nodes = source->getBoards(); nodes->hasNext(); nodes->advance()) {
+        const unsigned int serial = nodes->current()->getSerial();
+        if (std::ranges::find(found, serial, &EnvironmentChange::serial) != found.end())
+            continue;
+        m_handles[serial] = reference::BoardHandleObserver::connect(
+            nodes->current(), [look = m_lookAgain](Fg_Struct_s* handle) {
+                if (!handle)
+                    look();
+            });
+        if (mayGo(*nodes->current()))
+            m_lookAgain(); // it lost its handle before anybody listened
+    }
 }
 
 void HardwareDiscovery::noteChanges(Changes found, Changes& changes)

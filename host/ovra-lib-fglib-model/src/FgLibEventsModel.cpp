@@ -166,7 +166,7 @@ void FgLibEventsModel::State::unregister()
         return;
     runtime->Fg_activateEvents(handle, mask, 0);
     const int code = runtime->Fg_registerEventCallback(handle, mask, nullptr, nullptr, 0, nullptr);
-    if (code != FG_OK)
+    if (code != FG_OK && code != FG_DEVICE_LOST)
         log(LogLevel::Warning,
             reference::failureText(*runtime, "The board's events could not be ended", code));
 }

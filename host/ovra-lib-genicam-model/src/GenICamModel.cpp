@@ -153,7 +153,9 @@ void GenICamModel::stopAcquisition()
 {
     probe("GenICamModel::stopAcquisition", "board=", m_state->board, " port=", m_state->port);
     const auto runtime = m_state->control();
-    m_state->check(*runtime, "it could not be stopped", runtime->FgCam_stop(m_state->board, m_state->port));
+    const int code = runtime->FgCam_stop(m_state->board, m_state->port);
+    if (code != FG_DEVICE_LOST) // a camera that is gone has stopped
+        m_state->check(*runtime, "it could not be stopped", code);
 }
 
 bool GenICamModel::isAcquiring() const

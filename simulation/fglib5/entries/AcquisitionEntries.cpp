@@ -13,6 +13,16 @@ std::chrono::milliseconds seconds(std::int64_t count)
     return std::chrono::seconds(std::clamp<std::int64_t>(count, 0, MAX_SECONDS));
 }
 
+// What a client holds of a board that was unplugged is released like any other. Only then the client is told.
+template <class Release>
+int releaseOf(Fg_Struct* handle, Release release)
+{
+    const auto owner = Runtime::instance().held(handle);
+    release(*owner);
+    owner->requireThere();
+    return FG_OK;
+}
+
 // A client may name the ring it thinks of; it has to be the channel's.
 DmaChannel& channelWithRing(Grabber& grabber, unsigned int dma, FgBufferRing* ring)
 {
@@ -38,8 +48,7 @@ FgBufferRing* Fg_AllocMemEx(Fg_Struct* grabber, std::size_t bytes, FgFrameIndex 
 
 int Fg_FreeMemEx(Fg_Struct* grabber, FgBufferRing* ring)
 {
-    grabberOf(grabber)->freeRing(requiredRing(ring));
-    return FG_OK;
+    return releaseOf(grabber, [&](Grabber& owner) { owner.freeRing(requiredRing(ring)); });
 }
 
 void* Fg_AllocMem(Fg_Struct* grabber, std::size_t bytes, FgFrameIndex frames, unsigned int dma)
@@ -56,9 +65,7 @@ void* Fg_AllocMem(Fg_Struct* grabber, std::size_t bytes, FgFrameIndex frames, un
 
 int Fg_FreeMem(Fg_Struct* grabber, unsigned int dma)
 {
-    const auto owner = grabberOf(grabber);
-    owner->freeRing(requiredRing(owner->ownRing(dma)));
-    return FG_OK;
+    return releaseOf(grabber, [&](Grabber& owner) { owner.freeRing(requiredRing(owner.ownRing(dma))); });
 }
 
 FgBufferRing* Fg_AllocMemHead(Fg_Struct* grabber, std::size_t, FgFrameIndex frames)
@@ -68,8 +75,7 @@ FgBufferRing* Fg_AllocMemHead(Fg_Struct* grabber, std::size_t, FgFrameIndex fram
 
 int Fg_FreeMemHead(Fg_Struct* grabber, FgBufferRing* ring)
 {
-    grabberOf(grabber)->freeRing(requiredRing(ring));
-    return FG_OK;
+    return releaseOf(grabber, [&](Grabber& owner) { owner.freeRing(requiredRing(ring)); });
 }
 
 int Fg_AddMem(Fg_Struct* grabber, void* buffer, std::size_t bytes, FgFrameIndex index, FgBufferRing* ring)
@@ -80,8 +86,7 @@ int Fg_AddMem(Fg_Struct* grabber, void* buffer, std::size_t bytes, FgFrameIndex 
 
 int Fg_DelMem(Fg_Struct* grabber, FgBufferRing* ring, FgFrameIndex index)
 {
-    grabberOf(grabber)->ring(requiredRing(ring))->removeBuffer(index);
-    return FG_OK;
+    return releaseOf(grabber, [&](Grabber& owner) { owner.ring(requiredRing(ring))->removeBuffer(index); });
 }
 
 int Fg_AcquireEx(Fg_Struct* grabber, unsigned int dma, FgFrameIndex frames, int mode, FgBufferRing* ring)
@@ -99,9 +104,7 @@ int Fg_Acquire(Fg_Struct* grabber, unsigned int dma, FgFrameIndex frames)
 
 int Fg_stopAcquireEx(Fg_Struct* grabber, unsigned int dma, FgBufferRing* ring, int)
 {
-    const auto owner = grabberOf(grabber);
-    channelWithRing(*owner, dma, ring).stop();
-    return FG_OK;
+    return releaseOf(grabber, [&](Grabber& owner) { channelWithRing(owner, dma, ring).stop(); });
 }
 
 int Fg_stopAcquire(Fg_Struct* grabber, unsigned int dma)

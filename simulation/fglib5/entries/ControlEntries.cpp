@@ -2,6 +2,7 @@
 #include "descriptions/AppletList.h"
 #include "entries/Answers.h"
 #include "entries/Entries.h"
+#include "rehearsal/Rehearsal.h"
 
 #include "fglib5/PathText.h"
 
@@ -27,7 +28,11 @@ int FgSim_setMachine(const char* path)
 
 int FgSim_addFault(const char* entry, std::uint64_t nth, int code)
 {
-    Probe::instance().addFault(entryOr(entry), nth, code);
+    Probe::instance().addFault({.entry = std::string(entryOr(entry)),
+                                .board = {},
+                                .nth = std::max<std::uint64_t>(nth, 1),
+                                .code = code,
+                                .always = nth == 0});
     return FG_OK;
 }
 
@@ -39,7 +44,7 @@ int FgSim_clearFaults()
 
 int FgSim_setDelay(const char* entry, std::uint32_t microseconds)
 {
-    Probe::instance().setDelay(entryOr(entry), microseconds);
+    Probe::instance().setDelay(entryOr(entry), {}, microseconds);
     return FG_OK;
 }
 
@@ -104,6 +109,17 @@ int FgSim_raiseEvent(unsigned int board, const char* event)
     if (mask == 0)
         throw Failure(FG_INVALID_ARGUMENT, std::string("There is no event ") + event);
     grabber->events().raise(mask, 0);
+    return FG_OK;
+}
+
+int FgSim_perform(const char* step, char* answer, std::size_t answerBytes)
+{
+    const auto text = Rehearsal::instance().perform(readStep(checkedArgument(step, "step")));
+    if (answer == nullptr || answerBytes == 0)
+        return FG_OK;
+    const auto bytes = std::min(text.size(), answerBytes - 1);
+    std::memcpy(answer, text.data(), bytes);
+    answer[bytes] = '\0';
     return FG_OK;
 }
 

@@ -1,5 +1,6 @@
 #include "entries/Answers.h"
 #include "entries/Entries.h"
+#include "hardware/Notifier.h"
 
 namespace simulation::entries {
 
@@ -50,6 +51,19 @@ int Fg_registerEventCallback(Fg_Struct* grabber, std::uint64_t mask, FgEventCall
 {
     const auto owner = grabberOf(grabber);
     owner->events().setCallback(mask, callback, userData);
+    return FG_OK;
+}
+
+// Of all boards, with a handle or without: a board that has gone has none.
+int Fg_registerAsyncNotifyCallback(Fg_Struct*, FgNotifyCallback callback, void* userData)
+{
+    Notifier::instance().add(callback, userData);
+    return FG_OK;
+}
+
+int Fg_unregisterAsyncNotifyCallback(Fg_Struct*, FgNotifyCallback callback, void* userData)
+{
+    Notifier::instance().remove(callback, userData);
     return FG_OK;
 }
 

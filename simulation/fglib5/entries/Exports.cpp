@@ -5,8 +5,11 @@
 #include "Probe.h"
 #include "entries/Entries.h"
 #include "entries/Linkage.h"
+#include "hardware/Runtime.h"
 
 #include <new>
+#include <string_view>
+#include <tuple>
 #include <type_traits>
 
 namespace simulation {
@@ -61,11 +64,44 @@ Result guarded(Call call) noexcept
     }
 }
 
-template <class Result, class Call>
-Result watched(Entry entry, Call call) noexcept
+// Position of the parameter called "board" in a list such as "(const char* file, unsigned int board)"; -1
+// where there is none.
+constexpr int positionOfBoard(std::string_view parameters)
+{
+    int position = 0;
+    for (std::size_t i = 0; i < parameters.size(); ++i) {
+        if (parameters[i] == ',')
+            ++position;
+        const auto rest = parameters.substr(i);
+        if (rest.starts_with(" board,") || rest.starts_with(" board)"))
+            return position;
+    }
+    return -1;
+}
+
+// The board that a call is about, -1 for none: that of its handle, or the one that it names.
+template <class... Arguments>
+int calledBoard(int position, const Arguments&... arguments)
+{
+    int board = -1;
+    [[maybe_unused]] int each = 0;
+    [[maybe_unused]] const auto look = [&](const auto& argument) {
+        using Argument = std::remove_cvref_t<decltype(argument)>;
+        if constexpr (std::is_same_v<Argument, Fg_Struct*>)
+            board = Runtime::instance().indexOf(argument);
+        else if constexpr (std::is_integral_v<Argument>)
+            board = each == position ? static_cast<int>(argument) : board;
+        ++each;
+    };
+    (look(arguments), ...);
+    return board;
+}
+
+template <class Result, class BoardOf, class Call>
+Result watched(Entry entry, const BoardOf& boardOf, Call call) noexcept
 {
     return guarded<Result>([&]() -> Result {
-        const Probe::Visit visit(entry);
+        const Probe::Visit visit(entry, boardOf);
         if (visit.plannedCode() == 0)
             return call();
         if (releases(entry))
@@ -78,21 +114,33 @@ Result watched(Entry entry, Call call) noexcept
 
 } // namespace simulation
 
+// clang-format off
+// Finds out which board a call is about.
+#define FGSIM_BOARD_OF(parameters, arguments)                                                                  \
+    [&] {                                                                                                      \
+        return std::apply(                                                                                     \
+            [](const auto&... each) {                                                                          \
+                return simulation::calledBoard(simulation::positionOfBoard(#parameters), each...);             \
+            },                                                                                                 \
+            std::tie arguments);                                                                               \
+    }
+// clang-format on
+
 extern "C" {
 
-#define FGLIB5_ENTRY(result, name, symbol, parameters, arguments, missing)                       \
-    FGSIM_LINKAGE(name) result name parameters                                                   \
-    {                                                                                            \
-        return simulation::watched<result>(simulation::Entry::name,                              \
-                                           [&] { return simulation::entries::name arguments; }); \
+#define FGLIB5_ENTRY(result, name, symbol, parameters, arguments, missing)                                 \
+    FGSIM_LINKAGE(name) result name parameters                                                             \
+    {                                                                                                      \
+        return simulation::watched<result>(simulation::Entry::name, FGSIM_BOARD_OF(parameters, arguments), \
+                                           [&] { return simulation::entries::name arguments; });           \
     }
 #include "fglib5/Fglib5Entries.inc"
 
-#define FGCAM_ENTRY(result, name, parameters, arguments)                                         \
-    FGSIM_LINKAGE(name) result name parameters                                                   \
-    {                                                                                            \
-        return simulation::watched<result>(simulation::Entry::name,                              \
-                                           [&] { return simulation::entries::name arguments; }); \
+#define FGCAM_ENTRY(result, name, parameters, arguments)                                                   \
+    FGSIM_LINKAGE(name) result name parameters                                                             \
+    {                                                                                                      \
+        return simulation::watched<result>(simulation::Entry::name, FGSIM_BOARD_OF(parameters, arguments), \
+                                           [&] { return simulation::entries::name arguments; });           \
     }
 #include "fglib5/CameraControl.inc"
 

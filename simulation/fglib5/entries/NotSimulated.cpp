@@ -94,16 +94,6 @@ int Fg_getEventPayload(Fg_Struct*, std::uint64_t, void*, std::size_t*)
     notSimulated("Fg_getEventPayload");
 }
 
-int Fg_registerAsyncNotifyCallback(Fg_Struct*, FgNotifyCallback, void*)
-{
-    notSimulated("Fg_registerAsyncNotifyCallback");
-}
-
-int Fg_unregisterAsyncNotifyCallback(Fg_Struct*, FgNotifyCallback, void*)
-{
-    notSimulated("Fg_unregisterAsyncNotifyCallback");
-}
-
 int Fg_setExsync(Fg_Struct*, int, unsigned int)
 {
     notSimulated("Fg_setExsync");

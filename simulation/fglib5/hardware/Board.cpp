@@ -1,8 +1,8 @@
 #include "hardware/Board.h"
 
 #include "Failure.h"
+#include "hardware/Notifier.h"
 
-#include <iterator>
 #include <utility>
 
 namespace simulation {
@@ -15,18 +15,24 @@ void Board::plugIn(const CameraDescription& camera)
 void Board::occupy(std::shared_ptr<Grabber> grabber)
 {
     const std::lock_guard lock(m_mutex);
+    if (!m_cables.there)
+        throw Failure(FG_DEVICE_LOST, descriptionOf(FG_DEVICE_LOST));
     if (m_grabber)
         throw Failure(FG_ALREADY_INITIALISED,
                       "The board carries the applet '" + m_grabber->applet().name + "' already");
     m_grabber = std::move(grabber);
+    m_grabber->setBoard(m_index);
     for (const auto& [port, camera] : m_cameras)
-        m_grabber->setCameraStream(port, camera.stream());
+        m_grabber->setCameraStream(port, arriving(camera));
+    for (const auto& [port, link] : m_cables.loose)
+        m_grabber->setLooseLink(port, link);
 }
 
-void Board::vacate()
+void Board::vacate(const Grabber& grabber)
 {
     const std::lock_guard lock(m_mutex);
-    m_grabber.reset();
+    if (m_grabber.get() == &grabber)
+        m_grabber.reset();
 }
 
 bool Board::occupied() const
@@ -41,24 +47,164 @@ std::shared_ptr<Grabber> Board::grabber() const
     return m_grabber;
 }
 
+// --- cables
+
+void Board::requireThere() const
+{
+    const std::lock_guard lock(m_mutex);
+    if (!m_cables.there)
+        throw Failure(FG_DEVICE_LOST, descriptionOf(FG_DEVICE_LOST));
+}
+
+Board::Cables Board::cables() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_cables;
+}
+
+void Board::requirePort(unsigned int port) const
+{
+    if (port >= m_description.ports)
+        throw Failure(FG_INVALID_ARGUMENT,
+                      "Board " + std::to_string(m_index) + " has no port " + std::to_string(port));
+}
+
+void Board::unplug()
+{
+    std::shared_ptr<Grabber> lost;
+    {
+        const std::lock_guard lock(m_mutex);
+        if (!std::exchange(m_cables.there, false))
+            return;
+        lost = std::exchange(m_grabber, nullptr);
+        for (auto& [port, camera] : m_cameras) {
+            camera.stop();
+        }
+    }
+    if (lost)
+        lost->lose();
+    Notifier::instance().notify(m_index, FG_NOTIFY_BOARD_GONE, 0);
+}
+
+void Board::plug()
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        if (std::exchange(m_cables.there, true))
+            return;
+    }
+    Notifier::instance().notify(m_index, FG_NOTIFY_BOARD_THERE, 0);
+}
+
+void Board::unplugCamera(unsigned int port)
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        auto& camera = described(port);
+        if (!m_cables.camerasGone.insert(port).second)
+            return;
+        const bool acquired = camera.acquiring();
+        camera.stop();
+        if (acquired)
+            passOn(camera, "FG_CAMERA_STOPPED");
+    }
+    Notifier::instance().notify(m_index, FG_NOTIFY_CAMERA_GONE, port);
+}
+
+void Board::plugCamera(unsigned int port)
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        described(port);
+        if (m_cables.camerasGone.erase(port) == 0)
+            return;
+    }
+    Notifier::instance().notify(m_index, FG_NOTIFY_CAMERA_THERE, port);
+}
+
+void Board::unplugLink(unsigned int port)
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        requirePort(port);
+        if (!m_cables.linksDown.insert(port).second)
+            return;
+        if (m_grabber)
+            m_grabber->setCameraStream(port, nullptr);
+    }
+    Notifier::instance().notify(m_index, FG_NOTIFY_LINK_DOWN, port);
+}
+
+void Board::plugLink(unsigned int port)
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        requirePort(port);
+        if (m_cables.linksDown.erase(port) == 0)
+            return;
+        const auto camera = m_cameras.find(port);
+        if (m_grabber && camera != m_cameras.end())
+            m_grabber->setCameraStream(port, arriving(camera->second), true);
+    }
+    Notifier::instance().notify(m_index, FG_NOTIFY_LINK_UP, port);
+}
+
+void Board::setLooseLink(unsigned int port, std::shared_ptr<const LooseLink> link)
+{
+    const std::lock_guard lock(m_mutex);
+    requirePort(port);
+    if (m_grabber)
+        m_grabber->setLooseLink(port, link);
+    if (link)
+        m_cables.loose[port] = std::move(link);
+    else
+        m_cables.loose.erase(port);
+}
+
+// --- cameras
+
+// What comes out of the cable at the board.
+std::shared_ptr<const Stream> Board::arriving(const Camera& camera) const
+{
+    return m_cables.linksDown.contains(camera.description().port) ? nullptr : camera.stream();
+}
+
 int Board::cameras() const
 {
-    return static_cast<int>(m_cameras.size());
+    const std::lock_guard lock(m_mutex);
+    return static_cast<int>(m_cameras.size() - m_cables.camerasGone.size());
 }
 
 int Board::portOf(unsigned int position) const
 {
-    if (position >= m_cameras.size())
-        throw Failure(FG_INVALID_ARGUMENT, "The board has no camera " + std::to_string(position));
-    return static_cast<int>(std::next(m_cameras.begin(), static_cast<std::ptrdiff_t>(position))->first);
+    const std::lock_guard lock(m_mutex);
+    unsigned int passed = 0;
+    for (const auto& [port, camera] : m_cameras)
+        if (!m_cables.camerasGone.contains(port) && passed++ == position)
+            return static_cast<int>(port);
+    throw Failure(FG_INVALID_ARGUMENT, "The board has no camera " + std::to_string(position));
 }
 
-const Camera& Board::at(unsigned int port) const
+const Camera& Board::described(unsigned int port) const
 {
     const auto found = m_cameras.find(port);
     if (found == m_cameras.end())
         throw Failure(FG_INVALID_ARGUMENT, "No camera is plugged into port " + std::to_string(port));
     return found->second;
+}
+
+const Camera& Board::at(unsigned int port) const
+{
+    const auto& found = described(port);
+    if (m_cables.camerasGone.contains(port))
+        throw Failure(FG_DEVICE_LOST,
+                      "The camera at port " + std::to_string(port) + " is not there any more");
+    return found;
+}
+
+Camera& Board::described(unsigned int port)
+{
+    return const_cast<Camera&>(std::as_const(*this).described(port));
 }
 
 Camera& Board::at(unsigned int port)
@@ -68,6 +214,7 @@ Camera& Board::at(unsigned int port)
 
 const CameraDescription& Board::camera(unsigned int port) const
 {
+    const std::lock_guard lock(m_mutex);
     return at(port).description();
 }
 
@@ -94,6 +241,7 @@ void Board::setCameraValue(unsigned int port, int parameter, double value)
 
 FgRegisterInfo* Board::cameraRegisters(unsigned int port)
 {
+    const std::lock_guard lock(m_mutex);
     return at(port).registerInfo();
 }
 
@@ -147,7 +295,7 @@ void Board::passOn(const Camera& camera, const char* event)
 {
     if (!m_grabber)
         return;
-    m_grabber->setCameraStream(camera.description().port, camera.stream());
+    m_grabber->setCameraStream(camera.description().port, arriving(camera));
     if (event != nullptr)
         m_grabber->events().raise(m_grabber->events().maskOf(event), 0);
 }

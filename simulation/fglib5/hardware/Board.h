@@ -9,20 +9,26 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <set>
 
 namespace simulation {
 
 class Board
 {
 public:
-    explicit Board(BoardDescription description) : m_description(std::move(description)) {}
+    Board(BoardDescription description, unsigned int index)
+        : m_description(std::move(description)),
+          m_index(index)
+    {}
 
+    unsigned int index() const { return m_index; }
     const BoardDescription& description() const { return m_description; }
     void plugIn(const CameraDescription& camera);
 
     /// Puts an applet on the board. Throws FG_ALREADY_INITIALISED.
     void occupy(std::shared_ptr<Grabber> grabber);
-    void vacate();
+    /// No effect when the board carries another applet by now.
+    void vacate(const Grabber& grabber);
     bool occupied() const;
     /// Null while the board is vacant.
     std::shared_ptr<Grabber> grabber() const;
@@ -30,7 +36,31 @@ public:
     /// Draws the cameras' images at their present sizes: a start finds them, and its first image is in time.
     void drawAhead() const;
 
-    // Cameras. All throw FG_INVALID_ARGUMENT for a port without a camera.
+    // Cables. What is plugged already, or not, stays as it is. A board or a camera that is plugged in begins
+    // anew: without an applet, at rest. All throw FG_INVALID_ARGUMENT for a port that the board does not have
+    // or that no camera belongs to.
+    void unplug();
+    void plug();
+    void unplugCamera(unsigned int port);
+    void plugCamera(unsigned int port);
+    /// The camera stays within reach and goes on, but its images do not get here.
+    void unplugLink(unsigned int port);
+    void plugLink(unsigned int port);
+    /// Null for a cable that is fast.
+    void setLooseLink(unsigned int port, std::shared_ptr<const LooseLink> link);
+    /// Throws FG_DEVICE_LOST.
+    void requireThere() const;
+    struct Cables
+    {
+        bool there = true;
+        std::set<unsigned int> camerasGone;
+        std::set<unsigned int> linksDown;
+        std::map<unsigned int, std::shared_ptr<const LooseLink>> loose;
+    };
+    Cables cables() const;
+
+    // Cameras. All throw FG_INVALID_ARGUMENT for a port without a camera, and FG_DEVICE_LOST for one whose
+    // camera is unplugged.
     int cameras() const;
     int portOf(unsigned int position) const;
     const CameraDescription& camera(unsigned int port) const;
@@ -44,15 +74,21 @@ public:
     void stopCamera(unsigned int port);
 
 private:
+    std::shared_ptr<const Stream> arriving(const Camera& camera) const;
+    void requirePort(unsigned int port) const;
+    const Camera& described(unsigned int port) const;
+    Camera& described(unsigned int port);
     const Camera& at(unsigned int port) const;
     Camera& at(unsigned int port);
     static std::shared_ptr<const Film> draw(std::unique_lock<std::mutex>& lock, const Camera& camera);
     void passOn(const Camera& camera, const char* event);
 
     const BoardDescription m_description;
+    const unsigned int m_index;
     mutable std::mutex m_mutex; ///< may be held while a channel's lock is taken, not the reverse
     std::map<unsigned int, Camera> m_cameras;
     std::shared_ptr<Grabber> m_grabber;
+    Cables m_cables;
 };
 
 } // namespace simulation

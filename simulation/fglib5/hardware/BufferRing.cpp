@@ -1,6 +1,7 @@
 #include "hardware/BufferRing.h"
 
 #include "Failure.h"
+#include "hardware/Shortage.h"
 
 #include <algorithm>
 #include <atomic>
@@ -30,6 +31,9 @@ BufferRing::BufferRing(std::size_t bytes, FgFrameIndex buffers)
     if (bytes < count)
         throw Failure(FG_INVALID_ARGUMENT, "A ring of " + std::to_string(bytes) + " bytes cannot have " +
                                                std::to_string(count) + " buffers");
+    if (ringBytes + static_cast<std::int64_t>(bytes) > Shortage::imageMemory)
+        throw Failure(FG_NO_MEMORY,
+                      "There is no image memory for a ring of " + std::to_string(bytes) + " bytes");
     m_memory = std::make_unique<std::uint8_t[]>(bytes); // written with zeros: no page is missing later
     m_bytes = bytes;
     const auto each = bytes / count;

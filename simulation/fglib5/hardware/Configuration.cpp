@@ -3,6 +3,7 @@
 #include "Failure.h"
 #include "Platform.h"
 #include "descriptions/JsonReader.h"
+#include "hardware/Shortage.h"
 
 #include "fglib5/PathText.h"
 
@@ -183,7 +184,10 @@ void saveConfiguration(const Grabber& grabber, const std::filesystem::path& file
     const auto content = contentFor(grabber);
     const auto temporary = temporaryFor(file);
     try {
-        writeWhole(temporary, content);
+        // A full disk takes the beginning of a file before it refuses the rest.
+        writeWhole(temporary, Shortage::diskFull ? content.substr(0, content.size() / 2) : content);
+        if (Shortage::diskFull)
+            throw std::ios_base::failure("the disk is full");
         std::filesystem::rename(temporary, file);
     } catch (const std::exception&) {
         std::error_code ignored;

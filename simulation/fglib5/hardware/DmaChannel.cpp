@@ -2,6 +2,7 @@
 
 #include "Failure.h"
 #include "hardware/DeviceWrite.h"
+#include "rehearsal/ImageWatch.h"
 
 #include <algorithm>
 #include <cmath>
@@ -163,6 +164,8 @@ void DmaChannel::acquire(std::shared_ptr<BufferRing> ring, FgFrameIndex frames, 
     const std::lock_guard control(m_control);
     {
         const std::lock_guard lock(m_mutex);
+        if (m_gone)
+            throw Failure(FG_DEVICE_LOST, descriptionOf(FG_DEVICE_LOST));
         if (m_closed)
             throw Failure(FG_INVALID_HANDLE, "The board is being freed");
         if (m_running)
@@ -180,6 +183,7 @@ void DmaChannel::acquire(std::shared_ptr<BufferRing> ring, FgFrameIndex frames, 
         m_lost = 0;
         m_processing = processing;
         m_cycle.reset();
+        m_linkImages = 0;
         m_stopping = false;
         m_running = true;
         m_joined = Clock::now();
@@ -221,6 +225,16 @@ void DmaChannel::close()
     stop();
 }
 
+void DmaChannel::lose()
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        m_gone = true;
+    }
+    m_changed.notify_all();
+    m_delivered.notify_all();
+}
+
 void DmaChannel::finishThread()
 {
     if (!m_thread.joinable())
@@ -246,13 +260,21 @@ FgFrameIndex DmaChannel::sourceState() const
     return FG_SOURCE_WAITS_FOR_TRIGGER;
 }
 
-void DmaChannel::setCameraStream(std::shared_ptr<const Stream> stream)
+void DmaChannel::setCameraStream(std::shared_ptr<const Stream> stream, bool midway)
 {
     {
         const std::lock_guard lock(m_mutex);
+        if (midway)
+            m_joined = Clock::now();
         m_cameraStream = std::move(stream);
     }
     m_changed.notify_all();
+}
+
+void DmaChannel::setLooseLink(std::shared_ptr<const LooseLink> link)
+{
+    const std::lock_guard lock(m_mutex);
+    m_looseLink = std::move(link);
 }
 
 void DmaChannel::setGenerator(bool on, Pattern pattern, double frameRate)
@@ -353,11 +375,13 @@ FgFrameIndex DmaChannel::waitFor(FgFrameIndex frame, std::chrono::milliseconds t
     const auto deadline = Clock::now() + timeout;
     std::unique_lock lock(m_mutex);
     spinFor(frame, lock);
-    while (m_last < frame && m_running && !m_stopping) {
+    while (m_last < frame && m_running && !m_stopping && !m_gone) {
         m_awaited = std::min(m_awaited, frame); // whoever wakes the readers forgets what they wait for
         if (m_delivered.wait_until(lock, deadline) == std::cv_status::timeout)
             break;
     }
+    if (m_gone)
+        throw Failure(FG_DEVICE_LOST, descriptionOf(FG_DEVICE_LOST));
     if (m_running && m_stopping)
         throw Failure(FG_NOT_ACQUIRING, "The acquisition was stopped before image " + std::to_string(frame));
     if (m_last >= frame)
@@ -419,9 +443,14 @@ void DmaChannel::run()
     Pace pace(maxCatchUp(*m_ring, m_wanted), m_processing->height);
     m_lastApc = Clock::now();
     const auto bytes = m_processing->bytes();
-    while (!m_stopping && m_last != m_wanted) {
+    while (!m_stopping && !m_gone && m_last != m_wanted) {
         if (!imageDue(lock, pace))
             continue;
+        const auto damage = damageOfNext();
+        if (damage == LooseLink::Damage::Lost) {
+            loseImage(pace, lock);
+            continue;
+        }
         const auto target = m_ring->bufferOf(m_last + 1).first(bytes);
         const auto cycle = cycleFor(*pace.stream);
         lock.unlock();
@@ -430,11 +459,16 @@ void DmaChannel::run()
         {
             const DeviceWrite scope;
             cycle->write(pace.next++, target);
+            if (damage == LooseLink::Damage::Torn)
+                LooseLink::tear(target);
         }
         lock.lock();
+        if (damage == LooseLink::Damage::Late)
+            m_changed.wait_for(lock, LooseLink::LATENESS, [this] { return m_stopping || m_gone; });
         const auto now = Clock::now();
         publish(taken);
         callApc(lock, now);
+        tellOfImage(lock);
     }
     finish(); // still under the lock: who has seen the last image finds the ring free
 }
@@ -497,6 +531,37 @@ bool DmaChannel::triggeredImageDue(std::unique_lock<std::mutex>& lock, Pace& pac
     --m_softwareTriggers;
     pace.sent(now);
     return true;
+}
+
+std::optional<LooseLink::Damage> DmaChannel::damageOfNext()
+{
+    if (m_generatorOn)
+        return std::nullopt;
+    const auto image = m_linkImages++;
+    if (!m_looseLink || !m_looseLink->damages(image))
+        return std::nullopt;
+    return m_looseLink->damage;
+}
+
+void DmaChannel::loseImage(Pace& pace, std::unique_lock<std::mutex>& lock)
+{
+    ++pace.next;
+    ++m_lost;
+    m_events.raise(m_lossEvent, m_last);
+    lock.unlock(); // a source without a pace of which nothing arrives must not keep a stop out
+    std::this_thread::yield();
+    lock.lock();
+}
+
+void DmaChannel::tellOfImage(std::unique_lock<std::mutex>& lock) const
+{
+    const auto arrived = ImageWatch::arrived.load(std::memory_order_acquire);
+    if (arrived == nullptr)
+        return;
+    const FgFrameIndex frame = m_last;
+    lock.unlock();
+    arrived(m_board, m_description.index, frame);
+    lock.lock();
 }
 
 void DmaChannel::publish(std::uint64_t taken)

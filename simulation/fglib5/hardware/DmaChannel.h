@@ -26,6 +26,7 @@
 #include "hardware/BufferRing.h"
 #include "hardware/EventHub.h"
 #include "hardware/FrameCycle.h"
+#include "hardware/LooseLink.h"
 #include "hardware/Stream.h"
 
 #include <atomic>
@@ -55,12 +56,18 @@ public:
     void stop();
     /// Stops, and refuses to start again.
     void close();
+    /// As close, but does not wait, and whoever waits for an image is woken with FG_DEVICE_LOST.
+    void lose();
+    void setBoard(unsigned int index) { m_board = index; }
     bool acquiring() const;
     /// FG_SOURCE_...: what the channel's images come from does.
     FgFrameIndex sourceState() const;
 
     /// What the camera sends; null while it does not acquire.
-    void setCameraStream(std::shared_ptr<const Stream> stream);
+    /// \p midway: it has been sending for a while, which this channel did not see.
+    void setCameraStream(std::shared_ptr<const Stream> stream, bool midway = false);
+    /// What the cable does to the camera's images; null for a cable that is fast.
+    void setLooseLink(std::shared_ptr<const LooseLink> link);
     /// While the generator is on, the channel delivers its pattern in place of the camera's images.
     void setGenerator(bool on, Pattern pattern, double frameRate);
     /// Of the images to come; size and format stay as they are while the channel acquires.
@@ -98,7 +105,10 @@ private:
     bool imageDue(std::unique_lock<std::mutex>& lock, Pace& pace);
     bool triggeredImageDue(std::unique_lock<std::mutex>& lock, Pace& pace);
     const std::shared_ptr<const FrameCycle>& cycleFor(const Stream& stream);
+    std::optional<LooseLink::Damage> damageOfNext();
+    void loseImage(Pace& pace, std::unique_lock<std::mutex>& lock);
     void publish(std::uint64_t taken);
+    void tellOfImage(std::unique_lock<std::mutex>& lock) const;
     void callApc(std::unique_lock<std::mutex>& lock, Clock::time_point now);
 
     const DmaDescription m_description;
@@ -117,6 +127,7 @@ private:
     bool m_stopping = false;
     bool m_running = false;
     bool m_closed = false;
+    bool m_gone = false; ///< the board was unplugged
     std::shared_ptr<BufferRing> m_ring;
     std::vector<std::uint64_t> m_timestamps; ///< one for each buffer of the ring
     FgFrameIndex m_wanted = 0;
@@ -135,6 +146,9 @@ private:
     Trigger m_trigger;
     Clock::time_point m_triggerChanged;
     std::uint64_t m_softwareTriggers = 0; ///< that no image has come for yet
+    std::shared_ptr<const LooseLink> m_looseLink;
+    std::uint64_t m_linkImages = 0; ///< of the camera since the acquisition began
+    std::atomic<unsigned int> m_board{0};
     std::optional<FgApcControl> m_apc;
     Clock::time_point m_lastApc;
 };

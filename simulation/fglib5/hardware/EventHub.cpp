@@ -108,6 +108,8 @@ std::uint64_t EventHub::wait(std::uint64_t mask, std::chrono::milliseconds timeo
     std::unique_lock lock(m_mutex);
     const auto deadline = std::chrono::steady_clock::now() + timeout;
     m_happened.wait_until(lock, deadline, [&] { return m_closed || (m_pending & mask) != 0; });
+    if (m_lost)
+        throw Failure(FG_DEVICE_LOST, descriptionOf(FG_DEVICE_LOST));
     if (m_closed)
         throw Failure(FG_INVALID_HANDLE, "The board was freed while an event was waited for");
     const auto events = m_pending & mask;
@@ -158,6 +160,17 @@ void EventHub::run()
         m_calling = false;
         m_idle.notify_all();
     }
+}
+
+void EventHub::lose()
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        m_closed = true;
+        m_lost = true;
+    }
+    m_happened.notify_all();
+    m_arrived.notify_all();
 }
 
 void EventHub::close()

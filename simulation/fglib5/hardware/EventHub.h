@@ -51,6 +51,8 @@ public:
 
     /// Wakes all waiters and ends the callbacks, for good. Throws FG_INVALID_ARGUMENT within a callback.
     void close();
+    /// As close, but waits for no callback and wakes with FG_DEVICE_LOST.
+    void lose();
 
 private:
     struct Callback
@@ -84,6 +86,7 @@ private:
     bool m_calling = false;
     std::uint64_t m_calls = 0; ///< the call that is under way: with events queued, the next begins at once
     bool m_closed = false;
+    bool m_lost = false;
     std::thread m_thread;
 };
 

@@ -102,6 +102,26 @@ void Grabber::close()
     m_rings.clear();
 }
 
+void Grabber::lose()
+{
+    m_lost = true;
+    for (auto& [index, channel] : m_channels)
+        channel->dma.lose();
+    m_events.lose();
+}
+
+void Grabber::requireThere() const
+{
+    if (m_lost)
+        throw Failure(FG_DEVICE_LOST, descriptionOf(FG_DEVICE_LOST));
+}
+
+void Grabber::setBoard(unsigned int index)
+{
+    for (auto& [number, channel] : m_channels)
+        channel->dma.setBoard(index);
+}
+
 // --- layout
 
 bool Grabber::isLayoutQuery(int parameter)
@@ -376,11 +396,18 @@ void Grabber::sendSoftwareTrigger(unsigned int port, std::uint64_t count)
                       "No DMA channel delivers the camera of port " + std::to_string(port));
 }
 
-void Grabber::setCameraStream(unsigned int port, const std::shared_ptr<const Stream>& stream)
+void Grabber::setCameraStream(unsigned int port, const std::shared_ptr<const Stream>& stream, bool midway)
 {
     for (auto& [index, channel] : m_channels)
         if (channel->dma.description().port == static_cast<int>(port))
-            channel->dma.setCameraStream(stream);
+            channel->dma.setCameraStream(stream, midway);
+}
+
+void Grabber::setLooseLink(unsigned int port, const std::shared_ptr<const LooseLink>& link)
+{
+    for (auto& [index, channel] : m_channels)
+        if (channel->dma.description().port == static_cast<int>(port))
+            channel->dma.setLooseLink(link);
 }
 
 FgBufferRing* Grabber::addRing(std::shared_ptr<BufferRing> ring)

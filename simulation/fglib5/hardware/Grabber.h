@@ -10,6 +10,7 @@
 
 #include "fglib5/Fglib5Types.h"
 
+#include <atomic>
 #include <functional>
 #include <map>
 #include <memory>
@@ -45,6 +46,13 @@ public:
     /// Stops everything and wakes everybody; the rings are freed. The object may live on in threads that are
     /// just leaving it.
     void close();
+    /// The board was unplugged: its channels end, its events stop, whoever waits is woken. Does not wait
+    /// itself, so it may come from any thread.
+    void lose();
+    /// Throws FG_DEVICE_LOST.
+    void requireThere() const;
+    /// Which of the machine's boards this is, for who watches its images.
+    void setBoard(unsigned int index);
 
     // --- layout: number of processes, and what each of them has
     /// \p value is the position asked for, where there is one.
@@ -74,7 +82,10 @@ public:
     void acquire(unsigned int dma, FgFrameIndex frames, FgBufferRing* ring);
     /// For the channels that deliver the port's camera. Throws FG_INVALID_ARGUMENT where there is none.
     void sendSoftwareTrigger(unsigned int port, std::uint64_t count);
-    void setCameraStream(unsigned int port, const std::shared_ptr<const Stream>& stream);
+    /// \p midway as in DmaChannel.
+    void setCameraStream(unsigned int port, const std::shared_ptr<const Stream>& stream, bool midway = false);
+    /// Null for a cable that is fast.
+    void setLooseLink(unsigned int port, const std::shared_ptr<const LooseLink>& link);
 
     FgBufferRing* addRing(std::shared_ptr<BufferRing> ring);
     std::shared_ptr<BufferRing> ring(FgBufferRing* ring) const;
@@ -124,6 +135,7 @@ private:
     RegisterList m_appletRegisters;
     std::map<FgBufferRing*, std::shared_ptr<BufferRing>> m_rings;
     bool m_closed = false;
+    std::atomic<bool> m_lost{false};
 };
 
 } // namespace simulation

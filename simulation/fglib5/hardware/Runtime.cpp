@@ -68,9 +68,10 @@ void Runtime::loadLocked()
     auto& probe = Probe::instance();
     probe.clearPlansOf(Probe::Origin::Machine);
     for (const auto& fault : m_machine->description.faults)
-        probe.addFault(fault.entry, fault.nth, fault.code, Probe::Origin::Machine);
+        probe.addFault({fault.entry, {}, std::max<std::uint64_t>(fault.nth, 1), fault.code, fault.nth == 0},
+                       Probe::Origin::Machine);
     for (const auto& delay : m_machine->description.delays)
-        probe.setDelay(delay.entry, delay.microseconds, Probe::Origin::Machine);
+        probe.setDelay(delay.entry, {}, delay.microseconds, Probe::Origin::Machine);
 }
 
 std::shared_ptr<const Runtime::Machine> Runtime::build(const Stamp& stamp)
@@ -79,7 +80,8 @@ std::shared_ptr<const Runtime::Machine> Runtime::build(const Stamp& stamp)
     machine->description = readMachineDescription(stamp.file);
     machine->stamp = stamp;
     for (const auto& board : machine->description.boards)
-        machine->boards.push_back(std::make_shared<Board>(board));
+        machine->boards.push_back(
+            std::make_shared<Board>(board, static_cast<unsigned int>(machine->boards.size())));
     for (const auto& camera : machine->description.cameras)
         machine->boards[camera.board]->plugIn(camera);
     return machine;
@@ -110,6 +112,13 @@ unsigned int Runtime::boardCount()
 }
 
 std::shared_ptr<Board> Runtime::board(unsigned int index)
+{
+    auto found = place(index);
+    found->requireThere();
+    return found;
+}
+
+std::shared_ptr<Board> Runtime::place(unsigned int index)
 {
     const auto present = machine();
     if (index >= present->boards.size())
@@ -149,7 +158,7 @@ Fg_Struct* Runtime::open(const std::filesystem::path& file, unsigned int index)
 
 void Runtime::close(Fg_Struct* handle)
 {
-    const auto closing = grabber(handle);
+    const auto closing = held(handle);
     // Throws where it is called from a thread of the board itself; the handle stays valid then.
     closing->close();
     std::shared_ptr<Board> place;
@@ -161,10 +170,25 @@ void Runtime::close(Fg_Struct* handle)
         place = found->second.board;
         m_open.erase(found);
     }
-    place->vacate();
+    place->vacate(*closing);
+    closing->requireThere();
 }
 
 std::shared_ptr<Grabber> Runtime::grabber(Fg_Struct* handle) const
+{
+    auto found = held(handle);
+    found->requireThere();
+    return found;
+}
+
+int Runtime::indexOf(Fg_Struct* handle) const
+{
+    const std::shared_lock lock(m_handles);
+    const auto found = m_open.find(handle);
+    return found == m_open.end() ? -1 : static_cast<int>(found->second.board->index());
+}
+
+std::shared_ptr<Grabber> Runtime::held(Fg_Struct* handle) const
 {
     const std::shared_lock lock(m_handles);
     const auto found = m_open.find(handle);

@@ -36,15 +36,22 @@ public:
     // The machine is loaded where it is not yet. All of these throw what load throws.
     std::string machineName();
     unsigned int boardCount();
-    /// Throws FG_INVALID_BOARD_NUMBER.
+    /// Throws FG_INVALID_BOARD_NUMBER, and FG_DEVICE_LOST while the board is unplugged.
     std::shared_ptr<Board> board(unsigned int index);
+    /// Also while the board is unplugged.
+    std::shared_ptr<Board> place(unsigned int index);
     /// Null for a type that no board has.
     const char* modelOfType(int boardType);
 
     Fg_Struct* open(const std::filesystem::path& applet, unsigned int board);
+    /// Throws FG_DEVICE_LOST, with the handle freed, when the board was unplugged.
     void close(Fg_Struct* handle);
-    /// Throws FG_INVALID_HANDLE.
+    /// Throws FG_INVALID_HANDLE, and FG_DEVICE_LOST when the board was unplugged since the handle was made.
     std::shared_ptr<Grabber> grabber(Fg_Struct* handle) const;
+    /// As grabber, but gives that of a board that was unplugged: for what is released.
+    std::shared_ptr<Grabber> held(Fg_Struct* handle) const;
+    /// Index of the handle's board, -1 for any other pointer.
+    int indexOf(Fg_Struct* handle) const;
     std::int64_t handles() const;
 
     /// A copy of a text that lives as long as the process.

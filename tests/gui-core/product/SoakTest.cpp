@@ -99,6 +99,31 @@ Round acquisitions()
     };
 }
 
+Round unpluggings()
+{
+    const auto session = std::make_shared<Session>();
+    const auto applet = session->installation.addAlphaApplet("single.hap", SINGLE);
+    session->start();
+    const auto perform = [=](const char* step) {
+        EXPECT_EQ(session->installation.entry<FgSim_perform_t>("FgSim_perform")(step, nullptr, 0), 0) << step;
+    };
+    return [=] {
+        const auto board = [&] { return session->board(ALPHA_SERIAL); };
+        session->load(ALPHA_SERIAL, applet);
+        session->run(StartAcquisitionCommand::create(session->dma(ALPHA_SERIAL, 0), ENDLESS));
+        perform("unplug camera 0 0");
+        perform("unplug board 0");
+        const auto scene = session->dma(ALPHA_SERIAL, 0)->getDisplayScene();
+        session->pumpUntil([&] { return !scene->isGrabbing(); });
+        session->unload(ALPHA_SERIAL);
+        session->pumpUntil([&] { return !board(); });
+        perform("plug camera 0 0");
+        perform("plug board 0");
+        session->pumpUntil([&] { return board() != nullptr; });
+        session->views->clear();
+    };
+}
+
 /// What has come since \p before.
 ProcessResources growth(const ProcessResources& before)
 {
@@ -149,7 +174,8 @@ TEST_P(Soak, LeavesNothingBehind)
 
 INSTANTIATE_TEST_SUITE_P(Rounds, Soak,
                          testing::Values(Kind{"applicationLives", &applicationLives}, Kind{"loads", &loads},
-                                         Kind{"acquisitions", &acquisitions}),
+                                         Kind{"acquisitions", &acquisitions},
+                                         Kind{"unpluggings", &unpluggings}),
                          [](const auto& info) { return std::string(info.param.name); });
 
 // A count that stands still whatever happens would let every soak pass.

@@ -1,0 +1,111 @@
+// What goes wrong on purpose, on a virtual installation: faults, cables, shortages, scenarios. The runtime
+// knows the steps; a command is one of them in the words that a scenario file has, too.
+#include "Arguments.h"
+#include "CommandTable.h"
+#include "Console.h"
+#include "Printer.h"
+
+#include "front-ends/shared/RequestError.h"
+
+#include "gui-core/Gui.h"
+#include "ovra-core/reference/RuntimeEntries.h"
+#include "ovra-lib-environment/Environment.h"
+
+#include <sstream>
+
+namespace ovra::console {
+
+using namespace frontend;
+
+namespace {
+
+constexpr std::size_t MAX_ANSWER_BYTES = 1U << 16;
+constexpr std::chrono::seconds MAX_WAIT{60}; ///< for the end of a scenario
+
+/// What the runtime answers to a step.
+std::string answerTo(const std::string& step)
+{
+    const auto runtime = reference::requireRuntime();
+    if (!runtime->FgSim_perform)
+        throw RequestError("only a virtual installation can rehearse; this is another one");
+    std::string answer(MAX_ANSWER_BYTES, '\0');
+    if (runtime->FgSim_perform(step.c_str(), answer.data(), answer.size()) != 0)
+        throw RequestError(reference::lastFailureText(*runtime));
+    answer.resize(answer.find('\0'));
+    return answer;
+}
+
+void perform(Console& console, const std::string& step)
+{
+    std::istringstream lines(answerTo(step));
+    for (std::string line; std::getline(lines, line);)
+        console.printer.line(line);
+}
+
+/// The next command finds the boards and cameras that there are now, not those before the monitor has looked.
+void followHardware()
+{
+    gui::Gui::environment()->discoverResourcesOnce();
+}
+
+void scenario(Console& console, const Arguments& arguments)
+{
+    if (arguments.count() == 0 || arguments.text(0) != "wait")
+        return perform(console, "scenario " + arguments.joined());
+    const auto over = [] { return answerTo("scenario").find("waits: ") == std::string::npos; };
+    if (!console.waitUntil(over, MAX_WAIT))
+        throw RequestError("the scenario is not over within " + std::to_string(MAX_WAIT.count()) +
+                           " seconds");
+    followHardware();
+    perform(console, "scenario");
+}
+
+/// Unplugs or plugs in.
+void pull(Console& console, const std::string& step)
+{
+    perform(console, step);
+    followHardware();
+}
+
+/// The step of the command's own name.
+#define STEP(act, name) \
+    [](Console& console, const Arguments& arguments) { act(console, name " " + arguments.joined()); }
+
+} // namespace
+
+std::vector<ConsoleCommand> rehearsalCommands()
+{
+    return {
+        {"fault", "ENTRY [board B] [nth N] [code C] [once|always]",
+         "lets a call of a runtime's entry fail, or of any entry (*); this and all up to scenario need a "
+         "virtual installation",
+         1, 8, STEP(perform, "fault")},
+        {"delay", "ENTRY MS [board B]", "lets calls of an entry take longer; 0 ends that", 2, 4,
+         STEP(perform, "delay")},
+        {"calls", "[ENTRY]", "shows how often the runtime's entries were called", 0, 1,
+         STEP(perform, "calls")},
+        {"faults", "", "shows what is planned, unplugged, loose or short", 0, 0, STEP(perform, "faults")},
+        {"forget", "", "forgets planned faults and delays", 0, 0, STEP(perform, "forget")},
+        {"unplug", "board B | camera B PORT | link B PORT",
+         "pulls a board out, a camera, or the cable of a camera port alone", 2, 3, STEP(pull, "unplug")},
+        {"plug", "board B | camera B PORT | link B PORT",
+         "plugs it in again: a board is empty then, a camera at rest", 2, 3, STEP(pull, "plug")},
+        {"loosen", "BOARD PORT N lost|torn|late [seed S]",
+         "loosens a camera's cable: one image in N is lost, torn or late; N 0: none any more", 3, 6,
+         STEP(perform, "loosen")},
+        {"busy", "THREADS", "keeps so many processors busy; 0 ends that", 1, 1, STEP(perform, "busy")},
+        {"image-memory", "BYTES|free", "limits the memory that the runtime has for images", 1, 1,
+         STEP(perform, "image-memory")},
+        {"disk", "full|free", "lets the disk be full for what the runtime stores", 1, 1,
+         STEP(perform, "disk")},
+        {"scenario", "[FILE | wait | stop]",
+         "plays the steps of a file at their images and times, waits until they are over, ends them, or "
+         "tells how "
+         "far they are; shipped: board-lost, camera-unplugged, loose-cable",
+         0, 1, scenario},
+    };
+}
+
+#undef STEP
+
+} // namespace ovra::console

@@ -1,0 +1,47 @@
+/// \file
+/// LooseLink: the cable of a camera port that damages an image now and then.
+#pragma once
+
+#include <algorithm>
+#include <chrono>
+#include <cstdint>
+#include <span>
+
+namespace simulation {
+
+/// Which images suffer depends on the seed and on their numbers alone, so a rehearsal can be repeated.
+struct LooseLink
+{
+    enum class Damage
+    {
+        Lost,
+        Torn,
+        Late
+    };
+
+    /// By so much does a late image come too late.
+    static constexpr std::chrono::milliseconds LATENESS{100};
+
+    Damage damage;
+    std::uint64_t oneIn; ///< one image in so many, on average; 1: every one
+    std::uint64_t seed;
+
+    /// \p image counts from 0.
+    bool damages(std::uint64_t image) const
+    {
+        // A generator's first number for each image: neighbours are independent of each other.
+        std::uint64_t mixed = seed + (image + 1) * 0x9e3779b97f4a7c15U;
+        mixed = (mixed ^ (mixed >> 30)) * 0xbf58476d1ce4e5b9U;
+        mixed = (mixed ^ (mixed >> 27)) * 0x94d049bb133111ebU;
+        return (mixed ^ (mixed >> 31)) % oneIn == 0;
+    }
+
+    /// The lower half of the image slips sideways, as after missing words on the line.
+    static void tear(std::span<std::uint8_t> image)
+    {
+        const auto half = image.subspan(image.size() / 2);
+        std::rotate(half.begin(), half.begin() + static_cast<std::ptrdiff_t>(half.size() / 7), half.end());
+    }
+};
+
+} // namespace simulation

@@ -1,0 +1,55 @@
+/// \file
+/// Notifier: tells clients that boards, cameras and links have come or gone.
+#pragma once
+
+#include "fglib5/Fglib5Types.h"
+
+#include <condition_variable>
+#include <cstdint>
+#include <deque>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+namespace simulation {
+
+/// One for the process, never destroyed. Callbacks come on a thread of its own, which begins with the first
+/// registration, one notification after the other.
+class Notifier
+{
+public:
+    static Notifier& instance();
+
+    void add(FgNotifyCallback callback, void* userData);
+    /// The callback has returned for the last time when this returns (except from within it). Throws
+    /// FG_INVALID_ARGUMENT for one that is not registered.
+    void remove(FgNotifyCallback callback, void* userData);
+    /// Any thread, does not wait.
+    void notify(unsigned int board, unsigned int notification, std::uint64_t argument);
+
+private:
+    struct Client
+    {
+        FgNotifyCallback callback;
+        void* userData;
+        bool operator==(const Client&) const = default;
+    };
+    struct Notification
+    {
+        unsigned int board;
+        unsigned int what;
+        std::uint64_t argument;
+    };
+
+    void run();
+
+    std::mutex m_mutex;
+    std::condition_variable m_arrived;
+    std::condition_variable m_idle;
+    std::vector<Client> m_clients;
+    std::deque<Notification> m_queue;
+    bool m_calling = false;
+    std::thread::id m_threadId;
+};
+
+} // namespace simulation

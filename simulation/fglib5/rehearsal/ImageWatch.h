@@ -1,0 +1,20 @@
+/// \file
+/// ImageWatch: tells the rehearsal of the image that it waits for.
+#pragma once
+
+#include "fglib5/Fglib5Types.h"
+
+#include <atomic>
+
+namespace simulation {
+
+/// Costs a channel one load for each image while no rehearsal waits for one.
+struct ImageWatch
+{
+    using Arrived = void (*)(unsigned int board, int dma, FgFrameIndex frame);
+
+    /// Called on the channel's thread, without its lock, after each image; null: nobody waits.
+    static inline std::atomic<Arrived> arrived{nullptr};
+};
+
+} // namespace simulation

@@ -16,7 +16,7 @@ namespace {
 
 std::string environment(const char* name)
 {
-    const char* value = std::getenv(name);
+    const char* value = std::getenv(name); // NOLINT(concurrency-mt-unsafe)
     return value == nullptr ? std::string() : value;
 }
 

@@ -171,7 +171,7 @@ std::set<std::string> Environment::State::found() const
 Environment::Environment()
 {
     const Unrecorded own;
-    m_state = std::make_unique<State>();
+    m_state = std::make_unique<State>(); // cppcheck-suppress useInitializationList
 }
 
 Environment::~Environment()

@@ -19,7 +19,7 @@ inline std::string numberText(double number)
     if (std::trunc(number) == number && std::abs(number) < EXACT_INTEGERS)
         return std::to_string(static_cast<std::int64_t>(number));
     std::array<char, 32> digits{};
-    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
+    auto* const end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
     return {digits.data(), end};
 }
 

@@ -47,7 +47,7 @@ std::filesystem::path Runtime::machineFile() const
 {
     if (m_machineFile)
         return *m_machineFile;
-    const char* file = std::getenv("OVRA_MACHINE");
+    const char* file = std::getenv("OVRA_MACHINE"); // NOLINT(concurrency-mt-unsafe)
     if (file != nullptr && *file != '\0')
         return fglib5::pathOf(file);
     return installation() / "simulation" / "default-machine.json";

@@ -45,7 +45,7 @@ faulty_host(failed-sync-phase-is-forgotten ${processor}
 
 faulty_host(failed-sync-phase-ends-the-command ${processor}
     REPLACE "    if (!succeeded || m_terminating)"
-    BY "    if (!succeeded) { m_running.erase(running); --m_open; return; }\n    if (m_terminating)"
+    BY "    if (!succeeded) { m_running.erase(running); close(*command); return; }\n    if (m_terminating)"
     CAUGHT_BY post-phase-follows-a-failed-sync-phase)
 
 faulty_host(failed-worker-phase-ends-the-command ${processor}

@@ -307,7 +307,7 @@ void sweep(benchmark::State& state)
     Rig::instance();
     const Resources resources(COUNT);
     unsigned int met = 0;
-    const gui::commands::ResourceFilter filter{.board = 7};
+    const gui::commands::ResourceFilter filter{.board = 7, .process = std::nullopt};
     for (auto _ : state) {
         const gui::commands::ResourceSweep sweep;
         sweep.forEachDma(filter, [&met](const auto&) { ++met; });

@@ -230,8 +230,11 @@ std::vector<FgBufferRing*> allocateBuffers(const reference::RuntimeEntries& runt
         const auto dma = static_cast<unsigned int>(i);
         const int width = parameter(runtime, board, FG_WIDTH, 0, dma);
         const int height = parameter(runtime, board, FG_HEIGHT, 0, dma);
+        parameter(runtime, board, FG_PIXELFORMAT, 0, dma); // 8 bits
         const auto bytes = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
         rings.push_back(runtime.Fg_AllocMemEx(board, bytes * BUFFERS, BUFFERS));
+        const std::int32_t seconds = 10;
+        ask(runtime.Fg_setParameterWithType(board, FG_TIMEOUT_PARAMETER, &seconds, dma, FG_TYPE_INT32));
     }
     return rings;
 }
@@ -379,11 +382,20 @@ RATIO("load and unload, 256 channels / its runtime calls", whole<256>, direct<25
 int main(int argc, char** argv)
 {
     loadAndUnload(1); // what is made once
-    for (const int channels : SIZES)
-        if (journalOf(&callDirectly, channels) != journalOf(&loadAndUnload, channels)) {
-            std::fprintf(stderr, "%d channels: a load makes other calls than its yardstick\n", channels);
+    for (const int channels : SIZES) {
+        const std::string expected = journalOf(&loadAndUnload, channels);
+        const std::string made = journalOf(&callDirectly, channels);
+        if (made != expected) {
+            const auto place = std::ranges::mismatch(expected, made);
+            const auto line = [](const std::string& text, auto at) {
+                const auto begin = text.rfind('\n', static_cast<std::size_t>(at - text.begin())) + 1;
+                return text.substr(begin, text.find('\n', begin) - begin);
+            };
+            std::fprintf(stderr, "%d channels: a load calls \"%s\", its yardstick \"%s\"\n", channels,
+                         line(expected, place.in1).c_str(), line(made, place.in2).c_str());
             return 1;
         }
+    }
     if (argc == 2 && std::strcmp(argv[1], "--compare-calls") == 0)
         return 0;
     const int result = ovra::bench::runRatios(argc, argv);

@@ -2,7 +2,7 @@
 
 #include "Failure.h"
 #include "hardware/DeviceWrite.h"
-#include "rehearsal/ImageWatch.h"
+#include "hardware/ImageWatch.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
 #include "rehearsal/Player.h"
 
 #include "Failure.h"
-#include "rehearsal/ImageWatch.h"
+#include "hardware/ImageWatch.h"
 #include "rehearsal/Rehearsal.h"
 
 #include <utility>

@@ -434,8 +434,10 @@ FgFrameIndex FglibFrameBufferGroup::State::copyNewest(FgFrameIndex wanted, const
         return number;
     const auto* const pixels =
         static_cast<const std::uint8_t*>(runtime->Fg_getImagePtrEx(handle, number, dma, source.get()));
-    if (!pixels)
-        return FG_INVALID_MEMORY;
+    if (!pixels) { // a board that was lost since the wait says so when it is asked for a number
+        const FgFrameIndex latest = runtime->Fg_getLastPicNumberEx(handle, dma, source.get());
+        return latest < 0 ? latest : FG_INVALID_MEMORY;
+    }
     std::memcpy(copy.data(), pixels, source.geometry().bytes());
     timestamp = timestampOf(number, source);
     return number;

@@ -43,7 +43,7 @@ std::filesystem::path preparedFolder(const std::filesystem::path& folder)
 ImageRecorder::ImageRecorder(const std::filesystem::path& folder, std::int64_t count)
     : m_folder(preparedFolder(folder)),
       m_count(count),
-      m_list(m_folder / LIST_NAME)
+      m_list(m_folder / LIST_NAME, std::ios::binary)
 {
     m_list << "file,number,timestamp_ns,arrival\n" << std::flush;
     if (!m_list)

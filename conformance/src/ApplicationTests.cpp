@@ -93,7 +93,7 @@ struct Listener
 Listener& startedListener(HostUnderTest& host)
 {
     host.startApplication();
-    auto* const listener = new Listener;
+    static auto* const listener = new Listener; // one test, one process
     OvraLogInit();
     OvraLogSetMessageCallback(Listener::take, listener);
     return *listener;

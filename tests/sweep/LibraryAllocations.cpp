@@ -38,7 +38,8 @@ int placeDepth = 0;
 int findCode(dl_phdr_info* module, std::size_t, void*)
 {
     for (Code* code : {&library, &standardLibrary}) {
-        if (!std::string_view(module->dlpi_name).ends_with(code->name))
+        if (std::string_view(module->dlpi_name).find(code->name) ==
+            std::string_view::npos) // a version may follow
             continue;
         for (int i = 0; i < module->dlpi_phnum; ++i) {
             const auto& segment = module->dlpi_phdr[i];

@@ -161,10 +161,14 @@ class Abuse(unittest.TestCase):
                 silent.message()  # says no hello
 
     def test_a_client_that_reads_nothing_changes_nothing_for_the_others(self):
+        def found():  # the application may still be starting
+            with Socket(self.viewer) as early:
+                applets = early.hello()["state"]["applets"]
+            return next((each for each in applets if each["name"] == "SingleAreaGray.hap"), None)
+        applet = wait_for(found, "the applet")
         with Socket(self.viewer) as page, Socket(self.viewer) as deaf:
-            state = page.hello()["state"]
+            page.hello()
             deaf.hello()
-            applet = next(each for each in state["applets"] if each["name"] == "SingleAreaGray.hap")
             self.assertEqual(page.request("load", board="1a2b3c", applet=applet["path"])["type"], "done")
             self.assertEqual(page.request("start", board="1a2b3c", kind="dma", index=0)["type"], "done")
             with Socket(self.viewer) as other:

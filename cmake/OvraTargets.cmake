@@ -136,6 +136,11 @@ if(MINGW)
     endforeach()
 endif()
 
+if(OVRA_MICROSOFT_ABI_DIR)
+    configure_file("${OVRA_MICROSOFT_ABI_DIR}/lib/c++.dll" "${OVRA_STAGE_DIR}/bin/c++.dll" COPYONLY)
+    install(FILES "${OVRA_MICROSOFT_ABI_DIR}/lib/c++.dll" DESTINATION bin)
+endif()
+
 # --- the kinds of targets ------------------------------------------------------------------------
 
 # ovra_version_resource(<target> <file name>)

@@ -167,7 +167,8 @@ struct Library
     void (*start)();
     void (*stop)();
 };
-constexpr Library LIBRARIES[] = {
+// Not constexpr: under Microsoft's ABI the address of an imported function is known at run time only.
+const Library LIBRARIES[] = {
     {"ovra-core", OvraCoreInit, OvraCoreDeinit},
     {"ovra-lib-environment", OvraEnvironmentInit, OvraEnvironmentDeinit},
     {"ovra-lib-parameters", OvraParametersInit, OvraParametersDeinit},

@@ -185,7 +185,7 @@ TEST(ApplicationEnd, AnExceptionLeavesTheLaterStepsForAnotherAttempt)
                          "PluginManager::stopMonitor",
                          "CommandProcessor::terminateAsyncCommands",
                          "OvraLogDeinit"};
-    const auto cleanUp = [&whole](Session& session) {
+    const auto cleanUp = [](Session& session) {
         session.application.stopPlugins();
         Lines lines = lifecycle();
         std::erase(lines, "CommandProcessor::executeCommand ovra::gui::commands::CleanupApplicationCommand");

@@ -74,8 +74,6 @@ public:
         return shown;
     }
 
-    void hangUp() const { kill(m_process, SIGHUP); }
-
     int exitCode()
     {
         int status = 0;
@@ -156,15 +154,6 @@ TEST_F(AtTheTerminal, CtrlCGivesThePromptBackAndMessagesOfWhatGoesOnStandAboveWh
     terminal.type("quit\n");
     terminal.seeUntil("Application closed.");
     EXPECT_EQ(terminal.exitCode(), 1); // for what was refused
-}
-
-TEST_F(AtTheTerminal, AHangUpEndsTheSessionInOrder)
-{
-    Terminal terminal(workspace, machine);
-    terminal.seeUntil("ovra> ");
-    terminal.hangUp();
-    terminal.seeUntil("Application closed.");
-    EXPECT_EQ(terminal.exitCode(), 130);
 }
 
 } // namespace

@@ -121,7 +121,7 @@ TEST_F(AtTheTerminal, WordsAreCompletedAndLinesComeBackInTheNextSession)
     terminal.type("\x1b[A\x1b[A\n"); // up twice: past quit
     terminal.seeUntil("\r\nre\xc3\xbc-called\r\n");
     terminal.seeUntil("ovra> ");
-    terminal.type("\x04");
+    terminal.type("quit\n");
     terminal.seeUntil("Application closed.");
     EXPECT_EQ(terminal.exitCode(), 0);
 }

@@ -10,28 +10,42 @@
 #include <iostream>
 using namespace ovra;
 
-// What this front end does not show stands two by two.
-// clang-format off
 struct MinimalViews final : gui::Views
 {
     using Text = const std::string&;
     void showSplashscreenMessage(Text message) override { std::cout << message << '\n'; }
-    void showErrorMessage(Text title, Text message) override { std::cerr << title << ": " << message << '\n'; }
+    void showErrorMessage(Text title, Text message) override
+    {
+        std::cerr << title << ": " << message << '\n';
+    }
     int showChoiceDialog(Text, Text, Text, Text, Text, bool*) override { return 2; } // ignore
     boost::shared_ptr<boost::signals2::scoped_connection>
-    connectFglibEvents(boost::shared_ptr<core::models::FgLibEventsModel>) override { return {}; }
-    void onInitializeBegin() override {}         void onInitializeSync() override {}
-    void onLoggingInstalled() override {}        void onInitializationDone() override {}
-    // Submit no UnloadAppletCommand from the first of these to the second: it would not wait for the load.
-    void onLoadAppletStarted() override {}       void onLoadAppletFinished() override {}
-    void showLoadingBoard(Text) override {}      void showLoadingApplet(Text) override {}
-    void showLoadAppletStatus(Text) override {}  void showLoadAppletWarning(Text) override {}
-    void showLoadAppletError(Text) override {}   void update_acquisition_state() override {}
-    void applet_unloaded() override {}           void setRescanInProgress(bool) override {}
-    void reservedSlot1() override {}             void reservedSlot2() override {}
-    void reservedSlot3() override {}             void onCleanup() override {}
+    connectFglibEvents(boost::shared_ptr<core::models::FgLibEventsModel>) override
+    {
+        return {};
+    }
+
+    // This front end ignores the rest.
+    void onInitializeBegin() override {}
+    void onInitializeSync() override {}
+    void onLoggingInstalled() override {}
+    void onInitializationDone() override {}
+    // Submit no UnloadAppletCommand between these two: it would not wait for the load.
+    void onLoadAppletStarted() override {}
+    void onLoadAppletFinished() override {}
+    void showLoadingBoard(Text) override {}
+    void showLoadingApplet(Text) override {}
+    void showLoadAppletStatus(Text) override {}
+    void showLoadAppletWarning(Text) override {}
+    void showLoadAppletError(Text) override {}
+    void update_acquisition_state() override {}
+    void applet_unloaded() override {}
+    void setRescanInProgress(bool) override {}
+    void reservedSlot1() override {}
+    void reservedSlot2() override {}
+    void reservedSlot3() override {}
+    void onCleanup() override {}
 };
-// clang-format on
 
 void listBoards()
 {

@@ -1,5 +1,5 @@
-// A front end to begin with: loads an applet onto the first board, takes one image, and prints how its grey
-// values are distributed. Yours draws instead of printing, and lets a user choose.
+// A front end to begin with: loads an applet onto the first board, acquires one image, and prints the
+// distribution of its grey values. Your front end draws instead, and lets the user choose.
 
 #include "gui-core/EntryPoints.h"
 #include "gui-core/Gui.h"
@@ -35,12 +35,11 @@ using Text = const std::string&;
 using core::models::HlEnvironmentBoardNode;
 using core::models::HlEnvironmentDmaNode;
 
-/// What the library tells and asks. All operations but connectFglibEvents and logMsgCallback run on the GUI
-/// thread.
+/// The library calls these operations: on the GUI thread, except connectFglibEvents and logMsgCallback.
 class FrontEndViews final : public gui::Views
 {
 public:
-    /// What went wrong since the last call; empty where nothing did.
+    /// Returns the last error since the previous call, or an empty text.
     std::string takeError() { return std::exchange(m_error, {}); }
 
     void showErrorMessage(Text title, Text message) override { m_error = title + ": " + message; }
@@ -58,7 +57,7 @@ public:
         return {};
     }
 
-    // What a front end with windows would show.
+    // A front end with windows would show these.
     void onInitializeBegin() override {}
     void onLoggingInstalled() override {}
     void onInitializeSync() override {}
@@ -117,7 +116,7 @@ public:
 
 private:
     mutable std::mutex m_mutex;
-    std::vector<std::uint16_t> m_samples; ///< of the scene's thread; kept so that no image needs new memory
+    std::vector<std::uint16_t> m_samples; ///< scene's thread only; kept so that no image needs new memory
     std::array<std::size_t, BARS> m_counts{};
     int m_width = 0;
     int m_height = 0;
@@ -138,7 +137,7 @@ public:
     }
     ~Session() { m_application.stopPlugins(); }
 
-    /// Submits \p command and returns when it is done with all that it brought about.
+    /// Submits \p command and returns when it has ended, and every command that it submitted.
     void run(const boost::shared_ptr<core::Command>& command)
     {
         core::HarloApplication::commandprocessor()->executeCommand(command);
@@ -147,7 +146,7 @@ public:
             throw std::runtime_error(error);
     }
 
-    /// Keeps the loop running meanwhile.
+    /// Runs the event loop until \p condition holds; throws \p complaint after a minute.
     void waitUntil(const std::function<bool()>& condition, Text complaint)
     {
         if (!m_application.pumpUntil(condition, std::chrono::minutes(1)))

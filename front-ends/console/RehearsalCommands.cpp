@@ -5,10 +5,10 @@
 #include "Console.h"
 #include "Printer.h"
 
+#include "front-ends/shared/Rehearsal.h"
 #include "front-ends/shared/RequestError.h"
 
 #include "gui-core/Gui.h"
-#include "ovra-core/reference/RuntimeEntries.h"
 #include "ovra-lib-environment/Environment.h"
 
 #include <sstream>
@@ -19,25 +19,11 @@ using namespace frontend;
 
 namespace {
 
-constexpr std::size_t MAX_ANSWER_BYTES = 1U << 16;
 constexpr std::chrono::seconds MAX_WAIT{60}; ///< for the end of a scenario
-
-/// What the runtime answers to a step.
-std::string answerTo(const std::string& step)
-{
-    const auto runtime = reference::requireRuntime();
-    if (!runtime->FgSim_perform)
-        throw RequestError("only a virtual installation can rehearse; this is another one");
-    std::string answer(MAX_ANSWER_BYTES, '\0');
-    if (runtime->FgSim_perform(step.c_str(), answer.data(), answer.size()) != 0)
-        throw RequestError(reference::lastFailureText(*runtime));
-    answer.resize(answer.find('\0'));
-    return answer;
-}
 
 void perform(Console& console, const std::string& step)
 {
-    std::istringstream lines(answerTo(step));
+    std::istringstream lines(rehearse(step));
     for (std::string line; std::getline(lines, line);)
         console.printer.line(line);
 }
@@ -52,7 +38,7 @@ void scenario(Console& console, const Arguments& arguments)
 {
     if (arguments.count() == 0 || arguments.text(0) != "wait")
         return perform(console, "scenario " + arguments.joined());
-    const auto over = [] { return answerTo("scenario").find("waits: ") == std::string::npos; };
+    const auto over = [] { return rehearse("scenario").find("waits: ") == std::string::npos; };
     if (!console.waitUntil(over, MAX_WAIT))
         throw RequestError("the scenario is not over within " + std::to_string(MAX_WAIT.count()) +
                            " seconds");

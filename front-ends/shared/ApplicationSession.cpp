@@ -2,6 +2,7 @@
 
 #include "Lookup.h"
 #include "Process.h"
+#include "Rehearsal.h"
 
 #include "gui-core/EntryPoints.h"
 #include "gui-core/Gui.h"
@@ -64,12 +65,24 @@ void exportOptions(const SessionOptions& options)
 struct ApplicationSession::State
 {
     State(const SessionOptions& options, ErrorHandler handler)
-        : onError(std::move(handler)),
+        : scenario(options.scenario),
+          onError(std::move(handler)),
           application({.runtimeDirectory = options.runtimeFolder,
                        .runtimeLibrary = {},
                        .configurationFile = options.configurationFile})
     {
         library.begin();
+    }
+
+    void beginScenario()
+    {
+        if (scenario.empty())
+            return;
+        try {
+            rehearse("scenario " + scenario);
+        } catch (const std::exception& error) {
+            onError(error.what());
+        }
     }
 
     bool pumpUntilIdle(std::chrono::milliseconds limit)
@@ -97,6 +110,7 @@ struct ApplicationSession::State
                 unload(board, limit);
     }
 
+    const std::string scenario; ///< file; empty: none
     ErrorHandler onError;
     LibraryUse library{onError};
     reference::Application application;
@@ -123,7 +137,10 @@ bool ApplicationSession::start(const boost::shared_ptr<gui::Views>& views, std::
     m_state->plugin.reset(gui::Gui::createInstance(), gui::Gui::destroyInstance);
     m_state->application.addPlugin(m_state->plugin, {{"views", views}});
     m_state->application.startPlugins();
-    return m_state->pumpUntilIdle(limit);
+    const bool ready = m_state->pumpUntilIdle(limit);
+    if (ready)
+        m_state->beginScenario();
+    return ready;
 }
 
 void ApplicationSession::stop(std::chrono::milliseconds limit)

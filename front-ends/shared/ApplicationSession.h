@@ -44,8 +44,9 @@ public:
     /// Valid as long as the session.
     reference::Application& application();
 
-    /// Gives \p views to the library, starts the application and lets its loop run until it is ready. False
-    /// when it is not within \p limit. Call once.
+    /// Gives \p views to the library, starts the application, lets its loop run until it is ready, and begins
+    /// the scenario of the options; one that is refused goes to the handler. False when the application is
+    /// not ready within \p limit. Call once.
     bool start(const boost::shared_ptr<gui::Views>& views, std::chrono::milliseconds limit);
 
     /// Waits for the command that is under way, unloads each board, and closes the application: at most

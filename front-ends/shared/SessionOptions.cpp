@@ -12,6 +12,10 @@ void addSessionOptions(CLI::App& program, SessionOptions& options)
                     "folder for pictures and stored configurations, in place of the current one")
         ->type_name("DIR");
     program.add_option("--machine", options.machine, "description of the virtual machine")->type_name("FILE");
+    program
+        .add_option("--scenario", options.scenario,
+                    "what goes wrong on the virtual machine, from the application's start on")
+        ->type_name("FILE");
     program.add_option("--runtime-dir", options.runtimeFolder, "installation, in place of the program's own")
         ->type_name("DIR");
     program.add_option("--config", options.configurationFile, "where configuration entries are kept")

@@ -8,7 +8,12 @@
 #include <algorithm>
 
 using namespace ovra::tests;
+using testing::Contains;
+using testing::ElementsAre;
 using testing::ElementsAreArray;
+using testing::EndsWith;
+using testing::IsSupersetOf;
+using testing::Not;
 
 namespace {
 
@@ -76,6 +81,24 @@ TEST_P(Scenario, IsSeenLikeThisEachTime)
     std::erase_if(lines, [](const std::string& line) { return !isRehearsed(line); });
     lines.erase(std::ranges::find(lines, "> quit"), lines.end());
     EXPECT_THAT(lines, ElementsAreArray(GetParam().transcript)) << outcome.text();
+}
+
+TEST(ScenarioOption, PlaysAFileFromTheStartOnOrRefusesItBeforeAnyCommand)
+{
+    const Workspace workspace;
+    const auto file = workspace.write("a b.scenario", "at 0 s: unplug camera 0 0; after 0 s: disk full\n");
+    const auto played = workspace.console("scenario wait\nfaults\n", {"--scenario", file.string()});
+    EXPECT_THAT(played.lines, IsSupersetOf({"the scenario is over", "unplug camera 0 0", "disk full"}))
+        << played.text();
+    EXPECT_EQ(played.exitCode, 0);
+
+    workspace.write("a b.scenario", "at 0 s: forget\nat noon: forget\n");
+    const auto refused = workspace.console("echo commands run\n", {"--scenario", file.string()});
+    EXPECT_THAT(refused.linesWith("error: "),
+                ElementsAre(EndsWith("a b.scenario: line 2: Expected a time, a day at most, found 'noon'")))
+        << refused.text();
+    EXPECT_THAT(refused.lines, Not(Contains("commands run")));
+    EXPECT_EQ(refused.exitCode, 1);
 }
 
 INSTANTIATE_TEST_SUITE_P(Shipped, Scenario, testing::ValuesIn(REHEARSALS),

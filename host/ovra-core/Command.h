@@ -15,7 +15,18 @@ namespace ovra::core {
 ///   | Asynchronous | executeSync       | executeAsync   | executePostAsync        |
 ///   | Event        | executeSync       |                |                         |
 ///
-/// The phases of one command never overlap. A phase that is not overridden does nothing.
+/// The phases of one command never overlap. The default implementation of a phase does nothing. A command
+/// keeps its arguments and what one phase leaves for the next; the processor keeps it alive until then.
+///
+/// \code
+/// class CountImages : public core::Command
+/// {
+/// public:
+///     CountImages() : Command(Command::Asynchronous) {}
+///     void executeAsync() override { m_images = countOnDisk(); } // may take its time
+///     void executePostAsync() override { m_label.show(m_images); }
+/// };
+/// \endcode
 class OVRA_CORE_API Command
 {
 public:

@@ -10,7 +10,11 @@ namespace ovra::core {
 
 class Command;
 
-/// Made by the application; reached through HarloApplication::commandprocessor().
+/// The application creates it; HarloApplication::commandprocessor() returns it.
+///
+/// \code
+/// core::HarloApplication::commandprocessor()->executeCommand(boost::make_shared<CountImages>());
+/// \endcode
 class OVRA_CORE_API CommandProcessor
 {
 public:
@@ -18,20 +22,20 @@ public:
 
     /// Runs \p command; keeps it alive until its last phase has returned.
     ///
-    /// On the GUI thread a synchronous, clean-up or event command runs at once, also from within a phase of
-    /// another command; an asynchronous one submitted from within a phase is queued and starts after
-    /// that phase has returned. On any other thread every command is queued for the GUI thread, in order, and
-    /// the call does not wait.
+    /// On the GUI thread a synchronous, clean-up or event command runs at once, even if a phase of another
+    /// command submits it. An asynchronous command that a phase submits is queued and starts after that phase
+    /// has returned. On any other thread every command is queued for the GUI thread, in order, and the call
+    /// does not wait.
     ///
-    /// An exception that leaves a phase is handed to the application's error handler. When the synchronous
-    /// phase fails, the asynchronous one is skipped; the post-asynchronous phase runs in every case.
+    /// If a phase throws, the application's error handler gets the exception. If the synchronous phase
+    /// throws, the asynchronous phase is skipped. The post-asynchronous phase runs in any case.
     ///
-    /// An object that was submitted before and has not run its last phase is refused with std::logic_error.
+    /// \throws std::logic_error  if this object was submitted before and has not run its last phase
     virtual void executeCommand(boost::shared_ptr<Command> command) = 0;
 
-    /// GUI thread. Lets the running asynchronous phase end, starts no other, runs the post-asynchronous phase
-    /// of every command whose synchronous phase ran, and returns. After it no phase runs, and commands are
-    /// dropped.
+    /// GUI thread. Waits for the running asynchronous phase, starts no further one, runs the
+    /// post-asynchronous phase of every command whose synchronous phase ran, and returns. After that no phase
+    /// runs, and new commands are dropped.
     virtual void terminateAsyncCommands() = 0;
 };
 

@@ -4,11 +4,11 @@
 ///   - GenericModelNode                    a node
 ///   - aspects::Parent, aspects::Children  its place in the tree
 ///   - KeyedChildren                       children by key, as most nodes hold them
-///   - GenericModelNodeChildrenIterator    walks a snapshot of children
+///   - GenericModelNodeChildrenIterator    iterates over a snapshot of children
 ///   - Guarded                             a field that one thread may read while another writes it
 ///
-/// Nodes may be read and changed from any thread. A change is visible to who looks next; a walk
-/// that began before it goes on over what was there when it began.
+/// Nodes may be read and changed from any thread. The next read sees a change; an iterator that was created
+/// before the change continues over its snapshot.
 #pragma once
 
 #include "ovra-core/Export.h"
@@ -28,7 +28,7 @@ namespace ovra::core::models {
 
 class GenericModelNode;
 
-/// A value behind a lock of its own. What a write displaces is destroyed outside the lock.
+/// A value with its own lock. set() destroys the previous value outside the lock.
 template <class T>
 class Guarded
 {
@@ -59,7 +59,7 @@ namespace aspects {
 class OVRA_CORE_API Parent
 {
 public:
-    /// Empty for a root, and for a node that was taken out of its parent.
+    /// Empty for a root, and for a node that was removed from its parent.
     boost::shared_ptr<GenericModelNode> get() const;
     void set(const boost::weak_ptr<GenericModelNode>& parent);
 
@@ -78,13 +78,13 @@ public:
     virtual std::size_t count() const = 0;
 
 protected:
-    /// Stands at the head of each clear().
+    /// Each implementation of clear() calls this first.
     void aboutToClear() const;
 };
 
 } // namespace aspects
 
-/// Base of every node. Held in boost::shared_ptr only.
+/// Base of every node. Nodes exist only in a boost::shared_ptr.
 class OVRA_CORE_API GenericModelNode : public boost::enable_shared_from_this<GenericModelNode>
 {
 public:
@@ -94,7 +94,7 @@ public:
 
     aspects::Parent& _parent();
 
-    /// A node without children of its own has an empty set that stays empty.
+    /// The children; for a node type without children an empty set.
     virtual aspects::Children& _children();
 
 protected:
@@ -104,9 +104,9 @@ private:
     aspects::Parent m_parent;
 };
 
-/// Walks the children that were there when it was made:
+/// Iterates over the children that existed when it was created:
 /// `for (auto it = board->getDmas(); it->hasNext(); it->advance()) use(it->current());`
-/// For one thread.
+/// Use one iterator on one thread only.
 template <class Node>
 class GenericModelNodeChildrenIterator
 {
@@ -130,15 +130,15 @@ private:
     const boost::shared_ptr<Node>* m_end;
 };
 
-/// Children of one type, in ascending order of their keys. Adding a key that exists replaces the node.
-/// Walks share one immutable snapshot until the next change.
+/// Children of one type, in ascending order of their keys. Adding an existing key replaces the node.
+/// Iterators share one immutable snapshot until the next change.
 template <class Key, class Node>
 class KeyedChildren final : public aspects::Children
 {
 public:
     using Iterator = GenericModelNodeChildrenIterator<Node>;
 
-    /// \p owner becomes the parent of what is added.
+    /// \p owner becomes the parent of \p node.
     void add(const Key& key, const boost::shared_ptr<Node>& node,
              const boost::weak_ptr<GenericModelNode>& owner)
     {
@@ -153,7 +153,7 @@ public:
             displaced->_parent().set({});
     }
 
-    /// False when there is none under \p key.
+    /// False if there is no node under \p key.
     bool remove(const Key& key)
     {
         boost::shared_ptr<Node> removed;
@@ -190,7 +190,7 @@ public:
         return m_nodes.size();
     }
 
-    /// Empty when there is none under \p key.
+    /// Empty if there is no node under \p key.
     boost::shared_ptr<Node> find(const Key& key) const
     {
         const std::lock_guard lock(m_mutex);

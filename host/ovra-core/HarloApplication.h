@@ -13,21 +13,21 @@ namespace ovra::core {
 class CommandProcessor;
 class PluginManager;
 
-/// One application runs in a process. Without one, the pointers are empty, entries have their defaults and
-/// the runtime directory is empty. Safe from any thread.
+/// A process has at most one application. While there is none, the pointers and the runtime directory are
+/// empty, reading an entry gives its default, and writing one has no effect. Any thread.
 class OVRA_CORE_API HarloApplication
 {
 public:
     static boost::shared_ptr<CommandProcessor> commandprocessor();
     static boost::shared_ptr<PluginManager> pluginmanager();
 
-    /// The integer under \p key, or \p defaultValue when there is none or it is no integer.
+    /// The integer under \p key, or \p defaultValue if there is none or it is not an integer.
     static long long getConfigIntEntry(const std::string& key, long long defaultValue);
 
-    /// Stores an integer; it outlives the process where the application keeps its entries in a file.
+    /// Stores an integer. It outlives the process if the application keeps its entries in a file.
     static void setConfigEntry(const std::string& key, int value);
 
-    /// Root of the folders "bin", "Hardware Applets" and "dll", without a closing separator.
+    /// Parent of the folders "bin", "Hardware Applets" and "dll", without a trailing separator.
     static std::string getRuntimeDirectory();
 };
 

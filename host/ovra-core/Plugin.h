@@ -1,5 +1,5 @@
 /// \file
-/// Plugin: what a plug-in of the application derives from.
+/// Plugin: the base class of the application's plug-ins.
 #pragma once
 
 #include "ovra-core/Export.h"
@@ -18,9 +18,9 @@ template <class T>
 class EnableThisPtr : public boost::enable_shared_from_this<T> // NOLINT(bugprone-crtp-*)
 {};
 
-/// The application creates a plug-in, calls postConstruct, injects its dependencies by key, calls
-/// postInjection, and runs the two application commands at start and end. All on the GUI thread.
-/// The defaults do nothing and return no command.
+/// The application creates a plug-in, calls postConstruct, injects its dependencies by key, and calls
+/// postInjection. It submits the initialisation command at its start and the clean-up command at its end. All
+/// of that happens on the GUI thread. The default implementations do nothing and return an empty pointer.
 class OVRA_CORE_API Plugin : public EnableThisPtr<Plugin>
 {
 public:

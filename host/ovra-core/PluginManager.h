@@ -6,13 +6,13 @@
 
 namespace ovra::core {
 
-/// Made by the application; reached through HarloApplication::pluginmanager().
+/// The application creates it; HarloApplication::pluginmanager() returns it. Any thread.
 class OVRA_CORE_API PluginManager
 {
 public:
     virtual ~PluginManager();
 
-    /// Starts to watch the plug-in folder for additions. Safe from any thread.
+    /// Starts to watch the plug-in folder for additions.
     virtual void startMonitor() = 0;
     virtual void stopMonitor() = 0;
 };

@@ -1,5 +1,5 @@
 /// \file
-/// FglibFrameBufferGroup: the buffers of a DMA channel of the frame-grabber runtime.
+/// FglibFrameBufferGroup: the image buffers of one DMA channel of the frame-grabber runtime.
 #pragma once
 
 #include "ovra-lib-display-fglib/Export.h"
@@ -13,29 +13,34 @@ struct Fg_Struct_s;
 
 namespace ovra::display {
 
-/// Allocates when it is made, and accounts for what it allocates with the three functions that it is given:
-/// bytes in use, limit in bytes, and change of the bytes in use. Grants as many of the requested buffers as
-/// the limit allows, but at least one. The functions are called one at a time for all groups, and must not
-/// call a group. Images are copied out of the buffers: they stay valid until the next waitForImage. Once the
-/// buffers are released the board handle is not used any more: a start throws std::runtime_error, other
-/// requests change nothing. Safe from any thread, but for waitForImage, which is for one thread at a time.
+/// Construction allocates the buffers. The group reads and updates the DMA memory in use through the three
+/// functions that create() gets, and grants as many of the requested buffers as the limit allows, but at
+/// least one. waitForImage copies the image out of its buffer; the copy is valid until the next waitForImage.
+///
+/// After releaseBuffers() the group does not use the board handle: startAcquisition throws
+/// std::runtime_error, other requests have no effect.
+///
+/// Any thread may call it, but only one at a time waitForImage.
 class OVRA_DISPLAY_FGLIB_API FglibFrameBufferGroup : public FrameBufferGroup
 {
 public:
-    using UsedMemory = unsigned long long (*)();
-    using TotalMemory = unsigned long long (*)();
-    using UpdateUsedMemory = void (*)(long long delta);
+    // Called under one lock for all groups: they must not call a group.
+    using UsedMemory = unsigned long long (*)();        ///< bytes in use
+    using TotalMemory = unsigned long long (*)();       ///< limit in bytes
+    using UpdateUsedMemory = void (*)(long long delta); ///< adds \p delta bytes to those in use
 
-    /// 0 buffers, and more than an int holds, count as a request for 1. Throws std::runtime_error when the
-    /// runtime gives no buffers.
+    /// Requests \p buffers buffers for a channel of the board with \p handle, which must stay valid until
+    /// releaseBuffers(). A number of 0, or one that does not fit an int, counts as 1.
+    /// \throws std::runtime_error  if the runtime provides no buffers
     static boost::shared_ptr<FglibFrameBufferGroup> create(Fg_Struct_s* handle, int boardIndex,
                                                            unsigned int dmaIndex, unsigned int buffers,
                                                            UsedMemory usedMemory, TotalMemory totalMemory,
                                                            UpdateUsedMemory updateUsedMemory);
     ~FglibFrameBufferGroup() override;
 
-    /// Below 1: std::invalid_argument, and neither the buffers nor the requested count change. Where the
-    /// runtime gives no buffers: std::runtime_error, and there are as many as before; the request stands.
+    /// \throws std::invalid_argument  if \p buffers is below 1; nothing changes
+    /// \throws std::runtime_error  if the runtime provides no buffers; the number of buffers stays, the
+    ///     requested number is the new one
     void setBufferCount(int buffers) override;
     unsigned int requestedBufferCount() const override;
     unsigned int bufferCount() const override;
@@ -48,22 +53,23 @@ public:
     bool waitForImage(std::int64_t after, Image& image) override;
     unsigned int dmaIndex() const override;
     reference::AcquisitionStatus acquisitionStatus() const override;
-    /// As the runtime counts them.
+    /// The runtime's count.
     std::int64_t lostImages() const override;
 
-    /// Longest wait for an image, from the next wait on; becomes the channel's FG_TIMEOUT. A start takes up
-    /// what FG_TIMEOUT is then. A channel that waits for a trigger goes on waiting.
+    /// Sets the longest wait for an image, which is also the channel's parameter FG_TIMEOUT. It applies from
+    /// the next wait on. A start reads FG_TIMEOUT again. A channel that waits for a trigger does not time
+    /// out.
     void setTimeout(unsigned int seconds);
 
-    /// Writes the channel's size in pixels. The buffers follow with the next
-    /// notifyGeometryMayHaveChangedSlot or start, and at once while the channel acquires.
+    /// Writes the channel's size in pixels. During an acquisition the buffers are reallocated at once, else
+    /// with the next notifyGeometryMayHaveChangedSlot or start.
     void setWidth(int width);
     void setHeight(int height);
 
-    /// Tells that the channel's geometry may be another than before. Called in pairs: with \p begin true
-    /// before the group looks, which ends a running acquisition, and with false to take the geometry up:
-    /// buffers are made anew when the size differs, and an acquisition that was running goes on. The numbers
-    /// are hints and may be 0.
+    /// Announces that the channel's geometry may change or may have changed. Call it twice: with \p begin
+    /// true, which pauses a running acquisition; then with false, which reads the geometry, reallocates the
+    /// buffers if the size differs, and resumes the acquisition. \p width and \p height are hints and may be
+    /// 0.
     void notifyGeometryMayHaveChangedSlot(int width, int height, bool begin);
 
 private:

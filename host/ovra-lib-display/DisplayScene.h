@@ -1,5 +1,17 @@
 /// \file
-/// DisplayScene: takes images out of a frame-buffer group and hands them to a visualizer.
+/// DisplayScene: takes images from a frame-buffer group and passes them to a visualizer.
+///
+/// \code
+/// struct Screen : display::DisplaySceneVisualizer
+/// {
+///     void showImage(const display::Image& image) override; // on the scene's thread: copy and return
+/// };
+/// Screen screen;
+/// const auto scene = dma->getDisplayScene();
+/// scene->setVisualizer(&screen);
+/// ...
+/// scene->setVisualizer(nullptr); // before screen is destroyed
+/// \endcode
 #pragma once
 
 #include "ovra-lib-display/Export.h"
@@ -16,27 +28,29 @@ class AcquisitionObserver;
 
 namespace ovra::display {
 
-/// Shows images. Implemented by a front end, owned by it, and taken off every scene before it is destroyed.
+/// Shows images. A front end implements and owns it, and removes it from every scene before destroying it.
 class OVRA_DISPLAY_API DisplaySceneVisualizer
 {
 public:
     virtual ~DisplaySceneVisualizer();
 
-    /// Called on the scene's own thread. Images that arrive during a call are skipped but for the newest.
-    /// Must not stop the scene or change its visualizer.
+    /// Called on the scene's own thread. Of the images that arrive during a call, only the newest is shown.
+    /// Must not stop the scene or change its visualizer: that would wait for this call to return.
+    ///
+    /// \param image  valid during the call
     virtual void showImage(const Image& image) = 0;
 };
 
-/// Counts since the last start.
+/// Counters since the last start.
 struct DisplayStatistics
 {
     std::int64_t received = 0; ///< number of the newest image seen
-    std::int64_t shown = 0;    ///< images handed to the visualizer
+    std::int64_t shown = 0;    ///< images passed to the visualizer
     std::int64_t skipped = 0;  ///< images that a newer one overtook
     double seconds = 0;        ///< from the start to the newest image
 };
 
-/// Safe from any thread.
+/// Runs a thread of its own while it grabs. All functions may be called from any thread.
 class OVRA_DISPLAY_API DisplayScene
 {
 public:
@@ -45,21 +59,24 @@ public:
     DisplayScene(const DisplayScene&) = delete;
     DisplayScene& operator=(const DisplayScene&) = delete;
 
-    /// The images come from the group at position 0.
+    /// The scene takes images from the group at position 0.
     void addFrameBufferGroup(int position, const boost::shared_ptr<FrameBufferGroup>& group);
     void removeFrameBufferGroup(int position);
 
-    /// Null takes the visualizer off; when the call returns, it is not being called any more.
+    /// Null removes the visualizer. When the function returns, no call of the previous visualizer is running.
     void setVisualizer(DisplaySceneVisualizer* visualizer);
 
-    /// Starts to take \p images images, without end when negative. A scene that grabs is started anew.
-    /// Without a group nothing happens. Throws std::runtime_error when the group cannot start.
+    /// Starts the acquisition; restarts it if it is running. Without a group it does nothing.
+    ///
+    /// \param images  number of images; negative: without end
+    /// \throws std::runtime_error  if the group cannot start
     void startGrabbing(int images);
-    /// When it returns, the acquisition has ended and no image is handed on.
+    /// When it returns, the acquisition has ended and the visualizer gets no more images.
     void stopGrabbing();
+    /// False also after an acquisition has ended by itself.
     bool isGrabbing() const;
 
-    /// Size of the images of the group, in pixels; 0 without one.
+    /// Size of the group's images, in pixels; 0 without a group.
     int width() const;
     int height() const;
 

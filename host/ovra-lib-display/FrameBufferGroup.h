@@ -15,8 +15,8 @@ struct AcquisitionStatus;
 
 namespace ovra::display {
 
-/// An image in a buffer, read with the functions of PixelConversion.h. Valid while the buffer is not
-/// overwritten: copy what is needed longer.
+/// An image in a buffer. Read its pixels with the functions of PixelConversion.h. They are valid until the
+/// buffer is overwritten: copy what you need longer.
 struct Image
 {
     const std::uint8_t* pixels = nullptr; ///< line after line, bytesPerLine bytes each
@@ -26,47 +26,48 @@ struct Image
     PixelFormat format = PixelFormat::Mono8;
     int bitsPerPixel = describe(format).bitsPerPixel;
     std::size_t bytesPerLine = display::bytesPerLine(format, width);
-    /// When the board took the image: nanoseconds since the applet was loaded. 0 where the runtime does not
-    /// tell.
+    /// The board's time stamp, in nanoseconds since the applet was loaded; 0 if the runtime gives none.
     std::uint64_t timestampNs = 0;
-    /// When the host noticed it.
+    /// When the host received the image.
     std::chrono::system_clock::time_point arrival{};
 
     std::size_t bytes() const { return bytesPerLine * static_cast<std::size_t>(height); }
 };
 
+/// The buffers of one source. ovra-lib-display-fglib implements it for DMA channels; a DisplayScene reads it.
 class OVRA_DISPLAY_API FrameBufferGroup
 {
 public:
     virtual ~FrameBufferGroup();
 
-    /// Changes the number of buffers; fewer may be granted than asked for. Acquisition goes on afterwards if
-    /// it was running. Throws std::invalid_argument on a count below 1, with nothing changed.
+    /// Changes the number of buffers; the group may grant fewer. A running acquisition continues afterwards.
+    /// \throws std::invalid_argument  if \p buffers is below 1; nothing changes
     virtual void setBufferCount(int buffers) = 0;
-    /// What was last asked for.
+    /// The number that was last requested.
     virtual unsigned int requestedBufferCount() const = 0;
-    /// What there is.
+    /// The number that exists.
     virtual unsigned int bufferCount() const = 0;
-    /// Ends acquisition and gives the buffers back. Safe to repeat.
+    /// Ends the acquisition and releases the buffers. Safe to repeat.
     virtual void releaseBuffers() = 0;
 
-    // What a display scene needs of its group.
+    // For the display scene:
     virtual int width() const = 0;
     virtual int height() const = 0;
-    /// Starts acquisition of \p images images, without end when negative. Throws std::runtime_error.
+    /// Starts the acquisition of \p images images; negative: without end.
+    /// \throws std::runtime_error  if the source cannot start
     virtual void startAcquisition(int images) = 0;
-    /// From any thread; ends a wait in waitForImage.
+    /// Any thread. Also ends a wait in waitForImage.
     virtual void stopAcquisition() = 0;
-    /// Blocks until there is an image newer than number \p after, and describes the newest. False when the
-    /// acquisition ended or no image came within the group's timeout.
+    /// Blocks until there is an image with a number above \p after, and describes the newest in \p image.
+    /// \return false if the acquisition ended or no image came within the group's timeout
     virtual bool waitForImage(std::int64_t after, Image& image) = 0;
-    /// The DMA channel, for messages.
+    /// Index of the DMA channel, for messages.
     virtual unsigned int dmaIndex() const = 0;
-    /// How the acquisition stands; after a waitForImage that gave none, why. A group that cannot tell has
-    /// stopped.
+    /// State of the acquisition; after a waitForImage that returned false, the reason. The default
+    /// implementation returns Stopped.
     virtual reference::AcquisitionStatus acquisitionStatus() const;
-    /// Images since the last start that the source sent and the channel could not take; 0 where nobody
-    /// counts.
+    /// Number of images since the last start that the source sent and the channel could not take. The default
+    /// implementation returns 0.
     virtual std::int64_t lostImages() const;
 };
 

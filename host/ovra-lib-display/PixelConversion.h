@@ -5,9 +5,16 @@
 ///   unpackRgb     three samples a pixel, at the format's depth
 ///   unpackRgb8    three bytes a pixel, for a screen
 ///
-/// All write line after line without padding into a vector that grows where it must, so that one that is kept
-/// from image to image costs no allocation. They do not block, and are safe from any thread as long as the
-/// image's buffer stays as it is. A Bayer image's missing colours are interpolated from the neighbours.
+/// All write line after line without padding into a vector and resize it; keep the vector from image to image
+/// to avoid allocations. They do not block, and may be called from any thread while the image's buffer does
+/// not change. They interpolate the missing colours of a Bayer image from the neighbours.
+///
+/// \code
+/// void showImage(const display::Image& image) override
+/// {
+///     display::unpackRgb8(image, m_pixels); // pixel (x, y) begins at (y * image.width + x) * 3
+/// }
+/// \endcode
 #pragma once
 
 #include "ovra-lib-display/FrameBufferGroup.h"
@@ -17,14 +24,14 @@
 
 namespace ovra::display {
 
-/// Samples of describe(image.format).significantBits bits. A Bayer image keeps its mosaic; of a colour image
-/// the luminance.
+/// Grey samples of describe(image.format).significantBits bits. A colour image gives its luminance, a Bayer
+/// image its raw mosaic.
 OVRA_DISPLAY_API void unpackGrey(const Image& image, std::vector<std::uint16_t>& samples);
 
 /// Red, green, blue, each of describe(image.format).significantBits bits.
 OVRA_DISPLAY_API void unpackRgb(const Image& image, std::vector<std::uint16_t>& samples);
 
-/// Red, green, blue; of deeper formats the highest 8 bits.
+/// Red, green, blue, 8 bits each; the highest 8 bits of a deeper format.
 OVRA_DISPLAY_API void unpackRgb8(const Image& image, std::vector<std::uint8_t>& samples);
 
 } // namespace ovra::display

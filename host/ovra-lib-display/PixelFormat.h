@@ -1,21 +1,24 @@
 /// \file
 /// PixelFormat: how the pixels of an image lie in memory.
 ///
-///   PixelFormat, PixelFormatDescription   the formats, and what is to be known about each
-///   describe, pixelFormatOf, bytesPerLine
+///   PixelFormat              the formats
+///   PixelFormatDescription   name, bits and components of a format; describe() returns it
+///   pixelFormatOf            the format of a number
+///   bytesPerLine             size of a line in memory
 ///
-/// | format           | bits a pixel | a pixel is |
-/// |------------------|--------------|-----------------------------------------------------------------------|
-/// | Mono8            | 8            | a byte | | Mono10 to Mono16 | 16           | a word, low byte first;
-/// the low 10, 12, 14 or 16 bits are used        | | Mono10Packed     | 10           | bit by bit behind the
-/// one before, which has the lower bits of a byte  | | Mono12Packed     | 12           | likewise | | Rgb8,
-/// Bgr8       | 24           | three bytes in this order                                             | |
-/// Bgra8            | 32           | four bytes; the fourth is 255                                         |
-/// | Bayer..8         | 8            | a byte: one colour. The name says those of the first two pixels | |
-/// Bayer..12        | 16           | a word as with Mono12: one colour                                     |
+/// | format           | bits per pixel | a pixel in memory                                     |
+/// |------------------|----------------|-------------------------------------------------------|
+/// | Mono8            | 8              | a byte                                                |
+/// | Mono10 to Mono16 | 16             | a word, low byte first; the low 10 to 16 bits count   |
+/// | Mono10Packed     | 10             | 10 bits; the first pixel has the lowest bits          |
+/// | Mono12Packed     | 12             | 12 bits; the first pixel has the lowest bits          |
+/// | Rgb8, Bgr8       | 24             | three bytes in this order                             |
+/// | Bgra8            | 32             | four bytes in this order; the fourth is 255           |
+/// | Bayer..8         | 8              | a byte of one colour                                  |
+/// | Bayer..12        | 16             | a word of one colour, like Mono12                     |
 ///
-/// In a Bayer format the second line has the two colours that the first line lacks: BayerRg starts with
-/// red green / green blue.
+/// The name of a Bayer format gives the colours of the first two pixels of the first line; in BayerRg they
+/// are red and green. The second line has the other two, green and blue.
 #pragma once
 
 #include "ovra-lib-display/Export.h"
@@ -53,18 +56,18 @@ struct PixelFormatDescription
 {
     PixelFormat format;
     const char* name;    ///< as in the enumeration
-    int bitsPerPixel;    ///< in memory, those that are not used included
+    int bitsPerPixel;    ///< in memory, unused bits included
     int significantBits; ///< of one component
     int components;      ///< 1 (grey, Bayer), 3 or 4
-    /// Place of the red pixel among the first two of the first two lines: 0 first line left, 1 first line
-    /// right, 2 second line left, 3 second line right; -1 for a format that is no Bayer one.
+    /// Position of the red pixel in the upper left 2 x 2 pixels: 0 upper left, 1 upper right, 2 lower left, 3
+    /// lower right; -1 for other formats than Bayer.
     int redAt;
 };
 
 OVRA_DISPLAY_API const PixelFormatDescription& describe(PixelFormat format);
-/// None for a number that is no format.
+/// std::nullopt for an unknown number.
 OVRA_DISPLAY_API std::optional<PixelFormat> pixelFormatOf(int number);
-/// A line begins with a whole byte.
+/// Number of bytes of a line of \p width pixels. Each line begins at a whole byte.
 OVRA_DISPLAY_API std::size_t bytesPerLine(PixelFormat format, int width);
 
 } // namespace ovra::display

@@ -21,13 +21,21 @@ class HlEnvironmentModel;
 class HlEnvironmentGlobalResourceModel;
 } // namespace models
 
-/// Boards come from the frame-grabber runtime, applet files from the folders "Hardware Applets" and "dll"
-/// below the runtime directory, cameras from the runtime's camera control. All operations are safe from any
-/// thread.
+/// The environment takes boards from the frame-grabber runtime, applet files from the folders "Hardware
+/// Applets" and "dll" below the runtime directory, and cameras from the runtime's camera control. Any thread
+/// may call all functions.
+///
+/// \code
+/// const auto environment = gui::Gui::environment();
+/// environment->discoverResources();
+/// const auto root = environment->model()->root();
+/// for (const auto boards = root->getSourcesEntry("ovra")->getBoards(); boards->hasNext(); boards->advance())
+///     std::cout << boards->current()->getBoardName() << '\n';
+/// \endcode
 class OVRA_ENVIRONMENT_API Environment
 {
 public:
-    /// What a global resource stands for.
+    /// The kind of object that a global resource stands for.
     enum GlobalResourceType : int
     {
         ResourceBoard = 0,
@@ -50,28 +58,29 @@ public:
     Environment(const Environment&) = delete;
     Environment& operator=(const Environment&) = delete;
 
-    /// Takes "connector"; other keys are ignored.
+    /// Accepts the key "connector" and ignores others.
     void injectDependency(const std::string& key, const boost::any& value);
 
     boost::shared_ptr<models::HlEnvironmentModel> model();
     boost::shared_ptr<models::HlEnvironmentGlobalResourceModel> globalResourceModel();
 
-    /// On: a file that is added is scanned at once. Off at first.
+    /// On: the environment scans each file that is added at once. The initial state is off.
     void enableAutoScan(bool enable);
 
-    /// One pass over boards, cameras and applet files. Blocks. Throws std::runtime_error when the runtime or
-    /// the hardware description cannot be used; the model keeps what it had.
+    /// Searches once for boards, cameras and applet files, and updates the model. Blocks.
+    /// \throws std::runtime_error  if the runtime or the hardware description cannot be used; the model does
+    ///     not change
     void discoverResourcesOnce();
 
-    /// As discoverResourcesOnce, until two passes find the same.
+    /// Repeats discoverResourcesOnce until two searches find the same.
     void discoverResources();
 
-    /// Watches the applet folders: files that come appear in the model, files that go disappear. So do boards
-    /// and cameras, where the runtime tells of them.
+    /// Starts a thread that updates the model when applet files are added or removed, and when the runtime
+    /// reports that boards or cameras were plugged or unplugged.
     void startMonitor();
     void stopMonitor();
 
-    /// Adds one file to the file collection, wherever it lies. Without effect when there is no such file.
+    /// Adds the file at \p path to the file collection, whatever its folder. No effect if it does not exist.
     void forceSingleFileAddition(const std::string& path);
 
 private:

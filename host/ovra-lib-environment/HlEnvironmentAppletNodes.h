@@ -1,8 +1,12 @@
 /// \file
 /// The structure of a loaded applet: processes, DMA channels, logical camera ports.
 ///
-/// The board owns them by index; among each other they are linked weakly, so what the board drops is gone
-/// from every link. Numbers are 0 until they are set.
+///   HlEnvironmentProcessNode       a group of DMA channels and camera ports
+///   HlEnvironmentDmaNode           a DMA channel: size, buffers, parameters, display scene
+///   HlEnvironmentLogicalPortNode   a camera port of the applet
+///
+/// The board owns these nodes by index. Links between them are weak, so a node that the board removes
+/// disappears from every link. Numbers are 0 until they are set.
 #pragma once
 
 #include "ovra-core/GenericModel.h"
@@ -26,7 +30,7 @@ class HlEnvironmentLogicalPortNode;
 class HlEnvironmentPortNode;
 class HlEnvironmentProcessNode;
 
-/// Nodes of one type that are linked weakly, in the order in which they were added.
+/// Weak links to nodes of one type, in the order in which they were added.
 template <class Node>
 class WeakLinks
 {
@@ -39,7 +43,7 @@ public:
         m_nodes.push_back(node);
     }
 
-    /// Walks the nodes that still exist.
+    /// Iterates over the nodes that still exist.
     boost::shared_ptr<Iterator> iterate() const
     {
         auto alive = boost::make_shared<typename Iterator::Snapshot>();
@@ -82,14 +86,14 @@ private:
     WeakLinks<HlEnvironmentLogicalPortNode> m_logicalPorts;
 };
 
-/// A DMA channel: images of one kind on their way from the board into memory.
+/// A DMA channel: delivers images from the board into buffers in memory.
 class OVRA_ENVIRONMENT_API HlEnvironmentDmaNode : public GenericModelNode
 {
 public:
     static boost::shared_ptr<HlEnvironmentDmaNode> create();
     ~HlEnvironmentDmaNode() override;
 
-    /// Global on the board, not within the process.
+    /// Index on the board, not within the process.
     unsigned int getIndex() const;
     void setIndex(unsigned int index);
     unsigned int getProcess() const;
@@ -105,13 +109,13 @@ public:
     /// Longest wait for an image, in seconds.
     unsigned int getAcqTimeout() const;
     void setAcqTimeout(unsigned int seconds);
-    /// Number of image buffers that were asked for, and that there are.
+    /// Number of image buffers: requested, and existing.
     unsigned int getAcqBuffersRequested() const;
     void setAcqBuffersRequested(unsigned int buffers);
     unsigned int getAcqBuffersCurrent() const;
     void setAcqBuffersCurrent(unsigned int buffers);
 
-    /// The channel's parameters as the runtime describes them; owned by the board handle.
+    /// The runtime's description of the channel's parameters; the board handle owns it.
     FgRegisterInfo_s* getFrontendRegInfoPointer() const;
     void setFrontendRegInfoPointer(FgRegisterInfo_s* info);
     boost::shared_ptr<FgLibModel> getFrontendRegInfoModel() const;
@@ -139,7 +143,8 @@ private:
     Guarded<boost::shared_ptr<display::DisplayScene>> m_displayScene;
 };
 
-/// A camera port as the applet sees it.
+/// A camera port of an applet. It is mapped to a physical port, the connector that the camera is plugged
+/// into.
 class OVRA_ENVIRONMENT_API HlEnvironmentLogicalPortNode : public GenericModelNode
 {
 public:
@@ -157,13 +162,13 @@ public:
     std::string getPortType() const;
     void setPortType(const std::string& type);
 
-    /// The port has an image generator, and it is switched on in place of the camera.
+    /// Available: the port has an image generator. Active: the generator replaces the camera.
     bool getGeneratorAvailable() const;
     void setGeneratorAvailable(bool available);
     bool getGeneratorActive() const;
     void setGeneratorActive(bool active);
 
-    /// A camera-link camera, which is not controlled through this port, is present.
+    /// True if a Camera Link camera is present, which is not controlled through this port.
     bool getClCameraPresent() const;
     void setClCameraPresent(bool present);
 

@@ -22,8 +22,14 @@ class FgLibModel;
 class HlEnvironmentFileNode;
 class HlEnvironmentPortNode;
 
-/// Identity is fixed; the rest describes the applet that is loaded. A board without one has no handle, no
-/// children, no models and no loaded-applet entry.
+/// Index, serial number, type and name never change. Everything else describes the loaded applet. A board
+/// without an applet has no handle, no children, no models and no loaded-applet entry.
+///
+/// \code
+/// if (board->getBoardHandle()) // an applet is loaded
+///     for (const auto dmas = board->getDmas(); dmas->hasNext(); dmas->advance())
+///         show(dmas->current()->getDisplayScene());
+/// \endcode
 class OVRA_ENVIRONMENT_API HlEnvironmentBoardNode : public GenericModelNode
 {
 public:
@@ -31,23 +37,25 @@ public:
     create(int index, unsigned int serial, std::uint16_t boardType, const std::string& boardName);
     ~HlEnvironmentBoardNode() override;
 
-    /// Position among the machine's boards; what the runtime calls the board index.
+    /// The runtime's board index: the position among the machine's boards.
     int getIndex() const;
     unsigned int getSerial() const;
     std::uint16_t getBoardType() const;
     const std::string& getBoardName() const;
 
-    /// The runtime's handle of the loaded applet; the node is its only owner. Every change stands between
-    /// beginHandleChange and endHandleChange, which observers see as one update. At the end of a change that
-    /// leaves a handle, the board creates a physical port for each of its connectors and attaches the cameras
-    /// plugged into them; where the runtime does not tell the number of connectors, for each up to the last
-    /// one with a camera. A change that stands alone is a bracket of its own.
+    /// The runtime's handle of the loaded applet. The board node is the only place that keeps it; who frees
+    /// the handle sets it to null here. Put every change between beginHandleChange and endHandleChange:
+    /// observers see them as one update. setBoardHandle alone counts as such a pair.
+    ///
+    /// If there is a handle at the end, the board creates a physical port for each of its connectors and
+    /// attaches the cameras that are plugged into them. If the runtime does not report the number of
+    /// connectors, the last one with a camera determines it.
     Fg_Struct_s* getBoardHandle() const;
     void setBoardHandle(Fg_Struct_s* handle);
     virtual void beginHandleChange();
     virtual void endHandleChange();
 
-    // Children by index; adding an index that exists replaces the node.
+    // Children by index. Adding an existing index replaces the node.
     void addProcessesEntry(unsigned int index, const boost::shared_ptr<HlEnvironmentProcessNode>& process);
     void addDmasEntry(unsigned int index, const boost::shared_ptr<HlEnvironmentDmaNode>& dma);
     void addLogicalPortsEntry(unsigned int index,
@@ -56,7 +64,7 @@ public:
     boost::shared_ptr<GenericModelNodeChildrenIterator<HlEnvironmentDmaNode>> getDmas() const;
     boost::shared_ptr<GenericModelNodeChildrenIterator<HlEnvironmentLogicalPortNode>> getLogicalPorts() const;
     boost::shared_ptr<GenericModelNodeChildrenIterator<HlEnvironmentPortNode>> getPorts() const;
-    /// Physical port; empty when the board has none of this index.
+    /// The physical port; empty if the board has none with this index.
     boost::shared_ptr<HlEnvironmentPortNode> getPortsEntry(unsigned int index) const;
 
     // The nodes that hold the children; each has this board as its parent.
@@ -72,11 +80,11 @@ public:
 
     boost::shared_ptr<FgLibEventsModel> getFglibEventsModel() const;
     void setFglibEventsModel(const boost::shared_ptr<FgLibEventsModel>& events);
-    /// The board keeps the connection; replacing it ends the one before.
+    /// The board keeps the connection. Replacing it disconnects the previous one.
     void
     setFglibEventsSignalConnection(const boost::shared_ptr<boost::signals2::scoped_connection>& connection);
 
-    /// Parameters of an applet that has them once, not for each DMA channel.
+    /// Parameters of an applet without DMA channels; for others, each channel has its own.
     FgRegisterInfo_s* getNoDmaFrontendRegInfoPointer() const;
     void setNoDmaFrontendRegInfoPointer(FgRegisterInfo_s* info);
     boost::shared_ptr<FgLibModel> getNoDmaFrontendRegInfoModel() const;

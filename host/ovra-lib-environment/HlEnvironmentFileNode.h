@@ -10,8 +10,8 @@
 
 namespace ovra::core::models {
 
-/// Path and name are fixed; the rest is what the last scan found. Before a scan, and for a broken file, the
-/// type is empty and the number of processes is -1.
+/// Path and name never change. Everything else is the result of the last scan. Before a scan, and for a
+/// broken file, the type is empty and the number of processes is -1. Any thread.
 class OVRA_ENVIRONMENT_API HlEnvironmentFileNode : public GenericModelNode
 {
 public:
@@ -20,18 +20,19 @@ public:
     const std::string& getFileName() const;
     const std::string& getFilePath() const;
 
-    /// "DLL", "HAP", or what the file says of itself.
+    /// "DLL", "HAP", or another type that the file names.
     std::string getType() const;
-    /// For "DLL": described by the runtime (true) or by the file's own entry (false).
+    /// For "DLL": true if the runtime describes the applet's structure, false if only the library's own
+    /// function does (a legacy applet).
     bool getWrapped() const;
     /// Such as "interface=cl-full".
     std::set<std::string> getTags() const;
-    /// Negative when the file does not tell.
+    /// Negative if the file does not contain it.
     int getNrOfProcesses() const;
-    /// What is wrong with the file; empty for a good one.
+    /// The error in the file; empty if there is none.
     std::string getBrokenReason() const;
 
-    /// Reads the file through the runtime. A broken file is marked, not thrown.
+    /// Reads the file through the runtime. An error in the file sets the broken reason and is not thrown.
     virtual void scan();
 
 protected:

@@ -1,6 +1,6 @@
 /// \file
 /// Global resources: the parts of all boards under string keys, so that a view or a command finds them
-/// without a walk through the model.
+/// without a search through the model.
 #pragma once
 
 #include "ovra-core/GenericModel.h"
@@ -11,9 +11,9 @@
 
 namespace ovra::core::models {
 
-/// One resource. Its fields are set before it is added to the root and do not change afterwards, so reading
-/// them takes no lock. Type and resource, which every walk over all resources asks for, are plain reads: they
-/// are not on the record and cannot fail.
+/// One resource. Set its fields before you add it to the root; they do not change afterwards, so reading them
+/// takes no lock. getType and getResource, which every pass over all resources reads, are plain reads: the
+/// journal does not record them and they cannot fail.
 class OVRA_ENVIRONMENT_API HlEnvironmentGlobalResourceNode : public GenericModelNode
 {
 public:
@@ -21,10 +21,10 @@ public:
 
     Environment::GlobalResourceType getType() const { return m_type; }
     void setType(Environment::GlobalResourceType type);
-    /// The node it stands for; of the class that goes with the type.
+    /// The node that the resource stands for; the type determines its class.
     const boost::weak_ptr<GenericModelNode>& getResource() const { return m_resource; }
     void setResource(const boost::weak_ptr<GenericModelNode>& resource);
-    /// The node above it in a view's tree; may be empty.
+    /// The parent node in a view's tree; may be empty.
     const boost::weak_ptr<GenericModelNode>& getParentResource() const;
     void setParentResource(const boost::weak_ptr<GenericModelNode>& parent);
     const std::string& getKey() const;
@@ -45,7 +45,7 @@ class OVRA_ENVIRONMENT_API HlEnvironmentGlobalResourceRootNode : public GenericM
 public:
     static boost::shared_ptr<HlEnvironmentGlobalResourceRootNode> create();
 
-    /// Replaces the node of an equal key.
+    /// Replaces a node with the same key.
     void addChild(const std::string& key, const boost::shared_ptr<HlEnvironmentGlobalResourceNode>& resource);
     void removeChild(const std::string& key);
     boost::shared_ptr<HlEnvironmentGlobalResourceNode> getChild(const std::string& key) const;

@@ -1,5 +1,5 @@
 /// \file
-/// What is plugged together outside the applet: physical ports and cameras.
+/// The hardware that does not depend on the applet: physical ports and cameras.
 #pragma once
 
 #include "ovra-core/GenericModel.h"
@@ -12,7 +12,7 @@ namespace ovra::core::models {
 class GenICamModel;
 class HlEnvironmentLogicalPortNode;
 
-/// A camera that is plugged into a board.
+/// A camera that is plugged into a connector of a board.
 class OVRA_ENVIRONMENT_API HlEnvironmentCameraNode : public GenericModelNode
 {
 public:
@@ -24,7 +24,7 @@ public:
     unsigned int getBoard() const;
     unsigned int getPort() const;
 
-    /// The camera's description and controls; empty when it has none.
+    /// The camera's parameters and controls; empty if it has none.
     boost::shared_ptr<GenICamModel> getGenICamModelEntry() const;
     void setGenICamModelEntry(boost::shared_ptr<GenICamModel> model) const;
 

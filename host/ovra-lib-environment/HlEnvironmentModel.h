@@ -18,13 +18,13 @@
 
 namespace ovra::core::models {
 
-/// Boards by serial.
+/// Boards by serial number.
 class OVRA_ENVIRONMENT_API HlEnvironmentBoardSourceNode : public GenericModelNode
 {
 public:
     static boost::shared_ptr<HlEnvironmentBoardSourceNode> create();
 
-    /// Empty when no board has this serial.
+    /// Empty if no board has this serial number.
     boost::shared_ptr<HlEnvironmentBoardNode> getChild(unsigned int serial) const;
     boost::shared_ptr<GenericModelNodeChildrenIterator<HlEnvironmentBoardNode>> getBoards() const;
 
@@ -45,7 +45,7 @@ public:
     unsigned int getAllFilesEntryChildCount() const;
     boost::shared_ptr<GenericModelNodeChildrenIterator<HlEnvironmentFileNode>> getAllFiles() const;
     bool existsAllFilesEntry(const std::string& path) const;
-    /// Empty when there is no such file.
+    /// Empty if the collection has no such file.
     boost::shared_ptr<HlEnvironmentFileNode> getAllFilesEntry(const std::string& path) const;
 
     void addAllFilesEntry(const std::string& path, const boost::shared_ptr<HlEnvironmentFileNode>& file);
@@ -61,7 +61,7 @@ class OVRA_ENVIRONMENT_API HlEnvironmentRootNode : public GenericModelNode
 public:
     static boost::shared_ptr<HlEnvironmentRootNode> create();
 
-    /// The board source of that name, such as "ovra"; empty when there is none.
+    /// The board source of that name, such as "ovra"; empty if there is none.
     boost::shared_ptr<HlEnvironmentBoardSourceNode> getSourcesEntry(const std::string& name) const;
     boost::shared_ptr<HlEnvironmentFileCollectionNode> getFilesEntryNode() const;
     boost::shared_ptr<GenericModelNodeChildrenIterator<HlEnvironmentCameraNode>> getCameras() const;

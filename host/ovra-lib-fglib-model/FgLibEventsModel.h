@@ -19,12 +19,21 @@ namespace ovra::core::models {
 
 class HlEnvironmentBoardNode;
 
-/// Events arrive from the runtime while the model lives; it ends their delivery before it is destroyed.
+/// Delivers the events of one board from its creation to its destruction. No slot runs after the destructor
+/// has returned.
+///
+/// \code
+/// boost::shared_ptr<boost::signals2::scoped_connection>
+/// connectFglibEvents(boost::shared_ptr<core::models::FgLibEventsModel> events) override
+/// {
+///     return boost::make_shared<boost::signals2::scoped_connection>(events->connectEvent(
+///         [](const std::string& name, std::uint64_t, std::int64_t frame) { count(name, frame); }));
+/// }
+/// \endcode
 class OVRA_FGLIB_MODEL_API FgLibEventsModel
 {
 public:
-    /// Name of the event, time in nanoseconds since the board was initialised, number of the image that was
-    /// running.
+    /// Name of the event, time in nanoseconds since the board was initialised, number of the current image.
     using EventSignal =
         boost::signals2::signal<void(const std::string& name, std::uint64_t timestampNs, std::int64_t frame)>;
 
@@ -33,7 +42,7 @@ public:
     FgLibEventsModel(const FgLibEventsModel&) = delete;
     FgLibEventsModel& operator=(const FgLibEventsModel&) = delete;
 
-    /// Calls \p slot on a thread of the runtime for each event.
+    /// Calls \p slot for each event, on a thread of the runtime. The slot must be quick: other events wait.
     boost::signals2::connection connectEvent(const EventSignal::slot_type& slot);
 
 private:

@@ -22,13 +22,18 @@ namespace ovra::core::models {
 
 class HlEnvironmentBoardNode;
 
-/// Safe from any thread. After stop() the board handle is not used any more.
+/// Any thread. After stop() the model does not use the board handle.
+///
+/// \code
+/// if (const auto model = dma->getFrontendRegInfoModel())
+///     model->setParameter("FG_WIDTH", dma->getIndex(), "512");
+/// \endcode
 class OVRA_FGLIB_MODEL_API FgLibModel
 {
 public:
     /// \param handle  of the loaded applet; used until stop()
-    /// \param dma     DMA channel whose parameters these are; 0 with \p noDma
-    /// \param info    the runtime's description, owned by the handle
+    /// \param dma     the DMA channel that the parameters belong to; 0 with \p noDma
+    /// \param info    the runtime's description; the handle owns it
     /// \param board   the board that the handle belongs to
     /// \param noDma   the parameters belong to the applet as a whole
     static boost::shared_ptr<FgLibModel> create(Fg_Struct_s* handle, unsigned int dma, FgRegisterInfo_s* info,
@@ -43,16 +48,16 @@ public:
     /// Ends all use of the board handle.
     void stop();
 
-    /// Groups that are told when a parameter that shapes the image changes.
+    /// The model notifies these groups when a parameter changes the size or the format of the image.
     void addFrameBufferGroup(const boost::shared_ptr<display::FglibFrameBufferGroup>& group);
     void removeFrameBufferGroup(const boost::shared_ptr<display::FglibFrameBufferGroup>& group);
 
-    /// The parameters with their present values, read for \p dma; empty before init() and after stop(). An
-    /// applet-wide model is asked with the DMA channel of interest.
+    /// Reads all parameters with their current values for \p dma from the runtime. Empty before init() and
+    /// after stop().
     std::vector<parameters::Parameter> parameters(unsigned int dma) const;
-    /// Reads \p text as the value of the parameter \p name and writes it for \p dma. Throws
-    /// std::invalid_argument for an unknown name or a text that does not fit, std::runtime_error when the
-    /// runtime refuses the value.
+    /// Converts \p text to a value of the parameter \p name and writes it for \p dma.
+    /// \throws std::invalid_argument  for an unknown name or a text that is not a valid value
+    /// \throws std::runtime_error  if the runtime refuses the value
     void setParameter(const std::string& name, unsigned int dma, const std::string& text);
 
 private:

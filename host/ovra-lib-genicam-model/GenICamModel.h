@@ -1,5 +1,5 @@
 /// \file
-/// GenICamModel: the controls of a camera.
+/// GenICamModel: the parameters of a camera, and its start and stop.
 #pragma once
 
 #include "ovra-lib-genicam-model/Export.h"
@@ -13,29 +13,35 @@
 
 namespace ovra::core::models {
 
-/// Safe from any thread. Failures of the camera throw std::runtime_error.
+/// Any thread. Every function throws std::runtime_error if the camera or the runtime reports an error.
+///
+/// \code
+/// if (const auto camera = port->getConnectedCameraEntry())
+///     if (const auto model = camera->getGenICamModelEntry())
+///         model->setParameter("ExposureTime", "2000");
+/// \endcode
 class OVRA_GENICAM_MODEL_API GenICamModel
 {
 public:
-    /// The camera that is plugged into that physical port of that board.
+    /// For the camera at the physical port \p port of the board with index \p board.
     static boost::shared_ptr<GenICamModel> create(unsigned int board, unsigned int port);
     ~GenICamModel();
     GenICamModel(const GenICamModel&) = delete;
     GenICamModel& operator=(const GenICamModel&) = delete;
 
-    /// Size of the images the camera sends, in pixels.
+    /// Size of the camera's images, in pixels.
     int width() const;
     int height() const;
     void setWidth(int width);
     void setHeight(int height);
 
-    /// All parameters of the camera with their present values.
+    /// All parameters of the camera with their current values.
     std::vector<parameters::Parameter> parameters() const;
-    /// Reads \p text as the value of the parameter \p name and writes it. Throws std::invalid_argument for an
-    /// unknown name or a text that does not fit.
+    /// Converts \p text to a value of the parameter \p name and writes it.
+    /// \throws std::invalid_argument  for an unknown name or a text that is not a valid value
     void setParameter(const std::string& name, const std::string& text);
 
-    /// Lets the camera stream, anew if it does already.
+    /// Starts the camera; restarts it if it is running.
     void restartAcquisition();
     void stopAcquisition();
     bool isAcquiring() const;

@@ -1,5 +1,9 @@
 /// \file
-/// Parameter: a named value of an applet with its range and unit.
+/// Parameter: a named value of an applet or a camera, with its range and unit.
+///
+///   Parameter, Value, Choice    the data
+///   toText, fromText            conversion between a value and the text that a user reads or types
+///   choicesFromText             reads the runtime's list of choices
 #pragma once
 
 #include "ovra-lib-parameters/Export.h"
@@ -24,23 +28,24 @@ struct Parameter
 {
     int id = 0; ///< the runtime's parameter id
     std::string name;
-    std::string unit; ///< "" where there is none
+    std::string unit; ///< "": no unit
     double minimum = 0;
     double maximum = 0;
     double step = 0;
     bool writable = false;
     Value value;
-    std::vector<Choice> choices; ///< none: every value of the range can be written
+    std::vector<Choice> choices; ///< empty: every value of the range is valid
 };
 
-/// Reads choices as the runtime lists them: "8=Mono8;12=Mono12".
+/// Reads choices in the runtime's notation: "8=Mono8;12=Mono12".
 OVRA_PARAMETERS_API std::vector<Choice> choicesFromText(const std::string& text);
 
-/// The value as a person would write it; integers without a point.
+/// The value for display; integers without a decimal point.
 OVRA_PARAMETERS_API std::string toText(const Value& value);
 
-/// Reads \p text as a value of the kind that \p parameter holds, or as the name of one of its choices. Throws
-/// std::invalid_argument with a message that names the parameter, its range and the text.
+/// Converts \p text to a value of the same type as that of \p parameter, or to the value of the choice that
+/// it names.
+/// \throws std::invalid_argument  with a message that names the parameter, its range and the text
 OVRA_PARAMETERS_API Value fromText(const Parameter& parameter, const std::string& text);
 
 } // namespace ovra::parameters

@@ -1,7 +1,7 @@
 /// \file
 /// The host's message log.
 ///
-///   OvraLogInit, OvraLogDeinit     start and stop, counted
+///   OvraLogInit, OvraLogDeinit     start and stop; the log counts the starts
 ///   OvraLogSetMessageCallback      one listener for all messages
 ///   OvraLogMessage                 writes a message
 ///
@@ -10,7 +10,7 @@
 
 #include "ovra_log/Export.h"
 
-/// A tag of a message: the component, or whatever a reader may want to filter by.
+/// A tag of a message, by which readers filter: for example its component.
 struct tOvraLogTag
 {
     unsigned int id;
@@ -19,8 +19,8 @@ struct tOvraLogTag
 
 extern "C" {
 
-/// Called for each message on the thread that logs, which may be any. Pointers are valid during the call.
-/// The callback may log; it must not install another callback.
+/// Receives each message, on the thread that logs; several threads may call it at once. Pointers are valid
+/// during the call. The callback may log. It must not call OvraLogSetMessageCallback.
 ///
 /// \param level     0 error, 1 warning, 2 information, 3 debug
 /// \param threadId  numeric id of the thread that logs
@@ -28,8 +28,8 @@ extern "C" {
 /// \param line      line in that file
 /// \param text      the message, UTF-8, zero-terminated
 /// \param tagCount  number of \p tags
-/// \param tags      the tags; null where there are none
-/// \param userData  as given to OvraLogSetMessageCallback
+/// \param tags      the tags; null if there are none
+/// \param userData  the value given to OvraLogSetMessageCallback
 typedef void (*tOvraLogMessageCallback)(unsigned long level, unsigned long threadId, const char* file,
                                         unsigned int line, const char* text, unsigned int tagCount,
                                         const tOvraLogTag* tags, void* userData);
@@ -37,11 +37,11 @@ typedef void (*tOvraLogMessageCallback)(unsigned long level, unsigned long threa
 OVRA_LOG_API void OvraLogInit();
 OVRA_LOG_API void OvraLogDeinit();
 
-/// Installs \p callback in place of the one before; null installs none. When the call returns, the
-/// callback before it is no longer running on another thread.
+/// Replaces the callback; null removes it. When the function returns, the previous callback is not running on
+/// any other thread.
 OVRA_LOG_API void OvraLogSetMessageCallback(tOvraLogMessageCallback callback, void* userData);
 
-/// Any thread. A folder in \p file is cut off; null gives an empty name.
+/// Writes a message. Any thread. Removes the folder from \p file; null counts as an empty name.
 OVRA_LOG_API void OvraLogMessage(unsigned long level, const char* file, unsigned int line, const char* text,
                                  unsigned int tagCount, const tOvraLogTag* tags);
 

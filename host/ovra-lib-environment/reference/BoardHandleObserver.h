@@ -1,5 +1,5 @@
 /// \file
-/// Tells of changes of board handles, as the application's views would be told.
+/// BoardHandleObserver: signals changes of board handles, as the application's views would see them.
 #pragma once
 
 #include "ovra-lib-environment/Export.h"
@@ -20,8 +20,8 @@ class OVRA_ENVIRONMENT_API BoardHandleObserver
 public:
     using Signal = boost::signals2::signal<void(Fg_Struct_s* handle)>;
 
-    /// Calls \p slot once for each change bracket that leaves another handle than it found: on the thread
-    /// that ends the bracket, after the physical ports were made.
+    /// Calls \p slot once for each change that leaves another handle than before: in endHandleChange, on that
+    /// thread, after the physical ports were created.
     static boost::signals2::connection
     connect(const boost::shared_ptr<core::models::HlEnvironmentBoardNode>& board,
             const Signal::slot_type& slot);

@@ -10,9 +10,11 @@ class HlEnvironmentBoardNode;
 
 namespace ovra::reference {
 
-/// Sends \p count triggers for the camera at a logical port of the board's applet. Any thread; does not wait
-/// for the images. Throws std::runtime_error where the board holds no applet, or the runtime refuses: no such
-/// port, another trigger mode, no acquisition.
+/// Sends \p count triggers for the camera at the logical port \p port of the applet on \p board. Any thread;
+/// does not wait for the images.
+///
+/// \throws std::runtime_error  if the board has no applet or the runtime refuses: unknown port, another
+///     trigger mode, no acquisition
 OVRA_ENVIRONMENT_API void sendSoftwareTrigger(const core::models::HlEnvironmentBoardNode& board,
                                               unsigned int port, unsigned int count = 1);
 

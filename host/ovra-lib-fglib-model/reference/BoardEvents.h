@@ -1,5 +1,5 @@
 /// \file
-/// Events with the board that they come from: for front ends that show those of several boards.
+/// BoardEvents: events together with their board, for front ends that show the events of several boards.
 #pragma once
 
 #include "ovra-lib-fglib-model/Export.h"
@@ -22,15 +22,15 @@ struct BoardEvent
     unsigned int serial = 0;       ///< its serial number
     std::string name;              ///< such as "FG_START_OF_FRAME_DMA0"
     std::uint64_t timestampNs = 0; ///< since the board was initialised
-    std::int64_t frame = 0;        ///< number of the image that was running, 0 for none
+    std::int64_t frame = 0;        ///< number of the current image, 0: none
 };
 
 class OVRA_FGLIB_MODEL_API BoardEvents
 {
 public:
-    /// Calls \p slot on a thread of the runtime for each event, as FgLibEventsModel::connectEvent does: until
-    /// the connection is cut or the model goes with the applet. Events go to nobody else meanwhile, so a slot
-    /// must be quick; it must not unload the board or wait for a thread that may.
+    /// Calls \p slot for each event, on a thread of the runtime, until the connection is disconnected or the
+    /// applet is unloaded. The slot must be quick, since no other slot gets an event until it returns. It
+    /// must not unload the board or wait for a thread that may.
     static boost::signals2::connection
     connect(const boost::shared_ptr<core::models::FgLibEventsModel>& events,
             const boost::function<void(const BoardEvent&)>& slot);

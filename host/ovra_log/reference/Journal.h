@@ -1,13 +1,22 @@
 /// \file
-/// The record of the host operations that a client calls, and a way to let one of them fail.
+/// Journal: records the host operations that a client calls, and lets one of them fail. For tests.
 ///
-///   probe            what every such operation calls first, a library's shut-down last
-///   Journal          switches the record on and off, reads it, arms a fault
-///   ReferenceFault   what an armed fault throws
-///   Unrecorded       a scope of this thread in which the host calls its own operations
-///   Hex, ClassName   details that are costly to print, printed only on the record
+///   probe            every such operation calls it first; a library's shut-down calls it last
+///   Journal          starts and stops the record, reads it, arms a fault
+///   ReferenceFault   the exception of an armed fault
+///   Unrecorded       a scope in which this thread's operations are not recorded
+///   Hex, ClassName   details that are formatted only if the record is on
 ///
 /// A line is the operation, and after a space its details: "DisplayScene::stopGrabbing dma=1".
+///
+/// \code
+/// reference::Journal::start();
+/// reference::Journal::throwAt(1, "DisplayScene::stopGrabbing"); // the next such call throws
+/// runTheCommand();
+/// for (const auto& line : reference::Journal::lines())
+///     std::cout << line << '\n';
+/// reference::Journal::stop();
+/// \endcode
 #pragma once
 
 #include "ovra_log/Export.h"
@@ -24,7 +33,7 @@
 
 namespace ovra::reference {
 
-/// Says "Fault asked for at <line of the journal>".
+/// Its text is "Fault asked for at <line of the journal>".
 class OVRA_LOG_API ReferenceFault : public std::runtime_error
 {
 public:
@@ -33,38 +42,40 @@ public:
     ~ReferenceFault() override;
 };
 
-/// One for the process. All operations are safe from any thread.
+/// The process has one journal. Any thread.
 class OVRA_LOG_API Journal
 {
 public:
     /// Begins a new, empty record without a fault.
     static void start();
-    /// Ends the record and disarms the fault; what was recorded stays readable.
+    /// Ends the record and disarms the fault; the recorded lines stay readable.
     static void stop();
-    /// Empties the record and counts anew; an armed fault stays armed.
+    /// Removes all lines and resets the number of calls; an armed fault stays armed.
     static void clear();
 
     static std::vector<std::string> lines();
-    /// Number of probed operations since the start or the last clear.
+    /// Number of recorded operations since start() or the last clear().
     static std::size_t calls();
 
-    /// Lets the \p n-th call from now (1: the next) throw ReferenceFault before it has an effect, but for a
-    /// library's shut-down, which nobody would try again and which has its effect nevertheless. Only calls
-    /// whose line begins with \p prefix count. The call is on the record as well. One fault is armed at a
-    /// time; it strikes once. 0 disarms.
+    /// Makes the \p n-th call from now (1: the next) throw ReferenceFault before the operation has any
+    /// effect. Exception: a library's shut-down takes effect first, because callers do not retry it. Only
+    /// calls whose line begins with \p prefix count. The journal also records the call that throws. Only one
+    /// fault is armed at a time, and it strikes once. 0 disarms it.
     static void throwAt(std::size_t n, const std::string& prefix = "");
-    /// True when the armed fault has struck: a sweep over n ends where it stays false.
+    /// True if the armed fault has struck. A sweep over n ends when it stays false.
     static bool faultStruck();
 
-    /// Lets \p watcher see each operation's line before the operation has an effect, on the thread that calls
-    /// it, without a lock: it may wait for another thread there. stop() ends it.
+    /// Calls \p watcher with each operation's line before the operation has an effect, on the calling thread
+    /// and without a lock: the watcher may wait for another thread. stop() removes the watcher.
     static void watch(std::function<void(const std::string& line)> watcher);
 
-    /// Adds a line that is no operation: it is not counted and never fails. Nothing when the record is off.
+    /// Adds a line that is not an operation: it does not count as a call and never fails. No effect while the
+    /// record is off.
     static void note(const std::string& line);
 };
 
-/// While it lives, operations of this thread are not on the record. For the host's own calls.
+/// While an object of this class exists, the journal does not record operations of this thread. The host uses
+/// it for calls of its own operations.
 class OVRA_LOG_API Unrecorded
 {
 public:
@@ -74,14 +85,14 @@ public:
     Unrecorded& operator=(const Unrecorded&) = delete;
 };
 
-/// Lowercase hexadecimal, as serial numbers are written.
+/// Prints a number in lowercase hexadecimal, like serial numbers.
 struct Hex
 {
     unsigned int value;
 };
 OVRA_LOG_API std::ostream& operator<<(std::ostream& stream, Hex number);
 
-/// What a link or a pointer is set to.
+/// " set" or " null", for a link or a pointer.
 template <class Pointer>
 const char* given(const Pointer& pointer)
 {
@@ -115,9 +126,9 @@ void recordDetails(const char* operation, const Details&... details)
 
 } // namespace detail
 
-/// Stands at the head of an operation, before it has an effect (Journal::throwAt). \p details are streamed
-/// one after the other. Costs a load and a branch when the record is off. Throws ReferenceFault when a fault
-/// is armed for this call.
+/// Records an operation. Each operation calls this first, before it has an effect (Journal::throwAt), with
+/// its name and \p details, which are streamed one after the other. Costs a load and a branch while the
+/// record is off. \throws ReferenceFault  if a fault is armed for this call
 template <class... Details>
 void probe(const char* operation, const Details&... details)
 {

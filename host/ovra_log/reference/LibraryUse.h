@@ -10,9 +10,9 @@ namespace ovra::reference {
 
 /// Counts one start of \p library.
 OVRA_LOG_API void libraryStarted(const std::string& library);
-/// Takes one start back. One too many is logged as an error and changes nothing.
+/// Counts one shut-down of \p library. A shut-down without a start is logged as an error and has no effect.
 OVRA_LOG_API void libraryEnded(const std::string& library);
-/// Starts that were not taken back; 0 for a library that never was started.
+/// Number of starts minus number of shut-downs; 0 for a library that was never started.
 OVRA_LOG_API int libraryUses(const std::string& library);
 
 } // namespace ovra::reference

@@ -1,9 +1,9 @@
 /// \file
-/// How many objects of each host class exist, for tests that look for what was left behind.
+/// How many objects of each host class exist, for tests that look for leaks.
 ///
-///   liveObject       takes over a new object and counts it
+///   liveObject       takes ownership of a new object and counts it
 ///   liveObjects<T>   number of objects of one class
-///   allLiveObjects   all classes of which there was ever one
+///   allLiveObjects   numbers of all classes that ever had an object
 #pragma once
 
 #include "ovra_log/Export.h"
@@ -18,7 +18,7 @@
 namespace ovra::reference {
 
 namespace detail {
-/// The same counter for equal types, for the life of the process.
+/// The counter of \p type, for the life of the process. Every module gets the same counter for the same type.
 OVRA_LOG_API std::atomic<long>& liveCounter(const std::type_info& type);
 } // namespace detail
 
@@ -29,7 +29,7 @@ std::atomic<long>& liveCounter()
     return counter;
 }
 
-/// The shared owner of \p object, which counts as alive until its destructor has returned.
+/// Takes ownership of \p object. It counts as alive until its destructor has returned.
 template <class T>
 boost::shared_ptr<T> liveObject(T* object)
 {
@@ -46,7 +46,7 @@ long liveObjects()
     return liveCounter<T>();
 }
 
-/// By full class name; classes that have none at present have 0.
+/// By full class name; 0 for classes without objects at the moment.
 OVRA_LOG_API std::map<std::string, long> allLiveObjects();
 
 } // namespace ovra::reference

@@ -1,5 +1,5 @@
 /// \file
-/// The host's own messages. Like OvraLogMessage, but not on the journal: they are no calls of a client.
+/// The host's own messages. Like OvraLogMessage, but the journal does not record them, since no client calls.
 #pragma once
 
 #include "ovra_log/Export.h"
@@ -17,7 +17,7 @@ enum class LogLevel : unsigned long
     Debug = 3,
 };
 
-/// Any thread. Never throws: what a listener throws ends here.
+/// Writes a message. Any thread. Swallows exceptions from the message callback.
 OVRA_LOG_API void log(LogLevel level, const std::string& text,
                       std::source_location place = std::source_location::current()) noexcept;
 

@@ -33,7 +33,7 @@ Application::Application(const ApplicationOptions& options) : m_state(new Applic
 Application::~Application()
 {
     m_state->processor.finishAll(); // while its commands still find the application
-    // Who asks from now on finds no application; who holds a part of it keeps that part, without life.
+    // From here on lookups find no application; parts that callers still hold stay allocated but inert.
     clearCurrentApplication();
     m_state->processor.shutDown();
     m_state->queue.close();

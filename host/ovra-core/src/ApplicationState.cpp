@@ -23,7 +23,7 @@ fs::path absolutePath(const std::string& text)
     return fs::absolute(fglib5::pathOf(text)).lexically_normal();
 }
 
-// An empty last component is a closing separator.
+// A path with a trailing separator has an empty last component.
 std::string directoryText(const fs::path& directory)
 {
     return (directory.has_filename() ? directory : directory.parent_path()).generic_string();
@@ -43,7 +43,8 @@ std::string runtimeDirectoryOf(const ApplicationOptions& options)
 
 fs::path runtimeLibraryOf(const ApplicationOptions& options, const std::string& runtimeDirectory)
 {
-    // Native separators: with others a Windows loader does not look beside the file for what it needs.
+    // Native separators: with others, the Windows loader does not search the file's folder for its
+    // dependencies.
     if (!options.runtimeLibrary.empty())
         return absolutePath(options.runtimeLibrary).make_preferred();
     fs::path library = fglib5::pathOf(runtimeDirectory) / "bin" / "fglib5";

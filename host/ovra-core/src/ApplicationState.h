@@ -1,5 +1,5 @@
 /// \file
-/// What an application consists of, and the way to the present one.
+/// ApplicationState: the parts of an application, and access to the current one.
 #pragma once
 
 #include "Configuration.h"
@@ -16,7 +16,7 @@
 
 namespace ovra::reference {
 
-/// The reference host loads no plug-ins from files: there is nothing to watch but whether it should.
+/// The reference host loads no plug-ins from files, so it only remembers whether it should watch the folder.
 class PluginFolder final : public core::PluginManager
 {
 public:
@@ -28,7 +28,7 @@ private:
     std::atomic<bool> m_monitoring{false};
 };
 
-/// Held by the application, and by everybody who was given a part of it.
+/// The application shares its ownership with every caller that holds a part of it.
 struct ApplicationState
 {
     explicit ApplicationState(const ApplicationOptions& options);
@@ -45,9 +45,9 @@ struct ApplicationState
     boost::shared_ptr<const RuntimeEntries> runtime;
 };
 
-/// Any thread. Empty when there is no application.
+/// Any thread. Empty if there is no application.
 boost::shared_ptr<ApplicationState> currentApplication();
-/// Throws std::logic_error when there is one already.
+/// \throws std::logic_error  if there is one already
 void setCurrentApplication(const boost::shared_ptr<ApplicationState>& state);
 void clearCurrentApplication();
 

@@ -29,7 +29,7 @@ std::optional<long long> integer(std::string_view text)
     return value;
 }
 
-/// The system's reason where it cannot; opening and writing leave it in errno.
+/// Returns the system's error if writing fails; opening and writing leave it in errno.
 std::error_code writeLines(const std::filesystem::path& file, const std::vector<std::string>& lines)
 {
     errno = 0;
@@ -130,7 +130,7 @@ void Configuration::write(Messages& messages) const
 {
     if (m_file.empty())
         return;
-    // A reader, or a crash half-way, finds the old file or the new one, never a part.
+    // Replaced by a rename: a reader, or a crash half-way, finds the old file or the new one, never a part.
     std::filesystem::path fresh = m_file;
     fresh += ".new";
     std::error_code error = writeLines(fresh, m_lines);

@@ -12,22 +12,22 @@
 
 namespace ovra::reference {
 
-/// Any thread. The file holds one "key=integer" a line; blank lines and lines that begin with "#" are for
-/// people. Of a key that stands there twice the later line counts.
+/// Any thread. The file has one "key=integer" per line, blank lines, and comments that begin with "#". If a
+/// key occurs twice, the later line counts.
 class Configuration
 {
 public:
-    /// \p file empty: entries live in memory only. The file is read at the first use and need not exist.
+    /// \p file empty: entries are kept in memory only. The first use reads the file, which need not exist.
     explicit Configuration(std::filesystem::path file);
 
     std::optional<long long> get(const std::string& key);
-    /// Writes the file anew, all at once; that it cannot is logged, and the entry then lives in memory.
+    /// Replaces the whole file. If that fails, logs the reason and keeps the entry in memory.
     void set(const std::string& key, long long value);
 
 private:
     using Messages = std::vector<std::string>;
 
-    // Under the lock; what there is to say is said by the caller, outside it.
+    // Under the lock. The caller logs the messages, outside the lock.
     void readOnce(Messages& messages);
     void readLine(const std::string& line, std::size_t number, Messages& messages);
     void write(Messages& messages) const;
@@ -37,7 +37,7 @@ private:
     bool m_read = false;
     std::map<std::string, long long> m_values;
     std::map<std::string, std::size_t> m_places; // index into m_lines
-    std::vector<std::string> m_lines;            // as they stand in the file, broken ones too
+    std::vector<std::string> m_lines;            // all lines of the file unchanged, also invalid ones
 };
 
 } // namespace ovra::reference

@@ -67,8 +67,7 @@ void Processor::terminateAsyncCommands()
 void Processor::finishAll()
 {
     stopWorker();
-    // The command whose synchronous phase calls this is not among them: its turn comes when that phase has
-    // returned.
+    // If a synchronous phase calls this, its command is not in the list: it finishes when that phase returns.
     while (!m_running.empty())
         finish(m_running.begin());
     m_terminated = true;
@@ -131,7 +130,7 @@ void Processor::submit(const boost::shared_ptr<Command>& command)
     }
     if (!threePhases)
         return runSynchronous(*command);
-    // Only a loop that runs within a phase gets here with a phase under way.
+    // True only in an event loop that runs within a phase.
     if (m_depth > 0)
         m_waiting.push_back(command);
     else
@@ -157,7 +156,7 @@ void Processor::begin(const boost::shared_ptr<Command>& command)
 
 void Processor::finish(RunningCommands::iterator running)
 {
-    // Out of the list first: nothing that the phase does can finish the command a second time.
+    // Remove it from the list first, so that the phase cannot finish the command a second time.
     RunningCommands finished;
     finished.splice(finished.begin(), m_running, running);
     Command& command = *running->command;

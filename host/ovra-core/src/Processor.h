@@ -1,7 +1,7 @@
 /// \file
 /// Processor: the application's command processor.
 ///
-/// The way of a three-phase command, and what else may happen to it:
+/// The states of a three-phase command:
 ///
 ///     submitted --> begun ------------> on the worker --> finished
 ///                   (executeSync)       (executeAsync)    (executePostAsync)
@@ -39,15 +39,15 @@ public:
     bool idle() const;
     bool terminating() const;
     bool onGuiThread() const;
-    /// What terminateAsyncCommands() does, for the host itself: it is not on the record.
+    /// Like terminateAsyncCommands(), for the host itself: the journal does not record it.
     void finishAll();
-    /// GUI thread. Ends the worker and drops what has not run.
+    /// GUI thread. Ends the worker and drops the phases that have not run.
     void shutDown();
 
 private:
     using Phase = void (core::Command::*)();
 
-    /// A three-phase command from its synchronous phase on.
+    /// A three-phase command, from the start of its synchronous phase.
     struct Running
     {
         boost::shared_ptr<core::Command> command;
@@ -55,7 +55,7 @@ private:
     };
     using RunningCommands = std::list<Running>;
 
-    /// False when the object is open already.
+    /// False if the object is already submitted and has not finished.
     bool open(const core::Command& command);
     void close(const core::Command& command);
 
@@ -65,29 +65,29 @@ private:
     void finish(RunningCommands::iterator running);
     void finishIfRunning(const Running* running);
 
-    /// False when it failed; the failure has been reported then.
+    /// False if the phase threw; the error handler has been called then.
     bool runPhase(core::Command& command, Phase phase, const char* name);
     void leavePhase();
     void report(const core::Command& command, const char* phase, const std::exception_ptr& exception);
 
     void work();
-    /// Keeps the worker from starting another phase, and waits until it is between two.
+    /// Prevents the worker from starting another phase, and waits for the running one.
     void stopWorker();
 
     WorkQueue& m_queue;
     const std::thread::id m_guiThread;
     mutable std::mutex m_openMutex;
-    std::set<const core::Command*> m_open; // submitted and not yet done with
-    // No three-phase command begins, no asynchronous phase starts. Set under the worker's mutex, so that the
-    // worker cannot take up another phase once the flag is seen.
+    std::set<const core::Command*> m_open; // submitted and not yet finished
+    // If set, no three-phase command begins and no asynchronous phase starts. Set under the worker's mutex,
+    // so that the worker starts no further phase after it.
     std::atomic<bool> m_terminating{false};
     std::atomic<bool> m_terminated{false}; // no phase runs
 
-    // Touched on the GUI thread only.
+    // GUI thread only.
     std::function<void(const PhaseFailure&)> m_errorHandler;
     RunningCommands m_running;
     std::deque<boost::shared_ptr<core::Command>>
-        m_waiting;   // three-phase, until the present phase has returned
+        m_waiting;   // three-phase, queued until the current phase has returned
     int m_depth = 0; // phases on the GUI thread's stack
 
     std::mutex m_workerMutex;

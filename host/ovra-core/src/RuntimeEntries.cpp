@@ -73,8 +73,8 @@ boost::shared_ptr<const RuntimeEntries> open(const std::filesystem::path& file)
     std::error_code error;
     if (!std::filesystem::is_regular_file(file, error))
         fail(file, "no such file");
-    // Never closed: the runtime has threads of its own, which would run on in memory that is gone. Each
-    // library is kept once, however many applications open it.
+    // Never closed: the runtime's own threads would run in unmapped memory. Each library is kept once,
+    // however many applications open it.
     static auto* opened = new std::vector<std::unique_ptr<shared_library>>;
     auto library = std::make_unique<shared_library>();
     try {
@@ -97,7 +97,7 @@ boost::shared_ptr<const RuntimeEntries> requireRuntime()
     const auto application = currentApplication();
     if (!application)
         throw std::runtime_error("There is no application, so there is no frame-grabber runtime");
-    // Opened under the lock, so that it is opened once: loading a library calls nothing of ours.
+    // Under the lock, so that it is opened once. Safe, because loading a library calls none of our code.
     const std::lock_guard lock(application->runtimeMutex);
     if (!application->runtime)
         application->runtime = open(application->runtimeLibrary);

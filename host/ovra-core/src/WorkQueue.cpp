@@ -8,7 +8,7 @@
 namespace ovra::reference {
 
 namespace {
-// How long a condition that no queued work brings about may go unnoticed.
+// Interval at which pumpUntil checks a condition that no queued work changes.
 constexpr std::chrono::milliseconds LOOK_INTERVAL{5};
 } // namespace
 
@@ -21,7 +21,7 @@ public:
         try {
             m_queue.announceRest();
         } catch (...) {
-            // Possibly on the way out with an exception of the work, which must not be lost.
+            // Must not throw: an exception from the work may be propagating.
             log(LogLevel::Error, "The front end's wake-up failed");
         }
     }
@@ -75,7 +75,7 @@ void WorkQueue::processEvents()
         const std::lock_guard lock(m_mutex);
         remaining = m_work.size();
     }
-    // Work that this work queues waits for the next time: a front end's own loop gets its turn.
+    // Work that this work queues waits for the next call, so that a front end's own loop can run in between.
     for (; remaining > 0; --remaining) {
         const auto work = takeNow();
         if (!work)
@@ -143,7 +143,8 @@ std::optional<WorkQueue::Work> WorkQueue::pop()
     return work;
 }
 
-// Work that arrived while the loop waited woke nobody else; who leaves it behind has to.
+// While the loop waits, post() does not call the wake-up callback. If the loop then ends with work in the
+// queue, it has to call it.
 void WorkQueue::announceRest()
 {
     std::function<void()> wakeUp;

@@ -11,34 +11,34 @@
 
 namespace ovra::reference {
 
-/// Made on the GUI thread. Work is run, and destroyed, on that thread outside the lock.
+/// Constructed on the GUI thread, which runs and destroys the work outside the lock.
 class WorkQueue
 {
 public:
     using Work = std::function<void()>;
     using Clock = std::chrono::steady_clock;
 
-    /// Any thread. Dropped after close().
+    /// Any thread. After close() the work is dropped.
     void post(Work work);
     void setWakeUpCallback(std::function<void()> callback);
-    /// Any thread. Ends the exec() that runs, or the next one.
+    /// Any thread. Ends the running exec(), or the next one.
     void quit();
 
     // GUI thread.
     void exec();
     void processEvents();
     bool pumpUntil(const std::function<bool()>& condition, std::chrono::milliseconds limit);
-    /// Drops what is queued, and what comes.
+    /// Drops queued and future work.
     void close();
 
 private:
-    /// Waits without end; empty on quit().
+    /// Waits for work; empty after quit().
     std::optional<Work> takeUnlessQuit();
     std::optional<Work> takeUntil(Clock::time_point deadline);
     std::optional<Work> takeNow();
     std::optional<Work> pop(); // under the lock
     void announceRest();
-    /// Announces the rest at the end of a scope, however the scope ends.
+    /// Calls announceRest() at the end of a scope, also after an exception.
     class RestAnnounced;
 
     std::mutex m_mutex;

@@ -31,11 +31,11 @@ using reference::probe;
 namespace {
 constexpr unsigned int DEFAULT_TIMEOUT_SECONDS = 10;
 
-// A ring that is overwritten while one image is copied gives no better one at the next attempt, as a rule:
-// more attempts than these would only take time from whoever shows the images.
+// If the ring is overwritten while an image is copied, the next attempt usually fares no better. More
+// attempts would only delay the display.
 constexpr int COPY_ATTEMPTS = 3;
 
-/// A negative number of a client's configuration arrives as a huge one. Like 0 it asks for the least.
+/// A negative number in a client's configuration arrives as a huge one. Like 0, it counts as 1.
 unsigned int atLeastOne(unsigned int buffers)
 {
     return static_cast<int>(buffers) < 1 ? 1 : buffers;
@@ -43,18 +43,18 @@ unsigned int atLeastOne(unsigned int buffers)
 
 } // namespace
 
-/// What the group is about:
+/// The group's states:
 ///
 ///   | running | paused | resume |                                                                       |
 ///   |---------|--------|--------|-----------------------------------------------------------------------|
 ///   | no      | no     | no     | stopped                                                               |
 ///   | yes     | no     | no     | the runtime acquires                                                  |
-///   | no      | yes    | yes/no | the channel changes; afterwards the acquisition goes on, or does not  |
+///   | no      | yes    | yes/no | the channel changes; then the acquisition resumes, or does not        |
 ///
-/// Two locks. `control` lets one change happen after the other: the runtime's calls that start, stop and
-/// allocate, the client's memory functions and messages are made under it, because that is what must not
-/// overlap. `mutex` guards the fields; nothing foreign is called under it. A wait for an image holds neither:
-/// it is counted in `waiters`, and buffers are not freed while there are any.
+/// Two locks. `control` serialises changes: the group calls the runtime's start, stop and allocation, the
+/// client's memory functions and the log under it, because these must not overlap. `mutex` guards the fields;
+/// no foreign code runs under it. A wait for an image holds neither lock: it counts in `waiters`, and the
+/// group frees no buffers while that is above 0.
 struct FglibFrameBufferGroup::State
 {
     boost::shared_ptr<const reference::RuntimeEntries> runtime;
@@ -64,7 +64,8 @@ struct FglibFrameBufferGroup::State
     MemoryBudget budget{};
 
     mutable std::mutex control;
-    std::int64_t lostEarlier = 0; // lost since the start, before the runtime counted anew; under control
+    std::int64_t lostEarlier =
+        0; // lost between the start and the runtime's last reset of its count; under control
 
     mutable std::mutex mutex;
     std::condition_variable changed;
@@ -75,17 +76,18 @@ struct FglibFrameBufferGroup::State
     bool paused = false;
     bool resume = false;
     bool released = false;
-    int images = 0;           // to take in this acquisition, negative: without end
-    std::int64_t newest = 0;  // number of the newest image that was handed out
-    std::int64_t earlier = 0; // images handed out before the last pause: the runtime counts anew after it
+    int images = 0;          // requested for this acquisition, negative: without end
+    std::int64_t newest = 0; // number of the newest image that was delivered
+    std::int64_t earlier =
+        0; // images delivered before the last pause: the runtime restarts its count after it
     int waiters = 0;
-    AcquisitionStatus failure; // of the present acquisition; stopped: there is none
+    AcquisitionStatus failure; // of the current acquisition; Stopped: no failure
 
     std::atomic<unsigned int> timeoutSeconds{DEFAULT_TIMEOUT_SECONDS};
-    std::vector<std::uint8_t> copy; // of the image handed out; touched in waitForImage only
-    std::uint64_t timestamp = 0;    // of that image; likewise
-    std::vector<std::uint8_t> room; // for larger copies: the next wait takes it up
-    std::size_t roomBytes = 0;      // of the largest that there was; under control
+    std::vector<std::uint8_t> copy; // the delivered image; used in waitForImage only
+    std::uint64_t timestamp = 0;    // of that image; used in waitForImage only
+    std::vector<std::uint8_t> room; // for larger copies: the next wait swaps it in
+    std::size_t roomBytes = 0;      // of the largest image so far; under control
 
     Geometry readGeometry() const;
     PixelFormat readFormat() const;
@@ -113,9 +115,9 @@ struct FglibFrameBufferGroup::State
     enum class Wait
     {
         Delivered,
-        Interrupted, // by a pause after which the acquisition goes on
+        Interrupted, // by a pause after which the acquisition resumes
         Ended,
-        Failed // the runtime gave up, not the client
+        Failed // the runtime reported an error
     };
     Wait waitOnce(std::int64_t after, Image& image, FgFrameIndex& number);
     FgFrameIndex fetch(FgFrameIndex wanted, const ImageBuffers& source);
@@ -153,7 +155,7 @@ int FglibFrameBufferGroup::State::readInteger(int parameter, const char* name) c
 void FglibFrameBufferGroup::State::writeInteger(int parameter, const char* name, int value)
 {
     requireBuffers();
-    // Images of another size must not arrive in the present buffers: here the buffers follow at once.
+    // Images of another size must not arrive in the existing buffers, so they are reallocated at once.
     const bool mine = running && pause();
     const std::int32_t number = value;
     const int code = runtime->Fg_setParameterWithType(handle, parameter, &number, dma, FG_TYPE_INT32);
@@ -173,7 +175,7 @@ PixelFormat FglibFrameBufferGroup::State::readFormat() const
     std::int32_t number = 0;
     const int code = runtime->Fg_getParameter(handle, FG_PIXELFORMAT, &number, dma);
     if (code == FG_INVALID_PARAMETER)
-        return PixelFormat::Mono8; // an applet of one format only
+        return PixelFormat::Mono8; // an applet with a single format
     if (code != FG_OK)
         fail("FG_PIXELFORMAT could not be read", code);
     const auto format = pixelFormatOf(number);
@@ -182,16 +184,16 @@ PixelFormat FglibFrameBufferGroup::State::readFormat() const
     return *format;
 }
 
-// The runtime counts anew with each of its acquisitions.
+// The runtime restarts its count with each acquisition.
 std::int64_t FglibFrameBufferGroup::State::lostNow() const
 {
     if (!runtime->Fg_getStatusEx)
         return 0;
     const auto count = runtime->Fg_getStatusEx(handle, FG_STATUS_LOST_IMAGES, 0, dma, ring->get());
-    return std::max<FgFrameIndex>(count, 0); // a negative one is a code: nothing is known
+    return std::max<FgFrameIndex>(count, 0); // a negative one is an error code
 }
 
-// A runtime that does not tell has a source that streams.
+// If the runtime does not report the source's state, assume that it streams.
 AcquisitionState FglibFrameBufferGroup::State::sourceState(const ImageBuffers& source) const
 {
     const auto state =
@@ -266,7 +268,7 @@ void FglibFrameBufferGroup::State::startRuntime()
     running = true;
 }
 
-// When it returns nobody is in the runtime on account of the ring.
+// When it returns, no thread waits in the runtime for an image of the ring.
 void FglibFrameBufferGroup::State::stopRuntime()
 {
     {
@@ -283,7 +285,7 @@ void FglibFrameBufferGroup::State::stopRuntime()
     changed.wait(lock, [this] { return waiters == 0; });
 }
 
-/// True when it was this call that paused, and the caller has to unpause.
+/// True if this call paused the group, and the caller has to unpause it.
 bool FglibFrameBufferGroup::State::pause()
 {
     {
@@ -324,7 +326,7 @@ void FglibFrameBufferGroup::State::unpause()
 void FglibFrameBufferGroup::State::makeRing(Geometry size, unsigned int buffers)
 {
     auto made = std::make_unique<ImageBuffers>(runtime, handle, size, buffers, budget);
-    // Written here, so that no image waits for its pages.
+    // Written here, so that the system maps the pages now and not while an image arrives.
     std::vector<std::uint8_t> pages(size.bytes() > roomBytes ? size.bytes() : 0);
     const std::lock_guard lock(mutex);
     if (!pages.empty()) {
@@ -353,14 +355,14 @@ void FglibFrameBufferGroup::State::takeUpGeometry()
     makeRing(size, requested);
 }
 
-// As the channel's own one, so that it is shown and stored. A channel may have none.
+// Writes the timeout to the channel's parameter, so that it is shown and stored. A channel may have none.
 void FglibFrameBufferGroup::State::storeTimeout()
 {
     const auto seconds = static_cast<std::int32_t>(timeoutSeconds.load());
     runtime->Fg_setParameterWithType(handle, FG_TIMEOUT_PARAMETER, &seconds, dma, FG_TYPE_INT32);
 }
 
-// The channel's own, where it has one: a configuration file may have brought another.
+// Reads the channel's parameter, if it has one: a configuration file may have changed it.
 void FglibFrameBufferGroup::State::takeUpTimeout()
 {
     std::int32_t seconds = 0;
@@ -412,7 +414,7 @@ FgFrameIndex FglibFrameBufferGroup::State::fetch(FgFrameIndex wanted, const Imag
     FgFrameIndex number = copyNewest(wanted, source);
     for (int attempt = 1; attempt < COPY_ATTEMPTS && number > 0 && overwritten(number, source); ++attempt)
         number = copyNewest(number, source);
-    // Where the ring stays too fast, the newest image is shown as it is: better than none at all.
+    // If every attempt was overwritten, deliver the last copy: a torn image is better than none.
     return number;
 }
 
@@ -427,14 +429,14 @@ FgFrameIndex FglibFrameBufferGroup::State::awaitPicture(FgFrameIndex wanted, con
 FgFrameIndex FglibFrameBufferGroup::State::copyNewest(FgFrameIndex wanted, const ImageBuffers& source)
 {
     FgFrameIndex number = awaitPicture(wanted, source);
-    // Who waits for a trigger waits as long as it takes.
+    // A channel that waits for a trigger does not time out.
     while (number == FG_TIMEOUT && sourceState(source) == AcquisitionState::WaitingForTrigger)
         number = awaitPicture(wanted, source);
     if (number < wanted)
         return number;
     const auto* const pixels =
         static_cast<const std::uint8_t*>(runtime->Fg_getImagePtrEx(handle, number, dma, source.get()));
-    if (!pixels) { // a board that was lost since the wait says so when it is asked for a number
+    if (!pixels) { // the board was lost since the wait; asking for the number gives its code
         const FgFrameIndex latest = runtime->Fg_getLastPicNumberEx(handle, dma, source.get());
         return latest < 0 ? latest : FG_INVALID_MEMORY;
     }
@@ -443,7 +445,7 @@ FgFrameIndex FglibFrameBufferGroup::State::copyNewest(FgFrameIndex wanted, const
     return number;
 }
 
-// 0 where the runtime does not tell.
+// 0 if the runtime gives none.
 std::uint64_t FglibFrameBufferGroup::State::timestampOf(FgFrameIndex number, const ImageBuffers& source) const
 {
     std::uint64_t nanoseconds = 0;
@@ -453,12 +455,13 @@ std::uint64_t FglibFrameBufferGroup::State::timestampOf(FgFrameIndex number, con
     return nanoseconds;
 }
 
-/// True when the runtime may have written to the buffer of picture \p number since that was the newest. It
-/// fills the buffer that follows the newest one, so it is there one picture before its number comes round.
+/// True if the runtime may have written to the buffer of picture \p number since it was the newest. The
+/// runtime fills the buffer after the newest one, so it reaches a buffer one picture before the number that
+/// goes there.
 bool FglibFrameBufferGroup::State::overwritten(FgFrameIndex number, const ImageBuffers& source) const
 {
     const FgFrameIndex latest = runtime->Fg_getLastPicNumberEx(handle, dma, source.get());
-    // In a ring of one buffer only a further picture shows it.
+    // With one buffer, only a further picture shows that it was overwritten.
     return latest - number >= std::max<FgFrameIndex>(1, FgFrameIndex{source.count()} - 1);
 }
 
@@ -470,7 +473,7 @@ FglibFrameBufferGroup::State::Wait FglibFrameBufferGroup::State::waitOnce(std::i
     if (!running)
         return Wait::Ended;
     const std::int64_t base = earlier;
-    const ImageBuffers& source = *ring; // stays while this is counted in waiters
+    const ImageBuffers& source = *ring; // not freed while this call counts in waiters
     const Geometry size = source.geometry();
     if (!room.empty())
         copy = std::exchange(room, {});
@@ -558,7 +561,7 @@ void FglibFrameBufferGroup::setBufferCount(int buffers)
         const std::lock_guard lock(m_state->mutex);
         m_state->requested = static_cast<unsigned int>(buffers);
     }
-    // A request that comes after an unload finds nothing that it could change.
+    // After an unload there is nothing to change.
     if (m_state->released)
         return;
     const bool mine = m_state->pause();

@@ -11,8 +11,8 @@ namespace ovra::display {
 
 namespace {
 
-// The client's functions keep one plain number for all groups. To look at what is left, to take it and to
-// write it down must be one step for all of them: the functions are called under this lock.
+// The client's functions share one unsynchronised number for all groups. This lock makes reading the
+// remaining memory, allocating and updating the number one step.
 std::mutex budgetMutex;
 
 unsigned int affordable(const MemoryBudget& budget, std::size_t imageBytes, unsigned int wanted)
@@ -54,7 +54,7 @@ ImageBuffers::~ImageBuffers()
         code = m_runtime->Fg_FreeMemEx(m_handle, m_ring);
         m_budget.update(-bytes());
     }
-    if (code != FG_OK && code != FG_DEVICE_LOST) // a board that is gone gives them back like any other
+    if (code != FG_OK && code != FG_DEVICE_LOST) // the buffers of a lost board are released, too
         reference::log(reference::LogLevel::Error,
                        reference::failureText(*m_runtime, "Image buffers could not be given back", code));
 }

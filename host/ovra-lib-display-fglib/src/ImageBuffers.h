@@ -15,7 +15,7 @@ struct MemoryBudget
     FglibFrameBufferGroup::UpdateUsedMemory update;
 };
 
-/// What an image takes: its size in pixels, and what a pixel is.
+/// What determines an image's size in memory: its size in pixels, and its format.
 struct Geometry
 {
     int width = 0;
@@ -26,12 +26,12 @@ struct Geometry
     std::size_t bytes() const { return bytesPerLine(format, width) * static_cast<std::size_t>(height); }
 };
 
-/// Takes buffers when it is made, and gives them and their bytes back when it is destroyed.
+/// Construction allocates the buffers and counts their bytes as used; destruction releases both.
 class ImageBuffers
 {
 public:
-    /// As many of the \p wanted buffers as the budget allows, but at least one. Throws std::runtime_error
-    /// when the runtime gives none.
+    /// Allocates as many of the \p wanted buffers as the budget allows, but at least one.
+    /// \throws std::runtime_error  if the runtime provides none
     ImageBuffers(boost::shared_ptr<const reference::RuntimeEntries> runtime, Fg_Struct_s* handle,
                  Geometry geometry, unsigned int wanted, MemoryBudget budget);
     ~ImageBuffers();

@@ -21,7 +21,7 @@ public:
         double bytes = 0;
     };
 
-    /// Forgets what has arrived.
+    /// Resets all counts.
     void restart(Clock::time_point now)
     {
         m_slices = {};
@@ -48,7 +48,7 @@ public:
             images += static_cast<double>(slice.images);
             bytes += static_cast<double>(slice.bytes);
         }
-        // The oldest slice counted begins here; an acquisition that is younger is measured from its start.
+        // The oldest slice that counts begins here. A younger acquisition is measured from its start.
         const auto begin = std::max(m_start, Clock::time_point(SLICE * (newest - COUNT + 1)));
         const std::chrono::duration<double> covered = std::max<Clock::duration>(now - begin, SHORTEST);
         return {images / covered.count(), bytes / covered.count()};
@@ -57,7 +57,7 @@ public:
 private:
     static constexpr std::int64_t COUNT = 50;
     static constexpr std::chrono::milliseconds SLICE{20};
-    // A first image that comes at once is no thousand images a second.
+    // A first image that arrives at once does not mean a thousand images a second.
     static constexpr std::chrono::milliseconds SHORTEST{100};
 
     struct Slice

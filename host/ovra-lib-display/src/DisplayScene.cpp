@@ -32,14 +32,15 @@ DisplaySceneVisualizer::~DisplaySceneVisualizer() = default;
 
 namespace {
 
-/// Waits for a thread at the end of a scope, however the scope ends.
+/// Joins a thread at the end of a scope, also after an exception.
 struct Joined
 {
     std::thread& thread;
     ~Joined() { thread.join(); }
 };
 
-/// For the grabbing thread, which has nobody to pass an exception on to. What was logged; "" for nothing.
+/// Runs \p step and logs its exception, for the grabbing thread, which must not throw. Returns the logged
+/// text, or "".
 template <class Step>
 std::string logFailure(const FrameBufferGroup& source, const std::string& failure, Step step)
 {
@@ -70,9 +71,9 @@ double secondsBetween(std::chrono::steady_clock::time_point begin, std::chrono::
 
 } // namespace
 
-/// Two locks. `control` makes a start, a stop and a change of the group wait for each other; it is held while
-/// the group does what it is told and while the grabbing thread ends, neither of which comes back here.
-/// `mutex` guards the fields; nothing foreign is called under it.
+/// Two locks. `control` serialises starts, stops and changes of the group; it is held during calls of the
+/// group and while the grabbing thread ends, neither of which calls the scene. `mutex` guards the fields; no
+/// foreign code runs under it.
 struct DisplayScene::State
 {
     using Clock = std::chrono::steady_clock;
@@ -85,19 +86,19 @@ struct DisplayScene::State
     std::condition_variable showingEnded;
     DisplaySceneVisualizer* visualizer = nullptr;
     bool showing = false;        // the visualizer is being called
-    std::uint64_t showCount = 0; // how often it was, by any start
+    std::uint64_t showCount = 0; // number of its calls, over all starts
     DisplayStatistics statistics;
-    std::int64_t lost = 0;       // since the start, as far as it is known here
-    AcquisitionCounters earlier; // of all starts before the present one
+    std::int64_t lost = 0;       // since the start; the last known count
+    AcquisitionCounters earlier; // of all starts before the current one
     ArrivalRate rate;
-    Clock::time_point arrived; // when the newest image did
+    Clock::time_point arrived; // time of the newest image
     AcquisitionStatus lastEnd; // of the last acquisition, while none runs
     AcquisitionObserver::Signal ended;
 
     std::atomic<bool> grabbing{false};
     std::atomic<bool> stopping{false};
     std::atomic<std::thread::id> grabberId{};
-    std::atomic<int> dma{-1}; // of the group that images come from, for the record
+    std::atomic<int> dma{-1}; // of the group at position 0, for the journal
 
     boost::shared_ptr<FrameBufferGroup> group() const
     {
@@ -175,7 +176,7 @@ void DisplayScene::State::grab(FrameBufferGroup& source, int images)
     const auto failure = logFailure(source, "grabbing ended", [&] { takeImages(source, images); });
     AcquisitionStatus end;
     logFailure(source, "the end's reason is not known", [&] { end = endOf(source, images, failure); });
-    // After a failure as well: nobody else stops a source that has nobody left to take its images.
+    // Also after a failure: nothing else stops the source.
     logFailure(source, "acquisition could not be stopped", [&] { source.stopAcquisition(); });
     logFailure(source, "lost images could not be counted", [&] { countLost(source); });
     {
@@ -183,7 +184,7 @@ void DisplayScene::State::grab(FrameBufferGroup& source, int images)
         lastEnd = end;
         grabbing = false;
     }
-    // Listeners are refused a start or a stop like the visualizer: the thread's number is still there.
+    // The thread's id is still set, so that listeners, like the visualizer, cannot start or stop the scene.
     if (end.state != AcquisitionState::Stopped)
         logFailure(source, "the end could not be reported", [&] { ended(end); });
     grabberId = std::thread::id();
@@ -202,7 +203,7 @@ AcquisitionStatus DisplayScene::State::endOf(const FrameBufferGroup& source, int
         end.state = AcquisitionState::CountReached;
         end.reason = "board " + std::to_string(end.board) + " DMA " + std::to_string(end.dma) + ": all " +
                      std::to_string(images) + " images arrived";
-    } else if (stopping || end.reason.empty()) { // by the scene's client, or by the group's
+    } else if (stopping || end.reason.empty()) { // stopped by a client of the scene or of the group
         end.state = AcquisitionState::Stopped;
         end.reason.clear();
     }
@@ -213,7 +214,7 @@ void DisplayScene::State::countLost(const FrameBufferGroup& source)
 {
     const auto counted = source.lostImages();
     const std::lock_guard lock(mutex);
-    lost = std::max(lost, counted); // a board that is gone counts nothing any more
+    lost = std::max(lost, counted); // a lost board reports 0
 }
 
 void DisplayScene::State::takeImages(FrameBufferGroup& source, int images)
@@ -306,7 +307,7 @@ AcquisitionFigures DisplayScene::State::figures()
     return figures;
 }
 
-// A visualizer that stopped its own scene would wait for itself.
+// A visualizer that stops its own scene would deadlock.
 void DisplayScene::State::refuseGrabber(const char* operation) const
 {
     if (grabberId.load() == std::this_thread::get_id())

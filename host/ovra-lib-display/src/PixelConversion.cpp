@@ -25,7 +25,7 @@ void forEachLine(const Image& image, std::uint16_t* samples, int samplesPerPixel
              samples + static_cast<std::size_t>(y) * step);
 }
 
-// Up to 16 bits from any bit on, low bits first.
+// Reads up to 16 bits that start at any bit, low bits first.
 std::uint16_t bitsAt(const std::uint8_t* bytes, std::size_t bit, unsigned int count)
 {
     std::uint32_t value = 0;
@@ -35,14 +35,14 @@ std::uint16_t bitsAt(const std::uint8_t* bytes, std::size_t bit, unsigned int co
     return static_cast<std::uint16_t>((value >> shift) & ((1U << count) - 1));
 }
 
-// The samples of a format of one component.
+// For formats with one component.
 void unpackSamples(const Image& image, Samples& samples)
 {
     const auto& format = describe(image.format);
     const auto width = static_cast<std::size_t>(image.width);
     samples.resize(pixelsOf(image));
     forEachLine(image, samples.data(), 1, [&](const std::uint8_t* bytes, std::uint16_t* target) {
-        if (format.bitsPerPixel == 16) // the byte order of the machines that the runtime runs on
+        if (format.bitsPerPixel == 16) // little-endian, like the machines that the runtime runs on
             return static_cast<void>(std::memcpy(target, bytes, width * 2));
         for (std::size_t x = 0; x < width; ++x)
             target[x] = format.bitsPerPixel == 8
@@ -66,7 +66,7 @@ void unpackColours(const Image& image, Samples& samples)
     });
 }
 
-/// Which colour each pixel of a Bayer image has: 0 red, 1 green, 2 blue.
+/// The colour of each pixel of a Bayer image: 0 red, 1 green, 2 blue.
 class Mosaic
 {
 public:

@@ -35,14 +35,14 @@ EnvironmentChange fileChange(EnvironmentChange::Kind kind, const std::string& pa
     return change;
 }
 
-// Configuration files name applets by whatever bytes they hold.
+// Configuration files may name applets with invalid UTF-8.
 bool exists(const std::string& path)
 {
     try {
         std::error_code error;
         return fs::is_regular_file(fglib5::pathOf(path), error);
     } catch (const fs::filesystem_error&) {
-        return false; // no text of a path
+        return false; // not a path
     }
 }
 
@@ -86,7 +86,7 @@ AppletFolders::Listing AppletFolders::list()
     return listing;
 }
 
-// Files come and go during the walk: what cannot be looked at is passed over.
+// Files may disappear during the walk: entries that cannot be read are skipped.
 void AppletFolders::listFolder(const std::string& folder, Listing& listing)
 {
     std::error_code error;
@@ -102,7 +102,7 @@ void AppletFolders::listFolder(const std::string& folder, Listing& listing)
     }
 }
 
-// Asked of the disk and not of the listing: files that were added singly lie elsewhere.
+// Checks the disk and not the listing: files that were added singly are in other folders.
 void AppletFolders::removeVanished(Changes& changes)
 {
     for (const auto nodes = m_files->getAllFiles(); nodes->hasNext(); nodes->advance()) {
@@ -127,7 +127,7 @@ void AppletFolders::addOrRead(const std::string& path, const Stamp& stamp, bool 
         node->scan();
     m_known[path] = stamp;
     if (!present)
-        m_files->addAllFilesEntry(path, node); // complete before it can be seen
+        m_files->addAllFilesEntry(path, node); // scanned before others can see it
     changes.push_back(
         fileChange(present ? EnvironmentChange::Kind::Changed : EnvironmentChange::Kind::Came, path));
     log(LogLevel::Information, (present ? "Applet file changed: " : "Applet file added: ") + path);

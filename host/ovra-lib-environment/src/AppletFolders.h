@@ -1,5 +1,5 @@
 /// \file
-/// AppletFolders: the applet files below the runtime directory, and the file collection that follows them.
+/// AppletFolders: keeps the file collection up to date with the applet files below the runtime directory.
 #pragma once
 
 #include "Changes.h"
@@ -18,14 +18,14 @@ class AppletFolders
 public:
     explicit AppletFolders(boost::shared_ptr<HlEnvironmentFileCollectionNode> files);
 
-    /// Walks the folders: adds nodes for new files, removes those of files that are gone. With \p scan new
-    /// and changed files are read; without it a changed file waits for the next walk with it.
+    /// Searches the folders: adds nodes for new files and removes those of deleted files. With \p scan it
+    /// reads new and changed files; without it, changed files wait for the next call with \p scan.
     void follow(bool scan, Changes& changes);
-    /// Adds the file under the path that is given, and reads it. Nothing when there is no such file.
+    /// Adds the file under \p path and reads it. No effect if there is no such file.
     void addFile(const std::string& path, Changes& changes);
 
 private:
-    /// What tells that a file has changed.
+    /// Differs if the file has changed.
     struct Stamp
     {
         std::filesystem::file_time_type time;

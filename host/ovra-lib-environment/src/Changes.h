@@ -1,5 +1,5 @@
 /// \file
-/// What a look at the machine has found changed, in the order in which the model took it up.
+/// Changes: what one search has changed in the model, in order.
 #pragma once
 
 #include "ovra-lib-environment/reference/EnvironmentObserver.h"

@@ -24,7 +24,7 @@ using reference::probe;
 using reference::Unrecorded;
 
 namespace {
-// Hardware that is never twice the same must not hold up the start.
+// Limits the start if no two searches find the same hardware.
 constexpr int MAX_PASSES = 10;
 } // namespace
 
@@ -38,7 +38,7 @@ struct Environment::State
     static int onHardware(int board, unsigned int notification, std::uint64_t argument, void* state);
     void startMonitor();
     void stopMonitor();
-    /// Runs \p look, which notes changes, under passMutex, and tells of them outside it.
+    /// Runs \p look, which collects changes, under passMutex, and signals them outside it.
     template <class Look>
     void observe(Look look);
     void tell(const models::Changes& changes) const;
@@ -46,18 +46,19 @@ struct Environment::State
 
     const boost::shared_ptr<models::HlEnvironmentModel> model;
     const boost::shared_ptr<models::HlEnvironmentGlobalResourceModel> globalResources;
-    models::Guarded<boost::any> connector; // kept for who made it; the reference host has no use for one
+    models::Guarded<boost::any> connector; // only kept alive; the reference host does not use it
     std::atomic<bool> autoScan{false};
-    // One pass at a time, so that no two of them add the same node. The runtime and who listens to the log
-    // are called under it: neither may begin a pass.
+    // One search at a time, so that no two of them add the same node. The runtime and the log's callback run
+    // under it: neither may start a search.
     std::mutex passMutex;
     models::HardwareDiscovery hardware;
     models::AppletFolders folders;
     reference::EnvironmentObserver::Signal changed;
     FolderMonitor monitor;
     std::atomic<bool> hardwareChanged{false};
-    std::mutex notifying;                                        // guards the next one
-    boost::shared_ptr<const reference::RuntimeEntries> notifier; // tells of hardware while the monitor runs
+    std::mutex notifying; // guards notifier
+    boost::shared_ptr<const reference::RuntimeEntries>
+        notifier; // reports hardware changes while the monitor runs
 };
 
 Environment::State::State()
@@ -93,7 +94,7 @@ void Environment::State::lookAtHardwareSoon()
     monitor.wake();
 }
 
-// A runtime that does not tell of hardware leaves it to the passes that somebody asks for.
+// If the runtime does not report hardware changes, only discoverResources finds them.
 void Environment::State::startMonitor()
 {
     monitor.start();
@@ -132,7 +133,7 @@ void Environment::State::observe(Look look)
         try {
             look(changes);
         } catch (...) {
-            failure = std::current_exception(); // what was found before it is told all the same
+            failure = std::current_exception(); // changes found before it are signalled nevertheless
         }
     }
     tell(changes);

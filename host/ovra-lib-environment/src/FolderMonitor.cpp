@@ -10,8 +10,7 @@
 namespace ovra::core {
 
 namespace {
-// The portable way to notice changes, and often enough for somebody who copies a file and looks at the
-// screen.
+// Polling is portable, and this interval is short enough for a user who copies a file and watches the screen.
 constexpr std::chrono::milliseconds INTERVAL{250};
 } // namespace
 

@@ -1,5 +1,5 @@
 /// \file
-/// FolderMonitor: a thread that looks again and again.
+/// FolderMonitor: a thread that calls a function periodically.
 #pragma once
 
 #include <condition_variable>
@@ -9,19 +9,19 @@
 
 namespace ovra::core {
 
-/// Safe from any thread, but not from \p look itself.
+/// Any thread, but not from within the function itself.
 class FolderMonitor
 {
 public:
-    /// \p look runs on the monitor's thread; what it throws is logged.
+    /// \p look runs on the monitor's thread; its exceptions are logged.
     explicit FolderMonitor(std::function<void()> look);
     ~FolderMonitor();
 
-    /// Nothing when it runs already.
+    /// No effect if it is running.
     void start();
-    /// When it returns, nobody is looking.
+    /// When it returns, the function is not running.
     void stop();
-    /// Lets it look at once, where it runs. From any thread, does not wait.
+    /// If the monitor is running, calls the function soon. Does not wait.
     void wake();
 
 private:
@@ -29,7 +29,7 @@ private:
     void lookOnce() const;
 
     const std::function<void()> m_look;
-    std::mutex m_control; // held while the thread ends, which takes no longer than one look
+    std::mutex m_control; // held while the thread ends, at most for one call of the function
     std::thread m_thread;
     std::mutex m_mutex;
     std::condition_variable m_ending;

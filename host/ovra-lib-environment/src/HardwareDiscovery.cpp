@@ -125,7 +125,7 @@ bool same(const HlEnvironmentBoardNode& node, const FoundBoard& board)
            node.getBoardName() == board.name;
 }
 
-// The keys order cameras as people count them.
+// The keys sort cameras by board and port as numbers.
 std::string keyOf(const FoundCamera& camera)
 {
     const auto padded = [](unsigned int number) {
@@ -135,8 +135,8 @@ std::string keyOf(const FoundCamera& camera)
     return "board-" + padded(camera.board) + "-port-" + padded(camera.port);
 }
 
-// A board that carries an applet stays in the model even when the runtime does not list it any more: its
-// handle has to be given back through its node.
+// A board with an applet stays in the model even if the runtime no longer lists it: its handle is freed
+// through its node.
 bool mayGo(const HlEnvironmentBoardNode& board)
 {
     return board.getBoardHandle() == nullptr;
@@ -225,7 +225,7 @@ void HardwareDiscovery::discover(Changes& changes)
     noteChanges(std::move(found), changes);
 }
 
-// A board that is gone stays in the model as long as it has a handle.
+// An unplugged board stays in the model as long as it has a handle.
 void HardwareDiscovery::followHandles(const Changes& found)
 {
     m_handles.clear();
@@ -240,7 +240,7 @@ void HardwareDiscovery::followHandles(const Changes& found)
                     look();
             });
         if (mayGo(*nodes->current()))
-            m_lookAgain(); // it lost its handle before anybody listened
+            m_lookAgain(); // its handle was freed before the connection above
     }
 }
 

@@ -1,5 +1,5 @@
 /// \file
-/// HardwareDiscovery: boards and cameras of the machine, as the runtime knows them.
+/// HardwareDiscovery: keeps the model up to date with the boards and cameras that the runtime lists.
 #pragma once
 
 #include "Changes.h"
@@ -16,12 +16,12 @@ namespace ovra::core::models {
 class HardwareDiscovery
 {
 public:
-    /// \p lookAgain is called, on any thread, when a board that is gone has lost its handle and can leave the
-    /// model at the next look.
+    /// \p lookAgain is called, on any thread, when the handle of an unplugged board has been freed, so that
+    /// the next search can remove the board from the model.
     HardwareDiscovery(boost::shared_ptr<HlEnvironmentRootNode> root, std::function<void()> lookAgain);
 
-    /// Brings the root's board source "ovra" and its cameras up to date; nodes of what is still there stay.
-    /// Blocks. Throws std::runtime_error, with nothing changed, when the runtime cannot be used.
+    /// Updates the root's board source "ovra" and its cameras; nodes of hardware that still exists stay.
+    /// Blocks. \throws std::runtime_error  if the runtime cannot be used; nothing changes
     void discover(Changes& changes);
 
 private:
@@ -31,8 +31,8 @@ private:
     const boost::shared_ptr<HlEnvironmentRootNode> m_root;
     const std::function<void()> m_lookAgain;
     std::map<unsigned int, boost::signals2::scoped_connection>
-        m_handles;     // of boards that are gone, by serial
-    Changes m_present; // what there was at the last look; each has come
+        m_handles;     // of unplugged boards, by serial number
+    Changes m_present; // the hardware of the last search, as changes of kind Came
 };
 
 } // namespace ovra::core::models

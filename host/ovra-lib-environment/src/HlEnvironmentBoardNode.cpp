@@ -45,7 +45,7 @@ std::optional<unsigned int> connectorsOf(int boardIndex)
 
 } // namespace
 
-// For the observer, of which the exported class says nothing.
+// For BoardHandleObserver, which is not part of the exported class.
 reference::BoardHandleObserver::Signal& handleChanged(HlEnvironmentBoardNode& board);
 
 struct HlEnvironmentBoardNode::HandleChange
@@ -125,7 +125,7 @@ Fg_Struct_s* HlEnvironmentBoardNode::getBoardHandle() const
 void HlEnvironmentBoardNode::setBoardHandle(Fg_Struct_s* handle)
 {
     probe("HlEnvironmentBoardNode::setBoardHandle", "serial=", Hex{m_serial}, given(handle));
-    // A change that stands alone is a bracket of its own: observers miss nothing.
+    // A change without begin and end gets its own, so that observers see it.
     beginChange();
     m_handle = handle;
     endChange();
@@ -156,7 +156,7 @@ void HlEnvironmentBoardNode::endChange()
     {
         std::unique_lock lock(m_change->mutex);
         if (m_change->depth == 0) {
-            lock.unlock(); // a listener of the log may ask the board
+            lock.unlock(); // the log's callback may read the board
             return reference::log(reference::LogLevel::Error,
                                   "A board's handle change ends that never began");
         }
@@ -174,8 +174,8 @@ void HlEnvironmentBoardNode::endChange()
     m_change->changed(after);
 }
 
-// One for each connector. A runtime that does not tell how many there are leaves one for each camera, and
-// those below: the applet's ports are numbered from 0.
+// One for each connector. If the runtime does not report their number, the last connector with a camera
+// determines it; connectors are numbered from 0.
 void HlEnvironmentBoardNode::createPhysicalPorts()
 {
     const Unrecorded own;

@@ -15,10 +15,10 @@ using reference::RuntimeEntries;
 
 namespace {
 
-// Without a board the list has no installed applets to begin with, which would all be read first.
+// Without a board the runtime's list starts empty; with a board it would first read all installed applets.
 constexpr int NO_BOARD = -1;
 
-/// An applet list of the runtime, to which files are added in order to have them read.
+/// An applet list of the runtime. Adding a file to it makes the runtime read the file.
 class AppletList
 {
 public:

@@ -1,5 +1,5 @@
 /// \file
-/// Which camera is plugged in where.
+/// Connects physical ports with the cameras that are plugged into them.
 #pragma once
 
 #include "ovra-lib-environment/HlEnvironmentBoardNode.h"
@@ -9,10 +9,10 @@
 
 namespace ovra::core::models {
 
-/// The cameras of a board by physical port, as the model that the board belongs to has them.
+/// The cameras of a board by physical port, from the model that the board belongs to.
 std::map<unsigned int, boost::shared_ptr<HlEnvironmentCameraNode>> camerasOf(HlEnvironmentBoardNode& board);
 
-/// Sets the camera of each physical port that the board has, or none.
+/// Sets or clears the camera of each physical port of the board.
 void attachCameras(HlEnvironmentBoardNode& board);
 
 } // namespace ovra::core::models

@@ -23,8 +23,8 @@ using reference::Unrecorded;
 
 namespace {
 
-/// Where events go. The runtime is given a number for it and no pointer: a registration that could not be
-/// taken back, and that calls when the model is gone, then finds nothing.
+/// The target of a model's events. The runtime gets a number for it instead of a pointer: if a registration
+/// could not be removed and calls after the model's end, the look-up of the number finds nothing.
 struct Delivery
 {
     FgLibEventsModel::EventSignal signal;
@@ -36,7 +36,7 @@ class Deliveries
 public:
     static Deliveries& instance()
     {
-        // Never destroyed: models may outlive it otherwise, at the end of the process.
+        // Never destroyed, because at the end of the process models may outlive static objects.
         static auto* deliveries = new Deliveries;
         return *deliveries;
     }
@@ -84,7 +84,7 @@ extern "C" int onEvents(std::uint64_t events, void* userData, const FgEventInfo*
     } catch (const std::exception& error) {
         log(LogLevel::Error, std::string("An event could not be delivered: ") + error.what());
     } catch (...) {
-        // The caller is the runtime, which knows no exceptions at all.
+        // The caller is the runtime, a C library: no exception may reach it.
         log(LogLevel::Error, "An event could not be delivered");
     }
     return 0;
@@ -111,7 +111,7 @@ struct FgLibEventsModel::State
     boost::weak_ptr<HlEnvironmentBoardNode> board;
     int boardIndex = -1;
     unsigned int boardSerial = 0;
-    Fg_Struct_s* handle = nullptr; // null: nothing is registered
+    Fg_Struct_s* handle = nullptr; // null: not registered
     std::uint64_t mask = 0;
     std::uintptr_t number = 0;
 
@@ -137,14 +137,14 @@ void FgLibEventsModel::State::registerAll()
     check(runtime->Fg_registerEventCallback(handle, mask, onEvents, userData, 0, nullptr));
 }
 
-// With the first listener: until then an image costs the runtime no event.
+// Called for the first listener: until then the runtime raises no events, which saves time for each image.
 void FgLibEventsModel::State::activate()
 {
     if (registered() && !active.exchange(true))
         check(runtime->Fg_activateEvents(handle, mask, 1));
 }
 
-// With the handle the registration is gone, and the number of a handle may have been given to another.
+// Freeing a handle removes its registrations, and the runtime may reuse the handle's address.
 bool FgLibEventsModel::State::registered() const
 {
     const auto present = board.lock();

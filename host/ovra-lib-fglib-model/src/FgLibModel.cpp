@@ -25,7 +25,7 @@ using reference::Unrecorded;
 
 namespace {
 
-/// A parameter without its value, and how the runtime passes the value.
+/// A parameter without its value, and the type in which the runtime passes the value.
 struct Description
 {
     Parameter parameter;
@@ -53,13 +53,13 @@ Description describe(const FgRegisterDescription& source)
             source.type};
 }
 
-// Changes what an image takes in memory.
+// True for parameters that change the size of an image in memory.
 bool shapesImage(int parameter)
 {
     return parameter == FG_WIDTH || parameter == FG_HEIGHT || parameter == FG_PIXELFORMAT;
 }
 
-/// One DMA channel of a board handle, as far as parameters go. Results are the runtime's codes.
+/// Reads and writes parameters of one DMA channel of a board handle. Results are the runtime's codes.
 class Channel
 {
 public:
@@ -162,7 +162,7 @@ struct FgLibModel::State
     FgRegisterInfo_s* info = nullptr;
     std::string place; // for messages
 
-    // Held while the runtime is called: when stop() returns, nobody uses the handle.
+    // Held during calls of the runtime: when stop() returns, no thread uses the handle.
     mutable std::mutex mutex;
     Fg_Struct_s* handle = nullptr; // null once stopped
     std::vector<Description> descriptions;

@@ -12,7 +12,7 @@ namespace ovra::core::models {
 using reference::probe;
 using reference::RuntimeEntries;
 
-/// Where the camera is plugged in: all there is to know, the rest is asked each time.
+/// The camera's connector. Everything else is read from the runtime each time.
 struct GenICamModel::State
 {
     const unsigned int board;
@@ -154,7 +154,7 @@ void GenICamModel::stopAcquisition()
     probe("GenICamModel::stopAcquisition", "board=", m_state->board, " port=", m_state->port);
     const auto runtime = m_state->control();
     const int code = runtime->FgCam_stop(m_state->board, m_state->port);
-    if (code != FG_DEVICE_LOST) // a camera that is gone has stopped
+    if (code != FG_DEVICE_LOST) // an unplugged camera has stopped
         m_state->check(*runtime, "it could not be stopped", code);
 }
 

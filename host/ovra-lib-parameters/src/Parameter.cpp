@@ -44,7 +44,7 @@ Number numberFromText(const Parameter& parameter, const char* kind, const std::s
     if (result.ec != std::errc{} || result.ptr != end)
         refuse(parameter, kind, text);
     const auto value = static_cast<double>(number);
-    // Written so that a number that is none is outside, too.
+    // Written so that NaN is also out of range.
     if (hasRange(parameter) && !(value >= parameter.minimum && value <= parameter.maximum))
         refuse(parameter, kind, text);
     return number;
@@ -85,7 +85,7 @@ std::vector<Choice> choicesFromText(const std::string& text)
         const char* const end = item.data() + item.size();
         const auto [stop, error] = std::from_chars(item.data(), end, choice.value);
         if (error != std::errc{} || stop == end || *stop != '=')
-            continue; // not a choice that could be written
+            continue; // not a valid choice
         choice.name.assign(stop + 1, end);
         choices.push_back(choice);
     }

@@ -18,7 +18,7 @@ struct Listener
 {
     tOvraLogMessageCallback callback;
     void* userData;
-    int running = 0; // calls under way, on any thread
+    int running = 0; // number of running calls, on all threads
 };
 
 struct Dispatch
@@ -36,7 +36,7 @@ Dispatch& theDispatch()
     return *dispatch;
 }
 
-// Threads are numbered in the order in which they first log: the same on every platform, and short to read.
+// Threads are numbered in the order in which they first log: short to read, and the same on every platform.
 unsigned long threadNumber()
 {
     static std::atomic<unsigned long> last{0};
@@ -44,7 +44,7 @@ unsigned long threadNumber()
     return NUMBER;
 }
 
-// One call of the listener. While it lives, the listener is not taken away.
+// One call of the callback. While it exists, OvraLogSetMessageCallback waits.
 class ListenerCall
 {
 public:
@@ -77,7 +77,7 @@ private:
     std::shared_ptr<Listener> m_listener;
 };
 
-/// Compilers give the whole path, which is that of the machine where the caller was built.
+/// Compilers give the whole path on the machine where the caller was built.
 const char* withoutFolder(const char* file)
 {
     if (!file)
@@ -142,6 +142,6 @@ void ovra::reference::log(LogLevel level, const std::string& text, std::source_l
     try {
         deliver(static_cast<unsigned long>(level), place.file_name(), place.line(), text.c_str(), 0, nullptr);
     } catch (...) {
-        // A message may come from a place that cannot pass an exception on, and there is nobody left to tell.
+        // The caller may be unable to handle an exception, and there is no other place to report it.
     }
 }

@@ -270,6 +270,8 @@ LineStatus LineEditor::read(const std::string& prompt, std::string& line)
         m_state->wasCancelled = false;
     }
     el_resize(m_state->editor);
+    // Before the prompt shows: Ctrl-D that meets the terminal's own line mode is no key any more.
+    el_set(m_state->editor, EL_PREP_TERM, 1);
     int length = 0;
     const char* const typed = el_gets(m_state->editor, &length);
     const bool complete = typed && length > 0;

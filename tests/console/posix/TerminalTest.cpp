@@ -30,6 +30,7 @@ public:
         if (m_process == 0) {
             setenv("XDG_STATE_HOME", state.c_str(), 1); // NOLINT(concurrency-mt-unsafe): one thread
             setenv("TERM", "xterm", 1);                 // NOLINT(concurrency-mt-unsafe)
+            signal(SIGINT, SIG_DFL); // a shell's background jobs ignore it, and pass that on
             execl(OVRA_CONSOLE, OVRA_CONSOLE, "--machine", machine.c_str(), "--output-dir", folder.c_str(),
                   nullptr);
             _exit(127);
@@ -73,6 +74,8 @@ public:
         m_seen.erase(0, shown.size());
         return shown;
     }
+
+    void hangUp() const { kill(m_process, SIGHUP); }
 
     int exitCode()
     {
@@ -121,7 +124,7 @@ TEST_F(AtTheTerminal, WordsAreCompletedAndLinesComeBackInTheNextSession)
     terminal.type("\x1b[A\x1b[A\n"); // up twice: past quit
     terminal.seeUntil("\r\nre\xc3\xbc-called\r\n");
     terminal.seeUntil("ovra> ");
-    terminal.type("quit\n");
+    terminal.type("\x04");
     terminal.seeUntil("Application closed.");
     EXPECT_EQ(terminal.exitCode(), 0);
 }
@@ -151,9 +154,22 @@ TEST_F(AtTheTerminal, CtrlCGivesThePromptBackAndMessagesOfWhatGoesOnStandAboveWh
     terminal.type("ole\n");
     terminal.seeUntil("\r\nwhole\r\n");
     terminal.seeUntil("ovra> ");
-    terminal.type("quit\n");
+    terminal.type("wait 60\n");
+    terminal.seeUntil("wait 60\r\n");
+    terminal.type("\x03");
+    terminal.seeUntil("interrupted");
+    terminal.type("\x03");
     terminal.seeUntil("Application closed.");
-    EXPECT_EQ(terminal.exitCode(), 1); // for what was refused
+    EXPECT_EQ(terminal.exitCode(), 130);
+}
+
+TEST_F(AtTheTerminal, AHangUpEndsTheSessionInOrder)
+{
+    Terminal terminal(workspace, machine);
+    terminal.seeUntil("ovra> ");
+    terminal.hangUp();
+    terminal.seeUntil("Application closed.");
+    EXPECT_EQ(terminal.exitCode(), 130);
 }
 
 } // namespace

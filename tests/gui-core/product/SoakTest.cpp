@@ -1,7 +1,9 @@
-// Rounds of what an application repeats, after which the process may hold no more than before them.
+// Rounds of what an application repeats, and a while of a scenario, after which the process may hold no more
+// than before them.
 //
 // 300 rounds of a kind, or as many as the environment variable OVRA_SOAK_ROUNDS says; scripts/soak runs
-// 10,000.
+// 10,000. The scenario unplugs twenty times a second for two seconds, or every ten seconds for as many as
+// OVRA_SOAK_SECONDS says; scripts/soak lets it run for an hour.
 
 #include "ProcessResources.h"
 #include "Product.h"
@@ -15,6 +17,7 @@
 #include <fstream>
 #include <future>
 #include <thread>
+#include <utility>
 
 namespace ovra::tests {
 
@@ -139,6 +142,110 @@ long long liveObjects()
     return sum;
 }
 
+/// The system takes its time to forget a thread that has ended.
+ProcessResources settledGrowth(const ProcessResources& before)
+{
+    auto grown = growth(before);
+    for (const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+         grown.threads > 0 && std::chrono::steady_clock::now() < end; grown = growth(before))
+        std::this_thread::yield();
+    return grown;
+}
+
+void expectFlat(const char* name, const std::string& length, const ProcessResources& before,
+                long long objectsBefore)
+{
+    const auto grown = settledGrowth(before);
+    const auto newObjects = liveObjects() - objectsBefore;
+    std::printf("%-16s %s: memory %+lld KB, handles %+lld, threads %+lld, host objects %+lld\n", name,
+                length.c_str(), grown.memory / 1024, grown.handles, grown.threads, newObjects);
+    if (MEMORY_COUNTS) {
+        EXPECT_LE(grown.memory, RESTLESSNESS);
+    }
+    EXPECT_LE(grown.handles, LATE_HANDLES);
+    EXPECT_LE(grown.threads, 0);
+    EXPECT_EQ(newObjects, 0);
+}
+
+/// The user of two boards, one of which a scenario unplugs and plugs in, again and again.
+class PatientUser
+{
+public:
+    PatientUser()
+        : m_applet(m_session.installation.addAlphaApplet("alpha.hap", SINGLE)),
+          m_other(m_session.installation.addBetaApplet("beta.hap", SINGLE))
+    {
+        m_session.start();
+        m_session.load(BETA_SERIAL, m_other);
+        m_session.run(StartAcquisitionCommand::create(m_session.dma(BETA_SERIAL, 0), ENDLESS));
+    }
+
+    /// Returns how often the board went.
+    int follow(std::chrono::milliseconds interval, std::chrono::milliseconds duration)
+    {
+        const auto half = std::to_string(interval.count() / 2) + " ms: ";
+        perform("scenario " +
+                m_session.installation.write("unplug.scenario", "after " + half + "unplug board 0; after " +
+                                                                    half + "plug board 0\nrepeat\n"));
+        const auto end = std::chrono::steady_clock::now() + duration;
+        const auto over = [&] { return std::chrono::steady_clock::now() >= end; };
+        const int before = m_unloads;
+        while (!over()) {
+            takeCare();
+            m_session.application.pumpUntil([&] { return over() || !acquires(); }, duration);
+        }
+        perform("scenario stop");
+        perform("plug board 0");
+        const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+        while (!acquires() && std::chrono::steady_clock::now() < limit)
+            takeCare();
+        EXPECT_TRUE(acquires());
+        m_session.views->clear();
+        return m_unloads - before;
+    }
+
+private:
+    void perform(const std::string& step) const
+    {
+        EXPECT_EQ(m_session.installation.entry<FgSim_perform_t>("FgSim_perform")(step.c_str(), nullptr, 0), 0)
+            << step;
+    }
+
+    bool acquires() const
+    {
+        const auto dma = m_session.board(ALPHA_SERIAL) ? m_session.dma(ALPHA_SERIAL, 0) : nullptr;
+        return dma && dma->getDisplayScene()->isGrabbing();
+    }
+
+    /// Nobody knows when the board goes: each command may meet one that is gone.
+    void takeCare()
+    {
+        m_session.views->clear();
+        m_session.failures.clear();
+        const auto known = [&] { return m_session.board(ALPHA_SERIAL) != nullptr; };
+        if (!known())
+            m_session.application.pumpUntil(known, std::chrono::seconds(1));
+        else if (!m_session.isLoaded(ALPHA_SERIAL))
+            m_session.load(ALPHA_SERIAL, m_applet);
+        else if (!std::exchange(m_started, true))
+            m_session.run(StartAcquisitionCommand::create(m_session.dma(ALPHA_SERIAL, 0), ENDLESS));
+        else if (!acquires())
+            unload();
+    }
+
+    void unload()
+    {
+        m_session.unload(ALPHA_SERIAL);
+        m_started = false;
+        ++m_unloads;
+    }
+
+    Session m_session;
+    const std::string m_applet, m_other;
+    bool m_started = false;
+    int m_unloads = 0;
+};
+
 class Soak : public testing::TestWithParam<Kind>
 {};
 
@@ -156,20 +263,7 @@ TEST_P(Soak, LeavesNothingBehind)
     int done = 0;
     for (; done < rounds && !HasFailure(); ++done)
         round();
-    // The system takes its time to forget a thread that has ended.
-    auto grown = growth(before);
-    for (const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-         grown.threads > 0 && std::chrono::steady_clock::now() < end; grown = growth(before))
-        std::this_thread::yield();
-    const auto newObjects = liveObjects() - objects;
-    std::printf("%-16s %6d rounds: memory %+lld KB, handles %+lld, threads %+lld, host objects %+lld\n",
-                GetParam().name, done, grown.memory / 1024, grown.handles, grown.threads, newObjects);
-    if (MEMORY_COUNTS) {
-        EXPECT_LE(grown.memory, RESTLESSNESS);
-    }
-    EXPECT_LE(grown.handles, LATE_HANDLES);
-    EXPECT_LE(grown.threads, 0);
-    EXPECT_EQ(newObjects, 0);
+    expectFlat(GetParam().name, std::to_string(done) + " rounds", before, objects);
 }
 
 INSTANTIATE_TEST_SUITE_P(Rounds, Soak,
@@ -177,6 +271,24 @@ INSTANTIATE_TEST_SUITE_P(Rounds, Soak,
                                          Kind{"acquisitions", &acquisitions},
                                          Kind{"unpluggings", &unpluggings}),
                          [](const auto& info) { return std::string(info.param.name); });
+
+TEST(ScenarioSoak, LeavesNothingBehind)
+{
+    constexpr std::chrono::milliseconds SHORT_INTERVAL{50};
+    const char* const wanted = std::getenv("OVRA_SOAK_SECONDS");
+    const std::chrono::seconds duration(wanted ? std::max(std::atoi(wanted), 1) : 2);
+    const std::chrono::milliseconds interval(wanted ? 10'000 : SHORT_INTERVAL.count());
+    PatientUser user;
+    for (int i = 0; i < 2; ++i) // until caches are filled, also those that a second scenario finds
+        user.follow(SHORT_INTERVAL, std::chrono::seconds(1) + duration / 10);
+    const auto objects = liveObjects();
+    const auto before = processResources();
+    const int unplugged = user.follow(interval, duration);
+    EXPECT_GT(unplugged, 0);
+    expectFlat("scenario",
+               std::to_string(unplugged) + " rounds in " + std::to_string(duration.count()) + " s", before,
+               objects);
+}
 
 // A count that stands still whatever happens would let every soak pass.
 TEST(ProcessResources, GrowWithWhatTheProcessHolds)

@@ -2,10 +2,11 @@
 /// The frame-grabber runtime's C interface as this project declares it: one function for each row of
 /// Fglib5Entries.inc.
 ///
-/// Nobody links the runtime. Who declares these functions either defines them as forwarders to a runtime
-/// opened at run time, or is a runtime. Thread safety, ownership and errors follow the runtime:
-/// handles may be used from any thread; results that are texts live until the next call for the
-/// same handle; failures are negative status codes (Fglib5Types.h) or null.
+/// No module links to the runtime. The library defines these functions as forwarders to a runtime that it
+/// opens; the virtual installation defines them as a runtime.
+///
+/// Handles may be used from any thread. Returned texts are valid until the next call for the same handle.
+/// Failures are negative status codes (Fglib5Types.h) or null.
 #pragma once
 
 #include "fglib5/Fglib5Types.h"

@@ -5,8 +5,8 @@
 ///   - callbacks:        FgApcCallback, FgEventCallback, FgNotifyCallback
 ///   - status codes:     FG_OK and the negative FG_... codes
 ///   - parameter ids:    FG_NR_OF_PROCESSES, FG_WIDTH, ...
-///   - selectors:        what Fg_getStatus, Fg_getSystemInformation and
-///                       Fg_getParameterProperty are asked for
+///   - selectors:        the values that Fg_getStatus, Fg_getSystemInformation and
+///                       Fg_getParameterProperty can return
 ///
 /// The header is plain C++ without dependencies; it declares no function. The functions are
 /// listed once, in Fglib5Entries.inc, and declared by Fglib5.h.
@@ -17,13 +17,13 @@
 
 extern "C" {
 
-/// A board with an applet on it. Made by Fg_Init and its relatives, freed by Fg_FreeGrabber.
+/// A board with an applet. Fg_Init, Fg_InitEx and Fg_InitConfig create it, Fg_FreeGrabber frees it.
 struct Fg_Struct_s;
 using Fg_Struct = Fg_Struct_s;
 
-/// A ring of image buffers. Fg_AllocMemEx makes it with memory: its `bytes` are those of the whole ring,
-/// which `frames` buffers share evenly. Fg_AllocMemHead makes it without; Fg_AddMem then gives it one buffer
-/// after the other (`index` from 0). Image n lies in buffer (n - 1) modulo the number of buffers.
+/// A ring of image buffers. Fg_AllocMemEx creates it with memory: `bytes` is the size of the whole ring,
+/// which `frames` buffers share evenly. Fg_AllocMemHead creates it without memory; Fg_AddMem then adds one
+/// buffer after the other (`index` from 0). Image n lies in buffer (n - 1) modulo the number of buffers.
 struct FgBufferRing_s;
 using FgBufferRing = FgBufferRing_s;
 
@@ -46,7 +46,7 @@ using FgAppletIteratorItem = FgAppletIteratorItem_s;
 using FgFrameIndex = std::int64_t;
 
 /// Called once for each image of a ring, on the runtime's acquisition thread of that DMA channel. A non-zero
-/// result ends the calls. Must not stop the acquisition it is called from.
+/// result ends the calls. The callback must not stop its own acquisition.
 using FgApcCallback = int (*)(FgFrameIndex frame, void* userData);
 
 struct FgApcControl
@@ -58,21 +58,21 @@ struct FgApcControl
     unsigned int flags;     ///< FG_APC_... bits, 0 for one call per image
 };
 
-/// What accompanied an event.
+/// Details of an event.
 struct FgEventInfo
 {
     unsigned int version;       ///< 0
     std::uint64_t mask;         ///< bit of the event
     std::uint64_t timestampNs;  ///< since the board was initialised
-    FgFrameIndex frame;         ///< image that was running, 0 if none
+    FgFrameIndex frame;         ///< current image, 0: none
     unsigned int droppedEvents; ///< events lost before this one
 };
 
 /// Called on the runtime's event thread.
 using FgEventCallback = int (*)(std::uint64_t events, void* userData, const FgEventInfo* info);
 
-/// Called on a thread of the runtime when a board, a camera or a link comes or goes: \p notification is one
-/// of FG_NOTIFY_..., \p argument the port of a camera or a link.
+/// Called on a thread of the runtime when a board, a camera or a link is plugged or unplugged. \p
+/// notification is one of FG_NOTIFY_..., \p argument the port of a camera or a link.
 using FgNotifyCallback = int (*)(int board, unsigned int notification, std::uint64_t argument,
                                  void* userData);
 
@@ -94,13 +94,13 @@ struct FgRegisterDescription
 {
     int id;
     const char* name;
-    const char* unit; ///< "" where there is none
+    const char* unit; ///< "": no unit
     FgValueType type;
     double minimum;
     double maximum;
     double step;
     int writable;        ///< 0 or 1
-    const char* choices; ///< "8=Mono8;12=Mono12" where only these values can be written, else ""
+    const char* choices; ///< "8=Mono8;12=Mono12" if only these values are valid, else ""
 };
 
 /// The parameters of one DMA channel (or of the applet), in the runtime's order. Owned by the board
@@ -113,18 +113,18 @@ struct FgRegisterInfo_s
 
 } // extern "C"
 
-// Status codes. Negative numbers are failures; every one of them has a description.
+// Status codes. Negative numbers are failures; Fg_getErrorDescription describes each.
 inline constexpr int FG_OK = 0;
 inline constexpr int FG_INIT_ERROR = -1;             ///< the board could not be initialised
-inline constexpr int FG_ALREADY_INITIALISED = -2;    ///< the board carries an applet already
+inline constexpr int FG_ALREADY_INITIALISED = -2;    ///< the board already has an applet
 inline constexpr int FG_APPLET_NOT_FOUND = -3;       ///< no applet file under that path
 inline constexpr int FG_INVALID_APPLET_FILE = -4;    ///< the applet file is broken
-inline constexpr int FG_INVALID_ARGUMENT = -5;       ///< an argument that must be given is missing
+inline constexpr int FG_INVALID_ARGUMENT = -5;       ///< a required argument is missing or invalid
 inline constexpr int FG_INVALID_HANDLE = -6;         ///< not a board handle
 inline constexpr int FG_INVALID_BOARD_NUMBER = -7;   ///< no board with this index
 inline constexpr int FG_INVALID_PARAMETER = -8;      ///< unknown parameter
 inline constexpr int FG_VALUE_OUT_OF_RANGE = -9;     ///< value outside the parameter's range
-inline constexpr int FG_INVALID_TYPE = -10;          ///< value type does not fit the parameter
+inline constexpr int FG_INVALID_TYPE = -10;          ///< the value type does not match the parameter
 inline constexpr int FG_NOT_WRITABLE = -11;          ///< parameter cannot be written (now)
 inline constexpr int FG_INVALID_DMA = -12;           ///< no such DMA channel
 inline constexpr int FG_NO_MEMORY = -13;             ///< buffers could not be allocated
@@ -136,8 +136,8 @@ inline constexpr int FG_FILE_ERROR = -18;            ///< a file could not be re
 inline constexpr int FG_INVALID_CONFIGURATION = -19; ///< configuration file does not fit the applet
 inline constexpr int FG_MACHINE_DESCRIPTION = -20;   ///< the hardware description is missing or broken
 inline constexpr int FG_APPLET_BOARD_MISMATCH = -21; ///< applet is made for another board model
-inline constexpr int FG_DEVICE_LOST = -22;           ///< the board is not there any more
-inline constexpr int FG_NOT_SIMULATED = -2000;       ///< entry without behaviour in a virtual installation
+inline constexpr int FG_DEVICE_LOST = -22;           ///< the board was unplugged
+inline constexpr int FG_NOT_SIMULATED = -2000; ///< the virtual installation does not implement the entry
 inline constexpr int FG_RUNTIME_UNAVAILABLE = -2130; ///< runtime or entry could not be bound
 
 // Parameter ids of the applet's layout; the dma argument is the process index.
@@ -163,8 +163,7 @@ inline constexpr int FG_GEN_PATTERN_CHECKERBOARD = 1;
 enum FgPixelFormat : int
 {
     FG_PIXELFORMAT_MONO8 = 8,
-    FG_PIXELFORMAT_MONO10 =
-        10, ///< to MONO16: words of 16 bits, low byte first, of which the low bits are used
+    FG_PIXELFORMAT_MONO10 = 10, ///< to MONO16: words of 16 bits, low byte first; the low bits are used
     FG_PIXELFORMAT_MONO12 = 12,
     FG_PIXELFORMAT_MONO14 = 14,
     FG_PIXELFORMAT_MONO16 = 16,
@@ -186,17 +185,17 @@ enum FgPixelFormat : int
 
 // Parameter ids of one image in a ring, for Fg_getParameterEx.
 inline constexpr int FG_TIMESTAMP_NS =
-    6010; ///< uint64, when the board took it: since the board was initialised
+    6010; ///< uint64, the board's time stamp since the board was initialised
 
-// What a FgNotifyCallback is told.
+// Notifications of FgNotifyCallback.
 inline constexpr unsigned int FG_NOTIFY_BOARD_GONE = 1;
-inline constexpr unsigned int FG_NOTIFY_BOARD_THERE = 2; ///< it carries no applet
+inline constexpr unsigned int FG_NOTIFY_BOARD_THERE = 2; ///< the board has no applet
 inline constexpr unsigned int FG_NOTIFY_CAMERA_GONE = 3;
-inline constexpr unsigned int FG_NOTIFY_CAMERA_THERE = 4; ///< it does not stream
+inline constexpr unsigned int FG_NOTIFY_CAMERA_THERE = 4; ///< the camera is stopped
 inline constexpr unsigned int FG_NOTIFY_LINK_DOWN = 5;
 inline constexpr unsigned int FG_NOTIFY_LINK_UP = 6;
 
-// What Fg_Acquire is told to take: this many images, or images without end.
+// Number of images for Fg_Acquire: without end.
 inline constexpr FgFrameIndex FG_GRAB_INFINITE = -1;
 
 // How Fg_AcquireEx uses a ring.
@@ -204,17 +203,18 @@ inline constexpr int FG_ACQUIRE_STANDARD = 1; ///< overwrite the oldest image, n
 
 // Selectors of Fg_getImage and Fg_getImageEx.
 inline constexpr int FG_IMAGE_LAST = 1;   ///< the newest image, at once; 0 before the first
-inline constexpr int FG_IMAGE_NUMBER = 2; ///< waits until image `frame` is there
+inline constexpr int FG_IMAGE_NUMBER = 2; ///< waits for image `frame`
 
 // Selectors of Fg_getStatus and Fg_getStatusEx.
 inline constexpr int FG_STATUS_GRABBED_IMAGES = 1; ///< images delivered since the start
-inline constexpr int FG_STATUS_LOST_IMAGES = 2;    ///< images of the source that were not delivered
-inline constexpr int FG_STATUS_BUFFER_COUNT = 3;   ///< buffers of the ring
-inline constexpr int FG_STATUS_ACQUIRING = 4;      ///< 1 while acquiring
-inline constexpr int FG_STATUS_SOURCE = 5;         ///< what the channel's source does, FG_SOURCE_...
+inline constexpr int FG_STATUS_LOST_IMAGES =
+    2; ///< images that the source sent and the channel did not deliver
+inline constexpr int FG_STATUS_BUFFER_COUNT = 3; ///< buffers of the ring
+inline constexpr int FG_STATUS_ACQUIRING = 4;    ///< 1 while acquiring
+inline constexpr int FG_STATUS_SOURCE = 5;       ///< state of the channel's source, FG_SOURCE_...
 
 inline constexpr FgFrameIndex FG_SOURCE_STREAMS = 0;
-inline constexpr FgFrameIndex FG_SOURCE_NONE = 1; ///< no camera, or one that is not started
+inline constexpr FgFrameIndex FG_SOURCE_NONE = 1; ///< no camera, or a stopped one
 inline constexpr FgFrameIndex FG_SOURCE_WAITS_FOR_TRIGGER = 2;
 
 // Selectors of Fg_getSystemInformation; the argument is the board index.
@@ -226,12 +226,13 @@ enum FgInfoSelector : int
     FG_INFO_NR_OF_PORTS = 4,  ///< camera connectors of a board, decimal text
 };
 
-// What Fg_getAppletIterator starts from. A board index below 0 always gives an empty list.
+// Initial content of the list of Fg_getAppletIterator. A board index below 0 always gives an empty list.
 inline constexpr int FG_APPLETS_NONE = 0;      ///< an empty list, for Fg_addAppletIteratorItem
 inline constexpr int FG_APPLETS_INSTALLED = 1; ///< the applet files installed for the board
 
-// Property selectors of Fg_getParameterProperty and Fg_getParameterPropertyEx. Numbers are given as double,
-// whatever the parameter's type; texts with their closing zero. A null value asks for the size alone.
+// Property selectors of Fg_getParameterProperty and Fg_getParameterPropertyEx. Numbers are returned as
+// double, whatever the parameter's type; texts with their closing zero. With a null value, only the size is
+// returned.
 enum FgProperty : int
 {
     FG_PROPERTY_MINIMUM = 1,
@@ -246,14 +247,14 @@ enum FgProperty : int
 enum FgAppletIntProperty : int
 {
     FG_APPLET_WRAPPED = 1,         ///< 0 or 1
-    FG_APPLET_NR_OF_PROCESSES = 2, ///< negative when the file does not tell
+    FG_APPLET_NR_OF_PROCESSES = 2, ///< negative if the file does not contain it
     FG_APPLET_BOARD_TYPE = 3,
 };
 enum FgAppletStringProperty : int
 {
     FG_APPLET_NAME = 1,
     FG_APPLET_PATH = 2,
-    FG_APPLET_TYPE = 3, ///< "HAP" or "DLL"; other texts as the file says
+    FG_APPLET_TYPE = 3, ///< "HAP", "DLL" or another text in the file
     FG_APPLET_TAGS = 4, ///< tags joined by ";"
     FG_APPLET_VERSION = 5,
 };

@@ -1,5 +1,5 @@
 /// \file
-/// What an applet library of the oldest kind exports: one function, which is asked for the applet's layout.
+/// The export of an applet library of the oldest kind: one function that describes the applet's layout.
 #pragma once
 
 inline constexpr const char* LEGACY_INFO_NAME = "Info";
@@ -7,14 +7,14 @@ inline constexpr const char* LEGACY_INFO_NAME = "Info";
 /// Queries of LegacyInfoFunction.
 enum LegacyQuery : int
 {
-    LEGACY_CHANNELS = 1888, ///< number of camera channels; none when 0 or less
+    LEGACY_CHANNELS = 1888, ///< number of camera channels; 0 or less: none
     LEGACY_MEDIUM = 3072,   ///< not 0: the camera interface is Camera Link medium
     LEGACY_FULL = 3328,     ///< not 0: Camera Link full
 };
 
 extern "C" {
 
-/// Answers \p query; the other arguments are 0.
+/// Returns the answer to \p query; the other arguments are 0.
 using LegacyInfoFunction = int(int query, int, int, int, int);
 
 } // extern "C"

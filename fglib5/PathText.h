@@ -1,6 +1,6 @@
 /// \file
-/// Paths from their texts, which are UTF-8 in the runtime's interface and in the host's. (From a narrow text
-/// alone, a path would be made as the C run-time library's locale has it.)
+/// Conversion between paths and texts, which are UTF-8 in the runtime's interface and in the host's. (Without
+/// it, std::filesystem::path would read a narrow text in the encoding of the C library's locale.)
 #pragma once
 
 #include <filesystem>
@@ -8,7 +8,7 @@
 
 namespace fglib5 {
 
-/// Throws std::filesystem::filesystem_error where \p text is no UTF-8 and the platform's paths are not bytes.
+/// \throws std::filesystem::filesystem_error  if \p text is not UTF-8 and the platform's paths are not bytes
 inline std::filesystem::path pathOf(const std::string& text)
 {
     return std::u8string(text.begin(), text.end());

@@ -1,5 +1,5 @@
 /// \file
-/// The dispatcher proper: one client, loggers by tag, lines in a file.
+/// Dispatcher: one client, loggers by tag, lines in a file.
 #pragma once
 
 #include "fglib5/LoggingDispatcher.h"
@@ -17,14 +17,14 @@ namespace simulation {
 class Dispatcher
 {
 public:
-    /// Lives until the process ends; a later call ends the program with a message.
+    /// Exists until the process ends. A call after that ends the program with a message.
     static Dispatcher& instance();
     ~Dispatcher();
 
     void connect(void* client, LoggingOnDisconnect onDisconnect, LoggingOnSetLevel onSetLevel);
-    /// Tells the client of the thresholds that it is called back for while it connects.
+    /// Reports the thresholds of OVRA_LOG_CALLBACK_ON_CONNECT to the client while it connects.
     void announceLevels();
-    /// The dispatcher goes: takes no more messages and tells the client.
+    /// Accepts no more messages and calls the client's onDisconnect.
     void disconnect();
 
     struct Logger
@@ -33,7 +33,7 @@ public:
         std::uint32_t threshold;
     };
 
-    /// The logger of a tag, made on its first use; ids start at 1.
+    /// The logger of a tag, created on its first use; ids start at 1.
     Logger logger(const std::string& tag);
     std::uint64_t knownId(const std::string& tag);
     void setLevel(const std::string& tag, std::uint32_t threshold);

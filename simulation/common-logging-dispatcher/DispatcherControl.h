@@ -1,18 +1,18 @@
 /// \file
-/// Dispatcher control: what the simulated log dispatcher exports beside its descriptor. The functions are
-/// looked up by name in the opened library, so this header declares function types only.
-/// DispatcherControl.inc lists them and says what each does.
+/// Dispatcher control: the exports of the simulated log dispatcher beside its descriptor. Clients look the
+/// functions up by name in the opened library, so this header declares function types only.
+/// DispatcherControl.inc lists and documents them.
 ///
-/// What the dispatcher does from the start is set in the environment, which is read when a client connects:
+/// When a client connects, the dispatcher reads its settings from environment variables:
 ///
-///   OVRA_LOG_FILE                  the file that lines are appended to; standard error where it is missing
-///   OVRA_LOG_LEVEL                 threshold of all loggers, 7 where it is missing
+///   OVRA_LOG_FILE                  the file that lines are appended to; default: standard error
+///   OVRA_LOG_LEVEL                 threshold of all loggers; default: 7
 ///   OVRA_LOG_LEVELS                thresholds by tag: "guard.library=2;other=5"
-///   OVRA_LOG_CALLBACK_ON_CONNECT   tags separated by ";": the client is called back for these loggers
-///                                  while it connects, as soon as it has both functions
+///   OVRA_LOG_CALLBACK_ON_CONNECT   tags separated by ";": the dispatcher calls onSetLevel for these loggers
+///                                  while the client connects, once it has both functions
 ///
 /// A message becomes one line: its level, its logger's tag, its text. All functions may be called from any
-/// thread; none is called back under a lock.
+/// thread. The dispatcher calls the client without holding a lock.
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,5 @@
 /// \file
-/// How the inside of the runtime fails: with an exception that the entry turns into its own kind of failure.
+/// Failure: the exception of the runtime's implementation. The exported entry turns it into a code or null.
 #pragma once
 
 #include <stdexcept>
@@ -7,7 +7,7 @@
 
 namespace simulation {
 
-/// A status code and one line for a person.
+/// A status code and a one-line message.
 class Failure : public std::runtime_error
 {
 public:
@@ -19,11 +19,11 @@ private:
     int m_code;
 };
 
-/// Description of a status code of Fglib5Types.h, null for any other number.
+/// Description of a status code of Fglib5Types.h; null for any other number.
 const char* descriptionOf(int code) noexcept;
 
-/// The failure that the calling thread met last; 0 and "" before the first. Kept by thread, so that two
-/// threads that fail at once each read their own reason.
+/// The last failure of the calling thread; 0 and "" before the first. Each thread has its own, so that two
+/// threads that fail at once read their own reasons.
 int lastErrorNumber() noexcept;
 const char* lastErrorDescription() noexcept;
 void setLastError(int code, const char* line) noexcept;

@@ -1,5 +1,5 @@
 /// \file
-/// What differs between the platforms. PlatformPosix.cpp or PlatformWin32.cpp, as CMake chooses.
+/// Functions that differ between the platforms. CMake chooses the source.
 #pragma once
 
 #include <filesystem>
@@ -7,13 +7,13 @@
 
 namespace simulation::platform {
 
-/// Full path of the module that this code is part of.
+/// Full path of the module that contains this code.
 std::filesystem::path ownModule();
 
-/// Ending of shared libraries, with its dot.
+/// Suffix of shared libraries, with its dot.
 std::string libraryEnding();
 
-/// Null where it cannot be opened.
+/// Null if it cannot be opened.
 void* openLibrary(const std::filesystem::path& file);
 void* findSymbol(void* library, const char* name);
 void closeLibrary(void* library);

@@ -1,7 +1,7 @@
 /// \file
-/// The probe that every call of an entry passes: it counts, and on demand delays, fails and writes down.
+/// Probe: every call of an entry passes it. It counts calls and, on demand, delays, fails and records them.
 ///
-/// While nothing but counting is asked for, a call costs one increment and one branch.
+/// While it only counts, it costs each call one increment and one branch.
 #pragma once
 
 #include "EntryList.h"
@@ -26,7 +26,8 @@ public:
     class Visit
     {
     public:
-        /// \p boardOf finds out which board is called, -1 for none; it is asked only where a plan needs it.
+        /// \p boardOf returns the board that the call concerns, -1 for none. It is called only if a plan
+        /// needs it.
         template <class BoardOf>
         Visit(Entry entry, const BoardOf& boardOf) : Visit(entry)
         {
@@ -38,7 +39,7 @@ public:
         Visit(const Visit&) = delete;
         Visit& operator=(const Visit&) = delete;
 
-        /// The code with which this call has to fail, 0 for none.
+        /// The code with which this call has to fail, 0: none.
         int plannedCode() const noexcept { return m_plannedCode; }
 
     private:
@@ -47,7 +48,7 @@ public:
         int m_plannedCode = 0;
     };
 
-    /// A plan of the machine description goes when the next machine is loaded; one of a client's stays.
+    /// Loading the next machine removes the plans of a machine description; those of a client stay.
     enum class Origin
     {
         Machine,
@@ -61,18 +62,18 @@ public:
         std::optional<unsigned int> board = {};
         std::uint64_t nth = 1;
         int code = 0;        ///< below 0
-        bool always = false; ///< and all calls behind it
+        bool always = false; ///< and all later calls
     };
 
     // All of these throw FG_INVALID_ARGUMENT.
     void addFault(const FaultPlan& plan, Origin origin = Origin::Client);
-    /// 0 ends the delay. The longest delay that fits a call counts.
+    /// 0 ends the delay. If several delays match a call, the longest one applies.
     void setDelay(std::string_view entry, std::optional<unsigned int> board, std::uint32_t microseconds,
                   Origin origin = Origin::Client);
     void clearFaults();
     void clearPlans();
     void clearPlansOf(Origin origin);
-    /// Faults to come and delays, each as the step that would plan it.
+    /// Planned faults and delays, each as the step that would plan it.
     std::vector<std::string> plans() const;
 
     std::int64_t calls(std::string_view entry) const;
@@ -94,7 +95,7 @@ private:
     {
         std::size_t entry;
         std::optional<unsigned int> board;
-        std::uint64_t callsLeft; ///< until it strikes, that call included
+        std::uint64_t callsLeft; ///< until it strikes, including that call
         int code;
         bool always;
         Origin origin;

@@ -1,7 +1,7 @@
 /// \file
-/// Simulation control: what the simulated runtime exports beside the frame-grabber interface, for tests and
-/// for curious people. The functions are looked up by name in the opened runtime, so this header declares
-/// function types only. SimulationControl.inc lists them and says what each does.
+/// Simulation control: the exports of the simulated runtime beside the frame-grabber interface, for tests and
+/// rehearsals. Clients look the functions up by name in the opened runtime, so this header declares function
+/// types only. SimulationControl.inc lists and documents them.
 ///
 ///   machine      FgSim_setMachine
 ///   fault plan   FgSim_addFault, FgSim_clearFaults
@@ -12,17 +12,17 @@
 ///   rehearsals   FgSim_perform
 ///
 /// An "entry" is a name of Fglib5Entries.inc or of CameraControl.inc, such as "Fg_Init"; null, "" or "*"
-/// stands for any of them. Calls that the runtime makes inside itself (Fg_InitConfig calls Fg_Init) go
-/// through the same entries and are counted, failed, delayed and written down like a client's.
+/// stands for all of them. The runtime's inner calls (Fg_InitConfig calls Fg_Init) go through the same
+/// entries and are counted, failed, delayed and recorded like a client's.
 ///
-/// All functions may be called from any thread. Results are FG_OK or a status code of Fglib5Types.h where
-/// nothing else is said.
+/// All functions may be called from any thread. Unless stated otherwise they return FG_OK or a status code of
+/// Fglib5Types.h.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 
-/// What FgSim_live counts.
+/// The objects that FgSim_live counts.
 enum FgSimLive : int
 {
     FGSIM_BOARD_HANDLES = 1,

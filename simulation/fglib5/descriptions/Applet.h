@@ -1,9 +1,10 @@
 /// \file
-/// Applets: what an applet file says. simulation/README.md teaches the fields.
+/// Applet: the content of an applet file. simulation/README.md explains the fields.
 ///
 ///   .hap                        a JSON description
-///   .so or .dll, JSON inside    a wrapped DLL applet, the same description
-///   .so or .dll, otherwise      a legacy DLL applet: the library itself tells its number of channels
+///   .so or .dll, JSON inside    a wrapped DLL applet, with the same description
+///   .so or .dll, otherwise      a legacy DLL applet: a function of the library returns its number of
+///   channels
 #pragma once
 
 #include "pictures/Patterns.h"
@@ -20,10 +21,10 @@
 
 namespace simulation {
 
-/// A parameter's value: of the integer types the first, whatever their width.
+/// A parameter's value. All integer types use the first alternative.
 using ParameterValue = std::variant<std::int64_t, double, std::string>;
 
-/// What a parameter does to the images; of the rest the value is kept and shown.
+/// The effect of a parameter on the images. A parameter without one only stores its value.
 enum class Effect
 {
     None,
@@ -32,7 +33,7 @@ enum class Effect
     Gamma,
     FlipHorizontal,
     FlipVertical,
-    OriginX, ///< of the region of interest, in pixels
+    OriginX, ///< left edge of the region of interest, in pixels
     OriginY,
     TriggerMode,
     TriggerRate ///< pulses per second of the virtual encoder or light barrier
@@ -56,19 +57,19 @@ struct ParameterDescription
     double step = 0;
     ParameterValue initial;
     bool writable = true;
-    bool perDma = false; ///< each DMA channel has a value of its own
+    bool perDma = false; ///< each DMA channel has its own value
     Effect effect = Effect::None;
-    std::vector<Choice> choices; ///< none: every value of the range
+    std::vector<Choice> choices; ///< empty: every value of the range is valid
 };
 
 /// "8=Mono8;12=Mono12", or "".
 std::string textOf(const std::vector<Choice>& choices);
 
-/// A parameter of a number in a range; of a whole number the step is 1.
+/// Describes a number in a range; for integers the step is 1.
 ParameterDescription numberParameter(int id, std::string name, std::string unit, FgValueType type,
                                      double minimum, double maximum, ParameterValue initial);
 
-/// A parameter whose value is one of these.
+/// Describes a parameter with a fixed set of values.
 ParameterDescription choiceParameter(int id, std::string name, std::vector<Choice> choices,
                                      std::int64_t initial);
 
@@ -82,19 +83,19 @@ struct GeneratorDescription
 struct DmaDescription
 {
     int index = 0;
-    int width = 0; ///< pixels, at the start
+    int width = 0; ///< pixels, initial value
     int height = 0;
     int maxWidth = 0;
     int maxHeight = 0;
-    std::optional<int> port; ///< whose camera it delivers
+    std::optional<int> port; ///< port whose camera the channel delivers
     std::optional<GeneratorDescription> generator;
-    std::vector<const PixelFormat*> formats; ///< that it can write; the first is the one at the start
+    std::vector<const PixelFormat*> formats; ///< formats that it can write; the first is the initial one
 };
 
 struct ProcessDescription
 {
     std::vector<int> dmas;  ///< global indices
-    std::vector<int> ports; ///< global indices; a negative one is reported as it is
+    std::vector<int> ports; ///< global indices; a negative one is reported unchanged
     bool dmaCountFails = false;
     bool portCountFails = false;
     std::optional<int> dmaPortFails; ///< position whose query fails
@@ -106,24 +107,24 @@ struct Applet
     std::filesystem::path file;
     std::string name;
     std::string version;
-    std::string type; ///< "HAP", "DLL" or what the file says
+    std::string type; ///< "HAP", "DLL" or the file's own text
     bool wrapped = false;
     bool legacy = false;
-    std::optional<std::uint16_t> boardType; ///< a legacy applet does not tell
+    std::optional<std::uint16_t> boardType; ///< none for a legacy applet
     std::vector<std::string> tags;
-    int processesInFile = -1; ///< negative: the file does not tell
+    int processesInFile = -1; ///< negative: not in the file
     bool processCountFails = false;
     std::vector<ProcessDescription> processes;
     std::vector<DmaDescription> dmas;
     std::vector<ParameterDescription> parameters;
 };
 
-/// Throws FG_APPLET_NOT_FOUND, or FG_INVALID_APPLET_FILE with the line that says what is wrong. The channels
-/// of a legacy applet are not asked for.
+/// Throws FG_APPLET_NOT_FOUND, or FG_INVALID_APPLET_FILE with a line that names the error. Does not query the
+/// channels of a legacy applet.
 Applet readApplet(const std::filesystem::path& file);
 
-/// Asks a legacy applet's library for its channels: DMA i and port i for each of them. A library that cannot
-/// be opened or has no Info gets none: the verdict on it is left to who opens it for its structure.
+/// Queries a legacy applet's library for its channels, and adds DMA i and port i for each. A library that
+/// cannot be opened or has no Info gets none; clients that open it for its structure report the error.
 void askLegacyChannels(Applet& applet);
 
 } // namespace simulation

@@ -1,5 +1,5 @@
 /// \file
-/// A list of applet files, as Fg_getAppletIterator hands it out.
+/// AppletList: the list of applet files behind Fg_getAppletIterator.
 #pragma once
 
 #include "descriptions/Applet.h"
@@ -20,7 +20,7 @@ struct AppletItem
     std::string tags; ///< joined by ";"
 };
 
-/// Not safe from several threads at once; its client sees to that.
+/// Not thread-safe: one thread at a time may use a list.
 class AppletList
 {
 public:
@@ -29,12 +29,12 @@ public:
     AppletList(const AppletList&) = delete;
     AppletList& operator=(const AppletList&) = delete;
 
-    /// Reads the file, where the list does not have it yet. Throws what readApplet throws.
+    /// Adds the file and reads it, unless the list has it already. Throws like readApplet.
     const AppletItem& add(const std::string& path, bool* added);
-    /// All readable applets installed for a board model, sorted by path; broken ones are left out.
+    /// Adds all applets installed for a board model, sorted by path, except broken ones.
     void addInstalled(const std::filesystem::path& installation, const std::string& model);
 
-    /// Null where there is none.
+    /// Null if there is none.
     const AppletItem* at(std::size_t position) const;
     const AppletItem* find(const std::string& path) const;
     std::size_t size() const { return m_items.size(); }

@@ -1,6 +1,6 @@
 /// \file
-/// Reading of JSON files that people write by hand: whatever is wrong ends in one line that names the file,
-/// the place in it and what was expected.
+/// JsonReader: reads JSON files that people write by hand. Each error is one line that names the file, the
+/// place in it and what was expected.
 ///
 ///   machine description demo.json: line 3, column 5: ...
 ///   machine description demo.json: /boards/1/serial: expected a hexadecimal text, found a number
@@ -20,10 +20,10 @@
 
 namespace simulation {
 
-/// Content of a file, byte by byte. Throws std::ios_base::failure, also for a folder.
+/// Returns the bytes of a file. Throws std::ios_base::failure, also for a folder.
 std::string readFile(const std::filesystem::path& file);
 
-/// What a file is called in messages, and the status code that its failures carry.
+/// A file, its kind for messages, and the status code of its errors.
 struct JsonSource
 {
     std::string kind; ///< "machine description"
@@ -33,7 +33,7 @@ struct JsonSource
     [[noreturn]] void fail(const std::string& place, const std::string& line) const;
 };
 
-/// One place in a file: a value, or the lack of one. Valid while its document and source live.
+/// One place in a file: a value, or a missing one. Valid while its document and source exist.
 class JsonField
 {
 public:
@@ -46,11 +46,11 @@ public:
     bool given() const noexcept { return m_value != nullptr; }
     bool isBoolean() const noexcept;
 
-    /// Requires an object that has no other fields than these.
+    /// Requires an object without other fields than \p known.
     const JsonField& object(std::initializer_list<std::string_view> known) const;
-    /// A field of an object; not given() where it is missing.
+    /// A field of an object; if it is missing, given() is false.
     JsonField operator[](std::string_view name) const;
-    /// The elements of a list; none where the field is missing.
+    /// The elements of a list; none if the field is missing.
     std::vector<JsonField> elements() const;
 
     std::int64_t integer(std::int64_t minimum, std::int64_t maximum) const;
@@ -60,11 +60,11 @@ public:
     bool booleanOr(bool fallback) const;
     std::string text() const;
     std::string textOr(const std::string& fallback) const;
-    /// A text that is one of these.
+    /// Requires one of \p choices.
     std::string choice(std::initializer_list<std::string_view> choices) const;
-    /// A text of letters, digits and -, _ or . that can be the name of a folder.
+    /// Requires a text of letters, digits, -, _ and . that can be the name of a folder.
     std::string name() const;
-    /// A text of one to eight hexadecimal digits.
+    /// Requires a text of one to eight hexadecimal digits.
     std::uint32_t hexadecimal() const;
 
     [[noreturn]] void expected(const std::string& what) const;

@@ -1,5 +1,5 @@
 /// \file
-/// The virtual hardware: what a machine description file says. simulation/README.md teaches its fields.
+/// MachineDescription: the content of a machine description file. simulation/README.md explains its fields.
 #pragma once
 
 #include "pictures/Scenes.h"
@@ -12,11 +12,11 @@
 
 namespace simulation {
 
-/// Pictures that a camera sends in place of a scene.
+/// Recorded pictures that a camera sends instead of a scene.
 struct ReplayDescription
 {
     std::vector<std::filesystem::path> files; ///< PNG files, in their order
-    bool repeat;                              ///< round and round; else once after each start
+    bool repeat;                              ///< false: once after each start
 };
 
 struct CameraDescription
@@ -28,12 +28,12 @@ struct CameraDescription
     std::string interface;
     int sensorWidth; ///< pixels
     int sensorHeight;
-    int width; ///< pixels, at the start; 1 to the sensor's
+    int width; ///< pixels, initial value; 1 to the sensor's
     int height;
     double frameRate; ///< images per second, 0 = as fast as possible
-    double exposure;  ///< microseconds, at the start; the scene then is as bright as it is painted
+    double exposure;  ///< microseconds, initial value; at this exposure the scene has its normal brightness
     Scene scene;
-    bool lineScan = false; ///< a line camera, below which a web runs; its rate is of lines
+    bool lineScan = false; ///< a line camera above a moving web; its rate counts lines
     std::optional<ReplayDescription> replay;
 };
 
@@ -67,7 +67,7 @@ struct MachineDescription
     std::vector<DelayDescription> delays;
 };
 
-/// Throws FG_MACHINE_DESCRIPTION with the line that says what is wrong.
+/// Throws FG_MACHINE_DESCRIPTION with a line that names the error.
 MachineDescription readMachineDescription(const std::filesystem::path& file);
 
 } // namespace simulation

@@ -1,5 +1,5 @@
 /// \file
-/// Numbers as people and configuration files write them.
+/// Conversion of numbers to the texts that configuration files and messages contain.
 #pragma once
 
 #include <array>
@@ -10,10 +10,10 @@
 
 namespace simulation {
 
-/// A double holds every integer up to here.
+/// A double holds every integer up to this one exactly.
 inline constexpr double EXACT_INTEGERS = 9007199254740992.0;
 
-/// The shortest text that is read back as the same number, without an exponent where the number is whole.
+/// The shortest text that reads back as the same number; without an exponent for whole numbers.
 inline std::string numberText(double number)
 {
     if (std::trunc(number) == number && std::abs(number) < EXACT_INTEGERS)

@@ -1,5 +1,5 @@
 /// \file
-/// What the implementations of the entries have in common: reading arguments, giving answers.
+/// Functions that several entries use: they check arguments and copy results out.
 #pragma once
 
 #include "Failure.h"
@@ -18,7 +18,7 @@ inline std::shared_ptr<Grabber> grabberOf(Fg_Struct* handle)
     return Runtime::instance().grabber(handle);
 }
 
-/// Throws FG_INVALID_ARGUMENT for a null.
+/// Throws FG_INVALID_ARGUMENT for a null pointer.
 template <class T>
 T* checkedArgument(T* argument, const char* name)
 {
@@ -27,8 +27,8 @@ T* checkedArgument(T* argument, const char* name)
     return argument;
 }
 
-/// Gives \p bytes bytes to a client that offers \p *room; \p *room then says how many there are. A null
-/// target asks for that alone.
+/// Copies \p bytes bytes to \p target, which has \p *room bytes, and sets \p *room to \p bytes. A null target
+/// only gets the size.
 inline void copyOut(const void* data, std::size_t bytes, void* target, std::size_t* room)
 {
     const auto offered = *checkedArgument(room, "for the size");
@@ -46,7 +46,7 @@ inline void copyTextOut(const std::string& text, char* target, std::size_t* room
     copyOut(text.c_str(), text.size() + 1, target, room);
 }
 
-/// For an entry that has called another one: fails as that one did.
+/// For an entry that has called another entry: fails with the same code and text.
 [[noreturn]] inline void failLikeInner()
 {
     throw Failure(lastErrorNumber(), lastErrorDescription());

@@ -1,7 +1,7 @@
 /// \file
-/// entries:: has one implementation for each exported entry, of the same name.
+/// The namespace entries has one implementation for each exported entry, with the same name.
 ///
-/// An implementation reports failure by throwing (Failure.h); Exports.cpp turns that into codes and nulls.
+/// An implementation reports a failure by throwing (Failure.h); Exports.cpp turns it into a code or null.
 #pragma once
 
 #include "EntryList.h"

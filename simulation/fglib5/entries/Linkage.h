@@ -1,5 +1,5 @@
 /// \file
-/// Which functions the runtime exports.
+/// Selects the functions that the runtime exports.
 ///
 /// FGSIM_LINKAGE(Fg_Init) is FGSIM_EXPORT, unless the build defines FGSIM_LACKS_Fg_Init as "0,FGSIM_INTERNAL"
 /// (ovra_simulated_runtime does, for a runtime that lacks the entry): then the function is compiled, because

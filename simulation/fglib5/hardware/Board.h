@@ -1,5 +1,5 @@
 /// \file
-/// A board of the machine with the cameras plugged into it.
+/// Board: a board of the machine, with the cameras plugged into it.
 #pragma once
 
 #include "descriptions/MachineDescription.h"
@@ -25,30 +25,31 @@ public:
     const BoardDescription& description() const { return m_description; }
     void plugIn(const CameraDescription& camera);
 
-    /// Puts an applet on the board. Throws FG_ALREADY_INITIALISED.
+    /// Puts an applet on the board. Throws FG_ALREADY_INITIALISED if it has one.
     void occupy(std::shared_ptr<Grabber> grabber);
-    /// No effect when the board carries another applet by now.
+    /// Removes the applet; no effect if the board has another applet by now.
     void vacate(const Grabber& grabber);
     bool occupied() const;
-    /// Null while the board is vacant.
+    /// Null while the board has no applet.
     std::shared_ptr<Grabber> grabber() const;
 
-    /// Draws the cameras' images at their present sizes: a start finds them, and its first image is in time.
+    /// Draws the cameras' images at their current sizes in advance, so that the first image after a start is
+    /// not late.
     void drawAhead() const;
 
-    // Cables. What is plugged already, or not, stays as it is. A board or a camera that is plugged in begins
-    // anew: without an applet, at rest. All throw FG_INVALID_ARGUMENT for a port that the board does not have
-    // or that no camera belongs to.
+    // Cables. Plugging what is plugged, or unplugging what is unplugged, has no effect. After plugging, a
+    // board has no applet and a camera is stopped. All throw FG_INVALID_ARGUMENT for a port that the board
+    // does not have, or without a camera.
     void unplug();
     void plug();
     void unplugCamera(unsigned int port);
     void plugCamera(unsigned int port);
-    /// The camera stays within reach and goes on, but its images do not get here.
+    /// The camera can still be controlled and continues, but its images do not arrive.
     void unplugLink(unsigned int port);
     void plugLink(unsigned int port);
-    /// Null for a cable that is fast.
+    /// Null: the cable is not loose.
     void setLooseLink(unsigned int port, std::shared_ptr<const LooseLink> link);
-    /// Throws FG_DEVICE_LOST.
+    /// Throws FG_DEVICE_LOST if the board is unplugged.
     void requireThere() const;
     struct Cables
     {
@@ -59,18 +60,18 @@ public:
     };
     Cables cables() const;
 
-    // Cameras. All throw FG_INVALID_ARGUMENT for a port without a camera, and FG_DEVICE_LOST for one whose
-    // camera is unplugged.
+    // Cameras. All throw FG_INVALID_ARGUMENT for a port without a camera, and FG_DEVICE_LOST if the camera is
+    // unplugged.
     int cameras() const;
     int portOf(unsigned int position) const;
     const CameraDescription& camera(unsigned int port) const;
     double cameraValue(unsigned int port, int parameter) const;
-    /// May draw, which takes a while, where the camera acquires.
+    /// Draws new images if the camera is running, which takes a while.
     void setCameraValue(unsigned int port, int parameter, double value);
     FgRegisterInfo* cameraRegisters(unsigned int port);
-    /// May draw, which takes a while; a stop meanwhile ends the start.
+    /// May draw images, which takes a while; a stop in the meantime cancels the start.
     void startCamera(unsigned int port);
-    /// No effect on a camera at rest.
+    /// No effect on a stopped camera.
     void stopCamera(unsigned int port);
 
 private:

@@ -1,5 +1,5 @@
 /// \file
-/// Rings of image buffers.
+/// BufferRing: a ring of image buffers.
 #pragma once
 
 #include "fglib5/Fglib5Types.h"
@@ -15,24 +15,24 @@ namespace simulation {
 class BufferRing
 {
 public:
-    /// A ring with memory of its own, all pages of it touched. Throws FG_NO_MEMORY.
+    /// A ring with its own memory; touches all of its pages. Throws FG_NO_MEMORY.
     BufferRing(std::size_t bytes, FgFrameIndex buffers);
-    /// A ring of \p buffers places for a client's buffers.
+    /// A ring for \p buffers buffers that the client adds.
     explicit BufferRing(FgFrameIndex buffers);
     ~BufferRing();
     BufferRing(const BufferRing&) = delete;
     BufferRing& operator=(const BufferRing&) = delete;
 
-    /// Changes while images are written into the ring throw FG_ACQUISITION_RUNNING.
+    /// Throws FG_ACQUISITION_RUNNING while an acquisition uses the ring.
     void setBuffer(FgFrameIndex index, void* buffer, std::size_t bytes);
     void removeBuffer(FgFrameIndex index);
 
     FgFrameIndex size() const noexcept { return static_cast<FgFrameIndex>(m_buffers.size()); }
-    /// Buffer of an image, counted from 1.
+    /// Buffer of the image with number \p frame, counted from 1.
     std::span<std::uint8_t> bufferOf(FgFrameIndex frame) const;
 
-    /// Claims the ring for an acquisition of images of this size. Throws FG_ACQUISITION_RUNNING where another
-    /// one has it, FG_INVALID_MEMORY where a buffer is missing or too small.
+    /// Claims the ring for an acquisition of images of this size. Throws FG_ACQUISITION_RUNNING if another
+    /// acquisition uses it, FG_INVALID_MEMORY if a buffer is missing or too small.
     void claim(std::size_t imageBytes);
     void release() noexcept;
     bool claimed() const;

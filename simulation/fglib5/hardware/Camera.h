@@ -1,5 +1,5 @@
 /// \file
-/// A camera plugged into a board: what it looks at, its settings, and what it sends.
+/// Camera: a camera plugged into a board, with its scene, its settings and its images.
 #pragma once
 
 #include "descriptions/MachineDescription.h"
@@ -14,7 +14,7 @@
 
 namespace simulation {
 
-/// Not safe from several threads by itself; the board guards it.
+/// Not thread-safe; the board's lock guards it.
 class Camera
 {
 public:
@@ -22,13 +22,13 @@ public:
 
     const CameraDescription& description() const { return m_description; }
 
-    /// Parameters are those of CameraControl.h. Throw FG_INVALID_PARAMETER; FG_NOT_WRITABLE, also for the
-    /// size while the camera acquires; FG_VALUE_OUT_OF_RANGE.
+    /// Parameters are those of CameraControl.h. Throw FG_INVALID_PARAMETER; FG_VALUE_OUT_OF_RANGE;
+    /// FG_NOT_WRITABLE, also for the size while the camera is running.
     double value(int parameter) const;
     void setValue(int parameter, double value);
     FgRegisterInfo* registerInfo() { return &m_registers.info; }
 
-    /// What a camera with the present settings shows.
+    /// The camera's view with its current settings.
     struct View
     {
         SceneView scene;
@@ -39,17 +39,17 @@ public:
         bool operator==(const View&) const = default;
     };
     View view() const;
-    /// Draws what has not been drawn of late.
+    /// Draws the view, unless the cache has it.
     static std::shared_ptr<const Film> draw(const View& view);
 
     bool acquiring() const { return m_stream != nullptr; }
     const std::shared_ptr<const Stream>& stream() const { return m_stream; }
-    /// Images begin anew.
+    /// Starts the images from the first.
     void start(std::shared_ptr<const Film> film);
-    /// The settings have changed: the images go on with this film.
+    /// The settings have changed: the images continue with this film.
     void goOn(std::shared_ptr<const Film> film);
     void stop();
-    /// How often it was told to stop.
+    /// Number of stops so far.
     unsigned int stops() const { return m_stops; }
 
 private:
@@ -60,7 +60,7 @@ private:
     const CameraDescription m_description;
     ParameterSet m_parameters;
     RegisterList m_registers;
-    std::shared_ptr<const Stream> m_stream; ///< null while it does not acquire
+    std::shared_ptr<const Stream> m_stream; ///< null while the camera is stopped
     unsigned int m_stops = 0;
 };
 

@@ -20,15 +20,15 @@
 
 namespace simulation {
 
-/// Replaces the file whole or leaves it as it is. Throws FG_FILE_ERROR.
+/// Replaces the file as a whole or not at all. Throws FG_FILE_ERROR.
 void saveConfiguration(const Grabber& grabber, const std::filesystem::path& file);
 
 /// Applies all values or none. Throws FG_FILE_ERROR; FG_INVALID_CONFIGURATION with file, line and reason;
-/// FG_ACQUISITION_RUNNING where the size of an image in use would change.
+/// FG_ACQUISITION_RUNNING if the image size of a running channel would change.
 void loadConfiguration(Grabber& grabber, const std::filesystem::path& file);
 
-/// The applet file that a configuration names: a path where it is one, else one below \p installation's
-/// folders for the board model. Throws as above.
+/// The applet file that a configuration names: a path, or a file name in \p installation's folders for the
+/// board model. Throws like loadConfiguration.
 std::filesystem::path appletOfConfiguration(const std::filesystem::path& file,
                                             const std::filesystem::path& installation,
                                             const std::string& boardModel);

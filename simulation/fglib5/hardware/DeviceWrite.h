@@ -1,8 +1,9 @@
 /// \file
-/// DeviceWrite: a scope in which a thread stands for the board, which writes into memory by itself.
+/// DeviceWrite: a scope in which a thread plays the board, whose DMA writes into memory by itself.
 ///
-/// A reader can be overtaken by its source (see DmaChannel.h). On hardware no tool sees that; here the thread
-/// sanitizer would take it for a fault of the program, so it does not watch what is written in such a scope.
+/// The source can overwrite a buffer while a client reads it (see DmaChannel.h). With hardware no tool sees
+/// that. Here the thread sanitizer would report it as a data race of the program, so it ignores writes in
+/// this scope.
 #pragma once
 
 #if defined(__SANITIZE_THREAD__)
@@ -27,7 +28,7 @@ public:
         AnnotateIgnoreWritesEnd(__FILE__, __LINE__);
     }
 #else
-    DeviceWrite() {} // not defaulted: the scope's object would count as unused
+    DeviceWrite() {} // not defaulted: compilers would report the object as unused
 #endif
     DeviceWrite(const DeviceWrite&) = delete;
     DeviceWrite& operator=(const DeviceWrite&) = delete;

@@ -1,25 +1,24 @@
 /// \file
-/// A DMA channel: takes the images of its camera or its generator into a ring of buffers.
+/// DmaChannel: writes the images of its camera or its generator into a ring of buffers.
 ///
 /// | state     | images                       | start       | stop       | blocked reader   |
 /// |-----------|------------------------------|-------------|------------|------------------|
 /// | stopped   | none                         | > acquiring | no effect  | FG_NOT_ACQUIRING |
 /// | acquiring | while camera or generator on | refused     | > stopped  | waits            |
-/// | finished  | all wanted ones are there    | > acquiring | > stopped  | FG_NOT_ACQUIRING |
+/// | finished  | all requested ones arrived   | > acquiring | > stopped  | FG_NOT_ACQUIRING |
 /// | closed    | none, the board is freed     | refused     | no effect  | FG_NOT_ACQUIRING |
 ///
-/// With a trigger the images of a camera or generator that is on come one for each trigger, but not faster
-/// than that source could send them; triggers that find no source are lost.
+/// In a trigger mode the running source (camera or generator) gives one image for each trigger, but no faster
+/// than its rate. A trigger is lost while no source is running.
 ///
-/// A channel that is late catches up with ring size - 2 images at most (at least 1) before it waits for its
-/// source again; what is older is lost. With 3 buffers or more, a reader that takes the newest image has
-/// nearly two of the source's periods at the worst, and ring size of them as a rule, until its buffer is
-/// written again. An acquisition of no more images than the ring has buffers catches up without that limit.
-/// Nothing protects a reader beyond that, as on hardware: with a source as fast as possible, or a ring
-/// of 1 or 2 buffers, it can be overtaken while it copies. Whether it was is told by lastFrame() after the
-/// copy.
+/// A channel that is late catches up with at most ring size - 2 images (at least 1) before it waits for its
+/// source again; older images are lost. With 3 or more buffers, the newest image stays intact for at least
+/// almost two frame periods, and typically for (ring size) periods. An acquisition of no more images than the
+/// ring has buffers catches up without that limit. Nothing else protects a reader, as with hardware: with a
+/// source as fast as possible, or a ring of 1 or 2 buffers, the image can be overwritten while a client
+/// copies it. Compare lastFrame() after the copy.
 ///
-/// Safe from any thread.
+/// Any thread.
 #pragma once
 
 #include "descriptions/Applet.h"
@@ -52,42 +51,43 @@ public:
 
     /// Starts to acquire \p frames images (FG_GRAB_INFINITE: until stopped).
     void acquire(std::shared_ptr<BufferRing> ring, FgFrameIndex frames, const Processing& processing);
-    /// No image is written any more when this returns. Not from the channel's own handler.
+    /// When it returns, the channel writes no more images. Must not be called from the channel's own handler.
     void stop();
     /// Stops, and refuses to start again.
     void close();
-    /// As close, but does not wait, and whoever waits for an image is woken with FG_DEVICE_LOST.
+    /// Like close, but does not wait; calls that wait for an image fail with FG_DEVICE_LOST.
     void lose();
     void setBoard(unsigned int index) { m_board = index; }
     bool acquiring() const;
-    /// FG_SOURCE_...: what the channel's images come from does.
+    /// State of the channel's source, FG_SOURCE_...
     FgFrameIndex sourceState() const;
 
-    /// What the camera sends; null while it does not acquire.
-    /// \p midway: it has been sending for a while, which this channel did not see.
+    /// Sets the camera's stream; null while the camera is stopped. \p midway: the camera started before the
+    /// channel was connected to it.
     void setCameraStream(std::shared_ptr<const Stream> stream, bool midway = false);
-    /// What the cable does to the camera's images; null for a cable that is fast.
+    /// Sets the damage that the cable does to the camera's images; null: the cable is not loose.
     void setLooseLink(std::shared_ptr<const LooseLink> link);
-    /// While the generator is on, the channel delivers its pattern in place of the camera's images.
+    /// While the generator is on, the channel delivers its pattern instead of the camera's images.
     void setGenerator(bool on, Pattern pattern, double frameRate);
-    /// Of the images to come; size and format stay as they are while the channel acquires.
+    /// Applies to later images; size and format do not change during an acquisition.
     void setProcessing(const Processing& processing);
     void setTrigger(const Trigger& trigger);
     /// Throws FG_NOT_ACQUIRING, and FG_NOT_WRITABLE in another trigger mode.
     void sendSoftwareTrigger(std::uint64_t count);
 
     FgFrameIndex lastFrame() const { return m_last; }
-    /// The newest image's number, once image \p frame is there. Throws FG_TIMEOUT, FG_NOT_ACQUIRING.
+    /// Waits for image \p frame and returns the number of the newest image. Throws FG_TIMEOUT,
+    /// FG_NOT_ACQUIRING.
     FgFrameIndex waitFor(FgFrameIndex frame, std::chrono::milliseconds timeout);
     FgFrameIndex lostFrames() const;
-    /// When the board took an image that is still in the ring, by its clock. Throws FG_INVALID_ARGUMENT.
+    /// The board's time stamp of an image. Throws FG_INVALID_ARGUMENT if the image is no longer in the ring.
     std::uint64_t timestampOf(FgFrameIndex frame) const;
-    /// The ring of the present or the last acquisition; null where there is none.
+    /// The ring of the current or the last acquisition; null if there is none.
     std::shared_ptr<BufferRing> ring() const;
-    /// For a ring that is freed: its memory does not stay until the next acquisition.
+    /// Drops the reference to a freed ring, so that its memory is released before the next acquisition.
     void forgetRing(const BufferRing& ring);
 
-    /// Called for each image of the next acquisitions; a null callback ends that.
+    /// Sets the callback for each image of the next acquisitions; a null callback removes it.
     void setApc(const FgApcControl& control);
 
     static std::int64_t acquiringChannels() noexcept;
@@ -134,20 +134,19 @@ private:
     std::atomic<FgFrameIndex> m_last{0}; ///< written under the lock
     FgFrameIndex m_lost = 0;
     std::optional<Processing> m_processing;
-    std::shared_ptr<const FrameCycle>
-        m_cycle; ///< of the film and the processing at present; null: not known yet
+    std::shared_ptr<const FrameCycle> m_cycle; ///< for the current film and processing; null: not known yet
     std::shared_ptr<const Film> m_cycleFilm;
     bool m_generatorOn;
     Pattern m_pattern = Pattern::Ramp;
     double m_generatorRate;
     std::shared_ptr<const Stream> m_cameraStream;
     std::shared_ptr<const Stream> m_generatorStream;
-    Clock::time_point m_joined; ///< since when the channel has taken images of the present kind of source
+    Clock::time_point m_joined; ///< start of the images from the current kind of source
     Trigger m_trigger;
     Clock::time_point m_triggerChanged;
-    std::uint64_t m_softwareTriggers = 0; ///< that no image has come for yet
+    std::uint64_t m_softwareTriggers = 0; ///< triggers that have not given an image yet
     std::shared_ptr<const LooseLink> m_looseLink;
-    std::uint64_t m_linkImages = 0; ///< of the camera since the acquisition began
+    std::uint64_t m_linkImages = 0; ///< images of the camera since the acquisition began
     std::atomic<unsigned int> m_board{0};
     std::optional<FgApcControl> m_apc;
     Clock::time_point m_lastApc;

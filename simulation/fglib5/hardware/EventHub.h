@@ -1,9 +1,8 @@
 /// \file
-/// The events of one board handle.
+/// EventHub: the events of one board handle.
 ///
-/// An event is recorded while it is activated. It then wakes one Fg_eventWait that asks for it, and is handed
-/// to the callbacks registered for it, on the hub's own thread. Waiters and callbacks do not take events from
-/// each other.
+/// The hub records an event while it is activated. The event wakes one Fg_eventWait that waits for it, and
+/// the hub's own thread calls the callbacks registered for it. Waiters and callbacks both see each event.
 #pragma once
 
 #include "fglib5/Fglib5Types.h"
@@ -32,26 +31,26 @@ public:
     int count() const { return static_cast<int>(m_names.size()); }
     /// 0 for an unknown name.
     std::uint64_t maskOf(const std::string& name) const;
-    /// Of the lowest event in \p mask; null where there is none.
+    /// Name of the lowest event in \p mask; null if there is none.
     const char* nameOf(std::uint64_t mask) const;
 
     /// Nanoseconds since the board was initialised: the board's clock.
     std::uint64_t clockNs() const;
 
-    /// One branch while none of the events is activated.
+    /// Costs one branch while none of the events is activated.
     void raise(std::uint64_t mask, FgFrameIndex frame);
 
     void activate(std::uint64_t mask, bool on);
     void clear(std::uint64_t mask);
-    /// The events of \p mask that have happened, which are then forgotten. Throws FG_TIMEOUT.
+    /// Waits for events of \p mask; returns and clears those that have happened. Throws FG_TIMEOUT.
     std::uint64_t wait(std::uint64_t mask, std::chrono::milliseconds timeout, FgEventInfo* info);
-    /// A null callback unregisters; the old one has returned for the last time when this returns (except from
-    /// within it).
+    /// A null callback unregisters. When this returns, the old callback is not running (unless it made this
+    /// call).
     void setCallback(std::uint64_t mask, FgEventCallback callback, void* userData);
 
-    /// Wakes all waiters and ends the callbacks, for good. Throws FG_INVALID_ARGUMENT within a callback.
+    /// Wakes all waiters and ends the callbacks for good. Throws FG_INVALID_ARGUMENT if a callback calls it.
     void close();
-    /// As close, but waits for no callback and wakes with FG_DEVICE_LOST.
+    /// Like close, but does not wait for callbacks; waiters fail with FG_DEVICE_LOST.
     void lose();
 
 private:
@@ -74,17 +73,19 @@ private:
     std::mutex m_mutex;
     std::condition_variable m_happened; ///< for waiters
     std::condition_variable m_arrived;  ///< for the thread
-    std::condition_variable m_idle;     ///< for who unregisters
+    std::condition_variable m_idle;     ///< for threads that unregister
     std::uint64_t m_pending = 0;
     std::array<FgEventInfo, 64> m_latest{};
-    std::vector<FgEventInfo> m_queue; ///< a ring, made with the first callback: an event allocates nothing
+    std::vector<FgEventInfo>
+        m_queue; ///< a ring, allocated with the first callback, so that events allocate nothing
     std::size_t m_firstQueued = 0;
     std::size_t m_queued = 0;
     std::array<std::size_t, 64> m_queuedOfKind{};
     unsigned int m_dropped = 0;
     std::shared_ptr<const std::vector<Callback>> m_callbacks; ///< replaced, never changed
     bool m_calling = false;
-    std::uint64_t m_calls = 0; ///< the call that is under way: with events queued, the next begins at once
+    std::uint64_t m_calls =
+        0; ///< number of the running call; if events are queued, the next call follows at once
     bool m_closed = false;
     bool m_lost = false;
     std::thread m_thread;

@@ -1,5 +1,5 @@
 /// \file
-/// FrameCycle: what a DMA channel writes for a film, rendered once, so that an image costs one copy.
+/// FrameCycle: a film rendered in a DMA channel's format, so that each image costs one copy.
 #pragma once
 
 #include "pictures/Processing.h"
@@ -13,20 +13,20 @@
 
 namespace simulation {
 
-/// Safe from any thread.
+/// Any thread.
 class FrameCycle
 {
 public:
-    /// Renders nothing yet: each image is rendered when it is first written. Cycles asked for of late are
-    /// kept: a second channel that does the same, or a channel that starts again, renders nothing.
+    /// Renders each image when it is first written. A cache keeps recent cycles, so that a second channel
+    /// with the same settings, or a channel that starts again, renders nothing.
     static std::shared_ptr<const FrameCycle> of(const std::shared_ptr<const Film>& film,
                                                 const Processing& processing);
 
     FrameCycle(std::shared_ptr<const Film> film, const Processing& processing);
 
-    /// Writes image \p number (from 0) as a DMA channel does: the pixels of the image as one stream, cut into
-    /// lines of the channel's width. What the image does not fill is black, what does not fit is dropped. A
-    /// film's image carries its number (from 1) in the upper left corner, if it is large enough.
+    /// Writes image \p number (from 0) like a DMA channel: the pixels of the image as one stream, cut into
+    /// lines of the channel's width. Missing pixels are black, extra pixels are dropped. If a film's image is
+    /// large enough, it shows its number (from 1) in the upper left corner.
     void write(std::uint64_t number, std::span<std::uint8_t> target) const;
 
     std::size_t bytes() const { return m_bytes; }
@@ -45,11 +45,11 @@ private:
               std::span<const std::uint16_t> samples) const;
 
     const std::shared_ptr<const Film> m_film;
-    const Processing m_processing; ///< of a scrolling film: as high as the film
+    const Processing m_processing; ///< for a scrolling film: as high as the film
     const int m_height;            ///< of the channel's images
     const ToneCurve m_curve;
     const std::size_t m_bytes;
-    const bool m_kept; ///< the images are: all of them are not too many bytes
+    const bool m_kept; ///< true if all images fit the cache
     const std::unique_ptr<Image[]> m_images;
 };
 

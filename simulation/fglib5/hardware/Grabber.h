@@ -1,5 +1,6 @@
 /// \file
-/// What a board handle stands for: an applet on a board, with its parameters, DMA channels, rings and events.
+/// Grabber: the object behind a board handle: an applet on a board, with its parameters, DMA channels, rings
+/// and events.
 #pragma once
 
 #include "descriptions/Applet.h"
@@ -24,7 +25,7 @@ namespace simulation {
 /// One value of a configuration file.
 struct Setting
 {
-    std::optional<int> dma; ///< none: of the applet as a whole
+    std::optional<int> dma; ///< none: a parameter of the applet as a whole
     int parameter;
     ParameterValue value;
 };
@@ -43,54 +44,55 @@ public:
     std::uint32_t serial() const { return m_serial; }
     EventHub& events() { return m_events; }
 
-    /// Stops everything and wakes everybody; the rings are freed. The object may live on in threads that are
-    /// just leaving it.
+    /// Stops all channels, wakes all waiting threads and frees the rings. Threads that are just returning
+    /// from the object may keep it alive a little longer.
     void close();
-    /// The board was unplugged: its channels end, its events stop, whoever waits is woken. Does not wait
-    /// itself, so it may come from any thread.
+    /// The board was unplugged: ends its channels, stops its events, wakes all waiting threads. Does not
+    /// wait, so any thread may call it.
     void lose();
     /// Throws FG_DEVICE_LOST.
     void requireThere() const;
-    /// Which of the machine's boards this is, for who watches its images.
+    /// Index of the board, for ImageWatch.
     void setBoard(unsigned int index);
 
-    // --- layout: number of processes, and what each of them has
-    /// \p value is the position asked for, where there is one.
+    // --- layout: number of processes, and the channels and ports of each
+    /// \p value is the position, for queries that need one.
     int layout(int query, unsigned int process, int value) const;
     static bool isLayoutQuery(int parameter);
 
-    // --- parameters; dma is a global index, and means nothing for a parameter of the whole applet
+    // --- parameters; dma is a global index, ignored for a parameter of the whole applet
     ParameterValue get(int parameter, unsigned int dma) const;
     void set(int parameter, unsigned int dma, const ParameterValue& value);
     const ParameterDescription& description(int parameter, unsigned int dma) const;
     /// Each parameter that exists, once.
     const std::vector<const ParameterDescription*>& distinct() const { return m_distinct; }
-    /// Null, where the applet has channels but not this one.
+    /// Null if the applet has channels but not this one.
     FgRegisterInfo* registerInfo(unsigned int dma);
 
     /// All values that can be written, in a fixed order.
     std::vector<Setting> settings() const;
     const std::string& nameOf(const Setting& setting) const;
     const ParameterDescription* findForSetting(std::optional<int> dma, const std::string& name) const;
-    /// Throws for the first value that cannot be applied now; \p failed gets its position. Changes nothing.
+    /// Throws for the first value that cannot be applied now, and sets \p failed to its position. Changes
+    /// nothing.
     void check(const std::vector<Setting>& settings, std::size_t& failed) const;
     void apply(const std::vector<Setting>& settings);
 
     // --- images
     DmaChannel& channel(unsigned int dma);
-    /// Acquires into \p ring, or into the channel's own one where that is null.
+    /// Acquires into \p ring; null: into the channel's own ring.
     void acquire(unsigned int dma, FgFrameIndex frames, FgBufferRing* ring);
-    /// For the channels that deliver the port's camera. Throws FG_INVALID_ARGUMENT where there is none.
+    /// For the channels that deliver the port's camera. Throws FG_INVALID_ARGUMENT if there is none.
     void sendSoftwareTrigger(unsigned int port, std::uint64_t count);
     /// \p midway as in DmaChannel.
     void setCameraStream(unsigned int port, const std::shared_ptr<const Stream>& stream, bool midway = false);
-    /// Null for a cable that is fast.
+    /// Null: the cable is not loose.
     void setLooseLink(unsigned int port, const std::shared_ptr<const LooseLink>& link);
 
     FgBufferRing* addRing(std::shared_ptr<BufferRing> ring);
     std::shared_ptr<BufferRing> ring(FgBufferRing* ring) const;
     void freeRing(FgBufferRing* ring);
-    /// The ring that Fg_AllocMem gave the channel; null where it has none.
+    /// The ring that Fg_AllocMem gave the channel; null if it has none.
     FgBufferRing* ownRing(unsigned int dma) const;
     void setOwnRing(unsigned int dma, FgBufferRing* ring);
 
@@ -103,8 +105,7 @@ private:
         {}
 
         ParameterSet parameters;
-        std::mutex
-            settings; ///< the channel takes up one change of them at a time; taken before the grabber's lock
+        std::mutex settings; ///< serialises changes of the channel; taken before the grabber's lock
         DmaChannel dma;
         FgBufferRing* ownRing = nullptr;
         RegisterList registers;
@@ -127,7 +128,7 @@ private:
     EventHub m_events;
 
     std::mutex m_closing;
-    /// Values, rings; may be held while a channel's lock is taken, not the reverse.
+    /// Guards values and rings. Lock order: this one before a channel's.
     mutable std::mutex m_mutex;
     ParameterSet m_appletParameters;
     std::map<int, std::unique_ptr<Channel>> m_channels;

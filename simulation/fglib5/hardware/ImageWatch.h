@@ -1,5 +1,5 @@
 /// \file
-/// ImageWatch: tells the rehearsal of the image that it waits for.
+/// ImageWatch: notifies the rehearsal of the image that it waits for.
 #pragma once
 
 #include "fglib5/Fglib5Types.h"
@@ -8,12 +8,12 @@
 
 namespace simulation {
 
-/// Costs a channel one load for each image while no rehearsal waits for one.
+/// Costs a channel one load per image while no rehearsal waits.
 struct ImageWatch
 {
     using Arrived = void (*)(unsigned int board, int dma, FgFrameIndex frame);
 
-    /// Called on the channel's thread, without its lock, after each image; null: nobody waits.
+    /// Called on the channel's thread, without its lock, after each image; null: no rehearsal waits.
     static inline std::atomic<Arrived> arrived{nullptr};
 };
 

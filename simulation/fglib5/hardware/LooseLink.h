@@ -1,5 +1,5 @@
 /// \file
-/// LooseLink: the cable of a camera port that damages an image now and then.
+/// LooseLink: the loose cable of a camera port, which damages some images.
 #pragma once
 
 #include <algorithm>
@@ -9,7 +9,7 @@
 
 namespace simulation {
 
-/// Which images suffer depends on the seed and on their numbers alone, so a rehearsal can be repeated.
+/// Only the seed and the image's number decide which images are damaged, so a rehearsal can be repeated.
 struct LooseLink
 {
     enum class Damage
@@ -19,17 +19,17 @@ struct LooseLink
         Late
     };
 
-    /// By so much does a late image come too late.
+    /// Delay of a late image.
     static constexpr std::chrono::milliseconds LATENESS{100};
 
     Damage damage;
-    std::uint64_t oneIn; ///< one image in so many, on average; 1: every one
+    std::uint64_t oneIn; ///< one image in so many, on average; 1: every image
     std::uint64_t seed;
 
     /// \p image counts from 0.
     bool damages(std::uint64_t image) const
     {
-        // A generator's first number for each image: neighbours are independent of each other.
+        // The first number of a random generator seeded for each image, so that neighbours are independent.
         std::uint64_t mixed = seed + (image + 1) * 0x9e3779b97f4a7c15U;
         mixed = (mixed ^ (mixed >> 30)) * 0xbf58476d1ce4e5b9U;
         mixed = (mixed ^ (mixed >> 27)) * 0x94d049bb133111ebU;

@@ -1,5 +1,5 @@
 /// \file
-/// Notifier: tells clients that boards, cameras and links have come or gone.
+/// Notifier: notifies clients when boards, cameras and links are plugged or unplugged.
 #pragma once
 
 #include "fglib5/Fglib5Types.h"
@@ -13,18 +13,18 @@
 
 namespace simulation {
 
-/// One for the process, never destroyed. Callbacks come on a thread of its own, which begins with the first
-/// registration, one notification after the other.
+/// The process has one, which is never destroyed. Its own thread, which the first registration starts, calls
+/// the callbacks, one notification after the other.
 class Notifier
 {
 public:
     static Notifier& instance();
 
     void add(FgNotifyCallback callback, void* userData);
-    /// The callback has returned for the last time when this returns (except from within it). Throws
-    /// FG_INVALID_ARGUMENT for one that is not registered.
+    /// When this returns, the callback is not running (unless it made this call). Throws FG_INVALID_ARGUMENT
+    /// if it is not registered.
     void remove(FgNotifyCallback callback, void* userData);
-    /// Any thread, does not wait.
+    /// Any thread; does not wait.
     void notify(unsigned int board, unsigned int notification, std::uint64_t argument);
 
 private:

@@ -12,43 +12,43 @@
 
 namespace simulation {
 
-/// A value as a type of the interface holds it. Throws FG_INVALID_TYPE, and FG_VALUE_OUT_OF_RANGE for a
-/// number that the type cannot hold.
+/// Reads a value of one of the interface's types. Throws FG_INVALID_TYPE, and FG_VALUE_OUT_OF_RANGE for a
+/// number that ParameterValue cannot hold.
 ParameterValue readValue(const void* value, FgValueType type);
 void writeValue(const ParameterValue& value, void* target, FgValueType type);
 
 /// Throws FG_INVALID_TYPE for a text.
 double numberOf(const ParameterValue& value);
 
-/// Text of a value as configuration files hold it, and back. The latter throws FG_INVALID_TYPE.
+/// Conversion to the texts in configuration files, and back. The latter throws FG_INVALID_TYPE.
 std::string textOf(const ParameterValue& value);
 ParameterValue valueOf(const std::string& text, FgValueType type);
 
 /// The parameters that the runtime gives every DMA channel.
 std::vector<ParameterDescription> channelParameters(const DmaDescription& dma);
 
-/// Not safe from several threads by itself; its owner guards it.
+/// Not thread-safe; its owner's lock guards it.
 class ParameterSet
 {
 public:
     explicit ParameterSet(std::vector<ParameterDescription> descriptions);
-    // The descriptions point into the descriptions.
+    // Not copyable: members point into m_descriptions.
     ParameterSet(const ParameterSet&) = delete;
     ParameterSet& operator=(const ParameterSet&) = delete;
     ~ParameterSet() = default;
 
     const std::vector<ParameterDescription>& descriptions() const { return m_specs; }
-    /// Null where there is none.
+    /// Null if there is none.
     const ParameterDescription* find(int id) const;
     const ParameterDescription* find(std::string_view name) const;
 
     const ParameterValue& get(int id) const;
-    /// \p value converted to the parameter's kind. Throws FG_NOT_WRITABLE, FG_INVALID_TYPE,
+    /// Converts \p value to the parameter's type. Throws FG_NOT_WRITABLE, FG_INVALID_TYPE,
     /// FG_VALUE_OUT_OF_RANGE.
     ParameterValue checked(const ParameterDescription& description, const ParameterValue& value) const;
     void set(const ParameterDescription& description, const ParameterValue& value);
 
-    /// The integer value of a parameter that is known to exist.
+    /// The value of an integer parameter, which must exist.
     int integer(int id) const;
 
 private:
@@ -58,7 +58,7 @@ private:
     std::vector<ParameterValue> m_values;
 };
 
-/// The descriptions of some sets as the interface has them. The sets outlive it.
+/// The descriptions of some sets in the interface's form. The sets must outlive it.
 struct RegisterList
 {
     RegisterList() = default;

@@ -1,5 +1,5 @@
 /// \file
-/// What the virtual machine can run short of on purpose.
+/// Shortage: shortages of the virtual machine that a rehearsal causes.
 #pragma once
 
 #include <atomic>
@@ -12,9 +12,9 @@ struct Shortage
 {
     static constexpr auto PLENTY = std::numeric_limits<std::int64_t>::max();
 
-    /// Image memory that all rings together may have, in bytes.
+    /// Limit of the image memory of all rings together, in bytes.
     static inline std::atomic<std::int64_t> imageMemory{PLENTY};
-    /// The disk takes nothing more of what the runtime stores.
+    /// True: writing of the runtime's files fails.
     static inline std::atomic<bool> diskFull{false};
 };
 

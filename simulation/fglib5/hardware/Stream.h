@@ -1,5 +1,5 @@
 /// \file
-/// What a camera or a generator sends, and when.
+/// Stream: the images that a camera or a generator sends, and their times.
 #pragma once
 
 #include "pictures/Film.h"
@@ -11,18 +11,18 @@
 
 namespace simulation {
 
-/// What a source sends at present. One of another start is a new start; else only the picture has changed.
+/// The current output of a source. A stream with another start time is a new start; otherwise only the
+/// picture has changed.
 struct Stream
 {
     std::shared_ptr<const Film> film;
-    double rate; ///< images per second, of a scrolling film lines; 0 = as fast as possible
+    double rate; ///< images per second, for a scrolling film lines per second; 0 = as fast as possible
     std::chrono::steady_clock::time_point start;
     std::uint64_t first = 0; ///< number of the image, or line, at the start
-    std::uint64_t end =
-        std::numeric_limits<std::uint64_t>::max(); ///< number of the image that there is no more
+    std::uint64_t end = std::numeric_limits<std::uint64_t>::max(); ///< number after the last image
 };
 
-/// What a channel's images wait for beside their source.
+/// Trigger modes of a channel.
 enum class TriggerMode
 {
     FreeRun,
@@ -33,7 +33,7 @@ enum class TriggerMode
 struct Trigger
 {
     TriggerMode mode = TriggerMode::FreeRun;
-    double rate = 0; ///< pulses per second of the external one; 0: it pauses
+    double rate = 0; ///< pulses per second of the external trigger; 0: paused
 
     bool operator==(const Trigger&) const = default;
 };

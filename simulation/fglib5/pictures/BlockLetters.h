@@ -10,7 +10,7 @@ namespace simulation {
 inline constexpr int BLOCK_LETTER_COLUMNS = 5;
 inline constexpr int BLOCK_LETTER_ROWS = 7;
 
-/// One letter, a byte a row from the top; its bit 4 is the leftmost dot.
+/// One letter, a byte per row from the top; bit 4 is the leftmost dot.
 using BlockLetter = std::array<std::uint8_t, BLOCK_LETTER_ROWS>;
 
 /// A-Z, 0-9, - . and /; anything else is a blank.

@@ -1,5 +1,5 @@
 /// \file
-/// A picture under construction: shapes with smooth edges and any shading, painted one over the other.
+/// Canvas: paints a picture from shapes with smooth edges and any shading, one over the other.
 ///
 /// Positions and sizes are in units of the height of the whole picture (x grows to the right, y downwards),
 /// so that a scene looks the same at every resolution. A canvas holds a window of the whole picture. A shade
@@ -43,7 +43,7 @@ inline float ramp(float from, float to, float x)
     return t * t * (3 - 2 * t);
 }
 
-/// A number from 0 to 1 that looks random and belongs to (x, y).
+/// A pseudo-random number from 0 to 1 that depends on (x, y) only.
 inline float scatter(int x, int y)
 {
     auto h = static_cast<std::uint32_t>(x) * 0x9E3779B1U ^ static_cast<std::uint32_t>(y) * 0x85EBCA77U;
@@ -55,7 +55,7 @@ inline float scatter(int x, int y)
 /// Soft noise from 0 to 1 with features of size 1.
 float noise(float x, float y);
 
-/// The sum of \p octaves noises, each twice as fine and half as strong as the one before; 0 to 1.
+/// The sum of \p octaves noises, each twice as fine and half as strong as the previous one; 0 to 1.
 float cloudiness(float x, float y, int octaves);
 
 // --- shapes: distance of a point from the edge, negative inside
@@ -97,7 +97,7 @@ struct Window
 class Canvas
 {
 public:
-    /// \p window of a picture of this size.
+    /// A canvas for \p window of a picture of this size.
     Canvas(int width, int height, const Window& window);
 
     int width() const { return m_window.width; }
@@ -105,16 +105,16 @@ public:
     /// Right edge of the whole picture in units; the lower edge is bottom().
     float right() const { return static_cast<float>(m_wholeWidth) / m_scale; }
     float bottom() const { return static_cast<float>(m_wholeHeight) / m_scale; }
-    /// Of the whole picture: pixels across, and the column of pixels that a position lies in.
+    /// In the whole picture: number of pixel columns, and the column at a position.
     int columns() const { return m_wholeWidth; }
     int column(float x) const { return std::clamp(static_cast<int>(x * m_scale), 0, m_wholeWidth - 1); }
     /// The pixels of one line of the window.
     const Light* line(int y) const { return &m_pixels[index(0, y)]; }
 
-    /// Gives every luminance that is painted from now on this hue.
+    /// Sets the hue of luminances that are painted from now on.
     void setBrush(const Colour& hue) { m_brush = hue; }
 
-    /// Gives every pixel shade(x, y).
+    /// Sets every pixel to shade(x, y).
     template <class Shade>
     void cover(Shade shade)
     {
@@ -148,7 +148,7 @@ public:
         }
     }
 
-    /// Takes the other canvas's light for this share of the own one.
+    /// Mixes in the light of \p other with the weight \p share.
     void average(const Canvas& other, float share);
 
     void fillCircle(Point center, float radius, float shade);
@@ -166,7 +166,7 @@ private:
     }
     float unitX(int column) const { return (static_cast<float>(column + m_window.x) + 0.5F) / m_scale; }
     float unitY(int row) const { return (static_cast<float>(row + m_window.y) + 0.5F) / m_scale; }
-    /// The pixels of the window that a box reaches.
+    /// The pixels of the window that a box covers.
     Window pixelRange(const Box& box) const;
     Colour colourOf(float luminance) const { return tinted(luminance, m_brush); }
     static Colour colourOf(const Colour& colour) { return colour; }
@@ -176,7 +176,7 @@ private:
     int m_wholeWidth;
     int m_wholeHeight;
     Window m_window;
-    float m_scale; ///< pixels a unit
+    float m_scale; ///< pixels per unit
     Colour m_brush = WHITE;
     std::vector<Light> m_pixels;
 };

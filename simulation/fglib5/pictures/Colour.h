@@ -1,5 +1,5 @@
 /// \file
-/// Colours of a picture under construction, and the light that it ends as.
+/// Colour: a colour while a picture is painted. Light: a pixel of the finished picture.
 #pragma once
 
 #include <algorithm>
@@ -7,7 +7,7 @@
 
 namespace simulation {
 
-/// Values run from 0 (black) to 1 (white); more is brighter than a sensor takes at its usual exposure.
+/// Values run from 0 (black) to 1 (white). Higher values saturate a sensor at its normal exposure.
 struct Colour
 {
     float red, green, blue;
@@ -15,7 +15,7 @@ struct Colour
 
 inline constexpr Colour WHITE{1, 1, 1};
 
-/// A hue of luminance 1, whatever the luminance of the given one.
+/// Scales a colour to luminance 1.
 constexpr Colour hue(float red, float green, float blue)
 {
     const float luminance = 0.299F * red + 0.587F * green + 0.114F * blue;
@@ -27,7 +27,7 @@ inline Colour mix(const Colour& a, const Colour& b, float t)
     return {a.red + (b.red - a.red) * t, a.green + (b.green - a.green) * t, a.blue + (b.blue - a.blue) * t};
 }
 
-/// A colour of this luminance. Where it is bright the hue fades, as in a lamp's reflection.
+/// A colour of this luminance and hue. The hue fades at high luminance, as in a lamp's reflection.
 inline Colour tinted(float luminance, const Colour& hue)
 {
     const float t = std::clamp((luminance - 0.6F) / 0.4F, 0.0F, 1.0F);
@@ -35,7 +35,7 @@ inline Colour tinted(float luminance, const Colour& hue)
     return {luminance * faded.red, luminance * faded.green, luminance * faded.blue};
 }
 
-/// One pixel of a drawn picture. WHITE is FULL_LIGHT; twice as much can be held.
+/// One pixel of a drawn picture. WHITE is FULL_LIGHT; values go up to twice that.
 struct Light
 {
     static constexpr std::uint16_t FULL_LIGHT = 32768;

@@ -1,9 +1,10 @@
 /// \file
-/// Films: what a source shows, as a cycle of pictures in 16 bits a colour.
+/// Film: the pictures of a source as a cycle, in 16 bits per colour.
 ///
 ///   Film           the cycle, line by line
-///   SceneView      what a camera sees of a scene, and how
-///   sceneFilm, patternFilm
+///   SceneView      a camera's view of a scene: region, blur, brightness
+///   sceneFilm      the film of a scene
+///   patternFilm    the film of a test pattern
 #pragma once
 
 #include "pictures/Canvas.h"
@@ -20,14 +21,14 @@
 
 namespace simulation {
 
-/// Pixels of one line that look the same.
+/// A run of equal pixels in one line.
 struct Mark
 {
     int x, y, count;
-    std::array<std::uint16_t, 3> rgb; ///< as of Film::readLine
+    std::array<std::uint16_t, 3> rgb; ///< as in Film::readLine
 };
 
-/// Safe from any thread.
+/// Any thread.
 class Film
 {
 public:
@@ -44,18 +45,18 @@ public:
     int width() const { return m_width; }
     int height() const { return m_height; }
     std::size_t pictures() const { return m_pictures; }
-    /// Equal for films that show the same.
+    /// Equal for films with the same pictures.
     const std::string& key() const { return m_key; }
-    /// Whether its pictures carry their number.
+    /// True if each image shows its number.
     virtual bool numbered() const { return true; }
 
-    /// Red, green and blue of each pixel of a line; 65535 is white.
+    /// Reads red, green and blue of each pixel of a line; 65535 is white.
     virtual void readLine(std::size_t picture, int y, std::span<std::uint16_t> samples) const = 0;
 
-    /// Whether it is an endless strip, of which images are cut: its one picture is repeated.
+    /// True for an endless strip, which images are cut from; its single picture repeats.
     virtual bool scrolls() const { return false; }
-    /// What a scrolling film shows once, on top of its picture, in the lines from \p first on; y counts from
-    /// there.
+    /// Marks that a scrolling film shows once, on top of its picture, in \p lines lines from \p first on; y
+    /// counts from \p first.
     virtual std::vector<Mark> marks([[maybe_unused]] std::uint64_t first, [[maybe_unused]] int lines) const
     {
         return {};
@@ -76,21 +77,21 @@ struct SceneView
     int sensorWidth; ///< pixels
     int sensorHeight;
     Window window;         ///< of the sensor
-    int blur = 0;          ///< exposure in parts of the time from image to image, 0 to MAX_BLUR
-    double brightness = 1; ///< 1: as the scene is painted
+    int blur = 0;          ///< exposure as a part of the time between two images, 0 to MAX_BLUR
+    double brightness = 1; ///< 1: normal brightness of the scene
     bool reverseX = false;
     bool reverseY = false;
 
     bool operator==(const SceneView&) const = default;
 };
 
-/// Draws what has not been drawn of late: some 0.2 s a megapixel.
+/// Draws the view in about 0.2 s per megapixel, unless the cache has it.
 std::shared_ptr<const Film> sceneFilm(const SceneView& view);
 
-/// The pattern in all of \p depth bits; \p coloured ramps differ from colour to colour.
+/// The pattern in \p depth bits; if \p coloured, the ramps of red, green and blue differ.
 std::shared_ptr<const Film> patternFilm(Pattern pattern, int width, int height, int depth, bool coloured);
 
-/// Whether a film of this size may be drawn before anybody has asked for it.
+/// True if a film of this size is small enough to be drawn in advance.
 bool quickToDraw(int width, int height);
 
 } // namespace simulation

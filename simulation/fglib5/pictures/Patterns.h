@@ -6,7 +6,7 @@
 
 namespace simulation {
 
-/// Both travel to the left from image to image.
+/// Both move to the left from image to image.
 enum class Pattern
 {
     Ramp, ///< diagonal: (x + y) modulo the number of grey values. In colour: red along x, green along y, blue

@@ -1,5 +1,5 @@
 /// \file
-/// Formats of the pixels that a DMA channel writes, and the packing of samples into bytes.
+/// PixelFormat: the formats that a DMA channel writes. PixelStream: packs samples into bytes.
 #pragma once
 
 #include <cstddef>
@@ -16,7 +16,7 @@ enum class Components
     RedGreenBlue,
     BlueGreenRed,
     BlueGreenRedFull, ///< and 255
-    Mosaic            ///< one colour a pixel
+    Mosaic            ///< one colour per pixel
 };
 
 struct PixelFormat
@@ -24,11 +24,11 @@ struct PixelFormat
     int number; ///< FG_PIXELFORMAT_...
     const char* name;
     int bitsPerPixel; ///< in memory
-    int depth;        ///< bits of a sample that are used
+    int depth;        ///< significant bits of a sample
     Components components;
-    int redAt = 0; ///< Mosaic: place of the red pixel in a field of two by two, line by line
+    int redAt = 0; ///< Mosaic: position of the red pixel in a field of 2 x 2, line by line
 
-    std::size_t samples() const; ///< a pixel
+    std::size_t samples() const; ///< per pixel
     std::size_t bytesPerLine(int width) const;
     std::size_t bytes(int width, int height) const
     {
@@ -37,7 +37,7 @@ struct PixelFormat
 };
 
 std::span<const PixelFormat> pixelFormats();
-/// Null where there is none.
+/// Null if there is none.
 const PixelFormat* pixelFormat(int number);
 const PixelFormat* pixelFormat(std::string_view name);
 
@@ -48,12 +48,12 @@ class PixelStream
 public:
     PixelStream(const PixelFormat& format, int width, std::span<std::uint8_t> target);
 
-    /// Pixels behind those before, of format.samples() samples each. What does not fit is dropped.
+    /// Appends pixels of format.samples() samples each. Drops those that do not fit.
     void append(std::span<const std::uint16_t> samples);
-    /// What no pixel has come for becomes black.
+    /// Fills the rest with black.
     void finish();
 
-    /// Overwrites \p count pixels from \p first on, counted along the stream, with the same samples.
+    /// Overwrites \p count pixels of the stream from \p first on with the same samples.
     static void fill(const PixelFormat& format, int width, std::span<std::uint8_t> target, std::size_t first,
                      std::size_t count, std::span<const std::uint16_t> samples);
 
@@ -63,7 +63,7 @@ private:
     const PixelFormat& m_format;
     const std::size_t m_lineSamples;
     const std::size_t m_lineBytes;
-    std::span<std::uint8_t> m_rest; ///< of the target, from the line on that is being filled
+    std::span<std::uint8_t> m_rest; ///< the target from the current line on
     std::vector<std::uint16_t> m_line;
 };
 

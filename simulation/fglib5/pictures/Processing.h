@@ -1,5 +1,5 @@
 /// \file
-/// What an applet makes of a film on its way to memory.
+/// Processing: an applet's processing of a film on its way to memory.
 #pragma once
 
 #include "pictures/Film.h"
@@ -10,7 +10,7 @@
 
 namespace simulation {
 
-/// A place in an image, in pixels.
+/// A position in an image, in pixels.
 struct Origin
 {
     int x, y;
@@ -19,10 +19,10 @@ struct Origin
 struct Processing
 {
     const PixelFormat* format;
-    int width; ///< pixels a line
+    int width; ///< pixels per line
     int height;
-    /// Where in the source's images the applet's region of interest begins, in pixels. None: it takes the
-    /// source's pixels as they come, as one stream.
+    /// Upper left corner of the applet's region of interest in the source's images. None: the applet takes
+    /// the source's pixels as one stream.
     std::optional<Origin> origin;
     double gain = 1;
     double offset = 0; ///< digits of 8 bits
@@ -31,11 +31,11 @@ struct Processing
     bool flipY = false;
 
     std::size_t bytes() const { return format->bytes(width, height); }
-    /// Equal for those that do the same.
+    /// Equal for objects with the same effect.
     std::string key() const;
 };
 
-/// Which value of a format each sample becomes.
+/// Maps the film's samples to values of a format.
 class ToneCurve
 {
 public:
@@ -47,12 +47,12 @@ private:
     std::vector<std::uint16_t> m_codes;
 };
 
-/// Gives the samples of one pixel of \p format for red, green, blue; returns how many. \p mosaicPlace as
-/// PixelFormat::redAt.
+/// Computes the samples of one pixel of \p format from red, green, blue; returns their number. \p mosaicPlace
+/// is a position as in PixelFormat::redAt.
 std::size_t samplesOf(const PixelFormat& format, const ToneCurve& curve, const std::uint16_t* rgb,
                       int mosaicPlace, std::uint16_t* samples);
 
-/// Writes one picture of a film. What the film does not fill is black.
+/// Writes one picture of a film. Pixels outside the film are black.
 void render(const Film& film, std::size_t picture, const Processing& processing, const ToneCurve& curve,
             std::span<std::uint8_t> target);
 

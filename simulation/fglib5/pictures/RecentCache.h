@@ -1,5 +1,5 @@
 /// \file
-/// RecentCache: what was asked for of late and is dear to make.
+/// RecentCache: keeps recently used values that are expensive to compute.
 #pragma once
 
 #include <algorithm>
@@ -11,8 +11,8 @@
 
 namespace simulation {
 
-/// Keeps values up to a number of bytes; what was asked for last is dropped last. Who wants a value that is
-/// being made waits for it, and for no other one. Value has bytes().
+/// Keeps values up to a number of bytes and drops the least recently used first. A thread that requests a
+/// value which another thread computes waits for that value only. Value has a function bytes().
 template <class Value>
 class RecentCache
 {
@@ -37,7 +37,7 @@ private:
         explicit Slot(std::string wanted) : key(std::move(wanted)) {}
 
         const std::string key;
-        std::size_t bytes = 0; ///< 0 until the value has been made; under the cache's lock
+        std::size_t bytes = 0; ///< 0 until the value has been computed; under the cache's lock
         std::mutex making;     ///< taken before the cache's lock
         std::shared_ptr<const Value> value;
     };

@@ -10,11 +10,11 @@
 
 namespace simulation {
 
-/// What a camera makes of stored pictures.
+/// A camera's view of stored pictures.
 struct ReplayView
 {
     std::vector<std::filesystem::path> files;
-    Window window; ///< of each picture; what lies outside a picture is black
+    Window window; ///< in each picture; pixels outside the picture are black
     double brightness = 1;
     bool reverseX = false;
     bool reverseY = false;
@@ -22,10 +22,10 @@ struct ReplayView
     bool operator==(const ReplayView&) const = default;
 };
 
-/// Width and height of a PNG file's picture; none for anything else.
+/// Width and height of a PNG file's picture; none for other files.
 std::optional<std::pair<int, int>> pictureSize(const std::filesystem::path& file);
 
-/// Reads each file when its picture is first needed. One that cannot be read is black.
+/// Reads each file when its picture is first needed. A file that cannot be read gives a black picture.
 std::shared_ptr<const Film> replayFilm(const ReplayView& view);
 
 } // namespace simulation

@@ -1,5 +1,5 @@
 /// \file
-/// The scenes one by one, for Scenes.cpp.
+/// The painting functions of each scene, for Scenes.cpp.
 #pragma once
 
 namespace simulation {

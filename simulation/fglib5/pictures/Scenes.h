@@ -1,5 +1,5 @@
 /// \file
-/// What simulated cameras look at. Each scene is a still picture with something in it that moves.
+/// Scenes of the simulated cameras. Each is a still picture with a moving object.
 #pragma once
 
 #include "pictures/Canvas.h"
@@ -18,10 +18,10 @@ enum class Scene
 
 Scene sceneNamed(std::string_view name);
 
-/// Paints what stays the same in all images.
+/// Paints the parts that do not move.
 void paintStill(Scene scene, Canvas& canvas);
 
-/// Paints what moves; \p phase runs from 0 to 1, where it is 0 again.
+/// Paints the moving parts; \p phase runs from 0 to 1, and 1 looks like 0.
 void paintMoving(Scene scene, Canvas& canvas, float phase);
 
 } // namespace simulation

@@ -1,13 +1,13 @@
 /// \file
-/// What a line camera sees: cloth that runs by without end, with a fault now and then.
+/// The film of a line camera: an endless moving cloth with occasional faults.
 #pragma once
 
 #include "pictures/Film.h"
 
 namespace simulation {
 
-/// Scrolls. \p firstColumn and \p width are the part of a sensor of \p sensorWidth pixels; \p brightness as
-/// of SceneView.
+/// A scrolling film. \p firstColumn and \p width are the region on a sensor of \p sensorWidth pixels;
+/// \p brightness as in SceneView.
 std::shared_ptr<const Film> webFilm(int sensorWidth, int firstColumn, int width, double brightness,
                                     bool reverseX);
 

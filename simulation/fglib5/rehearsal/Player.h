@@ -14,16 +14,16 @@
 
 namespace simulation {
 
-/// One for the process, never destroyed. Any thread but those of the runtime itself.
+/// The process has one, which is never destroyed. Any thread except those of the runtime itself.
 class Player
 {
 public:
     static Player& instance();
 
-    /// Ends the scenario that is being played, and begins another.
+    /// Ends the current scenario and starts this one.
     void play(Scenario scenario);
     void stop();
-    /// What has been done, a line each, and what it waits for.
+    /// The steps performed so far, one per line, and the step that it waits for.
     std::string report() const;
 
 private:
@@ -44,11 +44,11 @@ private:
     mutable std::mutex m_mutex;
     std::condition_variable m_changed;
     Scenario m_scenario;
-    std::size_t m_position = 0; ///< of the next step; behind the last one: it has been played
-    std::uint64_t m_round = 0;  ///< that is being played, from 1; 0: none was yet
+    std::size_t m_position = 0; ///< of the next step; after the last one: the round is over
+    std::uint64_t m_round = 0;  ///< current round, from 1; 0: none yet
     bool m_stopping = false;
     Clock::time_point m_start; ///< of the round
-    Clock::time_point m_last;  ///< when the last step was performed
+    Clock::time_point m_last;  ///< time of the last step
     std::vector<std::string> m_done;
 };
 

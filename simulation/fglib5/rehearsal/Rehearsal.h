@@ -12,14 +12,14 @@
 
 namespace simulation {
 
-/// One for the process, never destroyed. Any thread, also one of a channel or of events.
+/// The process has one, which is never destroyed. Any thread, including those of channels and events.
 class Rehearsal
 {
 public:
     static Rehearsal& instance();
 
-    /// What the step answers, lines with a line feed each; "" for most. Throws FG_INVALID_ARGUMENT and
-    /// FG_INVALID_BOARD_NUMBER for a board or a port that the machine does not have.
+    /// Performs \p step. Returns its answer, in lines that end with a line feed; "" for most steps. Throws
+    /// FG_INVALID_ARGUMENT and FG_INVALID_BOARD_NUMBER for a port or a board that the machine does not have.
     std::string perform(const Step& step);
 
 private:

@@ -1,16 +1,16 @@
 /// \file
-/// Scenario: the steps of a rehearsal with the moments at which they come, as a file lists them.
+/// Scenario: the steps of a rehearsal and their times, read from a file.
 ///
-///   # lines like this one are for people
+///   # a comment
 ///   seed 7
 ///   at image 500 of board 0 DMA 0: unplug camera 0 0; after 2 s: plug camera 0 0
 ///   at 10 s: fault Fg_AcquireEx once
 ///   repeat 3
 ///
-/// Steps come one after the other, in the order of the file: "at image" with that image of the channel's
-/// present acquisition, or the first one behind it; "at" so long after the scenario's start; "after" so long
-/// after the step before. Times are in s or ms. The seed is that of cables which name none. "repeat", at the
-/// end, plays everything so often; without a number without end.
+/// Steps run in the order of the file: "at image" when that image of the channel's current acquisition has
+/// arrived, or the first one after it; "at" that time after the scenario's start; "after" that time after the
+/// previous step. Times are in s or ms. "seed" applies to loose cables without a seed of their own. "repeat"
+/// is the last line and plays everything so often; without a number, without end.
 #pragma once
 
 #include "rehearsal/Step.h"
@@ -35,11 +35,11 @@ struct TimedStep
 
     Moment moment = Moment::SinceStart;
     std::chrono::milliseconds time{0};
-    unsigned int board = 0; ///< of the image
+    unsigned int board = 0; ///< board of the image
     int dma = 0;
     std::int64_t image = 0;
     Step step;
-    std::string text; ///< as it stands in the file
+    std::string text; ///< unchanged from the file
 };
 
 struct Scenario
@@ -50,9 +50,9 @@ struct Scenario
     std::uint64_t rounds = 1;
 };
 
-/// Throws FG_INVALID_ARGUMENT with one line that names \p file, the line and what is wrong in it.
+/// Throws FG_INVALID_ARGUMENT with one line that names \p file, the line and the error.
 Scenario readScenario(const std::string& file, std::string_view content);
-/// Throws FG_FILE_ERROR as well.
+/// Like readScenario; also throws FG_FILE_ERROR.
 Scenario readScenarioFile(const std::filesystem::path& file);
 
 } // namespace simulation

@@ -1,5 +1,5 @@
 /// \file
-/// Words: the blank-separated words of a line, taken one after the other.
+/// Words: reads the words of a line, separated by blanks, one after the other.
 #pragma once
 
 #include "Failure.h"
@@ -22,11 +22,11 @@ public:
     explicit Words(std::string_view line) : m_rest(line) { skipBlanks(); }
 
     bool atEnd() const { return m_rest.empty(); }
-    /// The word that comes next, "" at the end.
+    /// The next word, "" at the end.
     std::string_view peek() const { return m_rest.substr(0, m_rest.find_first_of(BLANKS)); }
     std::string_view rest() const { return m_rest; }
 
-    /// \p what it is, for the message when there is none.
+    /// Takes the next word. \p what names it in the message if there is none.
     std::string_view take(const char* what)
     {
         const auto word = peek();

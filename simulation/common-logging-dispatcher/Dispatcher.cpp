@@ -46,7 +46,7 @@ constinit std::atomic<bool> ended{false};
 
 Dispatcher& Dispatcher::instance()
 {
-    // A dispatcher of the field has nothing left then, and what becomes of such a call is anybody's guess.
+    // A real dispatcher is gone by then, and the call has undefined behaviour. Here it ends with a message.
     if (ended) {
         std::fputs("common-logging-dispatcher: called after its end\n", stderr);
         std::abort();
@@ -140,7 +140,7 @@ void Dispatcher::disconnect()
         client->onDisconnect(client->object);
 }
 
-// The client has compared level and threshold already; a message that is here is wanted.
+// The client has compared level and threshold already, so every message is written.
 void Dispatcher::log(std::uint64_t id, std::uint32_t level, const char* text)
 {
     const std::lock_guard lock(m_mutex);
@@ -149,7 +149,7 @@ void Dispatcher::log(std::uint64_t id, std::uint32_t level, const char* text)
     ++m_messages;
     auto& stream = m_file.is_open() ? static_cast<std::ostream&>(m_file) : std::cerr;
     stream << level << ' ' << m_tags[id - 1] << ' ' << text
-           << std::endl; // a crash must not lose the last lines
+           << std::endl; // flush, so that a crash loses no line
 }
 
 std::uint64_t Dispatcher::messages()

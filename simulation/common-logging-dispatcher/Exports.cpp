@@ -29,7 +29,7 @@ static void registerLogger(const char* tag, std::uint64_t* loggerId, std::uint32
     *threshold = logger.threshold;
 }
 
-// The two further arguments have no place in a line.
+// A line does not contain the two further arguments.
 static void takeMessage(std::uint64_t loggerId, std::uint32_t level, const char* text, std::uint64_t,
                         std::uint64_t)
 {

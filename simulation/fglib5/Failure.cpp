@@ -10,7 +10,7 @@ namespace simulation {
 
 namespace {
 
-// Without a destructor, so that a thread's end does not pin the module.
+// Without a destructor: one would keep the module loaded until the thread ends.
 struct LastError
 {
     int number;

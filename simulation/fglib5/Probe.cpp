@@ -18,14 +18,14 @@ constexpr std::array NAMES = {
 };
 static_assert(NAMES.size() == static_cast<std::size_t>(Entry::Count));
 
-// How many entries of this thread are under way: an entry called by another one is indented in the journal.
+// Number of entries on this thread's stack: the journal indents an entry that another one calls.
 constinit thread_local unsigned int depth = 0;
 
 } // namespace
 
 Probe& Probe::instance()
 {
-    static auto* probe = new Probe; // outlives every thread that may still call in while the process ends
+    static auto* probe = new Probe; // never destroyed: threads may call entries while the process ends
     return *probe;
 }
 
@@ -72,7 +72,7 @@ bool Probe::concerns(std::size_t entry, std::optional<unsigned int> board, std::
 int Probe::takeFault(std::size_t entry, int board)
 {
     int code = 0;
-    // Every plan counts this call, also when an earlier one already makes it fail.
+    // Every plan counts this call, even if an earlier plan already makes it fail.
     std::erase_if(m_faults, [&](Fault& fault) {
         if (!concerns(fault.entry, fault.board, entry, board))
             return false;

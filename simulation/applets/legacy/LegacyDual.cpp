@@ -1,4 +1,4 @@
-// A legacy applet: tells its layout itself, through one function.
+// A legacy applet: one exported function describes its layout.
 
 #include "fglib5/LegacyApplet.h"
 

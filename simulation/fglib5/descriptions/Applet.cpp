@@ -19,7 +19,7 @@ namespace {
 constexpr auto FORMAT = "virtual-applet-1";
 constexpr int MAX_SIDE = 32768; // pixels
 constexpr int MAX_DMAS = 256;
-constexpr int FIRST_OWN_ID = 10000; // below are the runtime's own parameters
+constexpr int FIRST_OWN_ID = 10000; // lower ids are the runtime's own parameters
 constexpr int MAX_LEGACY_CHANNELS = 64;
 
 bool hasEnding(const std::filesystem::path& file, const std::string& ending)
@@ -41,7 +41,7 @@ FgValueType valueTypeNamed(const std::string& name)
     return TYPES.at(name);
 }
 
-// The runtime computes with signed numbers of 64 bits that double also holds exactly.
+// The runtime computes with signed 64-bit integers, limited to those that a double holds exactly.
 std::pair<double, double> limitsOf(FgValueType type)
 {
     switch (type) {
@@ -77,7 +77,7 @@ struct EffectRow
     std::string_view name;
     Effect effect;
     FgValueType type;
-    double minimum; ///< what the parameter's range must lie in
+    double minimum; ///< the parameter's range must lie within these limits
     double maximum;
 };
 
@@ -237,7 +237,7 @@ int readProcessesInFile(const JsonField& field, std::size_t processes)
     return static_cast<int>(field.integer(-1, MAX_DMAS));
 }
 
-// A channel that names no port delivers the camera at its own position among its process's ports.
+// A channel that names no port gets the port at its own position in its process.
 void assignPorts(Applet& applet)
 {
     for (const auto& process : applet.processes) {

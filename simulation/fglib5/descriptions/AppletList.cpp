@@ -59,7 +59,7 @@ void AppletList::addInstalled(const std::filesystem::path& installation, const s
             try {
                 add(file.string(), nullptr);
             } catch (const Failure&) {
-                continue; // who adds the file by itself is told why
+                continue; // adding this file singly reports its error
             }
         }
     }

@@ -35,7 +35,7 @@ std::string withoutPrefix(const std::string& message)
     return place == std::string::npos ? message : message.substr(place + 4);
 }
 
-// A text in a file can hold any character, by its escape; in a message none may end the line.
+// A text in a file can contain any character as an escape; in a message it must not end the line.
 std::string onOneLine(std::string text)
 {
     std::ranges::replace_if(
@@ -47,7 +47,7 @@ std::string onOneLine(std::string text)
 
 std::string readFile(const std::filesystem::path& file)
 {
-    std::error_code unknown; // what cannot even be asked about cannot be opened either, and ends below
+    std::error_code unknown; // ignored: opening the file fails below, too
     if (std::filesystem::is_directory(file, unknown))
         throw std::ios_base::failure("a folder");
     std::ifstream stream;

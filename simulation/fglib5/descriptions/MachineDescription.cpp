@@ -14,7 +14,7 @@ namespace simulation {
 
 namespace {
 
-constexpr int MAX_SENSOR_SIDE = 16384; // pixels a side
+constexpr int MAX_SENSOR_SIDE = 16384; // pixels
 constexpr unsigned int MAX_PORTS = 256;
 
 BoardDescription readBoard(const JsonField& field)
@@ -26,7 +26,7 @@ BoardDescription readBoard(const JsonField& field)
             .ports = static_cast<unsigned int>(field["ports"].integer(0, MAX_PORTS))};
 }
 
-// A board type stands for one model everywhere: folders are named after the model and found by the type.
+// A board type must stand for one model: folders are named after the model and found by the type.
 void requireFittingBoard(const JsonField& field, const std::vector<BoardDescription>& others,
                          const BoardDescription& board)
 {
@@ -53,7 +53,7 @@ std::vector<BoardDescription> readBoards(const JsonField& list)
     return boards;
 }
 
-// "shot-2.png" comes before "shot-10.png": numbers count as such.
+// Sorts numbers in names by value: "shot-2.png" comes before "shot-10.png".
 std::string orderKey(const std::filesystem::path& file)
 {
     std::string key, digits;
@@ -82,7 +82,7 @@ ReplayDescription readReplay(const JsonField& field, const std::filesystem::path
     const auto folder = machineFolder / fglib5::pathOf(field["folder"].text());
     const auto series = field["series"].textOr("");
     ReplayDescription replay{.files = {}, .repeat = field["repeat"].booleanOr(true)};
-    std::error_code missing; // ends below, as a folder without pictures does
+    std::error_code missing; // ignored: refused below, like a folder without pictures
     for (const auto& entry : std::filesystem::directory_iterator(folder, missing)) {
         const auto name = entry.path().stem().string();
         const bool wanted =
@@ -96,12 +96,12 @@ ReplayDescription readReplay(const JsonField& field, const std::filesystem::path
     return replay;
 }
 
-// What the camera looks at decides which of the other fields it has.
+// The kind of source (scene, replay, line camera) determines the camera's other fields.
 void readSource(const JsonField& field, const std::filesystem::path& machineFolder, CameraDescription& camera)
 {
     camera.scene = Scene::TextChart;
     camera.lineScan = field["lineRate"].given();
-    std::pair<int, int> size{0, camera.lineScan ? 1 : 0}; // of the sensor, where it need not be said
+    std::pair<int, int> size{0, camera.lineScan ? 1 : 0}; // the sensor's default size
     if (camera.lineScan) {
         if (field["frameRate"].given())
             field["frameRate"].expected("no frame rate for a camera with a line rate");

@@ -9,11 +9,12 @@ namespace {
 
 std::chrono::milliseconds seconds(std::int64_t count)
 {
-    constexpr std::int64_t MAX_SECONDS = 1'000'000'000; // some thirty years: a clock can still add it
+    constexpr std::int64_t MAX_SECONDS =
+        1'000'000'000; // about thirty years: adding it to a clock does not overflow
     return std::chrono::seconds(std::clamp<std::int64_t>(count, 0, MAX_SECONDS));
 }
 
-// What a client holds of a board that was unplugged is released like any other. Only then the client is told.
+// Releases objects of an unplugged board like any others, and only then reports FG_DEVICE_LOST.
 template <class Release>
 int releaseOf(Fg_Struct* handle, Release release)
 {
@@ -23,7 +24,7 @@ int releaseOf(Fg_Struct* handle, Release release)
     return FG_OK;
 }
 
-// A client may name the ring it thinks of; it has to be the channel's.
+// If the client names a ring, it must be the channel's.
 DmaChannel& channelWithRing(Grabber& grabber, unsigned int dma, FgBufferRing* ring)
 {
     auto& channel = grabber.channel(dma);

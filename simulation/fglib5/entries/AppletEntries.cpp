@@ -100,8 +100,8 @@ const char* Fg_getAppletStringProperty(const FgAppletIteratorItem* applet, int p
     }
 }
 
-// The first installed applet of the board whose file name begins with what \p path holds; it is replaced by
-// the whole path.
+// Replaces the text in \p path by the full path of the board's first installed applet whose file name begins
+// with it.
 int Fg_findApplet(unsigned int board, char* path, std::size_t pathBytes)
 {
     const std::string beginning = checkedArgument(path, "path");

@@ -54,7 +54,7 @@ int Fg_registerEventCallback(Fg_Struct* grabber, std::uint64_t mask, FgEventCall
     return FG_OK;
 }
 
-// Of all boards, with a handle or without: a board that has gone has none.
+// Notifies of all boards, whatever the handle: an unplugged board has none.
 int Fg_registerAsyncNotifyCallback(Fg_Struct*, FgNotifyCallback callback, void* userData)
 {
     Notifier::instance().add(callback, userData);

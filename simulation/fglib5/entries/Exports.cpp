@@ -1,5 +1,5 @@
-// The exported functions. Each one is a row of a list: it passes the probe, calls the implementation of its
-// name, and lets no exception out.
+// The exported functions, one for each row of a list. Each passes the probe, calls the implementation with
+// its name, and turns exceptions into results.
 
 #include "Failure.h"
 #include "Probe.h"
@@ -16,7 +16,7 @@ namespace simulation {
 
 namespace {
 
-// They release what a client holds, and a client cannot release it twice. So a planned failure changes their
+// Entries that release a client's object. A client does not retry them, so a planned failure changes their
 // result only.
 bool releases(Entry entry)
 {
@@ -64,8 +64,8 @@ Result guarded(Call call) noexcept
     }
 }
 
-// Position of the parameter called "board" in a list such as "(const char* file, unsigned int board)"; -1
-// where there is none.
+// Position of the parameter "board" in a list such as "(const char* file, unsigned int board)"; -1 if there
+// is none.
 constexpr int positionOfBoard(std::string_view parameters)
 {
     int position = 0;
@@ -79,7 +79,7 @@ constexpr int positionOfBoard(std::string_view parameters)
     return -1;
 }
 
-// The board that a call is about, -1 for none: that of its handle, or the one that it names.
+// The board that a call concerns: that of its handle, or the one in its argument; -1: none.
 template <class... Arguments>
 int calledBoard(int position, const Arguments&... arguments)
 {
@@ -115,7 +115,7 @@ Result watched(Entry entry, const BoardOf& boardOf, Call call) noexcept
 } // namespace simulation
 
 // clang-format off
-// Finds out which board a call is about.
+// Makes a function that returns the board that a call concerns.
 #define FGSIM_BOARD_OF(parameters, arguments)                                                                  \
     [&] {                                                                                                      \
         return std::apply(                                                                                     \
@@ -144,7 +144,7 @@ extern "C" {
     }
 #include "fglib5/CameraControl.inc"
 
-// Not watched: who controls the simulation does not want to be part of it.
+// The control functions do not pass the probe, since they control it.
 #define FGSIM_ENTRY(result, name, parameters, arguments)                                         \
     FGSIM_LINKAGE(name) result name parameters                                                   \
     {                                                                                            \
@@ -154,7 +154,7 @@ extern "C" {
 
 } // extern "C"
 
-// The runtime's own entries are declared by Fglib5.h, which the compiler compares.
+// Fglib5.h declares the runtime's own entries, so the compiler compares them with their definitions.
 #define FGCAM_ENTRY(result, name, parameters, arguments) \
     static_assert(std::is_same_v<decltype(name), name##_t>);
 #include "fglib5/CameraControl.inc"

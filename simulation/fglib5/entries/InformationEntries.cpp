@@ -36,7 +36,7 @@ std::string information(int selector, unsigned int argument)
 
 } // namespace
 
-// The last error is the calling thread's, whatever the handle.
+// Returns the calling thread's last error, whatever the handle.
 int Fg_getLastErrorNumber(Fg_Struct*)
 {
     return lastErrorNumber();

@@ -1,6 +1,6 @@
 // Libraries, boards and their configuration.
 //
-// Entries that build on others call them by their exported names, the way the real runtime's parts do.
+// Entries call each other by their exported names, like the parts of the real runtime.
 
 #include "entries/Answers.h"
 #include "entries/Entries.h"

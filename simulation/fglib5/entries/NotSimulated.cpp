@@ -1,4 +1,4 @@
-// Entries without behaviour. They say so: FG_NOT_SIMULATED and a line that names the entry.
+// Entries that are not simulated. They return FG_NOT_SIMULATED, and the error text names the entry.
 
 #include "Failure.h"
 #include "entries/Entries.h"

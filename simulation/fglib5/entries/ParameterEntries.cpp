@@ -7,7 +7,7 @@ namespace simulation::entries {
 
 namespace {
 
-// The value's type for the entries that name none.
+// The value's type, for entries without a type argument.
 FgValueType typeOf(const Grabber& grabber, int parameter, unsigned int dma)
 {
     return Grabber::isLayoutQuery(parameter) ? FG_TYPE_INT32 : grabber.description(parameter, dma).type;

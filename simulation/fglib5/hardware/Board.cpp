@@ -163,7 +163,7 @@ void Board::setLooseLink(unsigned int port, std::shared_ptr<const LooseLink> lin
 
 // --- cameras
 
-// What comes out of the cable at the board.
+// The stream that arrives at the board; null if the link is unplugged.
 std::shared_ptr<const Stream> Board::arriving(const Camera& camera) const
 {
     return m_cables.linksDown.contains(camera.description().port) ? nullptr : camera.stream();
@@ -256,7 +256,7 @@ void Board::drawAhead() const
     }
 }
 
-// Without the lock; the settings can change meanwhile.
+// Draws without the lock, so the settings may change in the meantime.
 std::shared_ptr<const Film> Board::draw(std::unique_lock<std::mutex>& lock, const Camera& camera)
 {
     for (;;) {

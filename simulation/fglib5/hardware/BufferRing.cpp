@@ -34,7 +34,7 @@ BufferRing::BufferRing(std::size_t bytes, FgFrameIndex buffers)
     if (ringBytes + static_cast<std::int64_t>(bytes) > Shortage::imageMemory)
         throw Failure(FG_NO_MEMORY,
                       "There is no image memory for a ring of " + std::to_string(bytes) + " bytes");
-    m_memory = std::make_unique<std::uint8_t[]>(bytes); // written with zeros: no page is missing later
+    m_memory = std::make_unique<std::uint8_t[]>(bytes); // zeroed, so that all pages are mapped
     m_bytes = bytes;
     const auto each = bytes / count;
     for (std::size_t i = 0; i < count; ++i)

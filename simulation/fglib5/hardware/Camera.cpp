@@ -53,7 +53,7 @@ std::vector<ParameterDescription> parametersOf(const CameraDescription& camera)
         integer(FGCAM_REVERSE_X, "ReverseX", "", 0, 1, 0),
     };
     if (camera.lineScan)
-        return parameters; // its lines have no order to reverse, and its picture no end
+        return parameters; // a line camera has no ReverseY and no test pattern
     parameters.push_back(integer(FGCAM_REVERSE_Y, "ReverseY", "", 0, 1, 0));
     parameters.push_back(choiceParameter(FGCAM_TEST_PATTERN, "TestPattern",
                                          {{0, "off"}, {1, "ramp"}, {2, "checkerboard"}}, 0));
@@ -120,7 +120,7 @@ Camera::View Camera::view() const
     const auto whole = [this](int parameter) {
         return m_parameters.find(parameter) != nullptr ? m_parameters.integer(parameter) : 0;
     };
-    // No longer than the time from one image to the next.
+    // At most the time between two images.
     const double exposed = rate() > 0 ? std::min(value(FGCAM_EXPOSURE), 1e6 / rate()) : value(FGCAM_EXPOSURE);
     View view;
     view.scene = {
@@ -167,7 +167,7 @@ void Camera::goOn(std::shared_ptr<const Film> film)
 {
     auto stream = *m_stream;
     stream.film = std::move(film);
-    if (stream.rate != rate()) { // the count goes on where it is, from now on at another pace
+    if (stream.rate != rate()) { // keep the image count, at the new rate
         const auto now = std::chrono::steady_clock::now();
         const std::chrono::duration<double> age = now - stream.start;
         stream.first += static_cast<std::uint64_t>(std::ceil(age.count() * stream.rate));

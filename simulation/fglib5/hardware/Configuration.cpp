@@ -70,7 +70,7 @@ std::vector<Line> readLines(const std::filesystem::path& file)
     return lines;
 }
 
-// The last of several counts, as for every other value.
+// If a key occurs several times, the last one counts, as for other values.
 std::string entry(const std::vector<Line>& lines, const std::string& section, const std::string& key)
 {
     std::string value;
@@ -90,7 +90,7 @@ std::string appletName(const std::filesystem::path& file, const std::vector<Line
         name = entry(lines, "Kamerasektion", "Typ");
     if (name.empty())
         refuse(file, 0, "expected the name of an applet (HapName, FileName or Typ), found none");
-    const bool complete = name.find_first_of("./\\") != std::string::npos; // with an ending, or a path
+    const bool complete = name.find_first_of("./\\") != std::string::npos; // with a suffix, or a path
     return complete ? name : name + ".dll";
 }
 
@@ -125,13 +125,13 @@ Setting settingOf(const Grabber& grabber, const std::filesystem::path& file, con
     }
 }
 
-// The folder in which an applet is looked for that is known by its name only.
+// The folder of an applet that is given by its name only.
 const char* folderFor(const std::string& name)
 {
     return name.ends_with(".hap") ? "Hardware Applets" : "dll";
 }
 
-// An installed applet goes by its name; any other by its path, so that it is found again.
+// The name of an installed applet; the path of any other, so that it can be found again.
 std::string storedName(const Grabber& grabber)
 {
     const auto& file = grabber.applet().file;
@@ -159,7 +159,7 @@ std::string contentFor(const Grabber& grabber)
     return text;
 }
 
-// Beside the target, so that renaming never crosses a file system.
+// In the target's folder, so that renaming never crosses a file system.
 std::filesystem::path temporaryFor(const std::filesystem::path& file)
 {
     static std::atomic<unsigned int> count{0};
@@ -174,7 +174,7 @@ void writeWhole(const std::filesystem::path& file, const std::string& content)
     stream.exceptions(std::ios::badbit | std::ios::failbit);
     stream.open(file, std::ios::binary | std::ios::trunc);
     stream << content;
-    stream.close(); // a full disk may show only here
+    stream.close(); // may be the first call to report a full disk
 }
 
 } // namespace
@@ -184,7 +184,7 @@ void saveConfiguration(const Grabber& grabber, const std::filesystem::path& file
     const auto content = contentFor(grabber);
     const auto temporary = temporaryFor(file);
     try {
-        // A full disk takes the beginning of a file before it refuses the rest.
+        // A full disk accepts the beginning of a file before it refuses the rest.
         writeWhole(temporary, Shortage::diskFull ? content.substr(0, content.size() / 2) : content);
         if (Shortage::diskFull)
             throw std::ios_base::failure("the disk is full");

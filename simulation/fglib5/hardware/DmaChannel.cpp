@@ -13,21 +13,21 @@ namespace simulation {
 
 namespace {
 
-// A board has memory of its own: a channel that is late catches up with this much of its source.
+// A board has memory of its own: a late channel catches up with this much of its source.
 constexpr std::chrono::milliseconds BOARD_MEMORY{500};
 
-// With this many images at most, one right after the other, does a channel catch up. The newest image that a
-// reader has been given is then still whole, and the source goes on at its own pace before its buffer is due.
+// A late channel writes at most this many images without waiting. The newest image that a reader has got is
+// then still intact, and the source continues at its own rate before that image's buffer is overwritten.
 FgFrameIndex maxCatchUp(const BufferRing& ring, FgFrameIndex wanted)
 {
     if (wanted != FG_GRAB_INFINITE && wanted <= ring.size())
-        return std::numeric_limits<FgFrameIndex>::max(); // no buffer is written twice
+        return std::numeric_limits<FgFrameIndex>::max(); // no buffer is overwritten
     return std::max<FgFrameIndex>(ring.size() - 2, 1);
 }
 
 constexpr std::chrono::microseconds MAX_SPIN{50};
 
-// A client that looks at a channel with slower pulses than this finds it waiting for one.
+// With slower trigger pulses than this, the channel's state is "waiting for trigger" between two pulses.
 constexpr double LIVELY_RATE = 1; // Hz
 
 constexpr auto NOBODY_WAITS = std::numeric_limits<FgFrameIndex>::max();
@@ -41,7 +41,7 @@ std::string eventName(const char* kind, int dma)
 
 } // namespace
 
-// When the next image of the present source is due.
+// Computes when the next image of the current source is due.
 class DmaChannel::Pace
 {
 public:
@@ -54,8 +54,8 @@ public:
           m_height(height)
     {}
 
-    /// The channel has had this source in view since \p joined, and its trigger has been the same since
-    /// \p triggerChanged: what went by before is not for it.
+    /// Takes the images of \p source from \p joined on, with a trigger that has not changed since
+    /// \p triggerChanged; ignores earlier images and triggers.
     void follow(const std::shared_ptr<const Stream>& source, Clock::time_point joined, const Trigger& present,
                 Clock::time_point triggerChanged)
     {
@@ -89,16 +89,15 @@ public:
         return m_start + duration(periods / m_rate);
     }
 
-    /// When the source can send another image after the one before.
+    /// The earliest time at which the source can send its next image.
     Clock::time_point ready() const
     {
         return m_sourceRate > 0 ? m_latest + duration(1 / m_sourceRate) : m_latest;
     }
     void sent(Clock::time_point now) { m_latest = now; }
 
-    // Leaves out the oldest of the images that are due, where they are more than the board's memory holds or
-    // than may still be written without waiting; returns how many that were. The image that is next then may
-    // not be due yet.
+    // Skips the oldest images that are due if they are more than the board's memory holds, or more than may
+    // be written without waiting; returns their number. The next image may not be due yet after that.
     FgFrameIndex skipLost(Clock::time_point now)
     {
         const std::chrono::duration<double> late = now - due(), memory = BOARD_MEMORY;
@@ -113,7 +112,7 @@ public:
     }
 
     void waited() { m_written = 0; }
-    /// False when no further image may be written without waiting in between.
+    /// False if the channel has to wait before it writes a further image.
     bool countWritten()
     {
         if (m_written == m_longest)
@@ -134,14 +133,14 @@ private:
         return m_sourceRate > 0 ? std::min(rate, m_sourceRate) : rate;
     }
 
-    std::uint64_t m_longest;     ///< images that may be written without waiting in between
+    std::uint64_t m_longest;     ///< images that may be written without waiting
     std::uint64_t m_written = 0; ///< images since the channel last waited for its source
     int m_height;
     double m_sourceRate = 0; ///< images per second that the source can send
-    double m_rate = 0;       ///< images per second that come; 0: as fast as possible, or none
+    double m_rate = 0;       ///< images per second that arrive; 0: as fast as possible, or none
     Clock::time_point m_start;
     std::uint64_t m_first = 0; ///< number of the image at that moment
-    bool m_firstAtOnce = true; ///< it is there then, and not a period later
+    bool m_firstAtOnce = true; ///< the first image is due at that moment, not a period later
     Clock::time_point m_latest{};
 };
 
@@ -172,7 +171,7 @@ void DmaChannel::acquire(std::shared_ptr<BufferRing> ring, FgFrameIndex frames, 
             throw Failure(FG_ACQUISITION_RUNNING,
                           "DMA channel " + std::to_string(m_description.index) + " acquires already");
     }
-    finishThread(); // of an acquisition that has got all its images
+    finishThread(); // of an acquisition that has received all its images
     ring->claim(processing.bytes());
     {
         const std::lock_guard lock(m_mutex);
@@ -298,7 +297,7 @@ void DmaChannel::setProcessing(const Processing& processing)
 {
     const std::lock_guard lock(m_mutex);
     if (!m_running)
-        return; // the next acquisition says what it wants
+        return; // the next acquisition passes its own settings
     auto next = processing;
     next.format = m_processing->format;
     next.width = m_processing->width;
@@ -355,9 +354,9 @@ const std::shared_ptr<const Stream>& DmaChannel::source() const
     return m_generatorOn ? m_generatorStream : m_cameraStream;
 }
 
-// A source that is as fast as possible has its next image ready before a reader would have fallen asleep, and
-// to wake one would cost the acquisition more than a small image does. Where all cores are busy, others go
-// first. The images of any other source are worth a sleep.
+// A source that is as fast as possible has its next image ready before a reader could fall asleep, and waking
+// a reader costs the acquisition more than a small image. So the reader spins, and yields if all cores are
+// busy. For any other source it sleeps.
 void DmaChannel::spinFor(FgFrameIndex frame, std::unique_lock<std::mutex>& lock) const
 {
     if (m_last >= frame || !m_running || !source() || source()->rate != 0 ||
@@ -376,7 +375,7 @@ FgFrameIndex DmaChannel::waitFor(FgFrameIndex frame, std::chrono::milliseconds t
     std::unique_lock lock(m_mutex);
     spinFor(frame, lock);
     while (m_last < frame && m_running && !m_stopping && !m_gone) {
-        m_awaited = std::min(m_awaited, frame); // whoever wakes the readers forgets what they wait for
+        m_awaited = std::min(m_awaited, frame); // waking the readers resets it
         if (m_delivered.wait_until(lock, deadline) == std::cv_status::timeout)
             break;
     }
@@ -470,7 +469,7 @@ void DmaChannel::run()
         callApc(lock, now);
         tellOfImage(lock);
     }
-    finish(); // still under the lock: who has seen the last image finds the ring free
+    finish(); // under the same lock: a client that has seen the last image finds the ring free
 }
 
 const std::shared_ptr<const FrameCycle>& DmaChannel::cycleFor(const Stream& stream)
@@ -490,7 +489,8 @@ void DmaChannel::finish()
     m_delivered.notify_all();
 }
 
-// Waits until the next image is due. False when something changed on the way and has to be looked at first.
+// Waits until the next image is due. False if something changed in the meantime, which has to be checked
+// first.
 bool DmaChannel::imageDue(std::unique_lock<std::mutex>& lock, Pace& pace)
 {
     if (pace.stream != source() || pace.trigger != m_trigger)
@@ -548,7 +548,7 @@ void DmaChannel::loseImage(Pace& pace, std::unique_lock<std::mutex>& lock)
     ++pace.next;
     ++m_lost;
     m_events.raise(m_lossEvent, m_last);
-    lock.unlock(); // a source without a pace of which nothing arrives must not keep a stop out
+    lock.unlock(); // so that stop() gets the lock even if a source as fast as possible loses all its images
     std::this_thread::yield();
     lock.lock();
 }
@@ -566,7 +566,7 @@ void DmaChannel::tellOfImage(std::unique_lock<std::mutex>& lock) const
 
 void DmaChannel::publish(std::uint64_t taken)
 {
-    // A reader that waits for a later image costs nothing until then.
+    // Readers that wait for a later image are not woken.
     m_timestamps[static_cast<std::size_t>(m_last % m_ring->size())] = taken;
     if (++m_last < m_awaited)
         return;

@@ -9,8 +9,8 @@ namespace simulation {
 
 namespace {
 
-// Events of one kind that wait for the callbacks. What comes in excess is dropped and counted: a flood of one
-// kind neither grows without end nor pushes out the others.
+// Maximum number of queued events of one kind. Further ones are dropped and counted, so that a flood of one
+// kind neither grows the queue nor displaces other events.
 constexpr std::size_t MAX_QUEUED_OF_A_KIND = 256;
 
 } // namespace

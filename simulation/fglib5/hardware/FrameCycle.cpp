@@ -18,8 +18,8 @@ namespace {
 constexpr std::size_t MAX_CACHED_CYCLES = 256UL << 20U; // bytes
 constexpr std::size_t MAX_KEPT_CYCLE = 128UL << 20U;    // bytes
 
-// A board writes into memory, not into a core's caches. For an image that these would not hold anyway the
-// same is done here: it takes a third less time, and leaves the caches to those who read.
+// A board writes into memory, not into a core's caches. For images larger than the caches this does the same,
+// which takes a third less time and leaves the caches to the readers.
 void copyPastTheCaches(std::uint8_t* target, const std::uint8_t* source, std::size_t bytes)
 {
 #if defined(__SSE2__)
@@ -39,13 +39,13 @@ void copyPastTheCaches(std::uint8_t* target, const std::uint8_t* source, std::si
     std::memcpy(target, source, bytes);
 }
 
-// A scrolling film is rendered whole, line by line; images are cut from it.
+// A scrolling film is rendered as a whole; images are cut from it.
 Processing adapted(const Film& film, Processing processing)
 {
     if (!film.scrolls())
         return processing;
     processing.height = film.height();
-    processing.flipY = false; // lines go by in the order in which they come
+    processing.flipY = false; // lines keep their order
     processing.origin = Origin{processing.origin ? processing.origin->x : 0, 0};
     return processing;
 }
@@ -121,7 +121,7 @@ void FrameCycle::writeScrolling(std::uint64_t number, std::span<std::uint8_t> ta
     }
 }
 
-// In the coordinates of the source, whose lines the channel may cut elsewhere.
+// In the source's coordinates; the channel may cut the lines elsewhere.
 void FrameCycle::fill(std::span<std::uint8_t> target, int x, int y, int count,
                       std::span<const std::uint16_t> samples) const
 {

@@ -45,7 +45,7 @@ std::string channelName(unsigned int dma)
     return "DMA channel " + std::to_string(dma);
 }
 
-// A failed or impossible position.
+// Throws for a position that fails by description or does not exist.
 int elementOf(const std::vector<int>& elements, int position, const std::optional<int>& failing)
 {
     if (position < 0 || position >= static_cast<int>(elements.size()))
@@ -226,7 +226,7 @@ void Grabber::set(int parameter, unsigned int dma, const ParameterValue& value)
 
 void Grabber::takeUp(Channel& channel)
 {
-    const std::lock_guard inOrder(channel.settings); // the values read last are those applied last
+    const std::lock_guard inOrder(channel.settings); // so that the latest values are applied last
     std::unique_lock lock(m_mutex);
     const auto processing = processingOf(channel);
     const auto trigger = triggerOf(channel);
@@ -310,7 +310,7 @@ FgRegisterInfo* Grabber::registerInfo(unsigned int dma)
 {
     if (m_channels.contains(static_cast<int>(dma)))
         return &channelOf(dma).registers.info;
-    // Index 0 always has an answer: it is how the parameters of an applet without channel 0 are asked for.
+    // Index 0 is always valid: clients use it for the parameters of an applet without channel 0.
     if (dma == 0)
         return &m_appletRegisters.info;
     throw Failure(FG_INVALID_DMA, "The applet has no " + channelName(dma));
@@ -379,7 +379,7 @@ void Grabber::acquire(unsigned int dma, FgFrameIndex frames, FgBufferRing* given
     const auto processing = processingOf(channel);
     lock.unlock();
     channel.dma.acquire(std::move(buffers), frames, processing);
-    takeUp(channel); // a value that was written in between
+    takeUp(channel); // a value may have been written in between
 }
 
 void Grabber::sendSoftwareTrigger(unsigned int port, std::uint64_t count)

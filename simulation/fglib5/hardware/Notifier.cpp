@@ -8,7 +8,7 @@ namespace simulation {
 
 Notifier& Notifier::instance()
 {
-    static auto* notifier = new Notifier; // its thread runs until the process is gone
+    static auto* notifier = new Notifier; // never destroyed: its thread runs until the process ends
     return *notifier;
 }
 

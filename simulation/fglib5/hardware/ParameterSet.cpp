@@ -102,7 +102,7 @@ ParameterValue parsed(const std::string& text)
     return number;
 }
 
-// A step counts from the minimum; one of 0 means any value.
+// Steps count from the minimum; a step of 0 allows any value.
 void requireStep(const ParameterDescription& description, std::int64_t value)
 {
     const auto step = static_cast<std::int64_t>(description.step);
@@ -248,7 +248,7 @@ ParameterValue ParameterSet::checked(const ParameterDescription& description,
         throw Failure(FG_NOT_WRITABLE, description.name + " cannot be written");
     if (description.type == FG_TYPE_STRING) {
         const auto& text = stringOf(value);
-        if (text.find_first_of("\r\n") != std::string::npos) // a configuration file could not hold it
+        if (text.find_first_of("\r\n") != std::string::npos) // a configuration file cannot contain it
             outOfRange(description.name + " takes a text of one line");
         return text;
     }

@@ -13,7 +13,7 @@ namespace simulation {
 
 Runtime& Runtime::instance()
 {
-    // Never destroyed: acquisition threads of boards that nobody freed run until the process is gone.
+    // Never destroyed: acquisition threads of boards that were not freed run until the process ends.
     static auto* runtime = new Runtime;
     return *runtime;
 }
@@ -58,7 +58,7 @@ void Runtime::loadLocked()
     if (m_machine && inUse())
         return;
     Stamp stamp{.file = machineFile(), .time = {}, .size = 0};
-    std::error_code ignored; // a missing file is reported by who reads it
+    std::error_code ignored; // reading reports a missing file
     stamp.time = std::filesystem::last_write_time(stamp.file, ignored);
     stamp.size = std::filesystem::file_size(stamp.file, ignored);
     if (m_machine && m_machine->stamp == stamp)
@@ -148,7 +148,7 @@ Fg_Struct* Runtime::open(const std::filesystem::path& file, unsigned int index)
                                                     hardware.model + "' of type " +
                                                     std::to_string(hardware.boardType));
     const auto grabber = std::make_shared<Grabber>(std::move(applet), hardware.model, hardware.serial);
-    // Nothing acquires yet: whoever waits for images later does not wait for the drawing.
+    // Drawn now, so that the first image of an acquisition does not wait for it.
     place->drawAhead();
     place->occupy(grabber);
     const std::lock_guard lock(m_handles);
@@ -159,7 +159,7 @@ Fg_Struct* Runtime::open(const std::filesystem::path& file, unsigned int index)
 void Runtime::close(Fg_Struct* handle)
 {
     const auto closing = held(handle);
-    // Throws where it is called from a thread of the board itself; the handle stays valid then.
+    // Throws on a thread of the board itself; then the handle stays valid.
     closing->close();
     std::shared_ptr<Board> place;
     {

@@ -8,7 +8,8 @@ namespace simulation {
 
 namespace {
 
-// The noise's lattice, repeated every 256 units: looking a value up is several times as fast as computing it.
+// The noise's lattice, which repeats every 256 units. A look-up is several times as fast as computing a
+// value.
 class Lattice
 {
 public:
@@ -55,7 +56,7 @@ float cloudiness(float x, float y, int octaves)
     return sum / total;
 }
 
-// A very wide picture (a line camera's) shows a strip three heights wide, not one line magnified.
+// A very wide picture (of a line camera) shows a strip three units wide, instead of one magnified line.
 Canvas::Canvas(int width, int height, const Window& window)
     : m_wholeWidth(width),
       m_wholeHeight(height),

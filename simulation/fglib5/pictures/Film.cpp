@@ -43,7 +43,7 @@ struct ScenePictures
     }
 };
 
-// What moves while the sensor is exposed is smeared: the mean of some moments.
+// Motion during the exposure blurs the picture: returns the mean of several moments.
 Canvas moment(Scene scene, const Canvas& still, float phase, float length, int moments)
 {
     auto picture = still;
@@ -80,7 +80,7 @@ std::shared_ptr<const ScenePictures> scenePictures(const SceneView& view)
     return cache->get(key, [&] { return drawScene(view); });
 }
 
-// A sensor's noise, in samples: one table for all images, entered at another place for each line and image.
+// A sensor's noise, in samples: one table for all images, with another offset for each line and image.
 class SensorNoise
 {
 public:
@@ -160,8 +160,7 @@ public:
         auto* target = samples.data();
         for (int x = 0; x < width(); ++x) {
             if (m_pattern == Pattern::Checkerboard) {
-                const int shifted =
-                    x + 64 * image / count; // two fields to the left is where the pattern repeats
+                const int shifted = x + 64 * image / count; // the pattern repeats every two fields
                 const auto sample = sampleOf((shifted / 32 + y / 32) % 2 == 0 ? part(24) : part(224));
                 *target++ = sample;
                 *target++ = sample;

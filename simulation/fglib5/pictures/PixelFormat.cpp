@@ -125,7 +125,7 @@ void PixelStream::packLine()
     if (inBytes(m_format))
         std::ranges::transform(m_line, target.begin(),
                                [](std::uint16_t sample) { return static_cast<std::uint8_t>(sample); });
-    else if (inWords(m_format)) // in the byte order of the machines that the runtime runs on
+    else if (inWords(m_format)) // little-endian, like the machines that the runtime runs on
         std::memcpy(target.data(), m_line.data(), m_lineBytes);
     else
         packBits(m_line.data(), m_line.size(), static_cast<unsigned int>(m_format.depth), target.data());

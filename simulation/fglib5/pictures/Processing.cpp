@@ -15,7 +15,7 @@ std::uint16_t luminance(const std::uint16_t* rgb)
     return static_cast<std::uint16_t>((77U * rgb[0] + 150U * rgb[1] + 29U * rgb[2]) >> 8U);
 }
 
-// Red, green or blue, as the mosaic has it at one of the places of a field of two by two.
+// The colour (red, green or blue) of the mosaic at a position in a field of 2 x 2.
 std::size_t colourAt(int redAt, int place)
 {
     if (place == redAt)

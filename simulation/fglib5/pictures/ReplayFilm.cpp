@@ -24,7 +24,7 @@ std::vector<unsigned char> contentOf(const std::filesystem::path& file)
     return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-/// A picture read from its file; of size 0 where that cannot be read.
+/// A picture read from its file; size 0 if the file cannot be read.
 struct StoredPicture
 {
     int width = 0;
@@ -87,7 +87,7 @@ public:
     }
 
 private:
-    // Lines are asked for one after the other: the cache is not asked for each.
+    // Keeps the last picture, because lines are read one after the other: the cache is used once per picture.
     std::shared_ptr<const StoredPicture> opened(std::size_t picture) const
     {
         const std::lock_guard lock(m_mutex);

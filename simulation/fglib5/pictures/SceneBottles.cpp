@@ -61,7 +61,7 @@ void paintBelt(Canvas& canvas, float shift)
         [](float, float y) { return std::abs(y - BELT_TOP) - 0.004F; }, [](float, float) { return 0.30F; });
 }
 
-// How brightly the label's paper shows at a place given from its middle; 1 is blank paper.
+// Brightness of the label at a position relative to its middle; 1 is blank paper.
 float labelPrint(float x, float y)
 {
     const auto printed = [](float distance) { return ramp(0.0016F, -0.0016F, distance); };
@@ -88,7 +88,7 @@ float glassShade(float u, float y)
     const float edge = std::abs(u);
     const bool filled = y > LIQUID_LEVEL;
     float shade = filled ? 0.34F : 0.66F;
-    shade *= 1 - 0.75F * edge * edge * edge * edge; // glass darkens where one looks along it
+    shade *= 1 - 0.75F * edge * edge * edge * edge; // glass is darker at its edges
     shade += (filled ? 0.22F : 0.10F) * std::exp(-16 * (u - 0.12F) * (u - 0.12F)); // light through the middle
     shade += 0.45F * std::exp(-180 * (u + 0.62F) * (u + 0.62F));                   // reflection of the lamp
     shade += 0.16F * std::exp(-300 * (u - 0.72F) * (u - 0.72F));
@@ -147,7 +147,7 @@ void paintBottlingHall(Canvas& canvas)
     paintBackWall(canvas);
 }
 
-// One pitch further every bottle stands where its neighbour stood.
+// After one pitch every bottle is at its neighbour's position, so the pictures repeat.
 void paintBottles(Canvas& canvas, float phase)
 {
     const float shift = phase * PITCH;

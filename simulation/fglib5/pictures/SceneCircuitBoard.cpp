@@ -69,7 +69,7 @@ void paintVia(Canvas& canvas, Point center)
     paintPad(canvas, center, 0.0085F, 0.004F);
 }
 
-// Parallel lines that leave downwards, bend by 45 degrees and go on to the side.
+// Parallel lines that run downwards, bend by 45 degrees and continue to the side.
 void paintBus(Canvas& canvas, Point start, int lines, float down, float side)
 {
     const float sign = side < 0 ? -1.0F : 1.0F;

@@ -55,7 +55,7 @@ void paintSky(Canvas& canvas)
 
 float ridge(const Range& range, float x)
 {
-    // Folding the noise at its middle makes peaks out of bumps.
+    // Folding the noise at its middle turns bumps into peaks.
     const float bumps = cloudiness(x * range.coarse + range.seed, range.seed, 5);
     return range.foot - range.height * (1 - 2 * std::abs(bumps - 0.5F));
 }
@@ -63,12 +63,12 @@ float ridge(const Range& range, float x)
 struct Skyline
 {
     std::vector<float> y;     ///< by column
-    std::vector<float> slope; ///< positive where it falls to the right, where the sun stands
+    std::vector<float> slope; ///< positive where it falls to the right, towards the sun
 };
 
 Skyline skylineOf(const Canvas& canvas, const Range& range)
 {
-    constexpr float REACH = 0.03F; // evens single rocks out
+    constexpr float REACH = 0.03F; // evens out single rocks
     Skyline line;
     for (int column = 0; column < canvas.columns(); ++column) {
         const float x = canvas.right() * static_cast<float>(column) / static_cast<float>(canvas.columns());
@@ -265,7 +265,7 @@ void paintLandscape(Canvas& canvas)
     paintForeground(canvas);
 }
 
-// Four equal sails: a quarter turn later the picture is the same again.
+// Four equal sails: the picture repeats after a quarter turn.
 void paintWindmillSails(Canvas& canvas, float phase)
 {
     const auto hub = millOf(canvas);

@@ -32,7 +32,7 @@ void paintStar(Canvas& canvas, Point center, float radius)
     const auto spoke = [&](float x, float y) {
         const float angle = std::atan2(y - center.y, x - center.x);
         const float away = std::max(circle(x, y, center, 0), 1e-4F);
-        // Distance from the nearest spoke's edge: an angle of a sine's zero, times the radius.
+        // Approximate distance from the nearest spoke's edge, which is at a zero of the sine.
         return std::sin(angle * SPOKES) * away / SPOKES;
     };
     canvas.paint(
@@ -41,7 +41,7 @@ void paintStar(Canvas& canvas, Point center, float radius)
         [](float, float) { return INK; });
 }
 
-// Groups of five bars, each group finer than the one before.
+// Groups of five bars, each group finer than the previous one.
 void paintBars(Canvas& canvas, Point corner, bool upright)
 {
     float pitch = 0.022F;
@@ -112,7 +112,7 @@ void paintFrame(Canvas& canvas)
             paintCorner(canvas, {x, y});
 }
 
-// Six fields of one colour each: red, yellow, green, cyan, blue, magenta.
+// Six colour fields: red, yellow, green, cyan, blue, magenta.
 void paintColours(Canvas& canvas, Point corner, float side)
 {
     constexpr Colour FIELDS[] = {{0.8F, 0.1F, 0.1F}, {0.8F, 0.8F, 0.1F}, {0.1F, 0.7F, 0.1F},

@@ -6,12 +6,12 @@ namespace simulation {
 
 namespace {
 
-constexpr int STRIP_LINES = 1024; // until the weave repeats, which does not show
+constexpr int STRIP_LINES = 1024; // period of the weave; the repetition is invisible
 constexpr float WHITE_SAMPLE = 65535;
-constexpr float SELVEDGE = 0.04F; // bare table on either side, of the sensor's width
+constexpr float SELVEDGE = 0.04F; // bare table on either side, relative to the sensor's width
 constexpr auto CLOTH = hue(0.62F, 0.74F, 1.0F), TABLE_BELOW = hue(1, 0.9F, 0.8F);
 
-constexpr std::uint64_t FAULT_DISTANCE = 640; // lines; in each stretch of these there is one fault or none
+constexpr std::uint64_t FAULT_DISTANCE = 640; // lines; each stretch of this length has at most one fault
 constexpr int MAX_FAULT_LINES = 320;
 
 struct Fault
@@ -20,8 +20,8 @@ struct Fault
     int lines;
     float x; ///< of its middle, in pixels of the sensor
     float halfWidth;
-    float drift; ///< pixels a line
-    bool round;  ///< or a scratch
+    float drift; ///< pixels per line
+    bool round;  ///< else a scratch
     float luminance;
 };
 

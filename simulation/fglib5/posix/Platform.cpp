@@ -20,7 +20,7 @@ std::string libraryEnding()
 
 void* openLibrary(const std::filesystem::path& file)
 {
-    // An absolute path: a bare name would be searched for in the system's folders.
+    // An absolute path: the loader would search the system's folders for a bare name.
     return dlopen(std::filesystem::absolute(file).c_str(), RTLD_NOW | RTLD_LOCAL);
 }
 

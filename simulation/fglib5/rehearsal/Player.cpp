@@ -10,7 +10,7 @@ namespace simulation {
 
 namespace {
 
-// Of a scenario without end the latest steps are told.
+// Number of steps that report() lists; a scenario without end has more.
 constexpr std::size_t MAX_TOLD = 200;
 
 } // namespace
@@ -65,7 +65,7 @@ void Player::run()
             m_position = 0;
             m_start = m_last;
         } else if (next().moment == TimedStep::Moment::Image) {
-            m_changed.wait(lock); // the channel performs it
+            m_changed.wait(lock); // the channel's thread performs the step
         } else if (timeHasCome(lock)) {
             performNext();
         }
@@ -73,7 +73,7 @@ void Player::run()
     ImageWatch::arrived = nullptr;
 }
 
-// False when something changed on the way.
+// False if something changed in the meantime.
 bool Player::timeHasCome(std::unique_lock<std::mutex>& lock)
 {
     const bool sinceStart = next().moment == TimedStep::Moment::SinceStart;
@@ -84,7 +84,7 @@ bool Player::timeHasCome(std::unique_lock<std::mutex>& lock)
     return false;
 }
 
-// Under the lock: the steps that take time are none that come back here.
+// Under the lock, which is safe because steps that take time do not call the player.
 void Player::performNext()
 {
     std::string line = next().text;
@@ -106,8 +106,8 @@ void Player::imageArrived(unsigned int board, int dma, FgFrameIndex frame)
     instance().takeImage(board, dma, frame);
 }
 
-// On the channel's thread, between this image and the next: how many have arrived when the step comes does
-// not depend on who runs first.
+// On the channel's thread, between this image and the next, so that the number of images before the step does
+// not depend on scheduling.
 void Player::takeImage(unsigned int board, int dma, FgFrameIndex frame)
 {
     const std::lock_guard lock(m_mutex);

@@ -74,7 +74,7 @@ void loosen(Board& board, const Step& step)
                        std::make_shared<const LooseLink>(LooseLink{damage, step.number, step.seed}));
 }
 
-// A name without a folder that is no file here is that of a scenario of the installation.
+// A name without a folder that is not a file in the current folder means a scenario of the installation.
 std::filesystem::path scenarioFile(const std::string& name)
 {
     const auto file = fglib5::pathOf(name);
@@ -99,7 +99,7 @@ std::string controlScenario(const std::string& name)
     return {};
 }
 
-// Everything that is not as it should be, as the steps that brought it about.
+// All faults and shortages, as the steps that caused them.
 std::string plansText()
 {
     auto lines = Probe::instance().plans();

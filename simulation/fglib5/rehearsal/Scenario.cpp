@@ -63,7 +63,7 @@ private:
                                           : words.number("a number of rounds from 1", std::uint64_t{1});
         words.expectEnd();
         m_ended = true;
-        // Else it would not let anybody else come to a turn.
+        // An endless scenario without a wait would block all other threads.
         if (m_scenario.rounds == Scenario::WITHOUT_END && !takesTime())
             throw Failure(FG_INVALID_ARGUMENT, "A scenario without end needs a step that waits with 'after'");
     }
@@ -142,7 +142,7 @@ Scenario readScenario(const std::string& file, std::string_view content)
         return reader.read(content);
     } catch (const Failure& failure) {
         std::string reason = failure.what();
-        for (auto& letter : reason) // what stands in a file may be anything, the refusal stays one line
+        for (auto& letter : reason) // the file may contain control characters; the message stays one line
             if (static_cast<unsigned char>(letter) < ' ')
                 letter = '?';
         throw Failure(failure.code(),

@@ -31,7 +31,7 @@ unsigned int portOf(Words& words)
     return words.number("a port", 0U, Step::MAX_INDEX);
 }
 
-// Options of a fault come in any order.
+// A fault's options may come in any order.
 void readFault(Words& words, Step& step)
 {
     step.entry = entryOf(words);
@@ -115,7 +115,7 @@ void readDisk(Words& words, Step& step)
         Words::refuse(state, "full or free");
 }
 
-// A file's name may hold blanks.
+// A file's name may contain blanks.
 void readScenarioName(Words& words, Step& step)
 {
     step.entry = words.takeRest();

@@ -10,7 +10,7 @@ std::filesystem::path ownModule()
     const DWORD flags = GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
     if (GetModuleHandleExW(flags, reinterpret_cast<LPCWSTR>(&ownModule), &module) == 0)
         return {};
-    std::wstring path(32768, L'\0'); // the longest path that Windows knows
+    std::wstring path(32768, L'\0'); // the longest path on Windows
     path.resize(GetModuleFileNameW(module, path.data(), static_cast<DWORD>(path.size())));
     return path;
 }

@@ -1,4 +1,4 @@
-// Starting, waiting, stopping.
+// Commands that start and stop acquisition, and wait for images.
 #include "Arguments.h"
 #include "Channels.h"
 #include "ChoiceDialog.h"
@@ -83,7 +83,7 @@ void setAnswer(Console& console, const Arguments& arguments)
     console.dialog.setAnswer({arguments.integer(0, "BUTTON", 0, 2), remember});
 }
 
-/// True when the channel has \p wanted images, or will not get them any more.
+/// True if the channel has \p wanted images, or has stopped without them.
 bool isSettled(const Channel& channel, std::int64_t wanted)
 {
     return channel.received() >= wanted || !channel.scene->isGrabbing();
@@ -91,7 +91,7 @@ bool isSettled(const Channel& channel, std::int64_t wanted)
 
 void requireImages(const Channel& channel, std::int64_t wanted)
 {
-    const bool acquires = channel.scene->isGrabbing(); // asked first: the last image comes before the end
+    const bool acquires = channel.scene->isGrabbing(); // read first: the last image arrives before the end
     const auto arrived = channel.received();
     if (arrived < wanted)
         throw RequestError(channel.title + ": " + std::to_string(arrived) + " of " + std::to_string(wanted) +
@@ -129,7 +129,7 @@ void waitForImages(Console& console, const std::vector<Channel>& channels, std::
     }
 }
 
-/// The channels that acquire, and those that have the images already: their acquisition may have ended.
+/// The channels that acquire, and those that already have the images, since their acquisition may have ended.
 std::vector<Channel> channelsToWaitFor(const Console& console, std::int64_t wanted)
 {
     auto channels = allChannels(console);

@@ -1,4 +1,4 @@
-// What a board holds: loading, unloading, structure.
+// Commands that load and unload applets and show a board's structure.
 #include "Arguments.h"
 #include "CommandTable.h"
 #include "Console.h"
@@ -49,7 +49,7 @@ void unload(Console& console, const Arguments& arguments)
                                "Board " + std::to_string(board->getIndex()) + " is empty.");
 }
 
-/// "name: one, two, three", on as many lines as it takes.
+/// "name: one, two, three", broken into lines.
 void printList(Printer& printer, const std::string& indent, const std::string& name,
                const std::vector<std::string>& items)
 {

@@ -14,7 +14,7 @@ namespace {
 
 constexpr double MAX_WAIT_SECONDS = 86400;
 
-/// Reads all of \p text as a number; false when it is none.
+/// Reads all of \p text as a number; false if it is not one.
 template <class Number>
 bool read(const std::string& text, Number& number)
 {

@@ -21,10 +21,10 @@ public:
     /// All words, one blank between them.
     std::string joined() const;
 
-    /// A whole number between two bounds. Throws RequestError, which calls the argument \p name.
+    /// An integer between two bounds. Throws RequestError with \p name as the argument's name.
     int integer(std::size_t position, const char* name, int minimum,
                 int maximum = std::numeric_limits<int>::max()) const;
-    /// A time such as "2" or "0.5". Throws RequestError.
+    /// A time in seconds, such as "2" or "0.5". Throws RequestError.
     std::chrono::milliseconds seconds(std::size_t position) const;
 
 private:

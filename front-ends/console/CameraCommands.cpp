@@ -1,4 +1,4 @@
-// The cameras' own parameters, and triggers.
+// Commands for the cameras' parameters and for triggers.
 #include "Arguments.h"
 #include "CommandTable.h"
 #include "Console.h"

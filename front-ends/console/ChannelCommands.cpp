@@ -1,4 +1,4 @@
-// How a DMA channel works: its buffers, and where its images come from.
+// Commands for a DMA channel's buffers and its generator.
 #include "Arguments.h"
 #include "CommandTable.h"
 #include "Console.h"

@@ -1,5 +1,5 @@
 /// \file
-/// The DMA channels that have images, as the commands name them.
+/// Channel: a DMA channel with a display scene, and look-ups of channels for commands.
 #pragma once
 
 #include "Fields.h"
@@ -32,14 +32,14 @@ struct Channel
 
     std::int64_t received() const { return scene->statistics().received; }
 
-    /// Begins what a program is told about the channel: "board" and "dma".
+    /// The fields "board" and "dma", followed by \p more, for output as JSON.
     Fields fields(const Fields& more) const;
 };
 
-/// In the order of boards and channels.
+/// All channels, in the order of boards and channels.
 std::vector<Channel> allChannels(const Console& console);
 
-/// The channel that two arguments from \p position on name: board, and index of the DMA channel. Throws
+/// The channel that two arguments from \p position on name: board and index of the DMA channel. Throws
 /// RequestError.
 Channel findChannel(const Console& console, const Arguments& arguments, std::size_t position);
 

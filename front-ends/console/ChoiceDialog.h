@@ -20,16 +20,16 @@ public:
         bool remember;
     };
 
-    /// Gives the next line that the user types behind a prompt; empty when no more come.
+    /// Prompts the user and returns the line; empty at the end of input.
     using User = std::function<std::optional<std::string>(const std::string& prompt)>;
 
-    /// Without \p user, setAnswer gives the answers.
+    /// Without \p user, the answers are those of setAnswer.
     ChoiceDialog(Printer& printer, User user);
 
-    /// The answer to the questions that come from now on; button 2 at first.
+    /// Sets the answer to later questions; initially button 2.
     void setAnswer(const Answer& answer);
 
-    /// Prints the question and the answer. Asks a user until the answer makes sense; takes button 2 at the
+    /// Prints the question and the answer. Asks the user until the answer is valid; chooses button 2 at the
     /// end of input.
     Answer ask(const std::string& question, const std::array<std::string, 3>& buttons);
 

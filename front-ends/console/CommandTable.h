@@ -1,5 +1,5 @@
 /// \file
-/// The commands a session understands.
+/// ConsoleCommand: a command of the console; the table of all commands.
 #pragma once
 
 #include <cstddef>
@@ -14,20 +14,20 @@ struct Console;
 struct ConsoleCommand
 {
     const char* name;
-    const char* arguments; ///< as the help shows them: CAPITALS stand for values, [] for what may be left out
+    const char* arguments; ///< as shown in the help: CAPITALS stand for values, [] for optional arguments
     const char* help;
     std::size_t minArguments; ///< number of arguments
     std::size_t maxArguments;
-    void (*run)(Console&, const Arguments&); ///< throws RequestError, or what the host throws
+    void (*run)(Console&, const Arguments&); ///< throws RequestError, or an exception of the host
 };
 
-/// Name and arguments, as the help shows them.
+/// Name and arguments, as shown in the help.
 std::string usageOf(const ConsoleCommand& command);
 
 /// Any number of arguments.
 inline constexpr std::size_t ANY_NUMBER = static_cast<std::size_t>(-1);
 
-// By topic, each in a source of its own.
+// Each topic has its own source.
 std::vector<ConsoleCommand> resourceCommands();
 std::vector<ConsoleCommand> appletCommands();
 std::vector<ConsoleCommand> configurationCommands();
@@ -39,13 +39,13 @@ std::vector<ConsoleCommand> statisticsCommands();
 std::vector<ConsoleCommand> rehearsalCommands();
 std::vector<ConsoleCommand> sessionCommands();
 
-/// All of them, in the order of the help.
+/// All commands, in the order of the help.
 const std::vector<ConsoleCommand>& commandTable();
 
-/// Throws RequestError when there is no such command.
+/// Throws RequestError if there is no such command.
 const ConsoleCommand& findCommand(const std::string& name);
 
-/// Carries out a line. \p words begins with the command's name. Throws RequestError.
+/// Executes a line. \p words begins with the command's name. Throws RequestError.
 void runCommand(Console& console, const std::vector<std::string>& words);
 
 } // namespace ovra::console

@@ -29,7 +29,7 @@ bool separatesWords(char character)
     return character == ' ' || character == '\t';
 }
 
-/// The places of a usage such as "BOARD [DMA] NAME", without the brackets.
+/// One argument of a usage such as "BOARD [DMA] NAME", without brackets.
 struct Place
 {
     std::string name;
@@ -63,7 +63,7 @@ Words splitAt(const std::string& text, const std::string& separator)
     return parts;
 }
 
-/// What may stand at \p position: more than one where words before it may have been left out.
+/// The possible arguments at \p position: several if earlier ones are optional.
 std::set<std::string> namesAt(const std::string& usage, std::size_t position)
 {
     std::set<std::string> names;
@@ -71,7 +71,7 @@ std::set<std::string> namesAt(const std::string& usage, std::size_t position)
         const auto places = placesOf(alternative);
         for (std::size_t place = position, last = position; place <= last && place < places.size(); ++place) {
             names.insert(places[place].name);
-            // A place at or before this one that may be left out moves the next one here.
+            // If an argument up to this one is optional, the next one may be at this position.
             const auto end = places.begin() + static_cast<std::ptrdiff_t>(place) + 1;
             last = position + static_cast<std::size_t>(std::count_if(
                                   places.begin(), end, [](const Place& each) { return each.optional; }));
@@ -127,7 +127,7 @@ Words files(const std::string& word, const std::filesystem::path& folder)
     const std::string typed = word.substr(word.starts_with('"') ? 1 : 0);
     const std::string parent = typed.substr(0, typed.find_last_of('/') + 1);
     Words names;
-    std::error_code none; // a folder that cannot be read has no files to offer
+    std::error_code none; // ignored: a folder that cannot be read offers no files
     std::filesystem::path where = folder / pathOf(parent);
     if (where.empty())
         where = ".";
@@ -194,7 +194,7 @@ std::vector<std::string> completionsOf(const std::string& line, const std::files
                 if (candidate.starts_with(word))
                     fitting.insert(candidate);
     } catch (const std::exception&) {
-        // Words that make no sense can be followed by nothing.
+        // After invalid words there is nothing to complete.
     }
     return {fitting.begin(), fitting.end()};
 }

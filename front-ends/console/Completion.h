@@ -1,5 +1,5 @@
 /// \file
-/// What the word that a user types may become.
+/// Completion of the word that the user types.
 #pragma once
 
 #include <filesystem>
@@ -8,11 +8,11 @@
 
 namespace ovra::console {
 
-/// Where the last word of \p line begins, a quote that opens it included.
+/// Position of the last word of \p line, including an opening quote.
 std::size_t lastWordOf(const std::string& line);
 
-/// What the last word of \p line may become: commands, and as the command's usage has it boards, DMA
-/// channels, applets, parameters, fixed words, files. Sorted. Files with relative names lie in \p folder. GUI
+/// The completions of the last word of \p line, sorted: commands, and according to the command's usage
+/// boards, DMA channels, applets, parameters, fixed words, files. Relative file names refer to \p folder. GUI
 /// thread.
 std::vector<std::string> completionsOf(const std::string& line, const std::filesystem::path& folder);
 

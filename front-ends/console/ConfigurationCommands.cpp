@@ -1,4 +1,4 @@
-// How a board is set up: parameters, and the files that keep them.
+// Commands for parameters and configuration files.
 #include "Arguments.h"
 #include "CommandTable.h"
 #include "Console.h"
@@ -21,7 +21,7 @@ using namespace frontend;
 
 namespace {
 
-/// What "BOARD [DMA]" names; \p named tells whether DMA is there.
+/// The owners that "BOARD [DMA]" names; \p named: the optional DMA is given.
 std::vector<ParameterOwner> ownersOf(const BoardNode& board, const Arguments& arguments, bool named)
 {
     if (!named)
@@ -66,7 +66,7 @@ void set(Console& console, const Arguments& arguments)
     setParameter(board, owners, name, arguments.text(named ? 3 : 2));
     for (const auto& owner : owners)
         printParameter(console, owner, name);
-    console.views.update_dma_memory(); // an image of another size takes other buffers
+    console.views.update_dma_memory(); // another image size changes the buffers
 }
 
 void storeMcf(Console& console, const Arguments& arguments)

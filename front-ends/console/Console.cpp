@@ -58,7 +58,7 @@ std::filesystem::path Console::outputFile(const std::string& name) const
 
 std::filesystem::path Console::inputFile(const std::string& name) const
 {
-    std::error_code none; // a file that cannot be looked at is not there
+    std::error_code none; // ignored: a file that cannot be accessed counts as missing
     for (const auto& file : {pathOf(options.outputFolder) / pathOf(name), pathOf(name)})
         if (std::filesystem::exists(file, none))
             return file;

@@ -1,5 +1,5 @@
 /// \file
-/// Console: what the commands of a session work with.
+/// Console: the objects that the commands of a session use.
 #pragma once
 
 #include <boost/shared_ptr.hpp>
@@ -29,7 +29,7 @@ class ConsoleViews;
 class Interrupts;
 class Printer;
 
-/// GUI thread. What it refers to outlives it.
+/// GUI thread. The referenced objects must outlive it.
 struct Console
 {
     reference::Application& application;
@@ -39,25 +39,26 @@ struct Console
     frontend::ImageCollection& images;
     Interrupts& interrupts;
     const frontend::SessionOptions& options;
-    bool ended = false; ///< set to end the session after the present line
+    bool ended = false; ///< set to end the session after the current line
 
-    /// Has the application run \p command, and lets the loop run until nothing is left to do for it. Throws
-    /// RequestError, before it does anything, while an earlier command is still under way, and when the user
-    /// interrupts the command or it takes longer than a minute: then it goes on.
+    /// Submits \p command and runs the event loop until the application is idle.
+    /// \throws RequestError  without effect, while an earlier command is running; or if the user interrupts
+    /// the wait or
+    ///     it takes longer than a minute, and then the command continues
     void run(const boost::shared_ptr<core::Command>& command);
 
-    /// Throws RequestError while a command is under way.
+    /// Throws RequestError while a command is running.
     void requireIdle() const;
 
-    /// A file to write, below the output folder unless \p name is a whole path. Folders that are missing are
-    /// made and told.
+    /// A file to write, below the output folder unless \p name is absolute. Creates missing folders, with a
+    /// message.
     std::filesystem::path outputFile(const std::string& name) const;
 
-    /// A file to read that a user names: where there is one of that name in the output folder, it is meant.
-    /// Throws RequestError when there is none.
+    /// A file to read; a file of that name in the output folder takes precedence. Throws RequestError if
+    /// there is none.
     std::filesystem::path inputFile(const std::string& name) const;
 
-    /// Lets the loop run until \p condition holds; false when \p limit passed first. Throws RequestError when
+    /// Runs the event loop until \p condition holds; false if \p limit expires first. Throws RequestError if
     /// the user interrupts the command.
     bool waitUntil(const std::function<bool()>& condition, std::chrono::milliseconds limit);
 };

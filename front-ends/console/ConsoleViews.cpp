@@ -87,7 +87,7 @@ void ConsoleViews::showLoadAppletError(const std::string& message)
 
 void ConsoleViews::showLoadAppletWarning(const std::string& message)
 {
-    // The library warns of a board that goes on without its configuration.
+    // The library reports a refused configuration as a warning only.
     m_configurationRefused = m_configurationRefused || message.starts_with("...Error loading MCF");
     m_printer.warning(message);
 }
@@ -114,7 +114,7 @@ void ConsoleViews::logMsgCallback(unsigned long level, unsigned long threadId, c
     constexpr unsigned long ERROR_LEVEL = 0;
     constexpr unsigned long WARNING_LEVEL = 1;
     m_recentLog.add(std::string(levelName(level)) + ": " + text);
-    // A broken file, or a channel that gets no image, must not go unseen because the log is not shown.
+    // Errors and warnings, such as a broken file, are shown even if the log is not.
     if (!m_logShown && level == ERROR_LEVEL)
         m_printer.error(text);
     if (!m_logShown && level == WARNING_LEVEL)
@@ -160,7 +160,7 @@ void ConsoleViews::applet_unloaded()
     m_images.dropUnloaded();
 }
 
-// Comes at the end of every load, also of one that failed and left a board without channels.
+// Called at the end of every load, also of a failed one, which leaves the board without channels.
 void ConsoleViews::ensure_board_selection(unsigned int board)
 {
     const auto node = boardOfSerial(board);
@@ -171,7 +171,7 @@ void ConsoleViews::ensure_board_selection(unsigned int board)
     tellEnds(*node);
 }
 
-// From the scenes' own threads.
+// Subscribes to the ends of acquisitions, which come on the scenes' own threads.
 void ConsoleViews::tellEnds(const core::models::HlEnvironmentBoardNode& board)
 {
     std::erase_if(m_acquisitionEnds, [](const auto& connection) { return !connection.connected(); });

@@ -1,5 +1,5 @@
 /// \file
-/// ConsoleViews: the front end's side of the library, as lines of text.
+/// ConsoleViews: prints the library's callbacks as lines of text.
 #pragma once
 
 #include "front-ends/shared/EventCounter.h"
@@ -25,18 +25,18 @@ namespace ovra::console {
 class ChoiceDialog;
 class Printer;
 
-/// GUI thread but for logMsgCallback and connectFglibEvents. Printer, images and dialog outlive it.
+/// GUI thread, except logMsgCallback and connectFglibEvents. Printer, images and dialog must outlive it.
 class ConsoleViews final : public gui::Views
 {
 public:
     ConsoleViews(Printer& printer, frontend::ImageCollection& images, ChoiceDialog& dialog);
 
-    /// Whether all messages of the host's log are printed. At first only its warnings and errors are.
+    /// True: print all messages of the host's log. Initially it prints warnings and errors only.
     void setLogShown(bool shown);
     std::map<std::string, std::int64_t> eventCounts() const;
-    /// The last messages of the host's log, shown or not, the oldest first.
+    /// The last messages of the host's log, printed or not, the oldest first.
     std::vector<std::string> recentLog() const { return m_recentLog.all(); }
-    /// Whether the configuration of the load that was started last could not be applied.
+    /// True if the configuration of the last load was refused.
     bool configurationRefused() const { return m_configurationRefused; }
 
     void onInitializeBegin() override;
@@ -81,13 +81,13 @@ private:
     frontend::ImageCollection& m_images;
     ChoiceDialog& m_dialog;
     std::string m_caption;
-    std::string m_memory; ///< the figures that were told last
+    std::string m_memory; ///< the figures that were printed last
     bool m_initialized = false;
     bool m_configurationRefused = false;
     std::vector<boost::signals2::scoped_connection> m_acquisitionEnds;
     std::atomic<bool> m_logShown{false};
     frontend::RecentMessages m_recentLog{200};
-    // Shared with the subscriptions, which a board may hold longer than the library holds the views.
+    // Shared with the subscriptions, which may outlive the views.
     const std::shared_ptr<frontend::EventCounter> m_events;
 };
 

@@ -1,5 +1,5 @@
 /// \file
-/// What the console says of ports, acquisition and memory.
+/// Texts about ports, acquisition and memory.
 #pragma once
 
 #include "Fields.h"
@@ -14,10 +14,10 @@ namespace ovra::console {
 
 /// The connector that a logical port is mapped to.
 std::string connectorText(const core::models::HlEnvironmentLogicalPortNode& port);
-/// The camera at that connector; empty when there is none.
+/// The camera at that connector; empty if there is none.
 std::string cameraText(const core::models::HlEnvironmentLogicalPortNode& port);
 
-/// Which channels and cameras acquire: "board 0 DMA 1", "camera of board 0 port 1".
+/// The channels and cameras that acquire: "board 0 DMA 1", "camera of board 0 port 1".
 std::vector<std::string> acquiring();
 /// Memory of all DMA buffers, and its limit.
 std::string memoryText();

@@ -1,5 +1,5 @@
 /// \file
-/// Fields: what a command tells, for programs.
+/// Fields: the result of a command, for output as JSON.
 #pragma once
 
 #include <cstdint>

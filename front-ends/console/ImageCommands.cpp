@@ -1,4 +1,4 @@
-// What is done with images: saving, recording, looking at them.
+// Commands that save, record and show images.
 #include "Arguments.h"
 #include "Channels.h"
 #include "CommandTable.h"
@@ -29,7 +29,7 @@ namespace {
 
 constexpr std::chrono::seconds MAX_NEXT_IMAGE_WAIT{30};
 
-/// The next image of a channel that acquires, the last one of a channel at rest.
+/// The next image of a running channel, the last one of a stopped channel.
 StoredImage currentImage(Console& console, const Channel& channel)
 {
     const auto before = channel.images->count();
@@ -43,7 +43,7 @@ StoredImage currentImage(Console& console, const Channel& channel)
     return image;
 }
 
-/// What a program is told about an image.
+/// The fields of an image, for output as JSON.
 Fields fieldsOf(const display::Image& image)
 {
     return {{"number", image.number},
@@ -82,7 +82,7 @@ void saveImage(Console& console, const Arguments& arguments)
                            channel.title + ": " + imageText(image.description) + ", saved as " + name + ".");
 }
 
-/// Hands the images of a channel to a recorder, as long as it lives.
+/// Passes the images of a channel to a recorder while it exists.
 class Tap
 {
 public:
@@ -179,7 +179,7 @@ std::string colourCode(const char* plane, const Colour& colour)
            std::to_string(colour[1]) + ";" + std::to_string(colour[2]) + "m";
 }
 
-// An upper half block in one colour on a ground of another: two pixels in a character.
+// An upper half block with foreground and background colour shows two pixels in one character.
 std::string inColour(const Colour& upper, const Colour& lower)
 {
     return colourCode("38", upper) + colourCode("48", lower) + "\u2580";

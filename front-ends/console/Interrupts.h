@@ -1,5 +1,5 @@
 /// \file
-/// Interrupts: what the user wants to end.
+/// Interrupts: Ctrl-C and other signals, as requests to end the command or the session.
 #pragma once
 
 #include "front-ends/shared/Process.h"
@@ -10,29 +10,29 @@
 
 namespace ovra::console {
 
-/// Safe from any thread.
+/// Any thread.
 class Interrupts
 {
 public:
     /// At a terminal the first Ctrl-C ends the command that waits, and another one before the next line ends
-    /// the session. Without one, as with every other signal, the first ends the session. Where the session is
-    /// to end already, a further signal ends the program at once.
+    /// the session. Without a terminal the first Ctrl-C ends the session; other signals always do. Once the
+    /// session is to end, a further signal ends the program at once.
     explicit Interrupts(bool atTerminal);
 
-    /// Takes a signal.
+    /// Handles a signal.
     void handle(frontend::Signal signal);
 
-    /// Whether what waits is to end.
+    /// True if the command that waits has to end.
     bool commandEnds() const;
     bool sessionEnds() const;
 
-    /// How often Ctrl-C came that still counts.
+    /// Number of Ctrl-C that still count.
     int pending() const;
-    /// So many of them count no more: a line was read that began after them.
+    /// Drops \p count of them, which came before the line that was read.
     void forget(int count);
 
-    /// \p wakeUp is called, on the thread of the signal, for each signal from now on; empty: nothing is. When
-    /// the call returns, the function before is no longer running.
+    /// Sets a function that is called for each signal, on the signal's thread; empty: none. When this
+    /// returns, the previous function is not running.
     void setWakeUp(std::function<void()> wakeUp);
 
 private:

@@ -1,5 +1,5 @@
 /// \file
-/// LineEditor: a user types lines at the terminal; posix/ and win32/ hold one source each.
+/// LineEditor: reads lines that a user types at the terminal. posix/ and win32/ contain one source each.
 #pragma once
 
 #include "LineReader.h"
@@ -12,27 +12,28 @@
 
 namespace ovra::console {
 
-/// Gives what the last word of \p line may become; \p line ends at the cursor. Called while a line is read,
-/// on the thread that reads.
+/// Returns the completions of the last word of \p line, which ends at the cursor. Called while a line is
+/// read, on the reading thread.
 using Completer = std::function<std::vector<std::string>(const std::string& line)>;
 
 /// Standard input and output must be the terminal.
 class LineEditor final : public LineSource
 {
 public:
-    /// \param history  file in which lines are kept from one session to the next; empty: none. Where the
-    ///                 system's own editing keeps them, it is not used.
+    /// \param history  file that keeps lines between sessions; empty: none. Not used if the system's own
+    /// editing keeps
+    ///                 a history.
     explicit LineEditor(const std::filesystem::path& history);
     ~LineEditor() override;
 
-    /// Not while a line is read.
+    /// Must not be called while a line is read.
     void setCompleter(Completer completer);
 
     LineStatus read(const std::string& prompt, std::string& line) override;
     bool cancel() override;
 
-    /// Any thread. Puts \p text, which ends with a line break, above the line that is being typed. False when
-    /// none is.
+    /// Any thread. Prints \p text, which ends with a line break, above the line that the user types. False if
+    /// no line is being read.
     bool printAbove(const std::string& text);
 
 private:

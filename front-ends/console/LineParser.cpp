@@ -9,7 +9,7 @@ bool isBlank(char character)
     return character == ' ' || character == '\t';
 }
 
-/// Takes one word off the front of \p rest, which begins with it.
+/// Removes the first word from \p rest and returns it.
 std::string takeWord(std::string_view& rest)
 {
     std::string word;

@@ -12,11 +12,11 @@
 
 namespace ovra::console {
 
-/// One call of the source. Shared with its thread, which outlives a wait that was given up.
+/// One call of the source. Shared with its thread, which may outlive an abandoned wait.
 struct LineReader::Reading
 {
     std::mutex mutex;
-    std::function<void()> wakeUp; ///< empty once nobody waits
+    std::function<void()> wakeUp; ///< empty after the wait
     std::string line;
     LineStatus status = LineStatus::End;
     std::atomic<bool> done{false};
@@ -28,8 +28,8 @@ struct LineReader::Reading
         std::string text;
         const LineStatus result = source.read(prompt, text);
         if (result == LineStatus::Complete)
-            interrupts.forget(earlier); // one that came behind the line is for the command
-        if (text.ends_with('\r'))       // a script that was written on the other platform
+            interrupts.forget(earlier); // a later Ctrl-C counts for the command
+        if (text.ends_with('\r'))       // a script with Windows line ends
             text.pop_back();
         const std::lock_guard lock(mutex);
         line = std::move(text);
@@ -73,7 +73,7 @@ std::optional<std::string> LineReader::next(const std::string& prompt)
         reading->givenUp = !source->cancel();
         application->quit();
     });
-    if (m_interrupts.sessionEnds()) { // it has been told so before
+    if (m_interrupts.sessionEnds()) { // the reason has been printed before
         m_interrupts.setWakeUp(nullptr);
         return std::nullopt;
     }

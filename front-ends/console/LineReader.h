@@ -1,5 +1,5 @@
 /// \file
-/// LineReader: takes lines from an input that may keep them waiting.
+/// LineReader: reads lines from an input that may block, while the event loop runs.
 #pragma once
 
 #include <functional>
@@ -18,24 +18,24 @@ class Interrupts;
 enum class LineStatus
 {
     Complete,
-    End,       ///< no more will come
-    Cancelled, ///< cancel() was called, or the user dropped what was typed
+    End,       ///< end of input
+    Cancelled, ///< cancel() was called, or the user discarded the line
 };
 
-/// Where lines come from.
+/// A source of lines.
 class LineSource
 {
 public:
     virtual ~LineSource() = default;
 
-    /// Gives the next line; what was typed until then when cancelled. May block. Called on threads of the
-    /// reader's own, one call at a time.
+    /// Reads the next line; if cancelled, \p line is the text typed so far. May block. The reader calls it on
+    /// its own threads, one call at a time.
     virtual LineStatus read(const std::string& prompt, std::string& line) = 0;
-    /// Any thread. Ends the read that blocks, or the next one; false where the source cannot.
+    /// Any thread. Ends the running read, or the next one; false if the source cannot do that.
     virtual bool cancel() { return false; }
 };
 
-/// Lines from a function that gives false at the end.
+/// Reads lines with a function that returns false at the end.
 class FunctionSource final : public LineSource
 {
 public:
@@ -52,12 +52,12 @@ class LineReader
 public:
     LineReader(std::shared_ptr<LineSource> source, Interrupts& interrupts);
 
-    /// The application whose loop runs while a line is waited for. It outlives the calls of next.
+    /// Sets the application whose event loop runs during next. It must outlive these calls.
     void serve(reference::Application& application);
 
-    /// The next line, without its end; "" for one that the user dropped. Empty at the end of input and when
-    /// the user ends the session. A source that cannot be cancelled may then still be blocked, and is left
-    /// so. The loop sleeps until there is something to do.
+    /// Returns the next line without its line end; "" if the user discarded it. Empty at the end of input and
+    /// when the user ends the session; a source that cannot be cancelled then stays blocked. The event loop
+    /// sleeps until there is work.
     std::optional<std::string> next(const std::string& prompt);
 
 private:

@@ -13,12 +13,12 @@ namespace ovra::console {
 struct Options
 {
     frontend::SessionOptions session;
-    std::string script; ///< path; empty where not given
-    bool json = false;  ///< objects in place of sentences
+    std::string script; ///< path; empty: none
+    bool json = false;  ///< prints JSON objects instead of sentences
 };
 
-/// \p arguments are the words behind the program's name. Empty when the program has done all it should: \p
-/// exitCode says how it ended.
+/// Parses \p arguments, without the program's name. Empty if the program has to end, with \p exitCode: after
+/// --help, or for an invalid argument.
 std::optional<Options> parseOptions(const std::vector<std::string>& arguments, int& exitCode);
 
 } // namespace ovra::console

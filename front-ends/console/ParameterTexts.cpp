@@ -8,7 +8,7 @@ using parameters::Parameter;
 
 namespace {
 
-// A bound is a floating-point number whatever it bounds; "100000" reads better than "1e+05".
+// Bounds are floating-point numbers for all types; "100000" is easier to read than "1e+05".
 std::string boundText(double bound)
 {
     constexpr double MAX_EXACT_INTEGER = 1e15;
@@ -33,7 +33,7 @@ std::string choicesText(const std::vector<parameters::Choice>& choices)
     return text;
 }
 
-/// What values it takes; empty when any will do.
+/// The valid values; empty if there is no restriction.
 std::string rangeText(const Parameter& parameter)
 {
     if (!parameter.writable)

@@ -1,5 +1,5 @@
 /// \file
-/// Parameters as the console shows them.
+/// Texts of parameters for the console's output.
 #pragma once
 
 #include "Fields.h"
@@ -14,7 +14,7 @@ namespace ovra::console {
 std::string shortText(const parameters::Parameter& parameter);
 /// "FG_WIDTH = 1024 pixel (1 to 8192)"
 std::string longText(const parameters::Parameter& parameter);
-/// For a program; \p owner is the channel or board that has it, as it is shown.
+/// The fields of a parameter, for output as JSON; \p owner is the title of its channel or board.
 Fields fieldsOf(const std::string& owner, const parameters::Parameter& parameter);
 
 } // namespace ovra::console

@@ -1,5 +1,5 @@
 /// \file
-/// What the console needs of the terminal; posix/ and win32/ hold one source each.
+/// Functions for the terminal; posix/ and win32/ contain one source each.
 ///
 /// Texts are UTF-8.
 #pragma once
@@ -12,14 +12,13 @@ bool inputIsTerminal();
 bool outputIsTerminal();
 bool errorsAreTerminal();
 
-/// Makes the terminal show UTF-8 and colours until the program ends.
+/// Switches the terminal to UTF-8 and colours until the program ends.
 void prepareTerminal();
 
-/// Characters of a line of the terminal; 80 where there is none.
+/// Width of the terminal in characters; 80 without a terminal.
 int terminalColumns();
 
-/// Where the lines that a user types are kept from one session to the next; empty where the system keeps
-/// them.
+/// File that keeps the user's lines between sessions; empty if the system keeps them.
 std::filesystem::path historyFile();
 
 } // namespace ovra::console

@@ -10,7 +10,7 @@ namespace ovra::console {
 
 namespace {
 
-/// A terminal wraps what is longer, and a wrapped line cannot be taken back.
+/// A terminal wraps longer lines, and a wrapped line cannot be erased.
 constexpr std::size_t MAX_PROGRESS_WIDTH = 78;
 
 constexpr const char* RED = "\x1b[31m";
@@ -24,7 +24,7 @@ std::string inOneLine(std::string text)
     return text;
 }
 
-// Texts are UTF-8: a character is kept as a whole or not at all.
+// Does not cut a UTF-8 character in two.
 std::string beginningOf(const std::string& text, std::size_t maxBytes)
 {
     constexpr unsigned char CONTINUATION_MASK = 0xc0, CONTINUATION = 0x80;
@@ -79,7 +79,7 @@ void Printer::progress(const std::string& text)
         return result("progress", {{"text", text}}, text);
 
     const std::lock_guard lock(m_mutex);
-    if (m_abovePrompt && m_abovePrompt("")) // somebody types where progress would stand
+    if (m_abovePrompt && m_abovePrompt("")) // the user types in the line of the progress
         return;
     eraseProgress();
     const std::string shown = beginningOf(inOneLine(text), MAX_PROGRESS_WIDTH);
@@ -171,7 +171,7 @@ void Printer::writeMessage(const char* kind, const char* colour, const std::stri
         m_errors << message << std::flush;
 }
 
-// With blanks instead of a control sequence: every terminal understands them.
+// Overwrites with blanks instead of a control sequence, which some terminals do not understand.
 void Printer::eraseProgress()
 {
     if (m_progressWidth == 0)

@@ -1,5 +1,5 @@
 /// \file
-/// Printer: all that the console says goes through here.
+/// Printer: writes all output of the console.
 #pragma once
 
 #include "Fields.h"
@@ -15,52 +15,54 @@
 
 namespace ovra::console {
 
-/// Writes whole lines, one at a time, from any thread. Keeps count of the errors, which decide on the exit
-/// code.
+/// Writes whole lines, one at a time. Any thread. Counts errors, which determine the exit code.
 class Printer
 {
 public:
     enum class Target
     {
-        Lines,    ///< a pipe or a file: progress comes as lines too
-        Terminal, ///< progress stands in the bottom line and makes way for what follows
+        Lines,    ///< a pipe or a file: progress is printed as lines
+        Terminal, ///< progress is in the bottom line, which later output replaces
         Objects,  ///< a program: each line is a JSON object, errors and warnings among them
     };
 
-    /// Takes text that is to appear above a line which the user types; false when nobody types.
+    /// Prints text above the line that the user types; false if no line is being read.
     using AbovePrompt = std::function<bool(const std::string& text)>;
 
     /// The streams must outlive the printer.
     Printer(std::ostream& output, std::ostream& errors, Target target);
 
-    /// Whether the two streams take colours. Call before other threads print.
+    /// Switches colours on for the two streams. Call before other threads print.
     void setColours(bool output, bool errors);
     bool hasColours() const { return m_outputColours; }
-    /// Asked first for each line, those for the errors' stream only with \p errorsToo; empty: nobody is.
+    /// Sets a function that is called first for each line; for lines of the error stream only with \p
+    /// errorsToo. Empty: none.
     void setAbovePrompt(AbovePrompt abovePrompt, bool errorsToo);
 
     void line(const std::string& text);
-    /// As line; a program gets an object with the field "type" and \p fields instead.
+    /// Prints \p sentence as a line; for a program, a JSON object with the field "type" and \p fields
+    /// instead.
     void result(const char* type, const Fields& fields, const std::string& sentence);
-    /// What is going on at the moment.
+    /// Shows the current activity.
     void progress(const std::string& text);
-    /// Lines that take the place of those of the call before, where the terminal can; \p first begins anew.
+    /// Prints lines that replace those of the previous call, if the terminal can; \p first starts a new
+    /// block.
     void redraw(const std::vector<std::string>& lines, bool first);
-    /// As progress, but of passing interest: nothing where progress would be a line.
+    /// Like progress, but not printed if progress would be a line.
     void status(const std::string& text);
-    /// Takes progress off the terminal.
+    /// Erases the progress.
     void endProgress();
 
     void warning(const std::string& text);
-    /// Prints "error: <place>: <text>" as one line, line breaks in \p text become blanks, and counts it.
+    /// Prints "error: <place>: <text>" as one line and counts it. Line breaks in \p text become blanks.
     void error(const std::string& text);
     std::size_t errorCount() const;
-    /// Errors and warnings, the oldest first, each behind its time.
+    /// Errors and warnings with their times, the oldest first.
     std::vector<std::string> recentErrors() const { return m_recentErrors.all(); }
     /// False once something could not be written.
     bool canWrite() const;
 
-    /// Where the session stands, such as "line 7"; empty for nowhere.
+    /// Sets the current place of the session, such as "line 7"; empty: none.
     void setPlace(const std::string& place);
 
     Target target() const { return m_target; }

@@ -1,5 +1,5 @@
-// What goes wrong on purpose, on a virtual installation: faults, cables, shortages, scenarios. The runtime
-// knows the steps; a command is one of them in the words that a scenario file has, too.
+// Commands that cause faults on a virtual installation: faults, cables, shortages, scenarios. Each command is
+// a step in the syntax of scenario files; the runtime performs it.
 #include "Arguments.h"
 #include "CommandTable.h"
 #include "Console.h"
@@ -19,7 +19,7 @@ using namespace frontend;
 
 namespace {
 
-constexpr std::chrono::seconds MAX_WAIT{60}; ///< for the end of a scenario
+constexpr std::chrono::seconds MAX_WAIT{60}; ///< longest wait for the end of a scenario
 
 void perform(Console& console, const std::string& step)
 {
@@ -28,7 +28,7 @@ void perform(Console& console, const std::string& step)
         console.printer.line(line);
 }
 
-/// The next command finds the boards and cameras that there are now, not those before the monitor has looked.
+/// Updates the model at once, so that the next command sees the change without waiting for the monitor.
 void followHardware()
 {
     gui::Gui::environment()->discoverResourcesOnce();
@@ -46,14 +46,14 @@ void scenario(Console& console, const Arguments& arguments)
     perform(console, "scenario");
 }
 
-/// Unplugs or plugs in.
+/// Performs a step that unplugs or plugs.
 void pull(Console& console, const std::string& step)
 {
     perform(console, step);
     followHardware();
 }
 
-/// The step of the command's own name.
+/// Defines the function of a command whose step has the same name.
 #define STEP(act, name) \
     [](Console& console, const Arguments& arguments) { act(console, name " " + arguments.joined()); }
 

@@ -1,4 +1,4 @@
-// What the machine has: boards, applet files, global resources, memory.
+// Commands that list boards, applet files, global resources and memory.
 #include "Arguments.h"
 #include "CommandTable.h"
 #include "Console.h"
@@ -40,7 +40,7 @@ void showBoards(Console& console, const Arguments&)
     }
 }
 
-/// Below the runtime directory, where nearly all of them lie, the rest of the path says enough.
+/// Removes the runtime directory, where most files are, from the path.
 std::string shortPath(const std::string& path)
 {
     std::string root = core::HarloApplication::getRuntimeDirectory() + "/";

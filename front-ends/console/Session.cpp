@@ -42,7 +42,7 @@ void runLine(Console& console, const std::string& line, bool typed)
 {
     try {
         const auto words = splitLine(line);
-        if (!typed) // comments head what they are about
+        if (!typed) // a script's comments are headings of the output
             console.printer.result("command", {{"line", line}}, (words.empty() ? "" : "> ") + line);
         if (words.empty())
             return;
@@ -79,7 +79,7 @@ void runTypedLines(Console& console, LineReader& input)
     }
 }
 
-// The models are for the GUI thread. It may be busy ending the session: then there is nothing to complete.
+// Only the GUI thread may use the models. While it ends the session there are no completions.
 Completer completerFor(reference::Application& application, const std::filesystem::path& folder)
 {
     return [&application, folder](const std::string& line) {
@@ -132,7 +132,7 @@ bool runSession(const Options& options, Printer& printer, const SessionInput& in
             runLines(console, reader, input.editor.get());
         session.stop(MAX_STOP_TIME);
     }
-    return printer.errorCount() == 0; // those of the shut-down included
+    return printer.errorCount() == 0; // including errors of the shut-down
 }
 
 } // namespace ovra::console

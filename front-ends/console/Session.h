@@ -1,5 +1,5 @@
 /// \file
-/// Session: the application from its start to its end, with the user's lines between.
+/// Session: starts the application, executes the user's lines, ends the application.
 #pragma once
 
 #include "LineReader.h"
@@ -16,13 +16,13 @@ class Printer;
 struct SessionInput
 {
     std::shared_ptr<LineSource> lines;
-    /// Where lines are typed: a prompt is shown, questions are asked in place. Null for a script or a pipe:
-    /// each line is shown before it is carried out, errors tell the line.
+    /// At a terminal: reads the lines, with a prompt, and the answers to questions. Null for a script or a
+    /// pipe: each line is printed before it is executed, and errors name the line.
     std::shared_ptr<LineEditor> editor;
 };
 
-/// Starts the application, carries out the lines of \p input, ends the application, in this order also when
-/// something on the way fails or the user ends the session. True when there was no error at all.
+/// Starts the application, executes the lines of \p input, and ends the application in order, even after an
+/// error or if the user ends the session. True if there was no error.
 bool runSession(const Options& options, Printer& printer, const SessionInput& input, Interrupts& interrupts);
 
 } // namespace ovra::console

@@ -1,4 +1,4 @@
-// The session itself: help, text, log, end.
+// Commands that control the session and its output.
 #include "Arguments.h"
 #include "CommandTable.h"
 #include "Console.h"

@@ -1,4 +1,4 @@
-// How acquisitions go.
+// Commands that show the statistics of acquisitions.
 #include "Arguments.h"
 #include "Channels.h"
 #include "CommandTable.h"
@@ -27,7 +27,7 @@ namespace {
 using reference::AcquisitionFigures;
 using reference::AcquisitionObserver;
 
-/// Buffers of the ring that hold an image of the present acquisition.
+/// Number of buffers that hold an image of the current acquisition.
 std::int64_t filledBuffers(const Channel& channel, std::int64_t received)
 {
     const auto group = channel.dma->getFrameBufferGroup();

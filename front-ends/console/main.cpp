@@ -20,7 +20,7 @@ namespace {
 
 using namespace ovra::console;
 
-constexpr int EXIT_CODE_OF_INTERRUPT = 130; // as shells have it
+constexpr int EXIT_CODE_OF_INTERRUPT = 130; // the shells' convention
 
 std::shared_ptr<LineSource> linesOf(std::shared_ptr<std::istream> stream)
 {
@@ -32,7 +32,7 @@ bool runScript(const Options& options, Printer& printer, Interrupts& interrupts)
 {
     const auto file = ovra::frontend::pathOf(options.script);
     const auto script = std::make_shared<std::ifstream>(file);
-    std::error_code none; // a file that cannot be looked at cannot be opened either
+    std::error_code none; // ignored: opening the file reports the error
     if (!*script || std::filesystem::is_directory(file, none)) {
         printer.error("cannot read the script " + options.script);
         return false;
@@ -84,7 +84,7 @@ Printer::Target targetOf(const Options& options)
     return outputIsTerminal() ? Printer::Target::Terminal : Printer::Target::Lines;
 }
 
-// By a convention of command-line programs: any value but an empty one.
+// By convention, any non-empty value of NO_COLOR switches colours off.
 bool coloursWanted()
 {
     const char* const refusal = std::getenv("NO_COLOR"); // NOLINT(concurrency-mt-unsafe): no other thread yet

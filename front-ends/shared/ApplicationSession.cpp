@@ -49,7 +49,8 @@ private:
     bool m_counted = false;
 };
 
-// The runtime and the log dispatcher read these when they are loaded, which the library's start-up may cause.
+// The runtime and the log dispatcher read these when they are loaded, which may happen in the library's
+// start-up.
 void exportOptions(const SessionOptions& options)
 {
     if (!options.machine.empty())
@@ -60,8 +61,8 @@ void exportOptions(const SessionOptions& options)
 
 } // namespace
 
-// The order of the members is the order of start and, backwards, of the end: the plug-in goes first, then the
-// application, then the library shuts down.
+// Members are destroyed in reverse order: first the plug-in, then the application, then the library shuts
+// down.
 struct ApplicationSession::State
 {
     State(const SessionOptions& options, ErrorHandler handler)
@@ -102,7 +103,7 @@ struct ApplicationSession::State
         }
     }
 
-    /// The clean-up command leaves boards as they are.
+    /// Needed, because the clean-up command does not unload boards.
     void unloadAll(std::chrono::milliseconds limit)
     {
         for (const auto& board : allBoards())

@@ -26,31 +26,31 @@ class Application;
 
 namespace ovra::frontend {
 
-/// The thread that makes it is the GUI thread and makes all calls. There is one at a time.
+/// The thread that constructs it is the GUI thread and makes all calls. Only one may exist at a time.
 class ApplicationSession
 {
 public:
-    /// Receives a line for each exception that leaves a command or the shut-down. GUI thread; must not throw.
+    /// Receives a line for each exception from a command or the shut-down. GUI thread; must not throw.
     using ErrorHandler = std::function<void(const std::string& message)>;
 
-    /// Starts the library and makes the application. Sets variables of the process, so call it before other
-    /// threads start. What the start throws passes through; nothing stays started.
+    /// Starts the library and creates the application. Sets environment variables, so call it before other
+    /// threads start. Exceptions from the start propagate; then nothing stays started.
     ApplicationSession(const SessionOptions& options, ErrorHandler onError);
     /// Destroys the plug-in, then the application, and shuts the library down.
     ~ApplicationSession();
     ApplicationSession(const ApplicationSession&) = delete;
     ApplicationSession& operator=(const ApplicationSession&) = delete;
 
-    /// Valid as long as the session.
+    /// Valid as long as the session exists.
     reference::Application& application();
 
-    /// Gives \p views to the library, starts the application, lets its loop run until it is ready, and begins
-    /// the scenario of the options; one that is refused goes to the handler. False when the application is
-    /// not ready within \p limit. Call once.
+    /// Injects \p views into the library, starts the application, runs its loop until it is ready, and starts
+    /// the scenario of the options; the error handler reports an invalid scenario. False if the application
+    /// is not ready within \p limit. Call once.
     bool start(const boost::shared_ptr<gui::Views>& views, std::chrono::milliseconds limit);
 
-    /// Waits for the command that is under way, unloads each board, and closes the application: at most
-    /// \p limit for each of them. Does what it can in spite of errors, which go to the handler.
+    /// Waits for the running command, unloads each board, and closes the application, with at most \p limit
+    /// for each step. Continues after errors, which go to the error handler.
     void stop(std::chrono::milliseconds limit);
 
 private:

@@ -9,7 +9,7 @@
 
 namespace ovra::frontend {
 
-/// Safe from any thread.
+/// Any thread.
 class EventCounter
 {
 public:

@@ -8,7 +8,7 @@ void ImageCollection::attach(const boost::shared_ptr<core::models::HlEnvironment
 {
     Board& entry = m_boards[board->getSerial()];
     entry.node = board;
-    // Dropped before the new ones come: a keeper that goes takes its scene's visualizer off.
+    // Clear first: the destructor of a keeper removes the visualizer of its scene, even a new one.
     entry.keepers.clear();
     for (const auto dmas = board->getDmas(); dmas->hasNext(); dmas->advance()) {
         const auto& dma = dmas->current();

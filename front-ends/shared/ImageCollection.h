@@ -21,12 +21,12 @@ namespace ovra::frontend {
 class ImageCollection
 {
 public:
-    /// Gives each DMA channel of \p board a keeper.
+    /// Creates a keeper for each DMA channel of \p board.
     void attach(const boost::shared_ptr<core::models::HlEnvironmentBoardNode>& board);
     /// Drops the keepers of boards without an applet.
     void dropUnloaded();
 
-    /// Null for a channel that has none. Valid until its board is unloaded.
+    /// Null for a channel without one. Valid until its board is unloaded.
     ImageKeeper* find(const core::models::HlEnvironmentBoardNode& board,
                       const core::models::HlEnvironmentDmaNode& dma) const;
 
@@ -37,7 +37,7 @@ private:
         std::map<unsigned int, std::unique_ptr<ImageKeeper>> keepers; ///< by DMA index
     };
 
-    std::map<unsigned int, Board> m_boards; ///< by serial
+    std::map<unsigned int, Board> m_boards; ///< by serial number
 };
 
 } // namespace ovra::frontend

@@ -16,7 +16,8 @@ ImageKeeper::ImageKeeper(const boost::shared_ptr<display::DisplayScene>& scene) 
     scene->setVisualizer(this);
 }
 
-// An unload has taken the keeper off already. A scene that outlived a failed one must not call it any more.
+// A complete unload has removed the visualizer already. After a failed one the scene still exists and must
+// not call the keeper again.
 ImageKeeper::~ImageKeeper()
 {
     if (const auto scene = m_scene.lock())

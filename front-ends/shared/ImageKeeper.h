@@ -14,17 +14,17 @@
 
 namespace ovra::frontend {
 
-/// An image of its own.
+/// A copy of an image.
 struct StoredImage
 {
     std::vector<std::uint8_t> bytes; ///< empty: no image
-    display::Image description;      ///< of the image, but for its pixels
+    display::Image description;      ///< all fields except pixels
 
-    /// The image. Valid as long as this object is not changed.
+    /// The image with its pixels. Valid while this object does not change.
     display::Image view() const;
 };
 
-/// The visualizer of one display scene, from construction to destruction. Safe from any thread.
+/// The visualizer of one display scene, from construction to destruction. Any thread.
 class ImageKeeper final : public display::DisplaySceneVisualizer
 {
 public:
@@ -35,15 +35,14 @@ public:
 
     void showImage(const display::Image& image) override;
 
-    /// \p listener gets each image that arrives, on the scene's thread, which it should not keep waiting;
-    /// empty: nobody does. It must not call this function. When the call returns, the listener before is no
-    /// longer running.
+    /// Sets a listener that is called for each image, on the scene's thread; it must be quick and must not
+    /// call this function. Empty: none. When this returns, the previous listener is not running.
     using Listener = std::function<void(const display::Image&)>;
     void setListener(Listener listener);
 
-    /// Images that arrived since construction.
+    /// Number of images since construction.
     std::int64_t count() const;
-    /// Without bytes before the first.
+    /// Has no bytes before the first image.
     StoredImage newest() const;
 
 private:

@@ -16,33 +16,33 @@
 
 namespace ovra::frontend {
 
-/// The folder gets image-000001.png and so on, and images.csv with a line for each: file, number since the
-/// acquisition's start, time stamp of the board in nanoseconds, arrival in UTC. A thread of its own writes,
-/// so that the channel goes on meanwhile.
+/// Writes image-000001.png and so on into a folder, and images.csv with a line for each: file, number since
+/// the acquisition's start, time stamp of the board in nanoseconds, arrival in UTC. A thread of its own
+/// writes, so that the channel does not wait for the disk.
 class ImageRecorder
 {
 public:
     struct Progress
     {
         std::int64_t recorded = 0; ///< written
-        std::int64_t missed = 0;   ///< came while too many waited to be written
-        bool complete = false;     ///< all that are wanted are taken up, or a file could not be written
+        std::int64_t missed = 0;   ///< dropped because too many waited to be written
+        bool complete = false;     ///< all requested images have been added, or a file could not be written
     };
 
-    /// Makes the folder. Throws RequestError when it cannot, and when a recording lies there already.
+    /// Creates the folder. Throws RequestError if that fails, or if the folder contains a recording.
     ImageRecorder(const std::filesystem::path& folder, std::int64_t count);
-    /// Drops what is not written yet.
+    /// Drops images that are not written yet.
     ~ImageRecorder();
     ImageRecorder(const ImageRecorder&) = delete;
     ImageRecorder& operator=(const ImageRecorder&) = delete;
 
-    /// Any thread. Takes a copy up; does not block for the disk. Images beyond the count are ignored.
+    /// Any thread. Queues a copy; does not wait for the disk. Images beyond the count are ignored.
     void add(const display::Image& image);
 
     /// Any thread.
     Progress progress() const;
 
-    /// Waits until all that was taken up is written. Throws RequestError when something could not be written.
+    /// Waits until all queued images are written. Throws RequestError if one could not be written.
     Progress finish();
 
 private:
@@ -60,7 +60,7 @@ private:
     std::int64_t m_taken = 0;
     Progress m_progress;
     std::string m_failure; ///< the first one
-    bool m_ends = false;   ///< no more images come
+    bool m_ends = false;   ///< no more images will be added
     std::thread m_writer;  ///< the last member: it uses the others
 };
 

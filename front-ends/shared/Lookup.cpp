@@ -52,7 +52,7 @@ std::string listOfBoards()
     return indices.empty() ? "there are no boards" : "boards are " + joined(indices);
 }
 
-/// The model keeps paths with "/" on every platform.
+/// The model's paths have "/" on every platform.
 std::string withSlashes(std::string path)
 {
     std::replace(path.begin(), path.end(), '\\', '/');

@@ -1,7 +1,7 @@
 /// \file
-/// Finds boards, applets, DMA channels and ports by what a user types.
+/// Finds boards, applets, DMA channels and ports by the text that a user types.
 ///
-/// GUI thread. What is not found throws RequestError with a text that says what there is.
+/// GUI thread. If nothing matches, the functions throw RequestError with a text that lists what exists.
 #pragma once
 
 #include "ovra-core/GenericModel.h"
@@ -27,7 +27,7 @@ using DmaNode = boost::shared_ptr<core::models::HlEnvironmentDmaNode>;
 using FileNode = boost::shared_ptr<core::models::HlEnvironmentFileNode>;
 using PortNode = boost::shared_ptr<core::models::HlEnvironmentLogicalPortNode>;
 
-/// What is left of a walk over children.
+/// The remaining children of an iterator.
 template <class Node>
 std::vector<boost::shared_ptr<Node>>
 listOf(const boost::shared_ptr<core::models::GenericModelNodeChildrenIterator<Node>>& children)
@@ -43,24 +43,24 @@ std::vector<BoardNode> allBoards();
 /// In the order of their paths.
 std::vector<FileNode> allApplets();
 
-/// By index or by serial. A text that is the index of a board is never taken for a serial.
+/// By index or by serial number. If a board has the text as its index, it is not taken for a serial number.
 BoardNode findBoard(const std::string& text);
-/// Also throws when the board holds no applet.
+/// Like findBoard; also throws if the board has no applet.
 BoardNode findLoadedBoard(const std::string& text);
-/// By serial; empty when there is none.
+/// By serial number; empty if there is none.
 BoardNode boardOfSerial(unsigned int serial);
 
-/// By path, or by the end of the path from a folder or file name on. Of several, the one that lies in the
-/// folder named like the board's model is meant.
+/// By path, or by the end of the path from a folder or file name on. If several match, the one in the folder
+/// of the board's model counts.
 FileNode findApplet(const core::models::HlEnvironmentBoardNode& board, const std::string& text);
 
 DmaNode findDma(const core::models::HlEnvironmentBoardNode& board, int index);
 PortNode findPort(const core::models::HlEnvironmentBoardNode& board, int index);
 
-/// The camera at the connector that a port is mapped to; empty when there is none.
+/// The camera at the connector that a port is mapped to; empty if there is none.
 boost::shared_ptr<core::models::HlEnvironmentCameraNode>
 cameraNodeOf(const core::models::HlEnvironmentLogicalPortNode& port);
-/// Its controls; empty when there is no camera, or it has none.
+/// The model of that camera; empty if there is no camera, or it has no model.
 boost::shared_ptr<core::models::GenICamModel>
 cameraOf(const core::models::HlEnvironmentLogicalPortNode& port);
 

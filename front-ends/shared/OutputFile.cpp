@@ -47,7 +47,7 @@ void writeFile(const std::filesystem::path& file, std::string_view bytes)
 {
     std::error_code error;
     const auto there = std::filesystem::status(file, error).type();
-    if (there == std::filesystem::file_type::regular) // a link stays a link
+    if (there == std::filesystem::file_type::regular) // keep a link as a link
         error = replace(std::filesystem::canonical(file, error), bytes);
     else if (there == std::filesystem::file_type::not_found)
         error = replace(file, bytes);

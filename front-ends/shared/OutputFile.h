@@ -7,8 +7,8 @@
 
 namespace ovra::frontend {
 
-/// Puts \p bytes into \p file as a whole: beside it first, then in its place. When that fails, what was there
-/// is still there and nothing is left beside it. Throws RequestError with the path and the system's reason.
+/// Writes \p bytes to a temporary file beside \p file and renames it. If that fails, \p file is unchanged and
+/// the temporary file is removed. Throws RequestError with the path and the system's reason.
 void writeFile(const std::filesystem::path& file, std::string_view bytes);
 
 } // namespace ovra::frontend

@@ -38,7 +38,7 @@ bool generates(const core::models::HlEnvironmentBoardNode& board,
     });
 }
 
-// A start passes by the camera of a port whose pictures come from generators.
+// Starts the camera of a port whose generators have been switched off: the acquisition's start skipped it.
 void startCamera(const core::models::HlEnvironmentLogicalPortNode& port, bool acquires)
 {
     const auto camera = acquires ? cameraOf(port) : nullptr;
@@ -46,10 +46,10 @@ void startCamera(const core::models::HlEnvironmentLogicalPortNode& port, bool ac
         camera->restartAcquisition();
 }
 
-/// \p acquires: a channel of the port's process is taking images.
+/// \p acquires: a channel of the port's process is running.
 void markPort(core::models::HlEnvironmentLogicalPortNode& port, bool active, bool acquires)
 {
-    // Before the mark: afterwards a stop passes the camera by.
+    // Before the mark, because a stop skips the cameras of marked ports.
     const auto camera = active ? cameraOf(port) : nullptr;
     if (camera && camera->isAcquiring())
         camera->stopAcquisition();

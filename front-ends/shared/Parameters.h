@@ -1,8 +1,7 @@
 /// \file
-/// The parameters of boards as a user sees and changes them.
+/// Lists and changes the parameters of boards for a user.
 ///
-/// GUI thread. What cannot be done throws RequestError with a text that says what was wrong, and has changed
-/// nothing.
+/// GUI thread. On an error the functions throw RequestError with the reason, and change nothing.
 #pragma once
 
 #include "Lookup.h"
@@ -19,14 +18,14 @@ class FgLibModel;
 
 namespace ovra::frontend {
 
-/// What has parameters: a DMA channel, or a board whose applet has no channels.
+/// An owner of parameters: a DMA channel, or a board whose applet has no channels.
 struct ParameterOwner
 {
     std::string title; ///< "board 0 DMA 1", "board 0"
     unsigned int dma;
-    boost::shared_ptr<core::models::FgLibModel> model; ///< empty where the runtime describes no parameters
+    boost::shared_ptr<core::models::FgLibModel> model; ///< empty if the runtime describes no parameters
 
-    /// In the runtime's order, with their present values.
+    /// All parameters in the runtime's order, with their current values.
     std::vector<parameters::Parameter> all() const;
     parameters::Parameter find(const std::string& name) const;
     bool has(const std::string& name) const;
@@ -37,16 +36,16 @@ std::vector<ParameterOwner> parameterOwners(const core::models::HlEnvironmentBoa
 ParameterOwner parameterOwner(const core::models::HlEnvironmentBoardNode& board,
                               const core::models::HlEnvironmentDmaNode& dma);
 
-/// Sets a parameter of each of \p owners. All of them are asked first whether they take the value.
+/// Sets a parameter of each of \p owners, after checking that all of them accept the value.
 void setParameter(const BoardNode& board, const std::vector<ParameterOwner>& owners, const std::string& name,
                   const std::string& value);
 
-/// Marks the ports whose pictures come from generators, and lets their cameras rest: a process without a
-/// channel that takes camera images needs none. A camera that is needed again by a channel that acquires
-/// starts. The library leaves such ports out of start, stop and comparison of sizes.
+/// Marks the ports of processes whose channels all use their generators, and stops their cameras, which no
+/// channel needs. If a running channel needs the camera again, starts it. The library skips marked ports in
+/// start, stop and comparison of sizes.
 void markGenerators(const BoardNode& board);
 
-/// The parameter that switches a channel's generator.
+/// The parameter that switches a channel's generator on and off.
 inline constexpr const char* GENERATOR_SWITCH = gui::keys::parameters::GENERATOR_SWITCH;
 
 } // namespace ovra::frontend

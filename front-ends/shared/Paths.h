@@ -1,5 +1,6 @@
 /// \file
-/// Paths and their texts. Texts are UTF-8 throughout the program, whatever the platform's narrow encoding.
+/// Conversion between paths and texts. The program's texts are UTF-8, whatever the platform's narrow
+/// encoding.
 #pragma once
 
 #include <filesystem>

@@ -25,10 +25,10 @@ void append(void* file, void* bytes, int count)
     static_cast<std::string*>(file)->append(static_cast<const char*>(bytes), static_cast<std::size_t>(count));
 }
 
-/// A PNG file of samples of one byte.
+/// Encodes 8-bit samples as a PNG file.
 std::string encodeBytes(const std::vector<std::uint8_t>& bytes, int width, int height, int components)
 {
-    // A difference to the line above does not depend on how many bytes a pixel has.
+    // The difference to the line above does not depend on the number of bytes per pixel.
     constexpr int FILTER_UP = 2;
     [[maybe_unused]] static const int onlyFilter = stbi_write_force_png_filter = FILTER_UP;
     std::string file;
@@ -45,8 +45,8 @@ void putNumber(std::string& file, std::size_t place, std::uint32_t number)
         file[place++] = static_cast<char>(number >> shift & 0xff);
 }
 
-// The writer knows samples of one byte only. A line of samples of two bytes is the same bytes; what differs
-// stands in the header.
+// The library writes 8-bit samples only. A line of 16-bit samples has the same bytes; only the header
+// differs.
 void declareSixteenBits(std::string& file, int width, int components)
 {
     constexpr std::size_t HEADER_NAME = 12, WIDTH = 16, DEPTH = 24, COLOUR_TYPE = 25, HEADER_CRC = 29;
@@ -59,7 +59,7 @@ void declareSixteenBits(std::string& file, int width, int components)
     putNumber(file, HEADER_CRC, crc.checksum());
 }
 
-/// The samples in full range, the higher byte of each first.
+/// The samples scaled to 16 bits, big-endian.
 std::vector<std::uint8_t> bigEndian(const std::vector<std::uint16_t>& samples, int bits)
 {
     const int shift = 2 * BITS_PER_BYTE - bits;
@@ -92,7 +92,8 @@ std::string encodePng(const display::Image& image)
     if (format.significantBits == BITS_PER_BYTE)
         return encodeBytes({samples.begin(), samples.end()}, image.width, image.height, components);
 
-    // Two grey bytes make a pixel of two components, six of RGB two pixels of three.
+    // Declared to the library as 8-bit pixels: a grey sample as one pixel of two components, an RGB pixel as
+    // two of three.
     const int pixels = components == 1 ? image.width : 2 * image.width;
     std::string file = encodeBytes(bigEndian(samples, format.significantBits), pixels, image.height,
                                    components == 1 ? 2 : 3);

@@ -34,7 +34,7 @@ void replaceAll(std::string& text, const std::string& from, const std::string& t
         text.replace(place, from.size(), to);
 }
 
-/// Only as a whole word: a short name may be part of many.
+/// Replaces whole words only, since a short name may be part of many words.
 void replaceWord(std::string& text, const std::string& word, const std::string& to)
 {
     const auto isPart = [&](std::size_t place) {
@@ -166,7 +166,7 @@ std::string withoutPrivateNames(const std::string& text, const PrivateNames& nam
         replaceAll(clean, folder, "<installation>");
     for (const auto& folder : {names.home, slashed(names.home)})
         replaceAll(clean, folder, "/home");
-    // From the root or a drive on; the last part tells what it was.
+    // Matches from the root or a drive on; the last part stays, to show which file it is.
     static const std::regex wholePath(
         R"((^|[\s"'(=:,])(?:[A-Za-z]:)?[/\\](?:[^\s"'(),;:/\\]+[/\\]+)*([^\s"'(),;:/\\]+)[/\\]?)");
     clean = std::regex_replace(clean, wholePath, "$1<path>/$2");

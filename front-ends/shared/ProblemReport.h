@@ -1,7 +1,7 @@
 /// \file
 /// A text to attach to a problem report.
 ///
-///   PrivateNames, withoutPrivateNames   what of a text does not leave the machine
+///   PrivateNames, withoutPrivateNames   removes private names from a text
 ///   ReportContents, problemReport       the report
 #pragma once
 
@@ -12,7 +12,7 @@
 
 namespace ovra::frontend {
 
-/// Texts as they occur; empty ones are not looked for.
+/// Names that are private. Empty ones are ignored.
 struct PrivateNames
 {
     std::string installation; ///< its folder: paths in it stay, as "<installation>/..."
@@ -20,11 +20,11 @@ struct PrivateNames
     std::string user;         ///< the user's name
 };
 
-/// \p text without these names: of a whole path outside the installation only the last part stays. Relative
-/// paths stay, but for the user's name in them.
+/// Removes these names from \p text. Of an absolute path outside the installation only the last part stays.
+/// Relative paths stay, except for the user's name in them.
 std::string withoutPrivateNames(const std::string& text, const PrivateNames& names);
 
-/// What only the front end knows.
+/// Contents that only the front end knows.
 struct ReportContents
 {
     std::string program; ///< "name version"
@@ -34,7 +34,7 @@ struct ReportContents
 };
 
 /// Versions, platform, machine, boards with structure and parameters, applet files, configuration entries,
-/// and what the front end adds. Without user name and without paths outside the installation, unless \p
+/// and the front end's contents. Leaves out the user's name and paths outside the installation, unless \p
 /// withPrivateNames. GUI thread, while an application runs.
 std::string problemReport(const ReportContents& contents, bool withPrivateNames);
 

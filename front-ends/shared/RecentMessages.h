@@ -10,15 +10,15 @@
 
 namespace ovra::frontend {
 
-/// Safe from any thread.
+/// Any thread.
 class RecentMessages
 {
 public:
     explicit RecentMessages(std::size_t maxMessages) : m_maxMessages(maxMessages) {}
 
-    /// Keeps \p text with the time; the oldest goes where there are too many.
+    /// Keeps \p text with the time; drops the oldest if there are too many.
     void add(const std::string& text);
-    /// The oldest first, each behind its time.
+    /// All messages with their times, the oldest first.
     std::vector<std::string> all() const;
 
 private:

@@ -1,13 +1,13 @@
 /// \file
-/// RequestError: something that a user asked for and that cannot be done.
+/// RequestError: a request of the user that cannot be carried out.
 #pragma once
 
 #include <stdexcept>
 
 namespace ovra::frontend {
 
-/// The text is one line for the user: what was asked for, what was wrong with it, and where it helps what
-/// there is instead. Nothing was changed.
+/// The text is one line for the user: the request, the error, and if useful the alternatives. The request has
+/// changed nothing.
 class RequestError : public std::runtime_error
 {
 public:

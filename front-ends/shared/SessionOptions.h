@@ -1,5 +1,5 @@
 /// \file
-/// The command-line options that every front end has.
+/// The command-line options of every front end.
 #pragma once
 
 #include <optional>
@@ -11,19 +11,19 @@ class App;
 
 namespace ovra::frontend {
 
-/// Texts are paths; empty where not given.
+/// Texts are paths; empty: not given.
 struct SessionOptions
 {
     std::string outputFolder;
     std::string machine;
-    std::string scenario; ///< the name alone of one that the installation brings, too
+    std::string scenario; ///< a file, or the name of a scenario of the installation
     std::string runtimeFolder;
     std::string configurationFile;
     std::optional<int> logLevel;
 };
 
-/// Adds --output-dir, --machine, --scenario, --runtime-dir, --config and --log-level to \p program, whose
-/// parsing fills \p options. Both live until then.
+/// Adds --output-dir, --machine, --scenario, --runtime-dir, --config and --log-level to \p program, which
+/// fills \p options when it parses. Both must exist until then.
 void addSessionOptions(CLI::App& program, SessionOptions& options);
 
 } // namespace ovra::frontend

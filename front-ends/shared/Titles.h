@@ -1,5 +1,5 @@
 /// \file
-/// The names under which boards and channels are shown.
+/// Titles of boards and channels for display.
 #pragma once
 
 #include <string>

@@ -1,5 +1,5 @@
-// With libedit. All that is written while a line is typed, this thread writes: what other threads have to say
-// waits for it.
+// Uses libedit. While a line is read, only the reading thread writes to the terminal; it also prints the
+// queued texts of other threads.
 #include "../LineEditor.h"
 
 #include "../Completion.h"
@@ -31,7 +31,7 @@ std::size_t columns()
     return static_cast<std::size_t>(terminalColumns());
 }
 
-/// Characters of a text in UTF-8.
+/// Number of characters of a UTF-8 text.
 std::size_t lengthOf(const std::string& text)
 {
     constexpr unsigned char CONTINUATION_MASK = 0xc0, CONTINUATION = 0x80;
@@ -83,7 +83,7 @@ struct LineEditor::State
         el_set(editor, EL_ADDFN, "complete", "completes the last word", &State::complete);
         el_set(editor, EL_BIND, "^I", "complete", nullptr);
         el_set(editor, EL_BIND, "^R", "em-inc-search-prev", nullptr);
-        el_source(editor, nullptr); // what the user set up in ~/.editrc
+        el_source(editor, nullptr); // the user's ~/.editrc
         history = history_init();
         HistEvent event{};
         ::history(history, &event, H_SETSIZE, MAX_HISTORY);
@@ -103,7 +103,8 @@ struct LineEditor::State
     State(const State&) = delete;
     State& operator=(const State&) = delete;
 
-    // Without a file there is no history from before, and where it cannot be written none for later.
+    // Errors are ignored: without a readable file there is no earlier history, without a writable one no
+    // later.
     void loadHistory(const std::filesystem::path& file)
     {
         if (file.empty())
@@ -127,7 +128,7 @@ struct LineEditor::State
     void wake() const
     {
         const char any = 0;
-        [[maybe_unused]] const auto written = write(wakeUp[1], &any, 1); // a full pipe wakes as well
+        [[maybe_unused]] const auto written = write(wakeUp[1], &any, 1); // a full pipe also wakes the reader
     }
 
     bool takeCancellation()
@@ -137,7 +138,7 @@ struct LineEditor::State
         return wasCancelled;
     }
 
-    // Takes the line that is being typed off the screen, writes the text and draws the line again.
+    // Erases the line that is being typed, prints the text and draws the line again.
     void showAbove()
     {
         std::string text;
@@ -159,7 +160,7 @@ struct LineEditor::State
 
     static void writeText(const std::string& text)
     {
-        for (const char character : text) { // the terminal may not be the one to return the carriage
+        for (const char character : text) { // the terminal may be in raw mode, which needs "\r\n"
             if (character == '\n')
                 std::putchar('\r');
             std::putchar(character);
@@ -167,12 +168,12 @@ struct LineEditor::State
         std::fflush(stdout);
     }
 
-    // Waits until there is something to read; false when the line was cancelled.
+    // Waits for input; false if the line was cancelled.
     bool waitForInput()
     {
         for (;;) {
             pollfd sources[2] = {{STDIN_FILENO, POLLIN, 0}, {wakeUp[0], POLLIN, 0}};
-            poll(sources, 2, -1); // a signal only makes it look again
+            poll(sources, 2, -1); // after a signal the loop checks again
             if (sources[1].revents != 0) {
                 char any[64];
                 while (::read(wakeUp[0], any, sizeof any) > 0) {
@@ -186,7 +187,7 @@ struct LineEditor::State
         }
     }
 
-    // 1 for a character, 0 for the end.
+    // Returns 1 for a character, 0 for the end of input.
     int nextCharacter(wchar_t* character)
     {
         std::mbstate_t state{};
@@ -245,10 +246,10 @@ struct LineEditor::State
     Completer completer;
 
     int wakeUp[2] = {-1, -1};
-    std::mutex mutex; // for what follows
+    std::mutex mutex; // guards the members below
     bool reading = false;
-    bool cancelled = false;    ///< wanted
-    bool wasCancelled = false; ///< the present line
+    bool cancelled = false;    ///< requested
+    bool wasCancelled = false; ///< for the current line
     std::string above;
 };
 
@@ -270,7 +271,8 @@ LineStatus LineEditor::read(const std::string& prompt, std::string& line)
         m_state->wasCancelled = false;
     }
     el_resize(m_state->editor);
-    // Before the prompt shows: Ctrl-D that meets the terminal's own line mode is no key any more.
+    // Before the prompt: in the terminal's own line mode Ctrl-D would end the input instead of reaching the
+    // editor.
     el_set(m_state->editor, EL_PREP_TERM, 1);
     int length = 0;
     const char* const typed = el_gets(m_state->editor, &length);
@@ -281,12 +283,12 @@ LineStatus LineEditor::read(const std::string& prompt, std::string& line)
             line.pop_back();
         m_state->remember(line);
     } else {
-        std::printf("\n"); // the cursor stands behind the prompt
+        std::printf("\n"); // the cursor is after the prompt
     }
 
     const std::lock_guard lock(m_state->mutex);
     m_state->reading = false;
-    m_state->cancelled = false; // too late for this line, and not for the next
+    m_state->cancelled = false; // came too late for this line, and does not count for the next
     State::writeText(std::exchange(m_state->above, ""));
     if (complete)
         return LineStatus::Complete;

@@ -1,6 +1,5 @@
-// With the console's own editing, which keeps the history of its window. A control character that no key of
-// everyday use makes ends the system's reading for a moment: the editor writes what waits, and reads on with
-// what was typed.
+// Uses the console window's own editing and history. An uncommon control character interrupts the system's
+// read call: the editor then prints queued texts and continues reading with the text typed so far.
 #include "../LineEditor.h"
 
 #include "../Completion.h"
@@ -48,7 +47,7 @@ void show(const std::wstring& text)
                   nullptr);
 }
 
-/// Takes what is typed and the prompt off the screen. The cursor stands behind them.
+/// Erases the prompt and the typed text before the cursor.
 void eraseTyped(std::size_t characters)
 {
     const HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
@@ -69,7 +68,7 @@ void eraseTyped(std::size_t characters)
 struct LineEditor::State
 {
     Completer completer;
-    std::mutex mutex; // for what follows
+    std::mutex mutex; // guards the members below
     bool reading = false;
     bool cancelled = false;
     std::string above;
@@ -99,7 +98,7 @@ struct LineEditor::State
         return std::exchange(cancelled, false);
     }
 
-    /// The line after a completion; candidates, if there are several, are shown.
+    /// The line after a completion; prints the candidates if there are several.
     std::wstring completed(const std::wstring& typed)
     {
         const std::string line = utf8(typed);
@@ -126,7 +125,7 @@ struct LineEditor::State
         return typed;
     }
 
-    /// Reads until the line is complete, or until a control character; false when there is no more, or for
+    /// Reads until the line is complete, or until a control character; false at the end of input, or for
     /// Ctrl-C.
     static bool readPart(std::wstring& typed)
     {
@@ -196,7 +195,7 @@ LineStatus LineEditor::read(const std::string& prompt, std::string& line)
 
     const std::lock_guard lock(m_state->mutex);
     m_state->reading = false;
-    m_state->cancelled = false; // too late for this line, and not for the next
+    m_state->cancelled = false; // came too late for this line, and does not count for the next
     show(wide(std::exchange(m_state->above, "")));
     return status;
 }

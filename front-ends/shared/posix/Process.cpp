@@ -26,7 +26,7 @@ constexpr KnownSignal KNOWN_SIGNALS[] = {
     {SIGHUP, Signal::Hangup},
 };
 
-// A program in the background is started with signals ignored, and stays so.
+// True for a signal that the process inherited as ignored, as background programs do.
 bool isIgnored(int signal)
 {
     struct sigaction present = {};
@@ -83,7 +83,7 @@ void setEnvironmentVariable(const std::string& name, const std::string& value)
     setenv(name.c_str(), value.c_str(), 1); // NOLINT(concurrency-mt-unsafe): no other thread yet
 }
 
-// The threads that come later inherit the mask, so the signals reach the one that waits for them.
+// Later threads inherit the mask, so signals reach only the thread that waits for them.
 void handleSignals(std::function<void(Signal)> handler)
 {
     std::signal(SIGPIPE, SIG_IGN);

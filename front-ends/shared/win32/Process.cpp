@@ -43,7 +43,7 @@ BOOL WINAPI onControl(DWORD event)
         installedHandler()(meaning);
     }
     if (meaning == Signal::Hangup)
-        Sleep(INFINITE); // the system ends the process when this returns, and after some seconds anyway
+        Sleep(INFINITE); // the system ends the process when this returns, or after some seconds
     return TRUE;
 }
 
@@ -79,7 +79,7 @@ std::vector<std::string> commandLineArguments(int, char**)
     return texts;
 }
 
-// The function that everybody knows tells an old version to programs that do not name the newer ones.
+// GetVersionEx reports an old version to programs whose manifest does not list newer ones.
 std::string systemDescription()
 {
     using GetVersion = LONG(WINAPI*)(OSVERSIONINFOW*);
@@ -104,7 +104,8 @@ std::string homeFolder()
     return environmentVariable(L"USERPROFILE");
 }
 
-// The C run-time library's own copy is what the libraries of the process read; this changes both.
+// The libraries of the process read the C run-time library's copy of the environment; this changes both
+// copies.
 void setEnvironmentVariable(const std::string& name, const std::string& value)
 {
     _putenv_s(name.c_str(), value.c_str());

@@ -1,5 +1,5 @@
-# ovra_abi(<variable>): by which rules the compiler lays out classes and names symbols. Modules of one process have to
-# agree on it: "itanium-linux", "gcc-mingw" or "msvc".
+# ovra_abi(<variable>): the compiler's rules for the layout of classes and the names of symbols: "itanium-linux",
+# "gcc-mingw" or "msvc". All modules of a process need the same.
 
 include_guard(GLOBAL)
 

@@ -3,7 +3,8 @@
 #   Linux     TGZ, and DEB in three parts: ovra-gui-core, -dev, -simulation
 #   Windows   ZIP, and an installer (NSIS)
 #
-# What is installed resolves itself from its own place, so it stands in a folder of its own: /opt/ovra-gui-core.
+# The library finds its installation from its own path, so the packages install into a folder of their own:
+# /opt/ovra-gui-core.
 
 set(doc_dir share/doc/ovra-gui-core)
 install(FILES LICENSE docs/THIRD-PARTY.md DESTINATION ${doc_dir} COMPONENT runtime)
@@ -11,7 +12,7 @@ install(FILES README.md CHANGELOG.md DESTINATION ${doc_dir} COMPONENT developmen
 install(DIRECTORY docs/ DESTINATION ${doc_dir}/docs COMPONENT development FILES_MATCHING PATTERN "*.md")
 install(FILES front-ends/console/demo.txt DESTINATION share/ovra-gui-core COMPONENT simulation)
 
-# The notices of what is compiled in and, on Windows, lies beside it, as the packages state them that it was taken from.
+# The licence notices of software that is compiled in or, on Windows, lies beside the library, from its Debian packages.
 set(notices nlohmann-json3-dev libcli11-dev libstb-dev)
 if(MINGW)
     list(APPEND notices g++-mingw-w64-x86-64-posix mingw-w64-common)

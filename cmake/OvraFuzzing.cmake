@@ -10,15 +10,15 @@ set(OVRA_FUZZ_SECONDS "" CACHE STRING "For how long a test runs its fuzzer; empt
 add_custom_target(fuzzers)
 
 # ovra_fuzzer(<target>
-#     SOURCES <file>...             one has LLVMFuzzerTestOneInput; those under test are given here, too
-#     SEEDS <folder>                inputs to start from, in files named for what they hold; nothing is written there
+#     SOURCES <file>...             one has LLVMFuzzerTestOneInput; the sources under test belong here, too
+#     SEEDS <folder>                initial inputs, in files named for their content; the fuzzer writes nothing there
 #     [LINK <target>...]
 #     [DEFINITIONS <definition>...]
 #     [MAX_LENGTH <bytes>]          of an input; default 4096
-#     [SECONDS <number>])           for how long the test runs; default 10
+#     [SECONDS <number>])           duration of the test; default 10
 #
-# A fuzzer, and a ctest of its name. It keeps what it finds worth keeping in
-# <target>-corpus of the build folder and starts from there the next time, too; the input of a failure lies beside it.
+# A fuzzer, and a ctest with its name. The fuzzer keeps useful inputs in <target>-corpus of the build folder and also
+# starts from them the next time. The input of a failure is written beside that folder.
 function(ovra_fuzzer target)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "SEEDS;MAX_LENGTH;SECONDS" "SOURCES;LINK;DEFINITIONS")
     _ovra_check_arguments(ovra_fuzzer ${target} "${arg_UNPARSED_ARGUMENTS}" "${arg_SOURCES}")
@@ -35,7 +35,7 @@ function(ovra_fuzzer target)
     target_compile_definitions(${target} PRIVATE ${arg_DEFINITIONS})
     target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR})
     target_link_libraries(${target} PRIVATE ovra-options ${arg_LINK})
-    # The instrumentation is a flag of the whole build; only the fuzzer's main() is added here.
+    # The preset instruments the whole build; this only adds the fuzzer's main().
     target_link_options(${target} PRIVATE -fsanitize=fuzzer)
     add_dependencies(fuzzers ${target})
 

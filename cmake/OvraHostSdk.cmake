@@ -1,5 +1,5 @@
-# ovra_host_sdk(): the host as it is installed in OVRA_HOST_SDK, as imported targets under the names that the reference
-# host's targets have in an installation (Ovra::ovra-core) and in this tree (ovra-core).
+# ovra_host_sdk(): imported targets for the host that is installed in OVRA_HOST_SDK, with the names of the reference host's
+# targets in an installation (Ovra::ovra-core) and in this tree (ovra-core).
 
 include_guard(GLOBAL)
 
@@ -23,7 +23,7 @@ function(ovra_host_sdk)
         mark_as_advanced(OVRA_HOST_SDK_${library})
         set(target Ovra::${library})
         add_library(${target} SHARED IMPORTED GLOBAL)
-        # On Windows this is the import library; the DLL itself is needed at run time only.
+        # On Windows this is the import library; only running needs the DLL.
         set_target_properties(${target} PROPERTIES
             IMPORTED_LOCATION "${OVRA_HOST_SDK_${library}}"
             IMPORTED_IMPLIB "${OVRA_HOST_SDK_${library}}")

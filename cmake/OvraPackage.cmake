@@ -1,4 +1,4 @@
-# What find_package(OvraGuiCore) and pkg-config find in the installation.
+# Installs the files for find_package(OvraGuiCore) and pkg-config.
 
 include(CMakePackageConfigHelpers)
 
@@ -15,7 +15,7 @@ endif()
 
 configure_package_config_file(cmake/package/OvraGuiCoreConfig.cmake.in OvraGuiCoreConfig.cmake
     INSTALL_DESTINATION ${package_dir})
-# Before 1.0 each second number may change the interface.
+# Before 1.0 each minor version may change the interface.
 write_basic_package_version_file(OvraGuiCoreConfigVersion.cmake COMPATIBILITY SameMinorVersion)
 install(FILES
     "${PROJECT_BINARY_DIR}/OvraGuiCoreConfig.cmake" "${PROJECT_BINARY_DIR}/OvraGuiCoreConfigVersion.cmake" ${files}

@@ -1,7 +1,7 @@
-# The kinds of targets this tree consists of, and what they have in common.
+# Functions for the kinds of targets in this tree, and their common settings.
 #
-#   ovra_shared_library   a library that others link
-#   ovra_runtime_module   a library that is opened by name at run time
+#   ovra_shared_library   a library that other targets link
+#   ovra_runtime_module   a library that programs open at run time
 #   ovra_program          an executable that is installed
 #   ovra_test             a GoogleTest program                      (OvraTesting.cmake)
 #   ovra_fuzzer           a program that tries inputs               (OvraFuzzing.cmake)
@@ -11,11 +11,11 @@
 #   third-party-headers   the same, and nlohmann-json, CLI11 and stb
 #   demo-programs         everything that is installed, and nothing else
 #
-# What is installed belongs to a component: runtime (libraries, programs), development (headers, what a front end is
-# linked with) or simulation (the virtual installation).
+# Installed files belong to a component: runtime (libraries, programs), development (headers, libraries to link) or
+# simulation (the virtual installation).
 #
-# Built libraries and programs lie in ${OVRA_STAGE_DIR} (bin/, lib/) just as they do once installed, so
-# that what looks for its installation from its own place finds the same picture in the build tree.
+# ${OVRA_STAGE_DIR} has the layout of an installation (bin/, lib/): libraries that find their installation from their own
+# path also work in the build tree.
 
 include_guard(GLOBAL)
 
@@ -37,8 +37,7 @@ set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
 if(NOT WIN32)
-    # Not on Windows, where the second of them would keep the inline members of an exported class out of
-    # the export table.
+    # Not on Windows, where the second setting would remove the inline members of exported classes from the export table.
     set(CMAKE_CXX_VISIBILITY_PRESET hidden)
     set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 endif()
@@ -46,20 +45,20 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 
 add_custom_target(demo-programs)
 
-# --- what every target is compiled with ----------------------------------------------------------
+# --- compiler options of every target ------------------------------------------------------------
 
 add_library(ovra-options INTERFACE)
 target_link_libraries(ovra-options INTERFACE Threads::Threads)
 if(MSVC)
-    # /EHs: what has C linkage may throw too. C4251, C4275: exported classes with members of Boost's types;
-    # all modules of a process are built by one compiler.
+    # /EHs: functions with C linkage may throw, too. C4251 and C4275 warn of exported classes with members of Boost's
+    # types, which is safe since one compiler builds all modules of a process.
     target_compile_options(ovra-options INTERFACE
         /W4 /WX /permissive- /utf-8 /Zc:__cplusplus /EHs /wd4251 /wd4275)
-    target_compile_definitions(ovra-options INTERFACE _CRT_SECURE_NO_WARNINGS) # getenv is good enough
+    target_compile_definitions(ovra-options INTERFACE _CRT_SECURE_NO_WARNINGS) # allow getenv
 else()
     target_compile_options(ovra-options INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Werror)
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
-        # At -O3 it takes a concatenation of strings for a copy onto itself.
+        # At -O3 GCC reports a concatenation of strings as a copy onto itself.
         target_compile_options(ovra-options INTERFACE $<$<CONFIG:Release>:-Wno-restrict>)
     endif()
 endif()
@@ -71,20 +70,20 @@ if(WIN32)
     endif()
 elseif(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     if(CMAKE_CXX_FLAGS MATCHES "-fsanitize=address")
-        # Code that the sanitizer has taken apart looks uninitialised to the compiler: std::regex.
+        # With the sanitizer GCC reports parts of std::regex as uninitialised.
         target_compile_options(ovra-options INTERFACE -Wno-maybe-uninitialized)
     endif()
-    # A unique symbol pins its library in the process: dlclose would never unload it.
+    # A library with a unique symbol stays in the process: dlclose would not unload it.
     target_compile_options(ovra-options INTERFACE -fno-gnu-unique)
 endif()
 if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-    # It is meant for headers, and takes a source that a unity source includes for one.
+    # This warning is for headers; GCC also applies it to sources that a unity source includes.
     target_compile_options(ovra-options INTERFACE -Wno-subobject-linkage)
 endif()
 
 # --- header-only libraries -----------------------------------------------------------------------
 
-# boost-headers is all that the product needs; third-party-headers is what the programs around it need.
+# The library needs boost-headers only; the programs need third-party-headers.
 add_library(boost-headers INTERFACE)
 add_library(Ovra::boost-headers ALIAS boost-headers)
 target_compile_definitions(boost-headers INTERFACE BOOST_ALL_NO_LIB $<BUILD_INTERFACE:BOOST_DLL_USE_STD_FS>)
@@ -94,8 +93,8 @@ target_link_libraries(third-party-headers INTERFACE boost-headers)
 # _ovra_headers(<target> <folder> <header>): lets <target> find <folder>/<header>.
 function(_ovra_headers target folder header)
     if(CMAKE_CROSSCOMPILING)
-        # The build machine's include folder as a whole would shadow the cross compiler's own headers. A folder of
-        # links shows it the header-only libraries alone.
+        # The build machine's whole include folder would hide the cross compiler's own headers. A folder of links
+        # contains the header-only libraries only.
         set(OVRA_HEADERS_ROOT "/usr/include" CACHE PATH "Where boost/, nlohmann/, CLI/ and stb/ lie")
         if(NOT EXISTS "${OVRA_HEADERS_ROOT}/${folder}/${header}")
             message(FATAL_ERROR "No ${folder}/${header} below ${OVRA_HEADERS_ROOT} (run scripts/setup)")
@@ -145,7 +144,7 @@ endif()
 
 # ovra_version_resource(<target> <file name>)
 #
-# What Windows shows of a file's version. Nothing elsewhere.
+# Adds the version information that Windows shows. No effect on other platforms.
 file(STRINGS LICENSE OVRA_COPYRIGHT REGEX "^Copyright")
 function(ovra_version_resource target file)
     if(NOT WIN32)
@@ -161,11 +160,11 @@ function(ovra_version_resource target file)
     target_sources(${target} PRIVATE "${resource}")
 endfunction()
 
-# What shared libraries and modules share. Not for use elsewhere.
+# Common settings of shared libraries and modules. Private to this file.
 function(_ovra_library target)
     target_link_libraries(${target} PRIVATE ovra-options)
     if(MINGW)
-        # A DLL exports what is marked for export, even if that is nothing.
+        # A DLL exports only what is marked for export, even if that is nothing.
         target_link_options(${target} PRIVATE LINKER:--exclude-all-symbols)
     elseif(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
         target_link_options(${target} PRIVATE LINKER:-z,defs)
@@ -175,10 +174,10 @@ endfunction()
 # ovra_shared_library(<target>
 #     EXPORT_MACRO <MACRO>          <MACRO>_BUILD is defined while the library itself is compiled
 #     SOURCES <file>...
-#     [PUBLIC_INCLUDE <dir>...]     for the library and whoever links it
+#     [PUBLIC_INCLUDE <dir>...]     for the library and targets that link it
 #     [PUBLIC_LINK <target>...]
 #     [PRIVATE_LINK <target>...]
-#     [FOR_TESTS])                  lies in tests/<target>/, is not installed
+#     [FOR_TESTS])                  built in tests/<target>/, not installed
 #
 # <target>.dll in bin/ on Windows, lib<target>.so in lib/ elsewhere; staged and installed.
 function(ovra_shared_library target)
@@ -225,7 +224,7 @@ endfunction()
 #     [LINK <target>...]
 #     [DEFINITIONS <definition>...]
 #     [OUTPUT_NAME <name>]          default: <target>
-#     [FOR_TESTS])                  lies in tests/<target>/, is not installed
+#     [FOR_TESTS])                  built in tests/<target>/, not installed
 #
 # <name>.dll or <name>.so, without a prefix, in bin/ on both platforms; staged and installed.
 function(ovra_runtime_module target)
@@ -287,7 +286,7 @@ function(_ovra_check_arguments function target unparsed sources)
     endif()
 endfunction()
 
-# A folder of its own for each: two variants of one library bear the same file name.
+# Each gets a folder of its own, since two variants of one library have the same file name.
 function(_ovra_place_for_tests target)
     set(folder "${PROJECT_BINARY_DIR}/tests/${target}")
     set_target_properties(${target} PROPERTIES

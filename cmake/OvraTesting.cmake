@@ -3,8 +3,7 @@
 include_guard(GLOBAL)
 include(GoogleTest)
 
-# Built from source with this tree's own flags: a prebuilt library fits neither the cross compiler nor
-# the sanitizers.
+# Built from source with this tree's own flags: a prebuilt library fits neither the cross compiler nor the sanitizers.
 set(OVRA_GOOGLETEST_DIR "/usr/src/googletest" CACHE PATH "GoogleTest's source tree")
 if(NOT EXISTS "${OVRA_GOOGLETEST_DIR}/CMakeLists.txt")
     message(FATAL_ERROR "No GoogleTest sources in ${OVRA_GOOGLETEST_DIR} "
@@ -20,8 +19,8 @@ if(CMAKE_CROSSCOMPILING AND WIN32)
     set(wine_run "${PROJECT_SOURCE_DIR}/cmake/wine-run" --prefix "${PROJECT_BINARY_DIR}/wine")
     set(CMAKE_CROSSCOMPILING_EMULATOR ${wine_run} --path "${OVRA_STAGE_DIR}/bin")
 
-    # Wine's server and services start once before the tests and end after them. Tests that each started
-    # their own would take ten times as long, and would race for a prefix that does not exist yet.
+    # Wine's server and services start once before the tests and end after them. If each test started its own, the tests
+    # would take ten times as long, and would race to create the prefix.
     add_test(NAME wine.start COMMAND ${wine_run} --start)
     add_test(NAME wine.stop COMMAND ${wine_run} --stop)
     set_tests_properties(wine.start PROPERTIES FIXTURES_SETUP wine TIMEOUT 120)
@@ -34,7 +33,7 @@ endif()
 #     [DEFINITIONS <definition>...]
 #     [OPENS <module>...])          built first: the tests open them at run time
 #
-# A GoogleTest program in tests/. Each of its cases is a ctest of its own, named <target>.<suite>.<case>.
+# A GoogleTest program in tests/. Each test case is a ctest, named <target>.<suite>.<case>.
 function(ovra_test target)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINK;DEFINITIONS;OPENS")
     _ovra_check_arguments(ovra_test ${target} "${arg_UNPARSED_ARGUMENTS}" "${arg_SOURCES}")
@@ -49,11 +48,11 @@ function(ovra_test target)
 
     set(folder "${PROJECT_BINARY_DIR}/tests")
     if(WIN32 AND NOT OVRA_RUNS_IN_WINE)
-        set(folder "${OVRA_STAGE_DIR}/bin") # Windows looks for DLLs beside the program
+        set(folder "${OVRA_STAGE_DIR}/bin") # Windows searches the program's folder for DLLs
     endif()
     set_target_properties(${target} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${folder}")
 
-    # It says that a test hangs, not that a machine is busy.
+    # Generous: reaching it means that a test hangs, not that the machine is busy.
     set(properties TIMEOUT 900)
     if(OVRA_RUNS_IN_WINE)
         list(APPEND properties FIXTURES_REQUIRED wine)

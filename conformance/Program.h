@@ -1,5 +1,5 @@
 /// \file
-/// The program around conformance tests: the main() of a host author is
+/// runProgram: the main program of conformance tests. A host author writes
 ///
 ///     int main(int argc, char** argv)
 ///     {
@@ -21,9 +21,9 @@ namespace ovra::conformance {
 
 using HostMaker = std::function<std::unique_ptr<HostUnderTest>()>;
 
-/// Runs the tests that the arguments choose (--help lists them), each in a process of its own, which is this
-/// program again. Returns the exit code: 0 when each chosen test passed or was skipped, 1 when one did not,
-/// 2 for arguments that make no sense.
+/// Runs the tests that the arguments choose (--help lists them), each in a new process of this program.
+/// \return the exit code: 0 if each chosen test passed or was skipped, 1 if one did not, 2 for invalid
+/// arguments
 int runProgram(int argc, char** argv, const HostMaker& makeHost, const std::vector<Test>& tests);
 
 } // namespace ovra::conformance

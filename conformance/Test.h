@@ -1,8 +1,8 @@
 /// \file
-/// A conformance test, and what its body says.
+/// Test: a conformance test, and the functions for its body.
 ///
-///   Test            a requirement with a name and the function that looks whether a host meets it
-///   require, requireEqual, await, stays   what must hold
+///   Test            a requirement with a name and the function that checks whether a host meets it
+///   require, requireEqual, await, stays   check conditions
 ///   fail, skip      end the test
 ///   standardTests   the tests of everything that the library needs of its host
 ///
@@ -13,8 +13,8 @@
 ///     }
 ///     tests.push_back({"clock-advances", "The host's clock advances", clockAdvances});
 ///
-/// Each test has a process of its own, which ends at once where a requirement is not met: what the host left
-/// running is not waited for.
+/// Each test runs in a process of its own. If a requirement is not met, the process ends at once, without
+/// waiting for the host's threads.
 #pragma once
 
 #include <chrono>
@@ -29,7 +29,7 @@ class HostUnderTest;
 
 struct Test
 {
-    std::string name;        ///< kebab-case, unique; stays the same from version to version
+    std::string name;        ///< kebab-case, unique; does not change between versions
     std::string requirement; ///< one sentence, present tense, without a full stop
     std::function<void(HostUnderTest&)> run;
 };
@@ -37,22 +37,22 @@ struct Test
 /// All tests of this library, by subject.
 std::vector<Test> standardTests();
 
-/// How long await() waits. Less than the time limit of a test.
+/// Time limit of await(). Less than the time limit of a test.
 constexpr std::chrono::seconds PATIENCE{10};
-/// How long stays() looks on. Several images of a channel arrive in this time.
+/// Time during which stays() checks its condition. Several images of a channel arrive in this time.
 constexpr std::chrono::milliseconds LOOK_ON{200};
 
-/// Ends the test as failed. \p reason says what came instead of what.
+/// Ends the test as failed. \p reason says what was expected and what happened.
 [[noreturn]] void fail(const std::string& reason);
 /// Ends the test as skipped.
 [[noreturn]] void skip(const std::string& reason);
 
-/// Fails with \p what, which says what should be, unless \p holds.
+/// Fails unless \p holds. \p what says what was expected.
 void require(bool holds, const std::string& what);
 
 /// GUI thread. Processes events until \p condition holds; fails with \p what after PATIENCE.
 void await(HostUnderTest& host, const std::function<bool()>& condition, const std::string& what);
-/// GUI thread. Processes events for LOOK_ON; fails with \p what when \p condition ceases to hold.
+/// GUI thread. Processes events for LOOK_ON; fails with \p what if \p condition becomes false.
 void stays(HostUnderTest& host, const std::function<bool()>& condition, const std::string& what);
 
 std::string toText(const std::vector<std::string>& values);

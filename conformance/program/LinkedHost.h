@@ -1,5 +1,5 @@
 /// \file
-/// The host that this program is linked to.
+/// linkedHost: the host that this program is linked to.
 #pragma once
 
 #include "conformance/HostUnderTest.h"
@@ -8,7 +8,7 @@
 
 namespace ovra::conformance {
 
-/// Defined once for each host: for the reference host in ReferenceHost.cpp, for another in the source that
+/// Each host has one definition: the reference host in ReferenceHost.cpp, another one in the source that
 /// OVRA_HOST_UNDER_TEST names.
 std::unique_ptr<HostUnderTest> linkedHost();
 

@@ -24,7 +24,7 @@ namespace {
 constexpr const char* APPLET = "Hardware Applets/ovra-quad-cl/SingleAreaGray.hap";
 constexpr unsigned int BOARD = 0, PORT = 0, DMA = 0;
 
-/// A board of the virtual installation whose camera streams.
+/// A board of the virtual installation whose camera is running.
 class VirtualChannel final : public Channel
 {
 public:
@@ -80,7 +80,7 @@ public:
             .runtimeDirectory = std::string(installation.begin(), installation.end()),
             .runtimeLibrary = {},
             .configurationFile = {}});
-        m_application->setErrorHandler([](const reference::PhaseFailure&) {}); // the tests plan failures
+        m_application->setErrorHandler([](const reference::PhaseFailure&) {}); // tests cause failures
     }
 
     // NOLINTNEXTLINE(bugprone-unchecked-optional-access): a test starts the application first
@@ -111,7 +111,7 @@ public:
     int libraryUses(const std::string& library) override { return reference::libraryUses(library); }
 
 private:
-    // This program lies in "bin" of the installation.
+    // This program is in "bin" of the installation.
     const std::filesystem::path m_installation = boost::dll::program_location().parent_path().parent_path();
     std::optional<reference::Application> m_application;
 };

@@ -1,4 +1,4 @@
-// The application around the commands: configuration, log, and starts of the libraries.
+// Tests of the application: configuration, log, and starts of the libraries.
 
 #include "Tests.h"
 
@@ -64,7 +64,7 @@ void pluginMonitorStartsAndStops(HostUnderTest& host)
 
 // --- log -----------------------------------------------------------------------------------------------
 
-/// Listens to the log. Never destroyed: a host that is broken may call it at any time.
+/// Listens to the log. Never destroyed: a faulty host may call it at any time.
 struct Listener
 {
     std::mutex mutex;
@@ -93,7 +93,7 @@ struct Listener
 Listener& startedListener(HostUnderTest& host)
 {
     host.startApplication();
-    static auto* const listener = new Listener; // one test, one process
+    static auto* const listener = new Listener; // each test has its own process
     OvraLogInit();
     OvraLogSetMessageCallback(Listener::take, listener);
     return *listener;

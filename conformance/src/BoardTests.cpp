@@ -1,4 +1,4 @@
-// What a change of the board handle brings about.
+// Tests of changes of the board handle.
 
 #include "Machine.h"
 #include "Tests.h"
@@ -30,7 +30,7 @@ struct ObservedBoard
     ~ObservedBoard()
     {
         board->getPhysicalPortsEntryNode()->_children().clear();
-        change(*board, nullptr); // before the channel gives the handle back
+        change(*board, nullptr); // before the channel frees the handle
     }
     ObservedBoard(const ObservedBoard&) = delete;
     ObservedBoard& operator=(const ObservedBoard&) = delete;
@@ -65,7 +65,8 @@ void handleChangeIsOneUpdate(HostUnderTest& host)
     const ObservedBoard tested(host);
     HlEnvironmentBoardNode& board = *tested.board;
     Fg_Struct_s* const handle = tested.channel->handle();
-    auto updates = std::make_shared<std::vector<std::string>>(); // the observer stays
+    auto updates =
+        std::make_shared<std::vector<std::string>>(); // shared, because the observer stays installed
     host.observeHandle(tested.board, [=](Fg_Struct_s* now) {
         updates->push_back(now == handle ? "handle" : now ? "another handle" : "null");
     });

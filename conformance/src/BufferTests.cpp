@@ -1,4 +1,4 @@
-// Buffers of a group: their number, their size, and what they are accounted for.
+// Tests of a group's buffers: their number, their size, and their share of the DMA memory.
 
 #include "ChannelBench.h"
 #include "Tests.h"
@@ -72,7 +72,7 @@ void bufferCountBelowOneChangesNothing(HostUnderTest& host)
         try {
             group->setBufferCount(count);
         } catch (const std::exception&) {
-            // A refusal is as good.
+            // An exception is allowed, too.
         }
         requireEqual(group->bufferCount(), 5U, "buffers after a request of " + std::to_string(count));
     }
@@ -105,7 +105,7 @@ void releaseMayBeRepeated(HostUnderTest& host)
 void groupWithoutOwnersGivesItsMemoryBack(HostUnderTest& host)
 {
     const ChannelBench bench(host);
-    bench.makeGroup(4); // gone at once
+    bench.makeGroup(4); // destroyed at once
     requireEqual(MemoryAccount::bytes.load(), 0, "bytes in use after the group is gone");
 }
 
@@ -116,7 +116,7 @@ void geometryNoticePausesTheAcquisition(HostUnderTest& host)
     bench.awaitImages("after startGrabbing");
     bench.group->notifyGeometryMayHaveChangedSlot(0, 0, true);
     stays(
-        host, [] { return true; }, ""); // what was under way may still be shown
+        host, [] { return true; }, ""); // one image may still be shown
     bench.requireNoImages("between the two notices");
     bench.group->notifyGeometryMayHaveChangedSlot(0, 0, false);
     bench.awaitImages("after the second notice");

@@ -1,5 +1,5 @@
 /// \file
-/// A channel with a group of buffers and a scene, as applet loading makes them.
+/// ChannelBench: a channel with a group of buffers and a scene, created as a load creates them.
 #pragma once
 
 #include "conformance/HostUnderTest.h"
@@ -15,7 +15,7 @@
 
 namespace ovra::conformance {
 
-/// What the groups of this process account for through the three functions that they are given.
+/// The account that the groups of this process use through their three functions.
 struct MemoryAccount
 {
     static unsigned long long used();
@@ -24,7 +24,7 @@ struct MemoryAccount
 
     static constexpr unsigned long long AMPLE = 1ULL << 30; // bytes
     static std::atomic<long long> bytes;
-    static std::atomic<unsigned long long> limitBytes; ///< AMPLE at first
+    static std::atomic<unsigned long long> limitBytes; ///< initially AMPLE
 };
 
 constexpr int WITHOUT_END = -1;
@@ -40,20 +40,20 @@ public:
 
     boost::shared_ptr<display::FglibFrameBufferGroup> makeGroup(unsigned int buffers) const;
 
-    /// Makes `group` with eight buffers, `scene` and its visualizer.
+    /// Creates `group` with eight buffers, `scene` and its visualizer.
     void prepareScene();
-    /// The same, and starts to grab without an end.
+    /// Like prepareScene(), and starts to grab without end.
     void startImages();
 
     int shown() const { return m_shown; }
-    /// Waits for more images than there are now.
+    /// Waits for further images.
     void awaitImages(const char* when);
     void requireNoImages(const char* when);
 
     HostUnderTest& host;
     boost::shared_ptr<display::FglibFrameBufferGroup> group;
     boost::shared_ptr<display::DisplayScene> scene;
-    std::function<void()> inImage; ///< called by the visualizer; set before the images
+    std::function<void()> inImage; ///< the visualizer calls it; set it before images arrive
 
 private:
     std::unique_ptr<Channel> m_channel;

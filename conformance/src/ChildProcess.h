@@ -1,5 +1,5 @@
 /// \file
-/// This program once more, as a process of its own.
+/// runChild: runs a program as a child process with a time limit.
 #pragma once
 
 #include <chrono>
@@ -11,9 +11,9 @@ namespace ovra::conformance {
 
 enum class Ending
 {
-    Exited,     ///< of its own accord; Windows tells a crash by the exit code only
+    Exited,     ///< with an exit code; on Windows a crash, too
     Terminated, ///< by a signal
-    Overdue,    ///< ended by us when its time was over
+    Overdue,    ///< ended by runChild after the time limit
 };
 
 struct ChildResult
@@ -22,8 +22,8 @@ struct ChildResult
     int code; ///< exit code or number of the signal
 };
 
-/// Runs \p program with \p arguments, writes what it prints to \p output, and waits for its end, but no
-/// longer than \p limit. Throws std::runtime_error when it cannot be started.
+/// Runs \p program with \p arguments, writes its output to \p output, and waits for its end, at most for \p
+/// limit. \throws std::runtime_error  if it cannot be started
 ChildResult runChild(const std::filesystem::path& program, const std::vector<std::string>& arguments,
                      const std::filesystem::path& output, std::chrono::milliseconds limit);
 

@@ -1,4 +1,4 @@
-// Order and threads of the phases, and commands that are submitted from within others.
+// Tests of the order and the threads of phases, and of commands that other commands submit.
 
 #include "Commands.h"
 #include "Tests.h"
@@ -133,7 +133,7 @@ void workerDoesNotWait(HostUnderTest& host)
     CommandBench bench(host);
     bench.submit(submittingOnTheWorker(bench));
     bench.awaitNote("load async");
-    // The GUI thread is busy, with this: nothing is processed here.
+    // Keeps the GUI thread busy without processing events.
     const auto deadline = std::chrono::steady_clock::now() + PATIENCE;
     while (!bench.notes.contains("all submitted")) {
         if (std::chrono::steady_clock::now() >= deadline)

@@ -1,5 +1,5 @@
 /// \file
-/// Commands that note their phases, and what the tests of the command processor do with them.
+/// Commands that note their phases, and functions for tests of the command processor.
 #pragma once
 
 #include "conformance/HostUnderTest.h"
@@ -19,16 +19,16 @@
 
 namespace ovra::conformance {
 
-/// What happened, in order. Safe from any thread.
+/// Notes of what happened, in order. Any thread.
 class Notes
 {
 public:
     void add(const std::string& note);
     std::vector<std::string> all() const;
-    /// Those that begin with \p prefix.
+    /// The notes that begin with \p prefix.
     std::vector<std::string> of(const std::string& prefix) const;
     bool contains(const std::string& note) const;
-    /// True when both are there and \p first was first.
+    /// True if both exist and \p first came first.
     bool inOrder(const std::string& first, const std::string& second) const;
 
 private:
@@ -51,13 +51,13 @@ public:
     void executeAsync() override;
     void executePostAsync() override;
 
-    /// Run within the phases, after their notes.
+    /// Called within the phases, after their notes.
     Step inSync, inAsync, inPost;
 
 private:
     void run(const char* phase, const Step& step);
 
-    const std::shared_ptr<Notes> m_notes; // a host may keep a command longer than the test lasts
+    const std::shared_ptr<Notes> m_notes; // shared, because a host may keep a command after the test's end
     const std::string m_name;
 };
 

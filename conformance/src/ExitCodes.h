@@ -1,11 +1,11 @@
 /// \file
-/// How the process of a test tells its result.
+/// Exit codes by which the process of a test reports its result.
 #pragma once
 
 namespace ovra::conformance {
 
 constexpr int PASSED = 0;
-// Codes that nothing else ends a process with: run-time libraries and sanitizers have small ones.
+// Large, because run-time libraries and sanitizers use small codes.
 constexpr int FAILED = 101;
 constexpr int SKIPPED = 102;
 

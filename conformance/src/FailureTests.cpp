@@ -1,4 +1,4 @@
-// Phases that throw.
+// Tests of phases that throw.
 
 #include "Commands.h"
 #include "Tests.h"
@@ -48,7 +48,7 @@ void postPhaseFollowsAFailedWorkerPhase(HostUnderTest& host)
     requirePostPhaseAfter(host, &NotedCommand::inAsync);
 }
 
-/// \p throwing is thrown by each phase and each type of command in turn.
+/// Lets each phase of each type of command throw by \p throwing, in turn.
 void requireTheProcessorGoesOn(HostUnderTest& host, const NotedCommand::Step& throwing)
 {
     CommandBench bench(host);

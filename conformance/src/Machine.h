@@ -1,5 +1,5 @@
 /// \file
-/// The host's environment, as the library finds it.
+/// Machine: an application with the host's environment.
 #pragma once
 
 #include "conformance/HostUnderTest.h"
@@ -12,10 +12,10 @@
 
 namespace ovra::conformance {
 
-/// An application with an environment that looked for its resources once.
+/// An application with an environment that has searched for its resources once.
 struct Machine
 {
-    /// Skips the test where there is no board.
+    /// Skips the test if there is no board.
     explicit Machine(HostUnderTest& host);
 
     boost::shared_ptr<core::models::HlEnvironmentBoardNode> boardOf(const Channel& channel) const;

@@ -1,4 +1,4 @@
-// Nodes of the model and walks over them.
+// Tests of the model's nodes and iterators.
 
 #include "Machine.h"
 #include "Tests.h"

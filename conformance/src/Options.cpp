@@ -11,7 +11,7 @@ namespace ovra::conformance {
 
 namespace {
 
-// In milliseconds, which is what Windows waits in, they fit into 32 bits.
+// In milliseconds, the unit of Windows' wait functions, it fits into 32 bits.
 constexpr int MOST_SECONDS = 24 * 3600;
 constexpr int MOST_JOBS = 256;
 

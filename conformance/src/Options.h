@@ -1,5 +1,5 @@
 /// \file
-/// What the program is asked to do.
+/// Options: the program's command line.
 #pragma once
 
 #include "conformance/Test.h"
@@ -21,16 +21,17 @@ struct Options
     std::string onlyFailed; ///< a report of an earlier run
     std::string json;       ///< where to write the report
     std::chrono::seconds timeLimit{60};
-    int jobs = 1;    ///< tests that run at a time
-    std::string run; ///< the one test that this process is for
+    int jobs = 1;    ///< number of tests that run at the same time
+    std::string run; ///< the test that this process has to run
 };
 
-/// Throws std::invalid_argument that names the argument.
+/// \throws std::invalid_argument  that names the argument
 Options parseOptions(int argc, char** argv);
 std::string helpText();
 
-/// The tests that \p options choose, in their order. Throws std::invalid_argument for a pattern that fits
-/// none, and std::runtime_error for an earlier report that cannot be read.
+/// The tests that \p options choose, in their order.
+/// \throws std::invalid_argument  for a pattern that matches no test
+/// \throws std::runtime_error  if an earlier report cannot be read
 std::vector<Test> chosenTests(const Options& options, const std::vector<Test>& tests);
 
 } // namespace ovra::conformance

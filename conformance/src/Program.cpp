@@ -22,7 +22,7 @@ namespace ovra::conformance {
 
 namespace {
 
-/// The file that the tests print into; gone with this.
+/// The file for the tests' output; removed by the destructor.
 class PrintedText
 {
 public:

@@ -29,12 +29,12 @@ struct Report
 };
 
 void writeLine(std::ostream& stream, const Result& result);
-/// How many tests had which result.
+/// Writes the number of tests with each result.
 void writeTotals(std::ostream& stream, const Report& report);
-/// Throws std::runtime_error that names the file.
+/// \throws std::runtime_error  that names the file
 void writeJson(const std::string& file, const Report& report);
-/// Names of the tests of a JSON report that neither passed nor were skipped. Throws std::runtime_error that
-/// names the file.
+/// Names of the tests in a JSON report that neither passed nor were skipped.
+/// \throws std::runtime_error  that names the file
 std::set<std::string> readFailed(const std::string& file);
 
 } // namespace ovra::conformance

@@ -1,4 +1,4 @@
-// Images on their way from a group through a scene to a visualizer.
+// Tests of the way of images from a group through a scene to a visualizer.
 
 #include "ChannelBench.h"
 #include "Tests.h"
@@ -49,8 +49,8 @@ void stopMayBeRepeated(HostUnderTest& host)
     bench.requireNoImages("after two stops");
 }
 
-/// Has \p end called while the visualizer is within a call, several times; that call must have ended when
-/// \p end returns, and none may follow.
+/// Calls \p end several times while the visualizer is within a call. When \p end returns, that call must have
+/// ended, and none may follow.
 void requireQuiescenceAfter(ChannelBench& bench, const std::function<void()>& begin,
                             const std::function<void()>& end, const char* operation)
 {

@@ -1,4 +1,4 @@
-// What CommandProcessor::terminateAsyncCommands leaves behind.
+// Tests of CommandProcessor::terminateAsyncCommands.
 
 #include "Commands.h"
 #include "Tests.h"
@@ -17,8 +17,8 @@ using core::Command;
 using core::HarloApplication;
 using Names = std::vector<std::string>;
 
-/// Commands "running" and "waiting"; the first is on the worker, and stays there until a moment after
-/// terminate() has been called.
+/// Two commands, "running" and "waiting". The first is on the worker and stays there until shortly after the
+/// call of terminate().
 class TerminationBench : public CommandBench
 {
 public:
@@ -37,7 +37,7 @@ public:
         submit(make("waiting", Command::Asynchronous));
     }
 
-    /// As the library does it: within a clean-up command. \p first runs there before.
+    /// Terminates like the library, within a clean-up command. \p first runs in that command before.
     void terminate(const NotedCommand::Step& first = {})
     {
         auto cleanup = make("cleanup", Command::Cleanup);

@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::chrono::milliseconds STEP{1};
 
-/// Without destructors: a thread that the host forgot, or that waits for ever, would not let them end.
+/// Ends the process without destructors, which could wait for ever for a thread of the host.
 [[noreturn]] void end(const std::string& reason, int code)
 {
     std::cout << reason << std::endl;

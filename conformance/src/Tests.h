@@ -1,5 +1,5 @@
 /// \file
-/// The standard tests, a list for each subject.
+/// The standard tests: one list for each subject.
 #pragma once
 
 #include "conformance/Test.h"

@@ -21,7 +21,7 @@ private:
     const HANDLE m_handle;
 };
 
-// Other children inherit the handle as well: none of them keeps the file from being removed.
+// Shared for deletion: other children inherit the handle, too, and must not prevent the file's removal.
 HANDLE openForChild(const wchar_t* file, DWORD access, DWORD disposition)
 {
     SECURITY_ATTRIBUTES inherited{sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
@@ -49,7 +49,7 @@ ChildResult runChild(const std::filesystem::path& program, const std::vector<std
     startup.hStdOutput = printed.get();
     startup.hStdError = printed.get();
     PROCESS_INFORMATION process{};
-    // Inherited: no window asks somebody to close a test that crashed.
+    // Children inherit this mode: a crashed test opens no message box.
     SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
     if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
                         &process))

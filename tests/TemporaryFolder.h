@@ -1,5 +1,5 @@
 /// \file
-/// A folder of its own for a test, gone with it.
+/// TemporaryFolder: a folder for one test, removed at its end.
 #pragma once
 
 #include <filesystem>
@@ -9,14 +9,15 @@
 #include <string>
 #include <system_error>
 
-/// Names in it are UTF-8; files are written and read as they stand.
+/// File names are UTF-8; files are written and read in binary mode.
 class TemporaryFolder
 {
 public:
     TemporaryFolder() { std::filesystem::create_directories(m_path); }
     ~TemporaryFolder()
     {
-        std::error_code ignored; // what is left behind, such as an opened library, must not end the test run
+        std::error_code ignored; // ignored: files that cannot be removed, such as an opened library, must not
+                                 // end the test run
         std::filesystem::remove_all(m_path, ignored);
     }
     TemporaryFolder(const TemporaryFolder&) = delete;
@@ -36,7 +37,7 @@ public:
         return file;
     }
 
-    /// Copies a library into the folder \p place in it, under another name and with its own ending.
+    /// Copies a library into the folder \p place, with another name and its own suffix.
     std::filesystem::path add(const std::filesystem::path& library, const std::filesystem::path& place,
                               const std::string& baseName) const
     {

@@ -2,8 +2,8 @@ cmake_minimum_required(VERSION 3.25)
 
 # cmake -D PROGRAM=... -D REPORT=... -D CAUGHT_BY=... -D "MAY_FOLLOW=..." -P CheckHost.cmake
 #
-# Puts the host that PROGRAM finds to all conformance tests: each of CAUGHT_BY must be unmet, those of MAY_FOLLOW
-# may be, and all others must be met.
+# Runs all conformance tests on the host that PROGRAM loads: each of CAUGHT_BY must fail, those of MAY_FOLLOW may fail, and
+# all others must pass.
 
 if(PROBLEM)
     message(FATAL_ERROR "${PROBLEM}")

@@ -1,4 +1,4 @@
-// A host that offers nothing, and a test for each result that a test can have.
+// A host without optional functions, and a test for each possible result.
 
 #include "conformance/Program.h"
 
@@ -21,7 +21,7 @@ public:
 
 void hang(HostUnderTest&)
 {
-    std::thread([] { fail("said by another thread"); }).detach(); // ends the process all the same
+    std::thread([] { fail("said by another thread"); }).detach(); // also ends the process
     for (;;)
         std::this_thread::yield();
 }

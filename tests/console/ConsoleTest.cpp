@@ -23,14 +23,14 @@ using testing::StartsWith;
 
 namespace {
 
-/// A line of a session that cannot be carried out, and the one line that answers it; null: one that can.
+/// A line of a session and the error line that it causes; null: no error.
 struct BadLine
 {
     const char* line;
     const char* answer;
 };
 
-// Order matters: a board holds no applet before the first load.
+// The order matters: before the first load the board has no applet.
 constexpr BadLine BAD_LINES[] = {
     {"bords", "unknown command 'bords'; help lists the commands"},
     {"help bords", "unknown command 'bords'; help lists the commands"},
@@ -185,7 +185,7 @@ TEST(ConsoleSession, ABoardIsNamedByItsSerialToo)
     EXPECT_EQ(outcome.exitCode, 0) << outcome.text();
 }
 
-/// The lines from \p first on, as many as \p count.
+/// \p count lines from \p first on.
 std::vector<std::string> linesFrom(const Outcome& outcome, const std::string& first, int count)
 {
     const auto begin = std::find(outcome.lines.begin(), outcome.lines.end(), first);

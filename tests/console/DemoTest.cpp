@@ -34,7 +34,7 @@ struct Picture
     std::size_t greyValues() const { return std::set(pixels.begin(), pixels.end()).size(); }
 };
 
-/// Reads a PNG file with code of its own, not with what writes it.
+/// Reads a PNG file with other code than the code that writes it.
 Picture readPng(const std::string& bytes)
 {
     int width = 0, height = 0, components = 0;
@@ -91,7 +91,7 @@ TEST_F(Demo, RunsWithoutErrorAndSavesAPictureOfEveryChannelThatShowsWhetherItsSi
     EXPECT_EQ(outcome.lines.back(), "Application closed.");
     EXPECT_THAT(outcome.lines, Contains("Initialization done."));
 
-    // Stored, the board emptied, loaded: the values are back.
+    // Storing, unloading and loading restores the values.
     const auto reloaded = std::find(outcome.lines.begin(), outcome.lines.end(), "> load-mcf 0 ramp.mcf");
     EXPECT_THAT(std::vector(reloaded, outcome.lines.end()),
                 AllOf(Contains("    DMA 0: 512 x 384, buffers: 16, timeout: 10 s"),

@@ -29,7 +29,7 @@ const Encoding ENCODINGS[] = {
     {PixelFormat::Mono8, 3, 2, {0, 1, 2, 253, 254, 255}, 1, 8, {0, 1, 2, 253, 254, 255}},
     {PixelFormat::Bgr8, 2, 1, {1, 2, 3, 40, 50, 60}, 3, 8, {3, 2, 1, 60, 50, 40}},
     {PixelFormat::Mono16, 2, 2, {0x34, 0x12, 0, 0, 0xff, 0xff, 1, 0}, 1, 16, {0x1234, 0, 0xffff, 1}},
-    // The highest bits are the format's own, the others repeat them: white is white.
+    // The highest bits are the format's, the lower ones repeat them, so that white stays white.
     {PixelFormat::Mono12, 2, 1, {0x23, 0x01, 0xff, 0x0f}, 1, 16, {0x1231, 0xffff}},
     {PixelFormat::Mono10Packed, 4, 1, {0xff, 0x03, 0, 0, 0}, 1, 16, {0xffff, 0, 0, 0}},
 };
@@ -60,7 +60,7 @@ TEST(PngEncoding, WritesEachFormatSoThatAnotherReaderFindsItsSamples)
     }
 }
 
-// What decoders check and the reader above does not: a wrong checksum is a broken file.
+// The reader above ignores checksums, other decoders refuse a wrong one.
 TEST(PngEncoding, ColoursOfTwelveBitsKeepDepthAndChecksum)
 {
     const std::vector<std::uint8_t> mosaic(2 * 8 * 4, 0x07);

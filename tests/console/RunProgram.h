@@ -1,6 +1,5 @@
 /// \file
-/// Runs a program as a user would, for tests that look at what it prints; posix/ and win32/ hold one source
-/// each.
+/// runProgram: runs a program for tests of its output; posix/ and win32/ contain one source each.
 #pragma once
 
 #include <filesystem>
@@ -17,7 +16,7 @@ struct ProgramRun
     std::filesystem::path output;       ///< standard output and error, in the order in which they are written
 };
 
-/// The exit code. Throws std::runtime_error when the program does not start or does not end by itself.
+/// Returns the exit code. Throws std::runtime_error if the program does not start or is killed.
 int runProgram(const ProgramRun& run);
 
 } // namespace ovra::tests

@@ -1,4 +1,4 @@
-// What a user sees of the shipped scenarios, line by line.
+// The console's output for the installed scenarios, line by line.
 
 #include "Workspace.h"
 
@@ -55,8 +55,8 @@ const std::vector<Rehearsal> REHEARSALS = {
       "> unplug camera 0 7", "error: line 7: No camera is plugged into port 7"}},
 };
 
-/// What a load says stands in the demonstration; warnings name the line of the script that was running. That
-/// all images have arrived is told when it happens, among whatever is printed then.
+/// False for lines that the test leaves out: those of a load, which the test of the demonstration covers, and
+/// the end of an acquisition, whose place among the other lines varies.
 bool isRehearsed(const std::string& line)
 {
     if (line.ends_with(" images arrived"))

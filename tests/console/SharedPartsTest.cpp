@@ -1,4 +1,4 @@
-// What the front ends share, where it needs no application.
+// Parts that the front ends share and that need no application.
 #include "tests/TemporaryFolder.h"
 
 #include "front-ends/console/Completion.h"

@@ -1,5 +1,5 @@
 /// \file
-/// Workspace: a throw-away folder, and the console run in it.
+/// Workspace: a temporary folder, and runs of the console in it.
 #pragma once
 
 #include "tests/TemporaryFolder.h"
@@ -24,10 +24,10 @@ struct Outcome
 class Workspace : public TemporaryFolder
 {
 public:
-    /// \p input is what the program reads.
+    /// Runs \p program with \p input as its standard input.
     Outcome run(const std::filesystem::path& program, const std::vector<std::string>& arguments,
                 const std::string& input) const;
-    /// The console with the lines of a session.
+    /// Runs the console with the lines of a session.
     Outcome console(const std::string& lines, const std::vector<std::string>& arguments = {}) const;
 };
 

@@ -1,5 +1,5 @@
-// Descriptions that people write by hand: whatever stands in the file, it is read as it stands there and
-// makes sense, or refused in one line that names it.
+// Fuzzer for descriptions that people write by hand. Each file is either read, with valid and unchanged
+// values, or refused in one line that names it.
 //
 // READ is the function that reads a file with the given ENDING and refuses it with status CODE.
 
@@ -124,7 +124,7 @@ void requireSize(int size, int largest)
     }
 }
 
-/// Every value of a description, with those inside it.
+/// Collects every value of a description, including nested ones.
 void collect(json& value, std::vector<json*>& values)
 {
     values.push_back(&value);
@@ -149,8 +149,8 @@ std::string otherText(std::string text, std::size_t room)
     return text;
 }
 
-/// One value becomes another one: a copy of a second one, one element more or less, a number or a text
-/// nearby.
+/// Changes one value: to a copy of another one, by adding or removing an element, or to a similar number or
+/// text.
 void change(json& value, const json& copy, std::minstd_rand& random)
 {
     if (random() % 3 == 0)
@@ -167,8 +167,8 @@ void change(json& value, const json& copy, std::minstd_rand& random)
 
 } // namespace
 
-/// Bytes at random hardly ever make a description. So the values of one are changed, but for every eighth
-/// time.
+/// Random bytes are hardly ever a description. So this changes the values of one; every eighth time it
+/// changes bytes.
 extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t size, std::size_t largest,
                                                unsigned int seed)
 {
@@ -206,7 +206,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                          failure.code(), line.c_str());
             std::abort();
         }
-        return -1; // not kept: what is behind the first refusal is not looked at, whatever becomes of it
+        return -1; // not kept: the reader stops at the first error, so changes after it have no effect
     }
     return 0;
 }

@@ -1,5 +1,5 @@
-// The walk from a file's path up to the installation, and the copying of a directory, against plain ways to
-// do the same.
+// Fuzzer for the walk from a file's path up to the installation and for the copying of a path, compared with
+// plain implementations.
 
 #include "Require.h"
 

@@ -1,4 +1,4 @@
-// Values looked up in a configuration text, against a reader that makes a map of all of them first.
+// Fuzzer for look-ups in a configuration text, compared with a reader that builds a map.
 
 #include "Require.h"
 

@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-/// Ends the fuzzer, which then keeps the input, unless what \p text says holds.
+/// Ends the fuzzer, which then keeps the input, unless \p condition holds. \p text names the condition.
 inline void require(bool condition, const char* text)
 {
     if (condition)

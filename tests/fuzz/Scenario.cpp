@@ -1,5 +1,5 @@
-// The reader of scenario files: a refusal in one line that names file and line, or steps within their limits
-// that read again as they stand.
+// Fuzzer for scenario files. Each is either refused in one line that names file and line, or gives steps
+// within their limits whose texts read again as the same steps.
 
 #include "Require.h"
 

@@ -1,4 +1,4 @@
-// What a browser may send to the viewer, and the view of an image that it asks for.
+// Fuzzer for a browser's messages to the viewer, and for the view of an image that they request.
 #include "Require.h"
 
 #include "server/Message.h"

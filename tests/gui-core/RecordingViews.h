@@ -1,5 +1,5 @@
 /// \file
-/// RecordingViews: a front end that writes down what it is told, and on which thread.
+/// RecordingViews: a front end that records its calls and their threads.
 #pragma once
 
 #include "gui-core/Views.h"
@@ -16,13 +16,14 @@
 
 namespace ovra::tests {
 
-/// Made on the GUI thread. Each call is one line: the operation's name, and its arguments in parentheses.
+/// Constructed on the GUI thread. Each call is one line: the operation's name, and its arguments in
+/// parentheses.
 class RecordingViews : public gui::Views
 {
 public:
     std::vector<std::string> lines() const { return copyOf(m_lines); }
     std::vector<std::string> logMessages() const { return copyOf(m_logMessages); }
-    /// Lines of calls that came on another thread than the GUI thread, but for the two that may.
+    /// Lines of calls on another thread than the GUI thread, except the two operations that may.
     std::vector<std::string> callsOffTheGuiThread() const { return copyOf(m_strays); }
 
     void clear()
@@ -32,13 +33,13 @@ public:
         m_logMessages.clear();
     }
 
-    /// Called with each line as it is written, on the thread of the call. May throw.
+    /// Called with each line, on the thread of the call. May throw.
     std::function<void(const std::string&)> onLine;
-    /// Of the newest log message, all but its text.
+    /// All arguments of the newest log message except its text.
     std::tuple<unsigned long, unsigned long, std::string, unsigned int, unsigned int, const tOvraLogTag*,
                void*>
         lastLogArguments;
-    /// Answers of the choice dialog.
+    /// Answer to the choice dialog.
     int choice = 2;
     bool remember = false;
 
@@ -97,7 +98,7 @@ public:
         return choice;
     }
 
-    /// Connections that connectFglibEvents gave out and that still stand.
+    /// Number of connections from connectFglibEvents that still exist.
     std::size_t eventConnections() const { return m_events.num_slots(); }
 
 private:

@@ -1,4 +1,4 @@
-// What a change of the board handle brings about.
+// Effects of a change of the board handle.
 
 #include "ovra-lib-environment/HlEnvironmentBoardNode.h"
 #include "ovra-lib-environment/HlEnvironmentHardwareNodes.h"

@@ -1,4 +1,4 @@
-// What the command processor does beyond what the library asks of it: reports, refusals, the end of the
+// Behaviour of the command processor beyond the library's requirements: reports, refusals, the end of the
 // application.
 
 #include "LogCollector.h"
@@ -34,7 +34,7 @@ public:
         const std::lock_guard lock(m_mutex);
         m_events.push_back(event);
     }
-    /// What has happened since the last time.
+    /// The events since the last call.
     std::vector<std::string> take()
     {
         const std::lock_guard lock(m_mutex);
@@ -46,7 +46,8 @@ private:
     std::vector<std::string> m_events;
 };
 
-/// Notes its phases as "<name> <phase>", with " on the worker" where they run off the GUI thread.
+/// Notes its phases as "<name> <phase>", with " on the worker" if they run on another thread than the GUI
+/// thread.
 class NotedCommand : public Command
 {
 public:

@@ -1,4 +1,4 @@
-// How a scene takes images from a group of the tests, which decides when there is one.
+// Tests of a scene with a fake group, which decides when an image arrives.
 
 #include "LogCollector.h"
 
@@ -26,7 +26,7 @@ using ovra::reference::AcquisitionStatus;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-/// A group that delivers what the test tells it to.
+/// A group that delivers the images of the test.
 class FakeGroup : public FrameBufferGroup
 {
 public:
@@ -43,11 +43,11 @@ public:
     }
     bool acquiring() const { return m_acquiring; }
     std::atomic<bool> refusesToStart{false};
-    std::atomic<std::int64_t> lateImage{0}; // handed out once the acquisition has stopped; 0: none
+    std::atomic<std::int64_t> lateImage{0}; // delivered after the acquisition has stopped; 0: none
     std::atomic<bool> throwsWhileWaiting{false};
     std::atomic<std::int64_t> lost{0};
 
-    /// Lets the present acquisition fail.
+    /// Makes the current acquisition fail.
     void fail(const AcquisitionStatus& failure)
     {
         const std::lock_guard lock(m_mutex);

@@ -1,4 +1,4 @@
-// Applet files and what follows them, as far as it needs no runtime.
+// Tests of applet files and their monitor that need no runtime.
 
 #include "LogCollector.h"
 
@@ -115,7 +115,7 @@ TEST_F(EnvironmentTest, StopsItsMonitorWithoutWaitingForTheNextLook)
         environment->startMonitor();
         environment->stopMonitor();
     }
-    EXPECT_LT(std::chrono::steady_clock::now() - started, 10s); // a wait each would make it twice that
+    EXPECT_LT(std::chrono::steady_clock::now() - started, 10s); // waiting for each would take twice as long
 }
 
 TEST_F(EnvironmentTest, ReadsAFileThatIsAddedOnlyWithAutoScan)

@@ -1,4 +1,4 @@
-// The record of host operations, faults, and live objects.
+// Tests of the journal of host operations, faults, and live objects.
 
 #include "ovra_log/reference/Journal.h"
 #include "ovra-core/EntryPoints.h"
@@ -83,7 +83,7 @@ TEST_F(JournalTest, ShowsTheStartOfALibraryWhichIsCounted)
     OvraCoreDeinit();
     EXPECT_THAT(Journal::lines(),
                 ElementsAre("OvraCoreInit", "OvraCoreInit", "OvraCoreDeinit", "OvraCoreDeinit"));
-    // What it starts for itself is no call of a client's.
+    // Starts by the host itself are not calls of a client.
     Journal::clear();
     OvraEnvironmentInit();
     EXPECT_EQ(ovra::reference::libraryUses("ovra-lib-genicam-model"), 1);

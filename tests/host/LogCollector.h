@@ -1,5 +1,5 @@
 /// \file
-/// Collects what is logged while it lives.
+/// LogCollector: collects log messages while it exists.
 #pragma once
 
 #include "ovra_log/OvraLog.h"
@@ -24,7 +24,7 @@ public:
     LogCollector(const LogCollector&) = delete;
     LogCollector& operator=(const LogCollector&) = delete;
 
-    /// Texts of the messages of that level or worse.
+    /// Texts of the messages of that level or a more severe one.
     std::vector<std::string> texts(unsigned long level = 1) const
     {
         const std::lock_guard lock(m_mutex);

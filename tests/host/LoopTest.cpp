@@ -1,4 +1,4 @@
-// The application's loop, and what holds without an application.
+// Tests of the application's event loop, and of the host without an application.
 
 #include "LogCollector.h"
 

@@ -1,4 +1,4 @@
-// What the model does beyond what the library asks of it.
+// Behaviour of the model beyond the library's requirements.
 
 #include "ovra-core/GenericModel.h"
 #include "ovra-lib-environment/HlEnvironmentBoardNode.h"
@@ -30,7 +30,7 @@ TEST(Model, KeepsTheParentOfANodeThatIsAddedAgainAndLeavesAChildlessNodeWithoutC
 
 TEST(Guarded, DestroysWhatAWriteDisplacesOutsideItsLock)
 {
-    // The deleter reads the field: under the lock of the field that would never end.
+    // The deleter reads the field, which would deadlock under the field's lock.
     Guarded<boost::shared_ptr<int>> field;
     int seen = 0;
     field.set(boost::shared_ptr<int>(new int(1), [&](const int* value) {

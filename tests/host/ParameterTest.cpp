@@ -1,4 +1,4 @@
-// Parameter values as a person reads and writes them.
+// Conversion of parameter values to and from text.
 
 #include "ovra-lib-parameters/Parameter.h"
 

@@ -1,4 +1,4 @@
-// Images of every format, read back from bytes that were written down by hand.
+// Reads images of every format from bytes that were computed by hand.
 
 #include "ovra-lib-display/PixelConversion.h"
 
@@ -77,7 +77,7 @@ TEST(PixelFormats, AreReadSampleBySample)
     EXPECT_EQ(pixelFormatOf(9), std::nullopt);
 }
 
-// A red, a green and a blue field seen through each mosaic come back as what they are, edges included.
+// A red, a green and a blue field keep their colours through each mosaic, including the edges.
 TEST(PixelFormats, OfABayerMosaicGiveTheColourOfAnEvenField)
 {
     constexpr int SIDE = 3;

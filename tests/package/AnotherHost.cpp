@@ -1,4 +1,4 @@
-// What an author of another host writes at least: tests that need more are skipped.
+// The minimum that the author of another host writes: tests that need more are skipped.
 
 #include "LinkedHost.h"
 

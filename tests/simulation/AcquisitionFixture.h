@@ -1,5 +1,5 @@
 /// \file
-/// A board with an applet that takes images.
+/// AcquisitionTest's fixture: a board with an applet that acquires images.
 #pragma once
 
 #include "Fixture.h"
@@ -57,7 +57,8 @@ protected:
             << lastLine();
     }
 
-    /// Lets the other channel's generator deliver for 100 ms; a camera would send twenty images meanwhile.
+    /// Waits while the other channel's generator delivers for 100 ms; a camera would send twenty images in
+    /// that time.
     void letTimePass()
     {
         auto* other = ring(2);
@@ -69,7 +70,7 @@ protected:
 
     FgFrameIndex status(int selector) { return runtime.Fg_getStatus(m_grabber, selector, 0, 0); }
 
-    /// Waits until a call of Fg_getLastPicNumberBlockingEx has begun, the \p nth one of the test.
+    /// Waits until the \p nth call of Fg_getLastPicNumberBlockingEx in the test has begun.
     void untilBlocked(std::int64_t nth)
     {
         while (runtime.FgSim_callCount("Fg_getLastPicNumberBlockingEx") < nth)

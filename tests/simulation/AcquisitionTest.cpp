@@ -22,7 +22,7 @@ TEST_F(Acquisition, DeliversOnlyWhileTheCameraAcquires)
     runtime.FgCam_stop(0, 0);
     const auto last = runtime.Fg_getLastPicNumber(m_grabber, 0);
     letTimePass();
-    EXPECT_LE(runtime.Fg_getLastPicNumber(m_grabber, 0), last + 1); // one image may have been under way
+    EXPECT_LE(runtime.Fg_getLastPicNumber(m_grabber, 0), last + 1); // one image may have been on its way
 }
 
 TEST_F(Acquisition, OfARunningCameraBeginsWithItsNextImageAndFollowsItsRate)
@@ -33,8 +33,8 @@ TEST_F(Acquisition, OfARunningCameraBeginsWithItsNextImageAndFollowsItsRate)
     const auto begin = Clock::now();
     ASSERT_EQ(start(0, buffers, 21), FG_OK);
     ASSERT_EQ(waitFor(21, 0, buffers), 21) << lastLine();
-    // Twenty times 5 ms after the first image; those of the time before would be there at once. The upper
-    // limit only says that it is not another order of magnitude.
+    // Twenty times 5 ms after the first image; images from before the start would arrive at once. The upper
+    // limit only excludes another order of magnitude.
     EXPECT_GE(Clock::now() - begin, std::chrono::milliseconds(100));
     EXPECT_LT(Clock::now() - begin, std::chrono::seconds(20));
     EXPECT_EQ(status(FG_STATUS_GRABBED_IMAGES), 21);
@@ -91,7 +91,7 @@ TEST_F(Acquisition, ShowsASizeMismatchAsAStreamCutIntoOtherLines)
         runtime.FgCam_start(0, 0);
         ASSERT_EQ(waitFor(1, 0, other), 1);
         auto expected = reference;
-        expected.resize(bytes, 0); // black where the camera sends nothing any more
+        expected.resize(bytes, 0); // black where the camera sends no pixels
         EXPECT_EQ(image(1, 0, other, bytes), expected) << width << " x " << height;
         runtime.FgCam_stop(0, 0);
     }
@@ -142,7 +142,7 @@ TEST_F(Acquisition, EndsABlockedWaitWhenItIsStoppedOrTheBoardFreed)
     untilBlocked(2);
     free(m_grabber);
     EXPECT_THAT(freed.get(), testing::AnyOf(FG_NOT_ACQUIRING,
-                                            // Before it blocked, ring or board were gone:
+                                            // If ring or board were freed before it blocked:
                                             FG_INVALID_MEMORY, FG_INVALID_HANDLE));
     EXPECT_EQ(runtime.FgSim_live(FGSIM_RINGS), 0);
 }
@@ -307,7 +307,7 @@ TEST_F(Acquisition, SurvivesStartsStopsAndReadersFromManyThreads)
     go = false;
     for (auto& thread : threads)
         thread.join();
-    // Which of the threads got how far is the system's affair; both channels work as before.
+    // The progress of each thread varies; both channels must still work.
     EXPECT_EQ(runtime.FgCam_start(0, 1), FG_OK);
     for (const unsigned int dma : {0U, 1U}) {
         auto* buffers = dma == 0 ? first : second;

@@ -1,5 +1,5 @@
 /// \file
-/// The simulated runtime, opened at run time as its clients open it, and a throw-away folder for each test.
+/// The simulated runtime, opened at run time like a client does, and a temporary folder for each test.
 #pragma once
 
 #include "fglib5/CameraControl.h"
@@ -28,7 +28,7 @@ struct Runtime
 #include "simulation/fglib5/SimulationControl.inc"
 };
 
-/// A symbol of a library that stays open; null where it has none.
+/// A symbol of a library, which stays open; null if it has none.
 void* symbolOf(const char* library, const char* name);
 
 /// One board of type 7 with a camera of 40 x 30 pixels at 200 images a second on port 0 and one of 32 x 8,
@@ -45,7 +45,7 @@ protected:
     SimulationTest();
     ~SimulationTest() override;
 
-    /// Writes a file into the test's folder and gives its path.
+    /// Writes a file into the test's folder and returns its path.
     std::string write(const std::string& name, const std::string& content) const
     {
         return m_folder.write(name, content).string();
@@ -54,7 +54,7 @@ protected:
     static std::string read(const std::string& file);
 
     int useMachine(const std::string& content) const;
-    /// \p content on board 0, freed with the test.
+    /// Loads an applet with \p content on board 0; freed at the end of the test.
     Fg_Struct* open(const std::string& content = SMALL_APPLET);
     void free(Fg_Struct*& grabber);
     std::string lastLine() const { return runtime.Fg_getLastErrorDescription(nullptr); }
@@ -66,7 +66,7 @@ private:
     std::vector<Fg_Struct*> m_open;
 };
 
-/// A description with one fault in it, and what its refusal says.
+/// A description with one error, and the message of its refusal.
 struct Broken
 {
     const char* from;
@@ -74,7 +74,7 @@ struct Broken
     const char* expected;
 };
 
-/// Replaces the one occurrence of \p from.
+/// Replaces the only occurrence of \p from.
 std::string with(std::string text, const std::string& from, const std::string& to);
 
 } // namespace simulation::tests

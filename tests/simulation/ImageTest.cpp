@@ -1,4 +1,4 @@
-// What images look like: formats, what parameters of applet and camera do to them, what cameras see.
+// Tests of images: formats, effects of applet and camera parameters, scenes.
 
 #include "AcquisitionFixture.h"
 
@@ -111,7 +111,7 @@ TEST_F(Images, OfAllFormatsAreTheSamePicture)
     };
     const auto eight = shifted(8);
     EXPECT_EQ(grey(), Bytes(eight.begin(), eight.end()));
-    for (const int bits : {10, 12, 14}) // the numbers of these formats
+    for (const int bits : {10, 12, 14}) // these are the values of the formats, too
         EXPECT_EQ(takenWords(bits), shifted(bits)) << bits;
     for (const auto& [format, bits] :
          {std::pair(FG_PIXELFORMAT_MONO10_PACKED, 10), {FG_PIXELFORMAT_MONO12_PACKED, 12}}) {
@@ -268,7 +268,7 @@ TEST_F(Images, ChangeAsTheCamerasParametersSay)
             camera(parameter, value);
         const auto image = grey();
         for (int y = 0; y < row.height; ++y)
-            for (int x = 0; x < row.width; ++x) // a sensor's noise is another at another place
+            for (int x = 0; x < row.width; ++x) // a sensor's noise differs from place to place
                 ASSERT_NEAR(image[at(x, y)], whole[row.source(x, y)], 20) << x << ' ' << y;
         for (const auto& [parameter, value] : row.parameters)
             camera(parameter, 0 + (parameter == FGCAM_WIDTH || parameter == FGCAM_HEIGHT ? 1 : 0));
@@ -378,8 +378,7 @@ TEST_F(Images, OfALineCameraAreCutFromOneEndlessPicture)
     Bytes strip;
     for (const auto& image : images)
         strip.insert(strip.end(), image.begin(), image.end());
-    // Each line continues the one before, from image to image as within one; 1,600 lines have two faults at
-    // least.
+    // Each line continues the previous one, also across images; 1,600 lines have at least two faults.
     EXPECT_EQ(std::set(images.begin(), images.end()).size(), 8U);
     set(FG_HEIGHT, 1, 1600);
     EXPECT_EQ(take(1, 1, LINE * LINES * 8).front(), strip);
@@ -400,7 +399,7 @@ TEST_F(Images, OfALineCameraAreCutFromOneEndlessPicture)
 class Replays : public SimulationTest
 {
 protected:
-    /// A camera that replays what lies in the folder "shots".
+    /// A camera that replays the files in the folder "shots".
     static std::string machine(const std::string& replay)
     {
         return R"({"name": "R", "boards": [{"model": "quad", "boardType": 7, "serial": "1", "ports": 1}], "cameras": [

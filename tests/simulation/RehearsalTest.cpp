@@ -1,4 +1,4 @@
-// What goes wrong on purpose: steps, cables, shortages.
+// Tests of rehearsals: steps, cables, shortages.
 
 #include "Fixture.h"
 
@@ -96,7 +96,7 @@ TEST_F(RehearsalTest, PlansFaultsAndDelaysOfAllBoardsOrOfOne)
     EXPECT_EQ(runtime.FgCam_getCount(1), -1);
     EXPECT_EQ(perform("calls Fg_getBoardType"), "Fg_getBoardType 6\n");
     EXPECT_THAT(perform("calls"), HasSubstr("FgCam_getCount 2\n"));
-    // A handle stands for its board.
+    // A call with a handle concerns the handle's board.
     auto* first = load(0);
     auto* second = load(1);
     perform("fault Fg_getSerialNumber board 1 code -6");
@@ -164,9 +164,9 @@ TEST_F(RehearsalTest, AnUnpluggedBoardAnswersAsALostDeviceAndReleasesWhatIsHeld)
     EXPECT_EQ(load(0), nullptr);
     EXPECT_EQ(runtime.Fg_getLastErrorNumber(nullptr), FG_DEVICE_LOST);
     EXPECT_EQ(runtime.FgSim_live(FGSIM_RINGS), 1);
-    // The other board goes on.
+    // The other board continues.
     EXPECT_GT(wait(other, runtime.Fg_getLastPicNumberEx(other, 0, otherRing) + 5, otherRing), 0);
-    // Plugged in again it is empty, also before the old handle is freed.
+    // After plugging, the board is empty, even before the old handle is freed.
     EXPECT_EQ(perform("plug board 0"), "");
     EXPECT_EQ(perform("faults"), "");
     auto* again = load(0);
@@ -334,7 +334,7 @@ TEST_F(RehearsalTest, AScenarioPlaysItsStepsAtImagesAndTimesAndTellsHowFarItIs)
     runtime.FgCam_start(0, 0);
     reports(round + round + over);
     EXPECT_EQ(runtime.Fg_getLastPicNumberEx(grabber, 0, ring), 21);
-    // A board that unplugs itself, so to speak.
+    // The board's own image triggers the step that unplugs it.
     perform("scenario " + write("self.scenario", "at image 5 of board 1 DMA 0: unplug board 1"));
     auto* other = load(1);
     auto* otherRing = acquire(other, 1);

@@ -59,7 +59,7 @@ struct Walk
     std::uintptr_t asker = 0;
 };
 
-/// Up from the standard library's frames to whoever called into it.
+/// Walks up from the standard library's frames to their caller.
 _Unwind_Reason_Code step(_Unwind_Context* frame, void* data)
 {
     auto& walk = *static_cast<Walk*>(data);
@@ -112,7 +112,7 @@ void* require(void* memory)
 void LibraryAllocations::failAt(std::uint64_t nth)
 {
     dl_iterate_phdr(&findCode, nullptr);
-    backtrace(place.data(), 1); // loads what it needs now, not in the middle of an allocation
+    backtrace(place.data(), 1); // loads its library now, not during an allocation
     allocations = 0;
     failing = nth;
     counting = true;

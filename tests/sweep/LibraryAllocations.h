@@ -1,7 +1,7 @@
 /// \file
-/// LibraryAllocations: lets an allocation of ovra-lib-gui-core fail. The program's operator new serves every
-/// module of the process; an allocation counts as the library's when its code asked for it, be it through the
-/// standard library.
+/// LibraryAllocations: makes an allocation of ovra-lib-gui-core fail. The program's operator new serves every
+/// module of the process. An allocation counts as the library's if its code requested it, directly or through
+/// the standard library.
 #pragma once
 
 #include <cstdint>
@@ -11,13 +11,13 @@ namespace ovra::tests {
 class LibraryAllocations
 {
 public:
-    /// Counts from now on; the \p nth one throws std::bad_alloc. 0: none.
+    /// Starts counting; the \p nth allocation throws std::bad_alloc. 0: none.
     static void failAt(std::uint64_t nth);
     /// Ends the counting.
     static void stop();
     /// Allocations since failAt.
     static std::uint64_t count();
-    /// Writes the stack of the allocation that failed last to standard output, as addresses in modules.
+    /// Prints the stack of the last allocation that failed, as addresses in modules.
     static void printPlace();
 };
 

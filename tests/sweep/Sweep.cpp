@@ -1,5 +1,5 @@
-// Runs the console's demo again and again, each time with another call or allocation failing, and a clean run
-// behind each.
+// Runs the console's demo again and again. Each time another call or allocation fails, and a clean run
+// follows.
 //
 //   product-sweep runtime|host|allocation SAMPLES [SHARD SHARDS]
 //
@@ -8,8 +8,8 @@
 //   allocation    the n-th allocation of ovra-lib-gui-core fails
 //
 // SAMPLES is the number of points, spread evenly; 0 for every n. SHARD counts from 0. After each session
-// nothing may be left of it: no host object, nothing in the runtime, no leak. What failed must have been
-// told, but for the runtime's calls, some of which answer a question that may go unanswered.
+// nothing may be left: no host object, nothing in the runtime, no leak. The session must report the failure,
+// except for calls of the runtime, since some queries may fail without a message.
 
 #include "LibraryAllocations.h"
 
@@ -60,7 +60,7 @@ std::string contentOf(const fs::path& file)
     return content.str();
 }
 
-/// The demo without what takes time and belongs to the console alone.
+/// The demo without steps that take time and concern the console only.
 std::string shortened(const std::string& script)
 {
     std::istringstream lines(script);
@@ -75,7 +75,7 @@ std::string shortened(const std::string& script)
     return result;
 }
 
-/// A folder for what the sessions need, and a script for them.
+/// A folder and a script for the sessions.
 class Stage
 {
 public:
@@ -94,10 +94,10 @@ public:
     Stage(const Stage&) = delete;
     Stage& operator=(const Stage&) = delete;
 
-    /// What was printed; \p good when there was no error.
+    /// Runs a session and returns its output; \p good: there was no error.
     std::string runSession(bool& good) const
     {
-        // A channel whose camera does not start gives up after a second.
+        // A channel whose camera does not start times out after a second.
         const fs::path configuration = m_folder / "configuration";
         std::ofstream(configuration) << "gui.preferences.acq.default.timeout=1\n";
         console::Options options = m_options;
@@ -124,7 +124,7 @@ private:
     console::Options m_options;
 };
 
-/// A way in which something can fail.
+/// A kind of failure.
 struct Kind
 {
     std::string name;
@@ -214,7 +214,7 @@ class Sweep
 public:
     explicit Sweep(const Kind& kind) : m_kind(kind) {}
 
-    /// One session with the \p n-th call failing, and a clean one. False when there was no such call.
+    /// Runs a session whose \p n-th call fails, and a clean one. False if there was no such call.
     bool visit(std::uint64_t n)
     {
         std::snprintf(point, sizeof point, "%s %llu", m_kind.name.c_str(),
@@ -245,11 +245,11 @@ public:
         return true;
     }
 
-    /// Counts what can fail in a clean session.
+    /// Number of calls in a clean session.
     std::uint64_t calls()
     {
         bool good = false;
-        std::string told = session(good); // what happens once in a process has happened then
+        std::string told = session(good); // after it, one-time initialisations are done
         m_kind.failAt(0);
         told += session(good);
         m_calls = m_kind.stop();
@@ -266,7 +266,7 @@ public:
     }
 
 private:
-    /// What an earlier point left behind is not complained about again.
+    /// Remains that no earlier point has reported.
     std::string newRemains()
     {
         const std::string before = std::exchange(m_remains, remains());

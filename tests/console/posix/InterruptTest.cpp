@@ -16,7 +16,7 @@ using testing::HasSubstr;
 
 namespace {
 
-/// The console as a process that is watched while it runs. Its standard input stays open.
+/// The console as a running process whose output the test reads. Its standard input stays open.
 class RunningConsole
 {
 public:
@@ -63,7 +63,7 @@ public:
         kill(m_process, signal);
     }
 
-    /// What is still printed.
+    /// Reads the rest of the output.
     std::string rest()
     {
         std::string text;
@@ -72,7 +72,7 @@ public:
         return text;
     }
 
-    /// How it ended, in waitpid's terms.
+    /// Waits for the end; returns waitpid's status.
     int status()
     {
         int status = 0;
@@ -110,7 +110,7 @@ TEST_F(Interrupting, OnceEndsTheSessionInOrderWhateverItIsAt)
     struct Moment
     {
         const char* lines;
-        const char* sign; ///< the line by which that moment is recognised
+        const char* sign; ///< the line that marks that moment
         int signal;
     };
     for (const auto& [lines, sign, signal] : {Moment{"", "Acquiring: ", SIGINT}, // waits for the next line
@@ -129,7 +129,7 @@ TEST_F(Interrupting, OnceEndsTheSessionInOrderWhateverItIsAt)
 
 TEST_F(Interrupting, TwiceEndsTheProgramAtOnce)
 {
-    constexpr int UNLOAD_MICROSECONDS = 60000000; // longer than anybody waits
+    constexpr int UNLOAD_MICROSECONDS = 60000000; // longer than the test waits
     RunningConsole console(begin + "wait 60\n", machine(UNLOAD_MICROSECONDS));
     console.interruptAfter("> wait 60", SIGTERM);
     console.interruptAfter("error: line 3: interrupted", SIGINT);

@@ -1,4 +1,4 @@
-// The console at a terminal: what a user types there and sees.
+// The console at a terminal: input and output of a user's session.
 #include "../Workspace.h"
 
 #include <gmock/gmock.h>
@@ -18,7 +18,7 @@ using testing::HasSubstr;
 
 namespace {
 
-/// The console behind a terminal of its own.
+/// The console with a pseudo-terminal.
 class Terminal
 {
 public:
@@ -54,7 +54,7 @@ public:
         ASSERT_EQ(write(m_terminal, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
     }
 
-    /// What is shown until \p text is there, or the program ends.
+    /// Returns the output until \p text appears, or the program ends.
     std::string seeUntil(const std::string& text)
     {
         const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(20);
@@ -108,7 +108,7 @@ TEST_F(AtTheTerminal, WordsAreCompletedAndLinesComeBackInTheNextSession)
     {
         Terminal terminal(workspace, machine);
         terminal.seeUntil("ovra> ");
-        terminal.type("stru\t0\t\n"); // neither is there a second board nor a word behind the board
+        terminal.type("stru\t0\t\n"); // there is no second board and no further argument
         terminal.seeUntil("board 0 holds no applet");
         terminal.type("load 0 SingleAreaG\t");
         terminal.seeUntil("ay.hap ");

@@ -1,4 +1,4 @@
-// A front end that implements everything, so that every slot of its table of virtual functions bears a name.
+// A front end that implements everything, so that every slot of its virtual table has a name.
 
 #include "RecordingViews.h"
 

@@ -1,5 +1,5 @@
-// A log dispatcher that calls a function of the test's before connecting has come to anything, and never
-// gives its client the two functions.
+// A log dispatcher that calls a function of the test at the start of connect, and never gives its client the
+// two functions.
 
 #include "fglib5/LoggingDispatcher.h"
 

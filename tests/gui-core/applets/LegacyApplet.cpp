@@ -1,4 +1,4 @@
-// A legacy applet whose answers the build sets; without any it has no Info at all.
+// A legacy applet whose answers the build defines; without them it has no Info.
 
 #include "fglib5/LegacyApplet.h"
 
@@ -11,7 +11,7 @@
 #ifdef CHANNELS
 extern "C" APPLET_EXPORT int Info(int query, int a, int b, int c, int d)
 {
-    // Asked out of order, or with anything beside the query, it answers wrongly.
+    // Gives a wrong answer if the queries come in another order, or if another argument is not 0.
     static int before = 0;
     const bool inOrder = query == LEGACY_CHANNELS || (query == LEGACY_MEDIUM && before == LEGACY_CHANNELS) ||
                          (query == LEGACY_FULL && before == LEGACY_MEDIUM);

@@ -1,5 +1,5 @@
-// The binding of the runtime, and the forwarders, on a loader that writes down what it is asked for: it
-// stands in for the platform's.
+// Tests of the runtime's binding and of the forwarders, with a loader that records its calls instead of the
+// platform's.
 
 #include "NewProcess.h"
 
@@ -40,7 +40,7 @@ enum Position : std::size_t
 
 Lines journal;
 
-/// An entry of the runtime that writes its call down.
+/// An entry of the runtime that records its call.
 template <class Function>
 struct Recorded;
 
@@ -61,7 +61,7 @@ void callWithNothing(Result (*function)(Arguments...))
     function(Arguments()...);
 }
 
-/// Whether a function without an entry gives the code for that; it gives nothing otherwise.
+/// True if a function whose entry is missing returns the code for that.
 template <class Result, class... Arguments>
 bool answersWithCode(Result (*function)(Arguments...))
 {
@@ -84,12 +84,13 @@ int addParameterAndDma(Fg_Struct*, int parameter, void* value, unsigned int dma)
     return 4711;
 }
 
-/// What the loader finds. The runtime exports every entry under its own name, Fg_setStatus as well.
+/// The symbols that the loader finds. The runtime exports every entry under its own name, including
+/// Fg_setStatus.
 struct Found
 {
     bool runtime = true;
     std::set<std::string> missing;
-    void* getParameter = nullptr; ///< in place of the recorded one
+    void* getParameter = nullptr; ///< replaces the recording entry
     std::string ownFile = runtimeLibraryPath("own", "library");
     std::size_t ownLength = ownFile.size();
 };
@@ -158,7 +159,7 @@ protected:
         found.missing.insert(NAMES.begin(), NAMES.end());
         found.missing.erase(entry);
     }
-    /// Lines of the journal that begin so.
+    /// Number of journal lines that begin with \p start.
     static auto count(const std::string& start)
     {
         return std::ranges::count_if(journal,
@@ -289,8 +290,7 @@ TEST_F(RuntimeBindingDeathTest, IsTriedAgainWhereNoDirectoryWasKnownYet)
 {
     IN_A_NEW_PROCESS([] {
         using ovra::templates::platform::setEnvironmentVariable;
-        // Not found, cut, longer than asked for: in each case whatever stands in the buffer counts for
-        // nothing.
+        // Not found, truncated, or too long: in each case the buffer's content is ignored.
         for (const std::size_t length : {0U, 1024U, 4000U}) {
             found.ownLength = length;
             EXPECT_EQ(getInstallationDirectory(), nullptr) << length;
@@ -304,7 +304,7 @@ TEST_F(RuntimeBindingDeathTest, IsTriedAgainWhereNoDirectoryWasKnownYet)
         setEnvironmentVariable("OVRADIR5", "set later");
         EXPECT_EQ(Fg_InitLibraries(nullptr), 0);
         EXPECT_EQ(journal.front(), "open " + runtimeLibraryPath("set later", "fglib5"));
-        // Once and for all: neither a better place nor another variable counts any more.
+        // Determined once: neither a better place nor another variable has an effect later.
         found.ownFile = runtimeLibraryPath("own", "library");
         setEnvironmentVariable("OVRADIR5_64", "set last");
         EXPECT_STREQ(getInstallationDirectory(), "set later");

@@ -91,7 +91,8 @@ TEST(GuiState, ASecondGuiTakesTheStaticFunctionsOver)
 
 TEST(GuiState, AFinalDeinitForgetsTheGuiOfBefore)
 {
-    // The link to a Gui that an earlier test made without the library belongs to nobody, and would stay.
+    // An earlier test may have created the holder while no controller existed; such a holder is never
+    // destroyed.
     IN_A_NEW_PROCESS([] {
         OvraGuiCoreInit();
         const auto gui = createGui();
@@ -113,7 +114,7 @@ TEST(GuiInjection, TakesViewsByTheirExactKeyAndTypeAndReplacesThem)
         gui->injectDependency("views", viewsValue(views));
         EXPECT_EQ(Gui::views(), views);
     }
-    // The very object, but not under the type that the key asks for: those before stay.
+    // The same object with another type than the key requires: the earlier views stay.
     EXPECT_THROW(gui->injectDependency("views", boost::any(first)), boost::bad_any_cast);
     EXPECT_THROW(gui->injectDependency("views", boost::any(7)), boost::bad_any_cast);
     EXPECT_EQ(Gui::views(), second);

@@ -32,7 +32,7 @@ TEST(InstallationWalk, CutsToTheFolderAboveTheNearestProductFolder)
         {__LINE__, "", '\\', nullptr},
         {__LINE__, "/opt/product/lib/libx.so", '/', "/opt/product"},
         {__LINE__, "/opt/product/Hardware Applets/model/libx.so", '/', "/opt/product"},
-        {__LINE__, "/bin/libx.so", '/', ""}, // the root: "" + "/bin/..." finds what lies there
+        {__LINE__, "/bin/libx.so", '/', ""}, // the root: "" + "/bin/..." is a valid path
         {__LINE__, "/home/user/libx.so", '/', nullptr},
         {__LINE__, R"(/home/user\bin\libx.so)", '/', nullptr},
     };

@@ -34,7 +34,7 @@ void shutDown()
     events.push_back(std::string("shut down ") + NAME);
 }
 
-/// Writes its life down.
+/// Records its construction, hooks and destruction.
 template <char NAME>
 class Recorder : public GuardedSingleton<Recorder<NAME>>
 {
@@ -100,7 +100,7 @@ TEST_F(Controller, TheLastReleaseShutsLibrariesDownThenDestroysSingletonsInOrder
 
 TEST_F(Controller, ASingletonMadeWithoutAControllerIsLeftAlone)
 {
-    IN_A_NEW_PROCESS([] { // where nobody else needs it
+    IN_A_NEW_PROCESS([] { // where no other test needs it
         Second& second = Second::instance();
         LibraryInitController::acquire();
         LibraryInitController::release();
@@ -161,13 +161,13 @@ TEST_F(Controller, AHostStartThatThrowsPassesThroughAndTheNextInitSucceeds)
     Journal::start();
     Journal::throwAt(1, "OvraParametersInit");
     EXPECT_THROW(OvraGuiCoreInit(), ovra::reference::ReferenceFault);
-    // Hangs, and fails by the time limit, when the lock is still taken.
+    // If the lock is still taken, this hangs and fails by the time limit.
     std::thread([] { EXPECT_NO_THROW(OvraGuiCoreInit()); }).join();
     Journal::clear();
     OvraGuiCoreDeinit();
     OvraGuiCoreDeinit();
     Lines expected = hostLibraries("Deinit", 2);
-    expected.erase(expected.begin() + 3, expected.begin() + 6); // of the first start, only what it came to
+    expected.erase(expected.begin() + 3, expected.begin() + 6); // the first start ends at its failure
     EXPECT_EQ(Journal::lines(), expected);
     Journal::stop();
     EXPECT_EQ(LibraryInitController::useCount(), 0U);
@@ -205,8 +205,7 @@ TEST_F(Controller, AHostLibraryThatStartsAndStopsTheLibraryWhileItIsStoppedIsShu
 
 TEST_F(Controller, NothingOfItIsReachedWhileAnotherThreadIsInIt)
 {
-    // What the other thread does to the controller must wait for the host library that is being started or
-    // stopped.
+    // While a host library starts or stops, another thread's use of the controller must wait.
     static std::atomic<int> done;
     static std::jthread other;
     struct Meeting
@@ -225,7 +224,7 @@ TEST_F(Controller, NothingOfItIsReachedWhileAnotherThreadIsInIt)
         });
         while (!begun)
             std::this_thread::yield();
-        // It has every chance to come through.
+        // Gives the other thread time to get through.
         for (int i = 0; i < 1000 && done == 0; ++i)
             std::this_thread::yield();
         EXPECT_EQ(done, 0) << "line " << meeting->line;
@@ -261,7 +260,7 @@ namespace {
 
 std::atomic<int> made{0};
 
-/// Does not come to its end before another thread has had every chance to make a second one.
+/// Its constructor gives another thread time to create a second one.
 struct Slow : GuardedSingleton<Slow>
 {
     Slow()

@@ -14,8 +14,7 @@ using namespace ovra::templates::platform;
 
 namespace {
 
-/// Where threads wait until all have come. Not std::latch, which loses wake-ups with the cross compiler's
-/// library.
+/// A barrier for threads. Not std::latch, which loses wake-ups in the cross compiler's library.
 class MeetingPoint
 {
 public:
@@ -45,7 +44,8 @@ void onThreads(int count, const std::function<void(int)>& work)
 
 constexpr int THREADS[] = {2, 4, 16};
 
-// What excludes every other thread: take() makes a guard; takeAgain() comes and goes inside it, where it may.
+// The exclusive locks: take() returns a guard; takeAgain() takes the lock again within it, if that is
+// allowed.
 
 struct SpinLock
 {
@@ -69,7 +69,7 @@ struct Mutex
     RecursiveMutex mutex;
     auto take() { return RecursiveMutexGuard(&mutex); }
     void takeAgain() { const auto inner = take(); }
-    bool isFree() const { return true; } // cannot be told from outside
+    bool isFree() const { return true; } // not visible from outside
 };
 
 template <class Lock>
@@ -153,7 +153,7 @@ TEST(ReadWriteLocks, LetWritersInAloneAndReadersTogetherWhoSeeWholeWrites)
         EXPECT_EQ(second, first);
 
         MeetingPoint allInside(threads);
-        // Hangs, and fails by the time limit, if one reader keeps another out.
+        // If one reader blocks another, this hangs and fails by the time limit.
         onThreads(threads, [&](int) {
             const ReadWriteLockGuard guard(&lock, ReadWriteLockGuard::Read);
             allInside.arriveAndWait();
@@ -181,7 +181,7 @@ TEST(ReadWriteLocks, AReaderThatComesAndGoesStopsEnteringOnceAWriterWaits)
         const ReadWriteLockGuard guard(&lock, ReadWriteLockGuard::Write);
         writerEntered = true;
     });
-    // Hangs, and fails by the time limit, when readers go on entering past the waiting writer.
+    // If readers still enter while a writer waits, this hangs and fails by the time limit.
     for (int stalled = 0, seen = entries; stalled < 500; ++stalled) {
         std::this_thread::yield();
         if (seen != entries)
@@ -201,6 +201,6 @@ TEST(ReadWriteLocks, AGuardWithAnotherModeTakesNothingButStillReleases)
     {
         const ReadWriteLockGuard odd(&lock, 7);
     }
-    // The odd guard has released the reader above, so a writer enters at once.
+    // The guard with the invalid mode has released the reader above, so a writer enters at once.
     const ReadWriteLockGuard writer(&lock, ReadWriteLockGuard::Write);
 }

@@ -30,7 +30,7 @@ Function* control(const char* name)
     return dispatcher ? reinterpret_cast<Function*>(dispatcher->locate(name)) : nullptr;
 }
 
-/// Sets the variables that say where the dispatcher is, and what the dispatcher itself asks for.
+/// Sets the variables for the dispatcher's location and for the dispatcher itself.
 void set(std::initializer_list<std::pair<const char*, std::string>> variables)
 {
     for (const auto& [name, value] : variables)
@@ -41,7 +41,7 @@ void set(std::initializer_list<std::pair<const char*, std::string>> variables)
 
 TEST(LoggingDeathTest, WithoutADispatcherEveryTagHasTheSilentDefaultLogger)
 {
-    // Where it should be, there is nothing, or a library without the descriptor.
+    // In the dispatcher's place there is nothing, or a library without the descriptor.
     for (const bool library : {false, true}) {
         IN_A_NEW_PROCESS([library] {
             const TemporaryFolder installation;
@@ -69,7 +69,8 @@ TEST(LoggingDeathTest, LoggersFollowTheDispatcherUntilItDisconnects)
         set({{"OVRADIR5_64", OVRA_STAGE_DIR},
              {"OVRA_LOG_FILE", folder.path("log.txt").string()},
              {"OVRA_LOG_LEVELS", "quiet=5;loud=1"},
-             // The dispatcher calls back before connect() has returned: re-entry must find the instance.
+             // The dispatcher calls back before connect() has returned: the nested call must find the
+             // instance.
              {"OVRA_LOG_CALLBACK_ON_CONNECT", "loud;quiet"}});
 
         Logging& logging = Logging::instance();

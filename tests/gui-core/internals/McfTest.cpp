@@ -34,12 +34,12 @@ const Row ROWS[] = {
     {__LINE__, "[S]\na=1;\n", "S", "A", ""},
     {__LINE__, "[ S ]\na=1;\n", "S", "a", ""},
     {__LINE__, "[ S ]\na=1;\n", " S ", "a", "1"},
-    // What only looks like a header.
+    // Lines that only look like headers.
     {__LINE__, "[S]\na=1;\n[R\nR]\n[R] \n[\n]\nb=2;\n", "S", "b", "2"},
     {__LINE__, "[[S]]\na=1;\n", "[S]", "a", "1"},
     {__LINE__, "[S=1;]\nb=2;\n", "S=1;", "b", "2"},
     {__LINE__, "[c=3;\n", "none", "[c", "3"},
-    // What is no key.
+    // Lines without a key.
     {__LINE__, "a=1\n", "none", "a", ""},
     {__LINE__, "a=1; \n", "none", "a", ""},
     {__LINE__, "a;\n", "none", "a", ""},

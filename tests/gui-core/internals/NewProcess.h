@@ -1,12 +1,12 @@
 /// \file
-/// IN_A_NEW_PROCESS: for what is decided once per process.
+/// IN_A_NEW_PROCESS: runs code in a process of its own, for state that exists once per process.
 #pragma once
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 
-/// The case runs in a child that starts anew, and passes there when it reaches its end without a failure.
+/// Runs the code in a new child process. It passes if the child reaches the end without a failure.
 #define IN_A_NEW_PROCESS(...)                               \
     GTEST_FLAG_SET(death_test_style, "threadsafe");         \
     EXPECT_EXIT(                                            \

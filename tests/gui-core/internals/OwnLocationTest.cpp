@@ -1,5 +1,6 @@
-// The library itself, opened at run time from where an installation may have it: where it believes that is,
-// how long it stays, how it ends. It opens the log dispatcher there, which writes its lines.
+// Tests of the library opened at run time from several places of an installation: whether it finds the
+// installation, how long it stays loaded, how it ends. It opens the log dispatcher there, whose lines show
+// the result.
 
 #include "NewProcess.h"
 
@@ -22,7 +23,7 @@ namespace {
 
 constexpr char SEPARATOR = static_cast<char>(std::filesystem::path::preferred_separator);
 
-/// A folder that has the dispatcher in the "bin" of \p root.
+/// A folder with the dispatcher in "bin" below \p root.
 struct Installation : TemporaryFolder
 {
     explicit Installation(const std::filesystem::path& root = "")
@@ -31,10 +32,10 @@ struct Installation : TemporaryFolder
     }
 };
 
-/// Whether a copy of the library in \p place finds the dispatcher.
+/// True if a copy of the library in \p place finds the dispatcher.
 bool findsIt(const Installation& folder, const std::filesystem::path& place)
 {
-    // A loader may take an equal name for an equal library.
+    // A loader may take a library with the same name for the same library.
     static int copies = 0;
     const std::string name = "product" + std::to_string(++copies);
     setEnvironmentVariable("OVRA_LOG_FILE", folder.path(name + ".log").string());
@@ -55,7 +56,7 @@ TEST(OwnLocation, IsFoundInEveryProductFolderHoweverDeepAndNamed)
         const Installation folder;
         EXPECT_TRUE(findsIt(folder, place)) << place;
     }
-    // In the bytes that a narrow path is written with.
+    // In the encoding of narrow paths.
     const char* umlaut = "a folder with blanks \xfc";
     const Installation folder(umlaut);
     EXPECT_TRUE(findsIt(folder, std::filesystem::path(umlaut) / "bin"));
@@ -100,7 +101,8 @@ TEST(ProcessEnd, AnExitHandlerOfTheHostMayEndTheLibraryLast)
 {
     IN_A_NEW_PROCESS([] {
         static void (*deinit)();
-        // Registered first, called last: the objects of every library that is opened from here on are gone.
+        // Registered first, called last: the static objects of libraries that are opened later are destroyed
+        // by then.
         std::atexit([] { deinit(); });
         const Installation folder;
         setEnvironmentVariable("OVRA_LOG_LEVEL", "2");

@@ -1,4 +1,4 @@
-// The forwarders on a runtime that is opened as any other library.
+// Tests of the forwarders with a runtime that the platform's loader opens.
 
 #include "fglib/EntryTable.h"
 #include "platform/ProcessEnvironment.h"
@@ -36,8 +36,8 @@ TEST_F(RealRuntime, NeverPassesItsInnerCallsThroughTheForwarders)
     entryTable.Fg_Init = &countingInit;
     Fg_Init("through the forwarder", 0);
     EXPECT_EQ(innerCalls, 1);
-    // The runtime's Fg_InitConfig calls its own Fg_Init; were our function of that name visible, it would
-    // come here.
+    // The runtime's Fg_InitConfig calls its own Fg_Init. If the library's forwarder of that name were
+    // visible, the call would go there.
     Fg_InitConfig(TemporaryFolder().path("some.mcf").string().c_str(), 0);
     Fg_InitEx("some.hap", 0, 0);
     EXPECT_EQ(innerCalls, 1);
@@ -45,7 +45,7 @@ TEST_F(RealRuntime, NeverPassesItsInnerCallsThroughTheForwarders)
 
 TEST_F(RealRuntime, IsBoundByThreadsThatMakeTheFirstCallTogether)
 {
-    // The forwarders bind from the installation directory; this process has none but what is set here.
+    // The forwarders bind from the installation directory, which only this variable sets here.
     ovra::templates::platform::setEnvironmentVariable("OVRADIR5_64", OVRA_STAGE_DIR);
     std::vector<const char*> answers(8);
     {

@@ -1,4 +1,4 @@
-// A library that nobody should load. It leaves a trace where the process stands when somebody does.
+// A library that must not be loaded. If it is, it leaves a file in the current folder.
 
 #include <cstdio>
 

@@ -1,5 +1,4 @@
-// Opens a library by its bare name, as the product must not: shows that the decoys lie where the system looks
-// for one.
+// Opens a library by its bare name, which the library must not do. Shows that the system finds the decoys.
 
 #include "platform/SharedLibrary.h"
 

@@ -95,7 +95,7 @@ protected:
         return port(serial, index)->getMappedPortEntry()->getConnectedCameraEntry()->getGenICamModelEntry();
     }
 
-    /// Time passes: a generator on the other board delivers some images.
+    /// Lets time pass until a generator on the other board has delivered some images.
     void waitForImagesElsewhere()
     {
         ImageCounter elsewhere;
@@ -107,7 +107,7 @@ protected:
         scene->setVisualizer(nullptr);
     }
 
-    /// Of the questions so far, what they were about.
+    /// The messages of the questions so far.
     Lines questions() const
     {
         Lines pairs = told({"choice"});
@@ -149,7 +149,7 @@ const std::string CAMERA_0_0 = "GenICamModel::restartAcquisition board=0 port=0"
 const std::string CAMERA_0_1 = "GenICamModel::restartAcquisition board=0 port=1";
 const std::string CAMERA_1_0 = "GenICamModel::restartAcquisition board=1 port=0";
 
-/// What a stop does, in terms of the start of the same thing.
+/// The journal line of the stop that belongs to a start.
 std::string stopOf(const std::string& start)
 {
     if (start.rfind("GenICamModel", 0) == 0)
@@ -237,7 +237,7 @@ TEST_F(Acquisition, PassesOverWhatIsMissingExpiredOrIncompleteAndGoesOn)
     dma(ALPHA_SERIAL, 0)->setDisplayScene({});
     port(ALPHA_SERIAL, 0)->setMappedPortEntry({});
     dma(ALPHA_SERIAL, 2)->setFrameBufferGroup({});
-    views->choice = CAMERA_TO_DMA; // which wants the group that is missing
+    views->choice = CAMERA_TO_DMA; // this answer needs the missing group
     views->clear();
     Journal::start();
     startDma(ALPHA_SERIAL, 0);
@@ -342,7 +342,7 @@ TEST_F(Acquisition, AMismatchShowsInThePictureUntilOneSideTakesTheOthersSize)
         camera->setWidth(width);
         camera->setHeight(height);
     };
-    // A stream of the camera's lines is cut into lines of the channel's width.
+    // The channel cuts the stream of the camera's lines into lines of its own width.
     const auto cutInto = [](Picture picture, int width, int height) {
         picture.width = width;
         picture.height = height;
@@ -521,18 +521,19 @@ TEST_F(Acquisition, BuffersOfOneChannelAreGrantedWithinTheBudgetOfAllBoardsToThe
         unsigned long long used;
     };
     const Row rows[] = {
-        {__LINE__, ALPHA_SERIAL, 1, 12, 12, 12, 21 * SMALL + 12 * LARGE}, // as it is: a change as well
+        {__LINE__, ALPHA_SERIAL, 1, 12, 12, 12,
+         21 * SMALL + 12 * LARGE}, // unchanged: also counts as a change
         {__LINE__, ALPHA_SERIAL, 1, 13, 13, 12, 21 * SMALL + 12 * LARGE}, // the 13th would not fit
         {__LINE__, ALPHA_SERIAL, 0, 9, 9, 9, 16 * SMALL + 12 * LARGE},
         {__LINE__, BETA_SERIAL, 7, 100, 100, 12, 21 * SMALL + 12 * LARGE},
         {__LINE__, ALPHA_SERIAL, 0, 14, 14, 9, 21 * SMALL + 12 * LARGE},
-        // Refused by the group: the model and the user are told all the same.
+        // The group refuses it: the model and the front end are updated nevertheless.
         {__LINE__, ALPHA_SERIAL, 1, 0, 13, 12, 21 * SMALL + 12 * LARGE},
         {__LINE__, ALPHA_SERIAL, 1, -3, 13, 12, 21 * SMALL + 12 * LARGE},
         {__LINE__, ALPHA_SERIAL, 1, 1, 1, 1, 21 * SMALL + 1 * LARGE},
         {__LINE__, BETA_SERIAL, 7, 100, 100, 100, 109 * SMALL + 1 * LARGE},
     };
-    Gui::setSyncMode(Gui::SyncAllBoards); // which widens starts and stops only
+    Gui::setSyncMode(Gui::SyncAllBoards); // affects starts and stops only
     views->onLine = [](const std::string& line) { Journal::note("views " + line); };
     const Lines told = {"views update_dma_memory", "views update_acquisition_state"};
     for (const Row& row : rows) {

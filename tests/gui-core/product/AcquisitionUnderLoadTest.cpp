@@ -1,5 +1,5 @@
-// Everything at once: sixteen channels of one board as fast as they go, while acquisition starts and stops in
-// all modes, buffer counts change and the other board's applet is unloaded and loaded again.
+// Sixteen channels of one board deliver as fast as possible, while acquisition starts and stops in all modes,
+// buffer counts change and the other board's applet is unloaded and loaded again.
 //
 // Runs for three seconds, or for as many as the environment variable OVRA_LOAD_SECONDS says:
 //
@@ -41,12 +41,12 @@ protected:
             "dmas": [{"index": 7, "width": 64, "height": 48}])");
     }
 
-    ~AcquisitionUnderLoad() override { unload(ALPHA_SERIAL); } // before that goes which it shows images to
+    ~AcquisitionUnderLoad() override { unload(ALPHA_SERIAL); } // before the visualizers are destroyed
 
     void begin()
     {
         start();
-        // One camera does not have the channels' size.
+        // One camera has another size than the channels.
         HarloApplication::setConfigEntry("gui.mainwindow.acquisition.sync.remembered", 1);
         HarloApplication::setConfigEntry("gui.mainwindow.acquisition.sync.remembered.value", 2);
         load(ALPHA_SERIAL, alpha);
@@ -74,8 +74,7 @@ protected:
         });
     }
 
-    /// Returns while the commands are still under way. In all modes the channels that were stopped start
-    /// again.
+    /// Returns while the commands are still running. In all modes the stopped channels start again.
     void submitRound(unsigned int round)
     {
         constexpr std::array BUFFER_COUNTS = {1, 2, 5, 40, 1000};
@@ -97,7 +96,7 @@ protected:
         expectedCameraStarts += CAMERA_STARTS[mode];
     }
 
-    /// Nothing that the round had to tell was lost.
+    /// Expects all callbacks of the round.
     void expectRoundIsComplete()
     {
         constexpr std::size_t ACQUISITION_COMMANDS = 6, BUFFER_COMMANDS = 2, LINES_OF_AN_UNLOAD = 2;

@@ -1,5 +1,5 @@
-// What a front end should not submit while a load runs, and what becomes of it when it does:
-// docs/front-end-guide.md has the table. An unload is not among them: it must not come.
+// Effects of commands that a front end submits while a load runs: see the table in docs/front-end-guide.md.
+// An unload is not tested, because a front end must not submit it.
 
 #include "Product.h"
 
@@ -16,8 +16,8 @@ constexpr int STRIDE = 7;
 constexpr int STRIDE = 1;
 #endif
 
-/// Holds the worker at its n-th call of the host. Relaxed on purpose: what orders the two threads here would
-/// hide from the thread sanitizer that nothing else does.
+/// Holds the worker at its n-th call of the host. Its atomics are relaxed on purpose: stronger ones would
+/// order the two threads and hide data races from the thread sanitizer.
 class Hold
 {
 public:
@@ -68,7 +68,7 @@ protected:
         };
     }
 
-    /// What a front end would name: the channel that is there, else that of the applet before.
+    /// The channel that a front end would name: the current one, else that of the previous applet.
     boost::shared_ptr<core::models::HlEnvironmentDmaNode> channel() const
     {
         const auto present = dma(ALPHA_SERIAL, 0);

@@ -32,7 +32,7 @@ protected:
     void loadMcf(const std::string& file) { run(LoadMcfCommand::create(board(ALPHA_SERIAL), file)); }
     void storeMcf(const std::string& file) { run(StoreMcfCommand::create(board(ALPHA_SERIAL), file)); }
 
-    /// What the user hears of the next commands, without what every load begins and ends with.
+    /// The front end's lines during \p commands, without those at the beginning and end of every load.
     Lines toldBy(const std::function<void()>& commands)
     {
         views->clear();
@@ -47,7 +47,7 @@ protected:
         return applet ? applet->getFilePath() : "";
     }
 
-    /// The path that the environment was asked for since the last toldBy().
+    /// The path that the environment was searched for since the last toldBy().
     static std::string askedFor()
     {
         const std::string question = "HlEnvironmentFileCollectionNode::existsAllFilesEntry ";
@@ -92,7 +92,7 @@ TEST_F(Configuration, AnMcfLeadsToItsApplet)
     {
         int line;
         std::string mcf;
-        std::string applet; ///< path that the environment is asked for; empty: none
+        std::string applet; ///< path that the environment is searched for; empty: none
         Lines told = APPLIED;
     };
     const std::string hap = "%/Hardware Applets/ovra-quad-cl/";
@@ -250,7 +250,7 @@ TEST_F(Configuration, AnMcfThatDoesNotFitIsAWarningAndTheAppletStays)
         EXPECT_EQ(values(), "64 1.000000 factory") << "all values or none";
         EXPECT_EQ(journalOf({"FglibFrameBufferGroup::notify"}), Lines{});
     }
-    // A configuration made for another applet can only come with an applet that was asked for directly.
+    // Only a LoadAppletCommand can combine a configuration with another applet.
     const auto other = installation.write("other.mcf", "[Kamerasektion]\nHapName=two;\n");
     EXPECT_EQ(toldBy([&] { load(ALPHA_SERIAL, applet, other); }), (Lines{APPLIED[0], invalid}));
     EXPECT_EQ(loadedApplet(), applet);

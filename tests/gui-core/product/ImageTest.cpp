@@ -1,4 +1,4 @@
-// Images as a front end gets them: formats, triggers, timeouts, what camera and channel do to them.
+// Images that a front end receives: formats, triggers, timeouts, effects of camera and channel.
 
 #include "Product.h"
 

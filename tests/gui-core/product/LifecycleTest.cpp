@@ -17,7 +17,7 @@ using testing::Not;
 
 constexpr const char* NOTHING = R"("processes": [])";
 
-/// What of the lifecycle is on the journal, in one form for all cameras.
+/// The journal's lines of the lifecycle, in one form for all cameras.
 Lines lifecycle()
 {
     Lines lines = journalOf(
@@ -31,7 +31,7 @@ Lines lifecycle()
 
 using Lifecycle = Product;
 
-/// Lets the call at \p position of \p sequence throw when it is repeated.
+/// Arms a fault for the call at \p position of \p sequence.
 void throwAtStep(const Lines& sequence, std::size_t position)
 {
     const std::string& step = sequence[position];
@@ -43,11 +43,10 @@ void throwAtStep(const Lines& sequence, std::size_t position)
 
 const std::string POST = "CommandProcessor::executeCommand ovra::gui::commands::ShowSplashscreenMessageEvent";
 const std::string FAILED_START = "ovra::gui::commands::InitializeApplicationCommand ";
-/// An event is a command of its own: whoever posted it does not notice.
+/// An event is a command of its own: its failure does not reach the command that posted it.
 const std::string FAILED_EVENT = "ovra::gui::commands::ShowSplashscreenMessageEvent executeSync";
 
-/// A start with two applet files, without the splash messages of events: those are shown at times of their
-/// own.
+/// A start with two applet files, without the splash messages, whose times vary.
 const Lines START_SYNC = {"OvraLogInit",
                           "views onInitializeBegin",
                           "OvraLogSetMessageCallback set",
@@ -83,7 +82,7 @@ Lines joined(std::initializer_list<Lines> parts)
     return all;
 }
 
-/// What is left of a journal from the first step of the start on.
+/// The journal from the first step of the start on.
 Lines fromTheStartOn(const Lines& lines)
 {
     return {std::find(lines.begin(), lines.end(), START_SYNC[0]), lines.end()};
@@ -104,7 +103,7 @@ TEST(ApplicationStart, TellsTheUserOfEveryFileInEachLifeOfAProcess)
                           "splash(Scanning Applets...)"};
         for (int i = 1; i <= count; ++i) {
             const std::string name = std::string(1, static_cast<char>('a' + i)) + ".hap";
-            if (i % 3 == 0) // a broken file is one like the others
+            if (i % 3 == 0) // broken files count like others
                 session.installation.write("Hardware Applets/ovra-quad-cl/" + name, "{");
             else
                 session.installation.addAlphaApplet(name, NOTHING);
@@ -146,7 +145,7 @@ TEST(ApplicationStart, AnExceptionEndsItsPhaseAndTheRestGoesOn)
             throwAtStep(whole, step);
         session.start();
 
-        // The first fault comes before all that can read it.
+        // The variable is set before the first fault.
         EXPECT_STREQ(std::getenv("OVRA_ENABLE_DRA"), "On");
         const bool inSync = step < START_SYNC.size();
         const bool inAsync = !inSync && step < START_SYNC.size() + START_ASYNC.size();

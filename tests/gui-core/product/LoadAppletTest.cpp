@@ -17,7 +17,7 @@ using namespace core::models;
 class LoadApplet : public Product
 {
 protected:
-    /// One of each kind, with all that the kind calls.
+    /// One applet of each kind, which makes all calls of that kind.
     Lines oneOfEachKind()
     {
         return {installation.addAlphaApplet("double.hap", DOUBLE + R"(, "nrOfProcessesInFile": false)"),
@@ -25,7 +25,7 @@ protected:
                 installation.addAlphaApplet("none.hap", NO_DMA)};
     }
 
-    /// The status lines, warnings and errors among what the front end was told.
+    /// The front end's status lines, warnings and errors.
     Lines toldAbout() const { return told({"status", "warning", "error"}); }
 };
 
@@ -43,8 +43,8 @@ std::string nameOf(const boost::weak_ptr<GenericModelNode>& resource)
     return "-";
 }
 
-/// A line "type key = resource < parent" for each resource registered on the journal, in that order. "~"
-/// stands for what every key begins with.
+/// A line "type key = resource < parent" for each registration in the journal, in that order. "~" stands for
+/// the common prefix of the keys.
 std::string registered()
 {
     const std::string operation = "HlEnvironmentGlobalResourceRootNode::addChild ";
@@ -102,7 +102,7 @@ TEST_F(LoadApplet, EachKindTellsItsWholeStoryAndRegistersItsKeysInOrder)
          "HAP",
          {},
          ofAHap + "3 ~-process-0 = process 0 < -\n4 ~-process-0-port-0 = port 0 < process 0\n" + endOfAHap},
-        // A count that cannot be read is none.
+        // A count whose query fails counts as 0.
         {__LINE__,
          installation.addAlphaApplet("counts.hap", noCounts),
          "HAP",
@@ -139,8 +139,7 @@ TEST_F(LoadApplet, EachKindTellsItsWholeStoryAndRegistersItsKeysInOrder)
         Journal::start();
         load(ALPHA_SERIAL, row.applet);
         Journal::stop();
-        // The subscription comes from the worker at a time of its own; all the rest is in the order of the
-        // GUI thread's queue.
+        // The worker subscribes at a varying time; everything else is in the order of the GUI thread's queue.
         Lines lines = views->lines();
         EXPECT_EQ(std::erase(lines, "connectFglibEvents"), 1U);
         Lines expected = {"onLoadAppletStarted",
@@ -218,7 +217,7 @@ TEST_F(LoadApplet, PublishesTheStructureWithItsLinks)
         EXPECT_FALSE(node->getNoDmaFrontendRegInfoModel());
         EXPECT_EQ(node->getNoDmaFrontendRegInfoPointer(), nullptr);
     }
-    // Channel 1 and port 1 are those of process 1, and still do not say so.
+    // Channel 1 and port 1 are linked to process 1, but report process 0.
     EXPECT_EQ(dma(ALPHA_SERIAL, 1)->getProcess(), 0U);
     EXPECT_EQ(port(ALPHA_SERIAL, 1)->getProcess(), 0U);
     EXPECT_EQ(dma(ALPHA_SERIAL, 1)->getProcesses()->current()->getIndex(), 1U);
@@ -295,7 +294,7 @@ TEST_F(LoadApplet, ASecondLoadBeforeTheFirstIsDoneDoesNothingInAnyPhase)
         EXPECT_EQ(Journal::lines(), Lines{});
         EXPECT_EQ(views->lines(), before);
     };
-    // Copies share one request, so that each phase may run on another of them.
+    // Copies share one request, so each phase may run on another copy.
     LoadAppletCommand first(ALPHA_SERIAL, single, "");
     LoadAppletCommand copy(first);
     first.executeSync();
@@ -356,8 +355,8 @@ TEST_F(LoadApplet, EveryFailureIsToldInItsWordsAndLeavesTheBoardEmptyForTheNextL
     struct Row
     {
         std::string applet;
-        std::string told; ///< the one error
-        Lines entries;    ///< of the runtime, that fail with the code
+        std::string told; ///< the expected error
+        Lines entries;    ///< entries of the runtime that fail with the code
         int code = FG_INIT_ERROR;
     };
     const Row rows[] = {
@@ -406,15 +405,15 @@ TEST_F(LoadApplet, WithoutRegisterInformationItWarnsAndGoesOnWithoutTheModel)
         unload(ALPHA_SERIAL);
         Journal::stop();
         expectNothingLeftOf(ALPHA_SERIAL);
-        // That channel's scene is detached like any other's.
+        // The scene of that channel is detached, too.
         EXPECT_EQ(journalOf({"FgLibModel::removeFrameBufferGroup"}).size(), index == 0 ? 0U : 1U);
         EXPECT_EQ(journalOf({"DisplayScene::stopGrabbing dma=" + number}).size(), 1U);
         EXPECT_EQ(journalOf({"FglibFrameBufferGroup::releaseBuffers dma=" + number}).size(), 1U);
     }
 }
 
-// Whichever call of the host throws in the worker phase, at whatever place: the exception comes out as it is,
-// the board is empty, and the next load succeeds. So it does after any call of the runtime that fails.
+// For each host call of the worker phase: if it throws, the exception propagates unchanged, the board is
+// empty, and the next load succeeds. The same holds for each call of the runtime that fails.
 TEST_F(LoadApplet, OfEachKindSurvivesEveryHostCallThatThrowsAndEveryRuntimeCallThatFails)
 {
     const auto kinds = oneOfEachKind();

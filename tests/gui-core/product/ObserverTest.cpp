@@ -1,5 +1,4 @@
-// What a front end is told beside Views: ends of acquisitions, events with their board, hardware that comes
-// and goes.
+// Signals of the reference host: ends of acquisitions, events with their board, changes of the hardware.
 
 #include "Product.h"
 

@@ -1,5 +1,5 @@
 /// \file
-/// What the operating system has given this process, for tests that look for what grows.
+/// ProcessResources: memory, handles and threads of this process, for tests that look for leaks.
 #pragma once
 
 namespace ovra::tests {
@@ -13,7 +13,7 @@ struct ProcessResources
 
 ProcessResources processResources();
 
-/// At most so many handles come late: where a lock has one, it is made when threads first meet at that lock.
+/// Maximum number of handles that appear late: a lock may get its handle when threads first compete for it.
 extern const long long LATE_HANDLES;
 
 } // namespace ovra::tests

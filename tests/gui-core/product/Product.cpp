@@ -52,7 +52,7 @@ Product::~Product()
 {
     Journal::stop();
     if (m_started) {
-        // The end of an application leaves boards as they are; the next test must find them empty.
+        // The end of an application does not unload boards; the next test must find them empty.
         unload(ALPHA_SERIAL);
         unload(BETA_SERIAL);
         stop();

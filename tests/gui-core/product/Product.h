@@ -1,6 +1,6 @@
 /// \file
-/// Product: a fixture that runs the whole library on the reference host and a virtual installation. Brings
-/// with it the library's commands and the host's headers that most tests look into.
+/// Product: a fixture that runs the whole library on the reference host and a virtual installation. Includes
+/// the library's commands and the host's headers that most tests need.
 #pragma once
 
 #include "RecordingViews.h"
@@ -70,13 +70,13 @@ public:
     Product();
     ~Product() override;
 
-    /// Starts the library and the application, and waits until it is ready.
+    /// Starts the library and the application, and waits until the application is ready.
     void start();
-    /// Cleans the application up and ends the library; the destructor does it otherwise.
+    /// Cleans the application up and ends the library; otherwise the destructor does.
     void stop();
 
     void submit(const boost::shared_ptr<core::Command>& command);
-    /// Waits until nothing is under way.
+    /// Waits until no command is running.
     void settle();
     void run(const boost::shared_ptr<core::Command>& command)
     {
@@ -99,13 +99,14 @@ public:
     /// The front end's lines that begin with one of \p prefixes.
     Lines told(const Lines& prefixes) const;
 
-    /// The board holds nothing, and its keys are gone.
+    /// Expects a board without an applet, and none of its keys.
     void expectEmptyBoard(int serial) const;
-    /// Nor is there a handle, image memory or a subscription of any other board.
+    /// Like expectEmptyBoard; also expects no handle, image memory or subscription of any board.
     void expectNothingLeftOf(int serial) const;
 
-    /// Lets the 1st, 2nd, ... host call in \p act throw, until it passes untouched: before each time comes
-    /// \p prepare, after it \p check, which is told whether it threw. Returns how often it threw.
+    /// Runs \p act again and again, and lets its 1st, 2nd, ... host call throw, until it passes without a
+    /// fault. Calls \p prepare before each run, and \p check after it, with whether it threw. Returns the
+    /// number of runs that threw.
     std::size_t sweep(const std::function<void()>& prepare, const std::function<void()>& act,
                       const std::function<void(bool)>& check) const;
 
@@ -118,7 +119,7 @@ private:
     bool m_started = false;
 };
 
-/// A life of an application from its first to its last step, for tests that see several.
+/// An application from its start to its end, for tests that need several.
 class Session : public Product
 {
     void TestBody() override {}

@@ -1,9 +1,8 @@
-// Rounds of what an application repeats, and a while of a scenario, after which the process may hold no more
-// than before them.
+// Repeats operations of an application and a scenario, and checks that the process's resources do not grow.
 //
-// 300 rounds of a kind, or as many as the environment variable OVRA_SOAK_ROUNDS says; scripts/soak runs
-// 10,000. The scenario unplugs twenty times a second for two seconds, or every ten seconds for as many as
-// OVRA_SOAK_SECONDS says; scripts/soak lets it run for an hour.
+// 300 rounds of each kind, or OVRA_SOAK_ROUNDS (environment variable); scripts/soak runs 10,000. The scenario
+// unplugs a board twenty times a second for two seconds, or every ten seconds for OVRA_SOAK_SECONDS;
+// scripts/soak runs it for an hour.
 
 #include "ProcessResources.h"
 #include "Product.h"
@@ -24,14 +23,14 @@ namespace ovra::tests {
 namespace {
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-// Sanitizers keep freed memory for a while, and find what leaks by themselves.
+// Sanitizers keep freed memory for a while, and detect leaks themselves.
 constexpr bool MEMORY_COUNTS = false;
 constexpr int ROUNDS = 60;
 #else
 constexpr bool MEMORY_COUNTS = true;
 constexpr int ROUNDS = 300;
 #endif
-constexpr long long RESTLESSNESS = 256LL << 10; ///< of the allocator, in bytes
+constexpr long long RESTLESSNESS = 256LL << 10; ///< variation by the allocator, in bytes
 
 using Round = std::function<void()>;
 
@@ -127,7 +126,7 @@ Round unpluggings()
     };
 }
 
-/// What has come since \p before.
+/// The growth since \p before.
 ProcessResources growth(const ProcessResources& before)
 {
     const auto now = processResources();
@@ -142,7 +141,7 @@ long long liveObjects()
     return sum;
 }
 
-/// The system takes its time to forget a thread that has ended.
+/// Waits a little, since the system may still count a thread that has ended.
 ProcessResources settledGrowth(const ProcessResources& before)
 {
     auto grown = growth(before);
@@ -167,7 +166,7 @@ void expectFlat(const char* name, const std::string& length, const ProcessResour
     EXPECT_EQ(newObjects, 0);
 }
 
-/// The user of two boards, one of which a scenario unplugs and plugs in, again and again.
+/// Uses two boards while a scenario unplugs and plugs one of them again and again.
 class PatientUser
 {
 public:
@@ -180,7 +179,7 @@ public:
         m_session.run(StartAcquisitionCommand::create(m_session.dma(BETA_SERIAL, 0), ENDLESS));
     }
 
-    /// Returns how often the board went.
+    /// Returns how often the board was unplugged.
     int follow(std::chrono::milliseconds interval, std::chrono::milliseconds duration)
     {
         const auto half = std::to_string(interval.count() / 2) + " ms: ";
@@ -217,7 +216,7 @@ private:
         return dma && dma->getDisplayScene()->isGrabbing();
     }
 
-    /// Nobody knows when the board goes: each command may meet one that is gone.
+    /// The board may be unplugged at any time, so every command may fail.
     void takeCare()
     {
         m_session.views->clear();
@@ -290,7 +289,7 @@ TEST(ScenarioSoak, LeavesNothingBehind)
                objects);
 }
 
-// A count that stands still whatever happens would let every soak pass.
+// If a count never changed, every soak would pass.
 TEST(ProcessResources, GrowWithWhatTheProcessHolds)
 {
     const auto before = processResources();

@@ -11,7 +11,7 @@ namespace {
 
 using UnloadApplet = Product;
 
-/// The journal without what only looks, and without the details of operations that change one node.
+/// The journal without reading operations, and without the details of operations that change one node.
 Lines changes()
 {
     const Lines questions = {
@@ -81,8 +81,8 @@ TEST_F(UnloadApplet, TakesTheBoardApartInItsFixedOrder)
     EXPECT_EQ(changes(), expected);
     expectNothingLeftOf(ALPHA_SERIAL);
 
-    // The clean-up of a load that an exception of the host ends takes the same steps. The load's last one
-    // throws; the first of that name is the unload's before it.
+    // The clean-up of a load that a host exception ended takes the same steps. The load's last step throws;
+    // the first line of that name belongs to the unload before it.
     expected.resize(expected.size() - 2);
     Journal::start();
     Journal::throwAt(2, "HlEnvironmentBoardNode::setBoardSelectedForViewEntry");
@@ -114,7 +114,7 @@ TEST_F(UnloadApplet, LeavesTheOtherBoardAndForeignResourcesAlone)
     addForeign(core::Environment::ResourceCamera, "a camera", board(ALPHA_SERIAL));
     addForeign(core::Environment::ResourceDma, "an expired channel", {});
     addForeign(core::Environment::ResourceBoard, "an expired board", {});
-    // What counts is whose it is, not what it is called.
+    // The owner of a resource counts, not its key.
     addForeign(core::Environment::ResourceProcess, "of alpha",
                board(ALPHA_SERIAL)->getProcesses()->current());
 
@@ -155,7 +155,7 @@ TEST_F(UnloadApplet, EveryChangeOfTheHandleIsOneUpdateOfTheBoard)
         const auto calls = installation.calls("*");
         const bool held = isLoaded(ALPHA_SERIAL);
         unload(ALPHA_SERIAL);
-        EXPECT_EQ(installation.calls("*") != calls, held); // an empty board is no business of the runtime's
+        EXPECT_EQ(installation.calls("*") != calls, held); // for an empty board the runtime is not called
         std::string updates;
         for (const auto& line : Journal::lines())
             for (const auto& [operation, sign] : {std::pair("RootNode::setFgInitInProgress true", "+"),
@@ -208,7 +208,7 @@ TEST_F(UnloadApplet, SurvivesEveryHostCallThatThrows)
             load(ALPHA_SERIAL, applet);
             EXPECT_TRUE(isLoaded(ALPHA_SERIAL));
         };
-        // What was not done the first time is done the second.
+        // The second unload does the steps that the first one did not.
         const auto repeat = [&](bool) {
             unload(ALPHA_SERIAL);
             expectNothingLeftOf(ALPHA_SERIAL);

@@ -93,14 +93,14 @@ TEST_F(Unplug, ABoardThatWasPluggedInAgainIsLoadedOverItsLostApplet)
     EXPECT_EQ(installation.live(FGSIM_BOARD_HANDLES), 2);
 }
 
-/// What each command says of a board that is gone, and that it leaves the other board alone.
+/// Each command reports a lost board and does not affect the other board.
 TEST_F(Unplug, EveryCommandComesBackFromALostBoard)
 {
     struct Row
     {
         const char* name;
         std::function<boost::shared_ptr<core::Command>()> command;
-        bool told; ///< that the board is not there, by the front end's lines or as the failure of a phase
+        bool told; ///< the lost board is reported, to the front end or as the failure of a phase
     };
     const std::string lost = "The board is not there any more";
     const Row rows[] = {

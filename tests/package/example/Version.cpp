@@ -1,4 +1,4 @@
-// Versions of the headers and of the library, which is asked before anything else is done with it.
+// Compares the versions of the headers and of the library, before any other use of the library.
 
 #include "gui-core/Version.h"
 #include "gui-core/EntryPoints.h"

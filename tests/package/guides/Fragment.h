@@ -1,4 +1,4 @@
-// What the fragments in the guides take for given.
+// Declarations that the fragments in the guides use.
 #pragma once
 
 #include "gui-core/EntryPoints.h"

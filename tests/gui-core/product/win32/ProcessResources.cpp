@@ -31,7 +31,7 @@ struct SystemHandle
     ULONG reserved;
 };
 
-/// From the list of all handles: GetProcessHandleCount has no answer in Wine.
+/// Counts in the list of all handles, because GetProcessHandleCount returns 0 in Wine.
 long long handles()
 {
     constexpr int ALL_HANDLES = 64;

@@ -1,9 +1,9 @@
-// What acquisition costs: the sweep over the resources, the size check, images on their way to a visualizer,
+// The cost of acquisition: the sweep over the resources, the size check, the way of an image to a visualizer,
 // starts, stops and unloads.
 //
-// Images come from a generator without a frame-rate limit where nothing else is said. The yardstick of an
-// image is a plain memcpy of its bytes from such a cycle into such a ring. What is counted and not timed
-// follows the ratios.
+// Unless stated otherwise, images come from a generator without a frame-rate limit. The yardstick of an image
+// is a plain memcpy of its bytes from a cycle like the channel's into a ring like the channel's. Counts are
+// printed after the ratios.
 
 #include "Ratios.h"
 #include "SilentViews.h"
@@ -51,12 +51,12 @@
 
 namespace {
 
-// The program's operator new serves its shared libraries as well.
+// The program's operator new also serves its shared libraries.
 std::atomic<std::int64_t> allocations{0};
 
 } // namespace
 
-// Not inlined: the compiler would see a free of what new returned, and warn.
+// Not inlined, because the compiler would warn of free() for a pointer from new.
 [[gnu::noinline]] void* operator new(std::size_t bytes)
 {
     allocations.fetch_add(1, std::memory_order_relaxed);
@@ -199,7 +199,7 @@ public:
     {
         run(LoadAppletCommand::create(serial, m_applets + applet, ""));
         if (!board(serial)->getBoardHandle())
-            std::abort(); // nothing would be measured
+            std::abort(); // the measurement would be void
     }
 
     static boost::shared_ptr<core::models::HlEnvironmentBoardNode> board(int serial)
@@ -300,7 +300,7 @@ private:
     std::vector<boost::shared_ptr<core::models::GenericModelNode>> m_held;
 };
 
-/// What a start sweeps over: all channels, then all ports.
+/// The passes of a start: all channels, then all ports.
 template <int COUNT>
 void sweep(benchmark::State& state)
 {
@@ -316,7 +316,7 @@ void sweep(benchmark::State& state)
     benchmark::DoNotOptimize(met);
 }
 
-/// One pass over the same children that locks the same weak pointers and touches what they hold.
+/// One pass over the same children that locks the same weak pointers and reads their objects.
 template <int COUNT>
 void plainWalk(benchmark::State& state)
 {
@@ -365,7 +365,7 @@ void sizesOf64Pairs(benchmark::State& state)
 
 // --- images ----------------------------------------------------------------------------------------------
 
-/// Looks at nothing, for a while.
+/// A visualizer that only waits for a while.
 class Screen final : public display::DisplaySceneVisualizer
 {
 public:
@@ -393,7 +393,7 @@ private:
     bool m_shown = false;
 };
 
-/// Shows a channel's images for some time, and returns how it went.
+/// Shows a channel's images for some time and returns the statistics.
 display::DisplayStatistics grab(unsigned int dma, display::DisplaySceneVisualizer& screen,
                                 std::chrono::milliseconds duration)
 {
@@ -409,7 +409,7 @@ display::DisplayStatistics grab(unsigned int dma, display::DisplaySceneVisualize
 
 constexpr auto RUN = 100ms;
 
-/// Time for an image that reached the scene, be it shown or overtaken.
+/// Time per image that reached the scene, shown or overtaken.
 template <unsigned int DMA, int MILLISECONDS_SHOWN = 0>
 void captured(benchmark::State& state)
 {
@@ -432,7 +432,7 @@ void shown(benchmark::State& state)
     }
 }
 
-/// A cycle and a ring such as a channel has.
+/// A cycle and a ring like those of a channel.
 struct PlainRing
 {
     explicit PlainRing(Format format)
@@ -456,7 +456,7 @@ struct PlainRing
     std::vector<std::uint8_t> copy;
 };
 
-/// One thread that writes and nobody who reads: nothing but the speed of memory.
+/// One thread writes, none reads: the speed of memory only.
 template <unsigned int DMA>
 void plainWrite(benchmark::State& state)
 {
@@ -470,7 +470,7 @@ void plainWrite(benchmark::State& state)
     }
 }
 
-/// One thread writes, another one copies the newest image out: what two cores that share a ring can do.
+/// One thread writes, another one copies the newest image: the speed of two cores that share a ring.
 struct PlainPair
 {
     double perWritten; ///< seconds
@@ -567,7 +567,7 @@ void unload(benchmark::State& state)
     }
 }
 
-/// An acquisition has two threads, which begin and end one after the other; each copies the image once.
+/// Like an acquisition: two threads, which start and end one after the other; each copies the image once.
 void twoThreadsThatCopy(benchmark::State& state)
 {
     PlainRing ring(formatOf(SMALL));
@@ -580,7 +580,7 @@ void twoThreadsThatCopy(benchmark::State& state)
     }
 }
 
-// --- what is counted -----------------------------------------------------------------------------------
+// --- counts --------------------------------------------------------------------------------------------
 
 std::int64_t allocationsWithin(std::chrono::milliseconds duration)
 {
@@ -589,7 +589,7 @@ std::int64_t allocationsWithin(std::chrono::milliseconds duration)
     return allocations.load() - before;
 }
 
-/// The same time at rest is the yardstick: the host's monitors look at folders now and then.
+/// The yardstick is the same time at rest, in which the host's monitors search folders.
 void countAllocations(unsigned int dma, const char* name)
 {
     const auto atRest = allocationsWithin(1s);
@@ -610,7 +610,7 @@ void countAllocations(unsigned int dma, const char* name)
                 static_cast<long long>(after.skipped - before.skipped));
 }
 
-/// A bare thread that keeps the same deadlines: what the machine itself allows.
+/// A bare thread with the same deadlines: the best that the machine can do.
 double latestWakeUp(std::chrono::milliseconds duration)
 {
     const auto begin = Clock::now();
@@ -625,7 +625,7 @@ double latestWakeUp(std::chrono::milliseconds duration)
 void countLost()
 {
     constexpr auto DURATION = 5s;
-    constexpr int RING_OF_A_QUARTER_SECOND = 256; // what a channel that is late can catch up with
+    constexpr int RING_OF_A_QUARTER_SECOND = 256; // the ring limits how far a late channel can catch up
     Rig::dma(IMAGE_BOARD, PACED)->getFrameBufferGroup()->setBufferCount(RING_OF_A_QUARTER_SECOND);
     Screen screen;
     auto latest = 0.0;
@@ -646,7 +646,7 @@ RATIO("sweep over 10 resources / plain walk", sweep<10>, plainWalk<10>, 1.3);
 RATIO("sweep over 1,000 resources / plain walk", sweep<1000>, plainWalk<1000>, 1.3);
 RATIO("sweep over 100,000 resources / plain walk", sweep<100000>, plainWalk<100000>, 1.3);
 RATIO("size check of 64 pairs / asking for the sizes", checkOf64Pairs, sizesOf64Pairs, 0);
-// 0.85 of the yardstick's speed are 1.18 of its time.
+// A limit of 0.85 of the yardstick's speed is 1.18 of its time.
 RATIO("image of 512 x 512 / memcpy", captured<SMALL>, plainWrite<SMALL>, 1 / 0.85, bench::Clock::Own);
 RATIO("image of 4096 x 3072 / memcpy", captured<LARGE>, plainWrite<LARGE>, 1 / 0.85, bench::Clock::Own);
 RATIO("image of 512 x 512 / memcpy with a reader", captured<SMALL>,

@@ -1,4 +1,4 @@
-// What the run-time binding of the frame-grabber runtime costs.
+// The cost of the run-time binding of the frame-grabber runtime.
 
 #include "Ratios.h"
 
@@ -37,7 +37,7 @@ void* located(const char* symbol)
     std::abort();
 }
 
-// The runtime's function does next to nothing, so that what surrounds it shows.
+// The runtime's function does nearly nothing, so that the forwarder dominates.
 void forwardedCall(benchmark::State& state)
 {
     bindFglib(OVRA_BENCH_INSTALLATION);

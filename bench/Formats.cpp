@@ -1,5 +1,5 @@
-// What an image of the virtual runtime costs, by its format: from the source through the channel into the
-// ring. The yardstick is a memcpy of the image's bytes from and into rings of as many buffers.
+// The cost of an image of the virtual runtime, by its format: from the source through the channel into the
+// ring. The yardstick is a memcpy of the image's bytes between rings of equal size.
 
 #include "Ratios.h"
 
@@ -20,7 +20,7 @@ namespace {
 
 constexpr std::size_t WIDTH = 1024, HEIGHT = 768;
 constexpr FgFrameIndex BUFFERS = 8;
-constexpr FgFrameIndex IMAGES = 64; // an iteration
+constexpr FgFrameIndex IMAGES = 64; // per iteration
 
 constexpr std::size_t bytesOf(int format)
 {
@@ -79,7 +79,7 @@ private:
     {
         auto* const found = dlsym(m_runtime, name);
         if (found == nullptr)
-            std::abort(); // nothing would be measured
+            std::abort(); // the measurement would be void
         return reinterpret_cast<Function>(found);
     }
 
@@ -104,7 +104,7 @@ private:
     }
 };
 
-/// Of all threads of the process: what the image costs, whatever else the machine does meanwhile.
+/// Processor time of all threads of the process, which does not depend on what else the machine does.
 double processorSeconds()
 {
     timespec time{};

@@ -1,4 +1,4 @@
-// What the library's life costs: loggers while logging is off, initialisation rounds.
+// The cost of loggers without a dispatcher, and of starting and ending the library.
 
 #include "Ratios.h"
 
@@ -19,7 +19,7 @@ namespace {
 
 using ovra::tools::logging::Logging;
 
-// No dispatcher is found from here, so every logger is the silent one.
+// There is no dispatcher, so every logger is the silent one.
 void askSilentLogger(benchmark::State& state)
 {
     for (auto _ : state)

@@ -1,13 +1,12 @@
-// What loading and unloading an applet costs, by its number of DMA channels.
+// The cost of loading and unloading an applet, by its number of DMA channels.
 //
-// Whole: both commands through the processor, with their messages, the worker, the model's nodes, resources,
-// buffers and scenes, and the search for applets at the end. Yardstick: the calls of the runtime that this
-// makes, in the same order and with the same arguments, made directly; the runtime's journal is the proof.
-// Channels have tiny images, and there are no cameras, so the runtime takes no time of its own to draw or to
-// fill anything.
+// Measured: both commands through the processor, with their messages, the worker, the model's nodes,
+// resources, buffers and scenes, and the search for applets at the end. Yardstick: the same calls of the
+// runtime, made directly in the same order and with the same arguments; the runtime's journal proves it.
+// Channels have tiny images and there are no cameras, so the runtime spends no time on drawing.
 //
-// Times are processor time of the whole process, the GUI thread's and the worker's: how long one waits for
-// the other to be woken is the system's doing.
+// Times are processor time of the whole process, that is of the GUI thread and the worker. They exclude the
+// time that one thread waits for the other.
 
 #include "Ratios.h"
 #include "SilentViews.h"
@@ -42,13 +41,13 @@
 
 namespace {
 
-// The program's operator new serves its shared libraries, the runtime among them, as well.
+// The program's operator new also serves its shared libraries, including the runtime.
 std::atomic<std::int64_t> heapBytes{0};
 std::atomic<std::int64_t> heapPeak{0};
 
 } // namespace
 
-// Not inlined: the compiler would see a free of what new returned, and warn.
+// Not inlined, because the compiler would warn of free() for a pointer from new.
 [[gnu::noinline]] void* operator new(std::size_t bytes)
 {
     void* const memory = std::malloc(bytes);
@@ -178,7 +177,7 @@ void loadAndUnload(int channels)
 void ask(int code)
 {
     if (code < FG_OK)
-        std::abort(); // nothing would be measured
+        std::abort(); // the measurement would be void
 }
 
 int parameter(const reference::RuntimeEntries& runtime, Fg_Struct* board, int id, int value, unsigned int dma)
@@ -325,7 +324,7 @@ struct Cost
 {
     double wholeMicroseconds;
     double directMicroseconds;
-    std::int64_t wholePeak; ///< bytes on the heap above what was there before
+    std::int64_t wholePeak; ///< peak growth of the heap, in bytes
     std::int64_t directPeak;
 };
 
@@ -349,7 +348,7 @@ Cost costOf(int channels)
             peakOf(&callDirectly, channels)};
 }
 
-/// What each channel adds, from one size to the next: constant where the growth is linear.
+/// The cost of each further channel, from one size to the next; constant if the growth is linear.
 void printGrowth()
 {
     std::puts("\neach further channel       whole       direct    beyond the runtime     heap peak   beyond "
@@ -381,7 +380,7 @@ RATIO("load and unload, 256 channels / its runtime calls", whole<256>, direct<25
 
 int main(int argc, char** argv)
 {
-    loadAndUnload(1); // what is made once
+    loadAndUnload(1); // for one-time initialisations
     for (const int channels : SIZES) {
         const std::string expected = journalOf(&loadAndUnload, channels);
         const std::string made = journalOf(&callDirectly, channels);

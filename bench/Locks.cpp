@@ -1,4 +1,4 @@
-// What the library's locks cost, against the primitives they stand on.
+// The cost of the library's locks, compared with the primitives that they use.
 
 #include "Ratios.h"
 
@@ -27,7 +27,7 @@ void spinGuard(benchmark::State& state)
         const SpinLockVariableGuard guard(&lockWord, &ownerWord);
 }
 
-// The least that a spin lock with an owner can do.
+// The minimum of a spin lock with an owner.
 void compareAndSwapAndStore(benchmark::State& state)
 {
     for (auto _ : state) {
@@ -98,7 +98,7 @@ struct StandardLock
     void unlockExclusive() { lock.unlock(); }
 };
 
-/// The time of the slowest hundredth of a writer's turns while a reader goes in and out without a pause.
+/// The 99th percentile of a writer's times while a reader enters and leaves without a pause.
 template <class Lock>
 void writerUnderReader(benchmark::State& state)
 {
@@ -141,7 +141,7 @@ RATIO("ReadWriteLock, read / two atomic operations", readWriteLock<ReadWriteLock
 RATIO("ReadWriteLock, write / two atomic operations", readWriteLock<ReadWriteLockGuard::Write>,
       twoAtomicOperations, 2.6);
 
-// One iteration gives the percentile of many turns, so it goes by its own clock.
+// One iteration computes the percentile of many writes, so it reports its own time.
 RATIO("writer's 99th percentile under a reader / shared_mutex", writerUnderReader<OurLock>,
       writerUnderReader<StandardLock>, 1.00, ovra::bench::Clock::Own);
 

@@ -1,6 +1,6 @@
-// What an applet is looked up by in a configuration file, against the same with a reader of INI files from
-// Debian's packages: from a path to the three values that the library asks for. What the other reads is the
-// same content without the closing ";".
+// The cost of reading a configuration file, compared with a reader of INI files from Debian's packages: from
+// a path to the three values that name the applet. The other reader gets the same content without the closing
+// ";".
 
 #include "Ratios.h"
 
@@ -48,7 +48,7 @@ struct Files
     std::string ini;
 };
 
-/// A folder that goes with the program.
+/// A folder that is removed when the program ends.
 class Folder
 {
 public:
@@ -84,7 +84,7 @@ std::vector<std::size_t> numbers(std::size_t count, Order order)
     return all;
 }
 
-/// Lines are about as long as in a file that a runtime has stored. The applet is named in the middle.
+/// Lines are about as long as in a file that a runtime has stored. The applet's name is in the middle.
 void write(const Shape& shape, const Files& files)
 {
     constexpr std::size_t LINE_BYTES = sizeof("KEY0000000=0000;"); // with its line feed
@@ -107,7 +107,7 @@ void write(const Shape& shape, const Files& files)
     }
 }
 
-/// Written when first asked for.
+/// Writes the files on the first call.
 const Files& filesOf(const Shape& shape)
 {
     static const Folder FOLDER;

@@ -27,7 +27,7 @@ std::string yardstickName(const std::string& name)
     return name + " / yardstick";
 }
 
-/// False when the ratio exceeds its limit.
+/// False if the ratio exceeds its limit.
 bool print(const Pair& pair, const Medians& medians)
 {
     const auto measured = medians.find(pair.name);

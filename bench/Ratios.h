@@ -1,13 +1,12 @@
 /// \file
-/// Every figure here is a ratio: what the product does, to a yardstick that runs beside it in the same run.
+/// RATIO: a measurement as a ratio of the library's time to that of a yardstick in the same run.
 ///
 ///     RATIO("forwarded call", forwardedCall, directCall, 1.20);
 ///     int main(int argc, char** argv) { return ovra::bench::runRatios(argc, argv); }
 ///
-/// Each side runs many times, the two interleaved at random, and the medians are set against each other. The
-/// last lines of a run say for each pair: ratio, both medians, and the limit that the ratio should keep. A
-/// limit that is not kept is marked, and changes the exit code only with --strict: a figure depends on the
-/// machine, a test must not.
+/// Each side runs many times, interleaved at random, and the ratio compares the medians. The last lines of a
+/// run print for each pair: ratio, both medians, and the limit of the ratio. A ratio beyond its limit is
+/// marked. It changes the exit code only with --strict, because figures depend on the machine.
 #pragma once
 
 #include <benchmark/benchmark.h>
@@ -16,14 +15,14 @@ namespace ovra::bench {
 
 using Function = void (*)(benchmark::State&);
 
-/// Whose clock a benchmark goes by.
+/// The clock of a benchmark.
 enum class Clock
 {
     Wall,
     Own, ///< the times that it reports with SetIterationTime
 };
 
-/// \p limit 0: reported, not promised.
+/// \p limit 0: reported without a limit.
 bool addRatio(const char* name, Function measured, Function yardstick, double limit,
               Clock clock = Clock::Wall);
 

@@ -1,5 +1,5 @@
 /// \file
-/// What runs the measurements: Google Benchmark, or where there is none for the platform, a small stand-in.
+/// Runs the measurements with Google Benchmark, or with a small replacement on platforms without it.
 #pragma once
 
 #include "Ratios.h"
@@ -10,7 +10,7 @@
 
 namespace ovra::bench {
 
-/// The limits are set for Linux; elsewhere figures are reported only.
+/// The limits apply to Linux; on other platforms figures are only reported.
 extern const bool LIMITS_ARE_PROMISED;
 
 /// Nanoseconds for one iteration, by the benchmark's name.
@@ -18,8 +18,7 @@ using Medians = std::map<std::string, double>;
 
 void addBenchmark(const std::string& name, Function function, Clock clock);
 
-/// Runs everything that was added, many times and in a random order. Nothing when it does not understand the
-/// command line.
+/// Runs all benchmarks many times in a random order. Empty if the command line is invalid.
 std::optional<Medians> measureMedians(int argc, char** argv);
 
 } // namespace ovra::bench

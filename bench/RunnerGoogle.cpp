@@ -8,7 +8,7 @@ const bool LIMITS_ARE_PROMISED = true;
 
 namespace {
 
-/// Prints what the console reporter prints, and keeps the medians in nanoseconds.
+/// A console reporter that also keeps the medians in nanoseconds.
 class MedianReporter : public benchmark::ConsoleReporter
 {
 public:
@@ -37,7 +37,7 @@ void addBenchmark(const std::string& name, Function function, Clock clock)
 
 std::optional<Medians> measureMedians(int argc, char** argv)
 {
-    // What the ratios need comes first, so that the command line may still say otherwise.
+    // The ratios' options come first, so that the command line can override them.
     std::string interleave = "--benchmark_enable_random_interleaving=true";
     std::string repeat = "--benchmark_repetitions=15";
     std::string aggregates = "--benchmark_report_aggregates_only=true";

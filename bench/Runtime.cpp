@@ -1,8 +1,8 @@
-// A runtime whose entries do nothing: what is measured around them is the way to them.
+// A runtime whose entries do nothing, to measure the way to them.
 
 #include "fglib5/Fglib5.h"
 
-#pragma GCC diagnostic ignored "-Wunused-parameter" // entries that do nothing look at none
+#pragma GCC diagnostic ignored "-Wunused-parameter" // entries that do nothing use no parameters
 
 #define FGLIB5_ENTRY(result, name, symbol, parameters, arguments, missing) \
     result name parameters                                                 \

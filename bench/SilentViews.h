@@ -1,6 +1,6 @@
 /// \file
-/// SilentViews: a front end that costs next to nothing. Warnings and errors go to standard error: what is
-/// measured then is not what was meant.
+/// SilentViews: a front end that costs nearly nothing. It prints warnings and errors to standard error, since
+/// they make the measurement void.
 #pragma once
 
 #include "gui-core/Views.h"

@@ -1,4 +1,4 @@
-// What the start of an application costs with few and with many applet files, and how it grows.
+// The cost of an application's start with few and with many applet files, and its growth.
 
 #include "Ratios.h"
 #include "SilentViews.h"
@@ -26,7 +26,7 @@ namespace {
 namespace fs = std::filesystem;
 using namespace ovra;
 
-/// Says when the application is ready.
+/// A front end that notes when the application is ready.
 struct WaitedForViews final : bench::SilentViews
 {
     std::function<void()> ready;
@@ -76,7 +76,7 @@ reference::ApplicationOptions optionsFor(const fs::path& folder)
         .runtimeDirectory = folder.string(), .runtimeLibrary = OVRA_BENCH_RUNTIME, .configurationFile = ""};
 }
 
-/// From the moment at which the host starts its plug-ins to the message that the application is ready.
+/// From the start of the plug-ins to the message that the application is ready.
 void startOnce(const fs::path& folder, benchmark::State& state)
 {
     OvraGuiCoreInit();
@@ -97,7 +97,7 @@ void startOnce(const fs::path& folder, benchmark::State& state)
     OvraGuiCoreDeinit();
 }
 
-/// What the host does meanwhile, asked for directly.
+/// The host's share of the start, called directly.
 void discoverAndScanOnce(const fs::path& folder, benchmark::State& state)
 {
     const reference::Application application(optionsFor(folder));

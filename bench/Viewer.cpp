@@ -1,5 +1,5 @@
-// What the viewer costs: an image from the scene into the mailbox, out of it into a message, and all the way
-// to a client.
+// The cost of the viewer: an image from the scene into the mailbox, from there into a message, and the whole
+// way to a client.
 //
 // Yardsticks: a memcpy of the same bytes; for the way to a client, a bare loopback connection that carries
 // them.

@@ -1,5 +1,5 @@
 /// \file
-/// The few things of Google Benchmark that the measurements use, for a platform that it is not packaged for.
+/// The parts of Google Benchmark that the measurements use, for platforms without a package of it.
 #pragma once
 
 #include <chrono>
@@ -7,8 +7,8 @@
 
 namespace benchmark {
 
-/// One run. `for (auto _ : state)` goes round as often as the run is long; the clock covers the loop, unless
-/// SetIterationTime reports the times instead.
+/// One run. `for (auto _ : state)` repeats for all iterations of the run. The clock measures the loop, unless
+/// SetIterationTime reports the times.
 class State
 {
     using Clock = std::chrono::steady_clock;
@@ -55,7 +55,7 @@ private:
     double m_reported = 0;
 };
 
-/// The compiler must have the value, and may not know what becomes of it.
+/// Prevents the compiler from optimising the value away.
 template <class Value>
 void DoNotOptimize(const Value& value)
 {

@@ -19,20 +19,20 @@ class HlEnvironmentDmaNode;
 
 namespace ovra::gui::commands {
 
-/// Gives a DMA channel another number of image buffers. Only that channel changes, whatever the sync mode. An
-/// acquisition that runs goes on afterwards; none is started.
+/// Changes the number of image buffers of one DMA channel, whatever the sync mode. A running acquisition
+/// continues afterwards; a stopped one is not started.
 ///
-///   - executeAsync, worker: FrameBufferGroup::setBufferCount; takes as long as memory takes to be had
-///   - executePostAsync, GUI thread: the node gets both counts, then Views::update_dma_memory,
+///   - executeAsync, worker: FrameBufferGroup::setBufferCount, which allocates
+///   - executePostAsync, GUI thread: stores both counts in the node; then Views::update_dma_memory,
 ///     update_acquisition_state
 ///
-/// Afterwards getAcqBuffersRequested of the node tells what was asked for, getAcqBuffersCurrent what there
-/// is: fewer, where Gui::getTotalDmaMemory sets a limit. Compare the two to tell the user.
+/// Afterwards the node's getAcqBuffersRequested is the requested number, getAcqBuffersCurrent the existing
+/// one. It is lower if the requested buffers would exceed Gui::getTotalDmaMemory.
 ///
-/// Errors: the count is not checked here. The group throws std::invalid_argument for one below 1 and changes
-/// nothing, and std::runtime_error where the runtime has no memory, with as many buffers as before. Both go
-/// to the application's error handler, and executePostAsync still runs. A channel without a group, because
-/// its board was unloaded in the meantime, keeps its counts.
+/// Errors: the command does not check the count. FrameBufferGroup::setBufferCount throws
+/// std::invalid_argument for a count below 1, and std::runtime_error if the runtime has no memory; the number
+/// of buffers stays. Both go to the application's error handler, and executePostAsync still runs. If the
+/// board was unloaded in the meantime, nothing changes.
 ///
 /// Before: "views" is injected.
 class OVRA_GUI_CORE_API AcquisitionBufferCountChangeCommand : public ovra::core::Command

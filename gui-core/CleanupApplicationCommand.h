@@ -1,8 +1,8 @@
 /// \file
-/// CleanupApplicationCommand: brings the application to rest.
+/// CleanupApplicationCommand: shuts the application down.
 ///
-/// The application runs it by itself at its end, by way of Gui::createCleanupApplicationCommand. A front end
-/// does not submit it.
+/// The application runs it at its end, with Gui::createCleanupApplicationCommand. A front end does not submit
+/// it.
 #pragma once
 
 #include "gui-core/Export.h"
@@ -13,19 +13,20 @@
 
 namespace ovra::gui::commands {
 
-/// Ends what InitializeApplicationCommand began. All of it in executeSync, on the GUI thread, in this order:
+/// Ends what InitializeApplicationCommand started. It does all its work in executeSync, on the GUI thread, in
+/// this order:
 ///
 ///   1. the environment's monitor stops, and every camera's model is released
 ///   2. log messages are no longer forwarded, then Views::onCleanup
 ///   3. the plug-in manager's monitor stops
-///   4. asynchronous commands are ended: one that runs comes to its last phase, others do not begin. This can
-///      take as long as that phase takes.
+///   4. asynchronous commands end: the running one finishes its phases, which may take a while; others do not
+///      start
 ///   5. the host's log stops
 ///
-/// Boards, applets and acquisitions are left alone: who wants them at rest stops and unloads them before.
+/// It does not stop acquisitions and does not unload boards: do that before, if you want it.
 ///
-/// Errors: an exception of the host leaves the later steps undone and goes to the error handler. The command
-/// may be run again: every step may be repeated.
+/// Errors: an exception from the host goes to the error handler, and the later steps are not done. The
+/// command may be run again: every step may be repeated.
 ///
 /// Before: "views" is injected. Afterwards no phase of any command runs, and submitted commands are dropped.
 /// The front end may be destroyed in onCleanup or later.

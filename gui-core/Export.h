@@ -1,5 +1,5 @@
 /// \file
-/// Linkage of what ovra-lib-gui-core exports.
+/// OVRA_GUI_CORE_API: marks what ovra-lib-gui-core exports, or for a client what it imports.
 #pragma once
 
 #if defined(_WIN32)

@@ -1,15 +1,15 @@
 /// \file
-/// Gui: the plug-in object, and the way to the state that all commands share.
+/// Gui: the plug-in object, and access to the state that all commands share.
 ///
 /// A host's plug-in manager creates one with Gui::createInstance, injects
 ///
 ///   | key         | value                       |                                       |
 ///   |-------------|-----------------------------|---------------------------------------|
 ///   | "views"     | boost::shared_ptr<Views>    | the front end                         |
-///   | "connector" | the host's own              | passed on to the environment, unread  |
+///   | "connector" | defined by the host         | passed to the environment unread      |
 ///
-/// and runs the two application commands it gives at the start and at the end. In a program that makes its
-/// own application:
+/// and runs its two application commands at the start and at the end. In a program that makes its own
+/// application:
 ///
 /// \code
 /// OvraGuiCoreInit();
@@ -44,15 +44,13 @@ namespace ovra::gui {
 
 class Views;
 
-/// Owns the front end, the environment and the settings below. The static functions reach those of the Gui
-/// that was created last; without one they return the stated default and change nothing, so they are safe at
-/// any time.
+/// Owns the front end, the environment and the settings below. The static functions act on the most recently
+/// created Gui. While none exists, getters return the value given as "Without a Gui" and setters do nothing.
 ///
-/// Threads: created and injected on the GUI thread, while no other thread uses the library. From then on
-/// until the last OvraGuiCoreDeinit, also while it is destroyed, the static functions may be called on any
-/// thread: they see the Gui or none, and pointers are handed out as shared copies, which keep what they point
-/// at alive. The memory figures may be read and changed on any thread; sync mode and switch are plain values
-/// that the front end sets while no command runs that reads them.
+/// Threads: create and inject the Gui on the GUI thread, while no other thread uses the library. From then on
+/// until the last OvraGuiCoreDeinit any thread may call the static functions, even while the Gui is
+/// destroyed. They return shared pointers, which keep their objects alive. Any thread may read and change the
+/// memory figures. Sync mode and switch are plain values: set them while no command runs that reads them.
 class OVRA_GUI_CORE_API Gui : public ovra::core::Plugin
 {
 public:
@@ -60,52 +58,52 @@ public:
     enum SyncMode : std::uint32_t
     {
         SyncNone = 0,      ///< only the DMA channel or camera that was named
-        SyncProcess = 1,   ///< all of the same board and process; of a new Gui
-        SyncBoard = 2,     ///< all of the same board
-        SyncAllBoards = 3, ///< all
+        SyncProcess = 1,   ///< everything on the same board and process (a new Gui starts in this mode)
+        SyncBoard = 2,     ///< everything on the same board
+        SyncAllBoards = 3, ///< everything
     };
 
-    /// A new Gui, which the caller owns and gives back to destroyInstance: the library that made it frees it.
-    /// Throws std::bad_alloc, or what the host throws when it makes the environment.
+    /// Creates a Gui. The caller owns it and passes it to destroyInstance, because the library that allocated
+    /// it has to free it. Throws std::bad_alloc, or an exception from the host's Environment::create.
     [[nodiscard]] static Gui* createInstance();
-    /// GUI thread. Null is ignored. Front end and environment live on while others hold them.
+    /// GUI thread. Ignores null. Front end and environment stay alive while others share them.
     static void destroyInstance(Gui* gui);
 
-    /// Takes the static functions over from a Gui created before.
+    /// From now on the static functions act on this Gui instead of an earlier one.
     Gui();
     Gui(const Gui&) = delete;
     Gui& operator=(const Gui&) = delete;
     ~Gui() override;
 
-    /// Takes "views" and "connector", ignores any other key. Throws boost::bad_any_cast when "views" holds
-    /// anything but a boost::shared_ptr<Views>; the front end before it stays.
+    /// Accepts "views" and "connector", ignores other keys. Throws boost::bad_any_cast if the value of
+    /// "views" is not a boost::shared_ptr<Views>; then the previous front end stays.
     void injectDependency(const std::string& key, const boost::any& value) override;
-    /// A new InitializeApplicationCommand, a new CleanupApplicationCommand: for the application, which runs
-    /// each once. "views" must be injected before the first runs; the commands do not look whether it is.
+    /// A new InitializeApplicationCommand and a new CleanupApplicationCommand, for the application, which
+    /// runs each once. Inject "views" before: the commands do not check it.
     boost::shared_ptr<ovra::core::Command> createInitializationApplicationCommand() override;
     boost::shared_ptr<ovra::core::Command> createCleanupApplicationCommand() override;
 
-    /// The front end. Default: empty.
+    /// The front end. Without a Gui: empty.
     static boost::shared_ptr<Views> views();
-    /// The host's model of boards, applet files and cameras. Default: empty.
+    /// The host's model of boards, applet files and cameras. Without a Gui: empty.
     static boost::shared_ptr<ovra::core::Environment> environment();
 
-    /// Holds for commands whose phases begin from now on. A number that is none of the four makes starts and
-    /// stops do nothing.
+    /// Applies to phases of commands that start later. With another value than these four, starts and stops
+    /// do nothing.
     static void setSyncMode(SyncMode mode);
-    /// Default: SyncNone.
+    /// Without a Gui: SyncNone.
     static SyncMode getSyncMode();
 
-    /// A switch that the front end sets and reads; the library itself does not look at it. Default: false.
+    /// A switch for the front end's own use; the library does not read it. Without a Gui: false.
     static void setStreamChannelManagementEnabled(bool enabled);
     static bool isStreamChannelManagementEnabled();
 
-    /// Memory of all DMA buffers, in bytes. Default: 0.
+    /// Memory of all DMA buffers, in bytes. Without a Gui: 0.
     static unsigned long long getUsedDmaMemory();
-    /// Its limit in bytes: the host's entry "gui.preferences.max_dma_buffersize", which is in MiB and 1024 if
-    /// missing, read anew at each call. Default: 0.
+    /// Limit of that memory in bytes. Each call reads the host's entry "gui.preferences.max_dma_buffersize",
+    /// which is in MiB; 1024 if it is missing. Without a Gui: 0.
     static unsigned long long getTotalDmaMemory();
-    /// Adds \p delta bytes, which may be negative. The sum is neither clamped nor held against the limit.
+    /// Adds \p delta bytes, which may be negative. Neither clamps the sum nor compares it with the limit.
     static void updateUsedMemory(long long delta);
 
     struct State;

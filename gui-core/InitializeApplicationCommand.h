@@ -1,8 +1,8 @@
 /// \file
-/// InitializeApplicationCommand: brings the application from a freshly loaded plug-in to readiness.
+/// InitializeApplicationCommand: starts the application.
 ///
-/// The application runs it by itself at its start, by way of Gui::createInitializationApplicationCommand. A
-/// front end does not submit it.
+/// The application runs it at its start, with Gui::createInitializationApplicationCommand. A front end does
+/// not submit it.
 #pragma once
 
 #include "gui-core/Export.h"
@@ -13,20 +13,23 @@
 
 namespace ovra::gui::commands {
 
-/// Finds out what the machine has and lets the front end set itself up. Run once.
+/// Searches the machine for boards, cameras and applet files, and notifies the front end of each step. Run
+/// once.
 ///
-///   - executeSync, GUI thread: the host's log starts; Views::onInitializeBegin; log messages are forwarded;
-///     onLoggingInstalled, onInitializeSync
-///   - executeAsync, worker: boards, cameras and applet files are looked for, every file is scanned; then new
-///     files are scanned by themselves, and the monitors run
+///   - executeSync, GUI thread: starts the host's log; Views::onInitializeBegin; installs the forwarding of
+///   log
+///     messages; onLoggingInstalled, onInitializeSync
+///   - executeAsync, worker: searches for boards, cameras and applet files, scans every file; then switches
+///   on
+///     the automatic scan of new files and starts the monitors
 ///   - executePostAsync, GUI thread: Views::fillCaches, onInitializationDone
 ///
-/// Views::showSplashscreenMessage tells the progress of all three, always on the GUI thread. A machine with
-/// many applet files takes seconds: the worker reads each.
+/// Views::showSplashscreenMessage reports the progress of all three, always on the GUI thread. With many
+/// applet files this takes seconds, because the worker reads each file.
 ///
-/// Errors: an exception of the host ends its phase and goes to the error handler. executePostAsync runs
-/// nevertheless. Where discovery failed, the model has what was found by then, and neither automatic scanning
-/// nor monitors are on. A broken applet file is no error: HlEnvironmentFileNode::getBrokenReason tells of it.
+/// Errors: an exception from the host ends its phase and goes to the error handler; executePostAsync still
+/// runs. If the search fails, the model has what was found before, and automatic scan and monitors stay off.
+/// A broken applet file is not an error: HlEnvironmentFileNode::getBrokenReason describes it.
 ///
 /// Before: "views" is injected; without it the process ends at a null pointer. Sets the environment variable
 /// OVRA_ENABLE_DRA of the process.

@@ -18,34 +18,32 @@
 
 namespace ovra::gui::commands {
 
-/// Empties the board, initialises it with the applet, and publishes processes, DMA channels, camera ports,
-/// parameters, image buffers and display scenes in the environment's model and the global resources. Then, if
-/// an MCF file is given, has the runtime apply it. Looks for applets again at the end (RescanAppletsCommand).
+/// Unloads the board, initialises it with the applet, and publishes processes, DMA channels, camera ports,
+/// parameters, image buffers and display scenes in the environment's model and the global resources. If an
+/// MCF file is given, the runtime then applies it. At the end submits a RescanAppletsCommand.
 ///
-///   - executeSync, GUI thread: onLoadAppletStarted, showLoadingBoard, showLoadingApplet; what
-///     UnloadAppletCommand tells
+///   - executeSync, GUI thread: onLoadAppletStarted, showLoadingBoard, showLoadingApplet; the callbacks of
+///     UnloadAppletCommand
 ///   - executeAsync, worker: showLoadAppletStatus, ...Warning and ...Error, each on the GUI thread;
 ///     connectFglibEvents, on the worker
 ///   - executePostAsync, GUI thread: onLoadAppletFinished, ensure_board_selection, update_dma_memory, in any
 ///     case
 ///
-/// One load runs at a time in a process. A command that is submitted while another one is under way is
-/// ignored: no phase of it does anything, no operation of Views is called.
+/// Only one load runs per process. A load submitted while another is running is ignored: no message, no
+/// callback.
 ///
-/// Errors go to Views::showLoadAppletError; exceptions of the host, to the error handler. The board is
-/// afterwards
+/// Errors go to Views::showLoadAppletError, exceptions from the host to the error handler:
 ///
-///   - as it was, for an unknown board or applet file
-///   - as the unload left it, if already that failed
-///   - empty, after any later error
-///   - loaded, if only the MCF cannot be applied: Views::showLoadAppletWarning tells of it
+///   - unknown board or file: nothing changes
+///   - unload failed: the board is as the unload left it
+///   - any later error: the board is empty
+///   - MCF refused: Views::showLoadAppletWarning; the applet stays loaded
 ///
-/// Submit neither the object nor a copy again before Views::onLoadAppletFinished: the load that runs would
-/// then not give its slot back, and every later load of the process would be ignored. Make a new command for
-/// each load.
+/// Create a new command for each load. If the object or a copy is submitted again before
+/// Views::onLoadAppletFinished, the process ignores every later load.
 ///
 /// Before: "views" is injected, and the environment knows the file (Environment::forceSingleFileAddition adds
-/// one that lies elsewhere).
+/// one from another folder).
 class OVRA_GUI_CORE_API LoadAppletCommand : public ovra::core::Command
 {
 public:

@@ -1,5 +1,6 @@
 /// \file
-/// LoadMcfCommand: loads onto a board the applet that an MCF file names, with the values stored there.
+/// LoadMcfCommand: loads the applet that an MCF file names onto a board, with the parameter values in the
+/// file.
 ///
 /// \code
 /// core::HarloApplication::commandprocessor()->executeCommand(
@@ -21,33 +22,35 @@ class HlEnvironmentBoardNode;
 
 namespace ovra::gui::commands {
 
-/// Reads an MCF file for the name of its applet, and submits a LoadAppletCommand with both: that one loads
-/// the applet and applies the file. This command does not wait for it. All in executeSync, on the GUI thread;
-/// reading takes milliseconds for a usual file.
+/// Reads the name of the applet from an MCF file and submits a LoadAppletCommand with both, which loads the
+/// applet and applies the file. Does not wait for it. All work is in executeSync, on the GUI thread; reading
+/// a usual file takes milliseconds.
 ///
-/// How the applet is found:
+/// How the command finds the applet:
 ///
-///   - a path in the file is taken as it is; a bare name means the folder of the board's model below
+///   - a path in the file is used unchanged; a bare name is resolved in the folder of the board's model,
+///   below
 ///     "Hardware Applets" for a ".hap", below "dll" for everything else
-///   - the environment is made to know the file, if it does not yet
-///   - a \p file that itself ends with ".hap", in lower case, is the applet: nothing is applied afterwards
+///   - the file is added to the environment if missing
+///   - if \p file itself ends with ".hap" (lower case), it is the applet, and no MCF is applied
 ///
-/// Errors go to Views::showErrorMessage with the title "Board <index> - Loading File", and the board keeps
-/// what it holds:
+/// Errors go to Views::showErrorMessage with the title "Board <index> - Loading File", and the board does not
+/// change:
 ///
 ///   - "ERROR: Illegal MCF Configuration File": missing, unreadable, or naming no applet
 ///   - "ERROR: Applet File Referenced In MCF Configuration File Does Not Exist!": the applet's file is
 ///     missing
 ///
-/// What goes wrong later, LoadAppletCommand tells. While another load runs, nothing at all happens after the
-/// file was read.
+/// LoadAppletCommand reports later errors. While another load is running, this command has no effect beyond
+/// adding the file to the environment.
 ///
 /// Before: "views" is injected.
 class OVRA_GUI_CORE_API LoadMcfCommand : public ovra::core::Command
 {
 public:
-    /// \param board  the board to load onto; null: the command does nothing. It keeps the node alive.
-    /// \param file  path of the MCF or ".hap" file; UTF-8 on Linux, in the process's code page on Windows
+    /// \param board  the board to load onto; null: the command does nothing. The command keeps the node
+    /// alive. \param file  path of the MCF or ".hap" file; UTF-8 on Linux, in the process's code page on
+    /// Windows
     [[nodiscard]] static boost::shared_ptr<LoadMcfCommand>
     create(boost::shared_ptr<ovra::core::models::HlEnvironmentBoardNode> board, const std::string& file);
 
@@ -63,7 +66,7 @@ public:
 
 private:
     void executeErrorDialog(const std::string& text);
-    /// For a status of the runtime. Nothing here fails with one yet.
+    /// Reports a runtime status. Unused: kept because it is part of the class's fixed interface.
     void executeErrorDialog(int code);
 
     struct Request;

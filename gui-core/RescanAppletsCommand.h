@@ -1,8 +1,8 @@
 /// \file
-/// RescanAppletsCommand: looks for boards and applet files again.
+/// RescanAppletsCommand: searches for boards, cameras and applet files again.
 ///
-/// Needed where files were changed while the monitors did not run, and for boards and cameras, which no
-/// monitor watches. Each load ends with one by itself.
+/// Submit it after changes that the host's monitor does not report: files that changed while it was off, or
+/// boards and cameras with a runtime that does not report their changes. Each load submits one at its end.
 #pragma once
 
 #include "gui-core/Export.h"
@@ -13,17 +13,17 @@
 
 namespace ovra::gui::commands {
 
-/// One pass of discovery.
+/// One search:
 ///
 ///   - executeSync, GUI thread: Views::setRescanInProgress(true)
 ///   - executeAsync, worker: Environment::discoverResourcesOnce
 ///   - executePostAsync, GUI thread: Views::setRescanInProgress(false), in any case
 ///
-/// Afterwards the model has boards, applet files and cameras as they are; nodes of what was there before stay
-/// the same objects.
+/// Afterwards the model is up to date. Nodes of boards, files and cameras that still exist stay the same
+/// objects.
 ///
-/// Errors: std::runtime_error of the host, where the runtime or the description of the hardware cannot be
-/// used, goes to the error handler; the model keeps what it had.
+/// Errors: if the runtime or the hardware description cannot be used, the host's std::runtime_error goes to
+/// the error handler, and the model does not change.
 ///
 /// Before: "views" is injected. Several may be submitted; they run one after the other.
 class OVRA_GUI_CORE_API RescanAppletsCommand : public ovra::core::Command

@@ -1,5 +1,5 @@
 /// \file
-/// StartAcquisitionCommand: starts a DMA channel or a camera, and what belongs to it.
+/// StartAcquisitionCommand: starts a DMA channel or a camera, and those that the sync mode adds.
 ///
 /// \code
 /// gui::Gui::setSyncMode(gui::Gui::SyncBoard); // the whole board
@@ -21,36 +21,35 @@ class HlEnvironmentLogicalPortNode;
 
 namespace ovra::gui::commands {
 
-/// Starts acquisition as far as Gui::getSyncMode reaches from the channel or port that is named.
+/// Starts the named channel or camera, and the others that Gui::getSyncMode includes.
 ///
-///   - executeSync, GUI thread: compares image sizes of cameras and channels, process by process, and asks
-///     through Views::showChoiceDialog where they differ. Not in mode SyncNone, nor where
-///     keys::COMPARE_IMAGE_SIZES is 0
+///   - executeSync, GUI thread: compares image sizes of cameras and channels, process by process. If they
+///   differ,
+///     asks with Views::showChoiceDialog. Skipped in mode SyncNone, and if keys::COMPARE_IMAGE_SIZES is 0
 ///   - executeAsync, worker: every channel in reach (DisplayScene::startGrabbing), then every camera
 ///   - executePostAsync, GUI thread: Views::update_acquisition_state, in any case
 ///
-/// In mode SyncNone just what is named starts: a channel without its camera, or a camera without its channel.
+/// In mode SyncNone only the named object starts: a channel without its camera, or a camera without its
+/// channel.
 ///
-/// Images go to the visualizer of each channel's scene. What acquires already is started anew. Channels
-/// without a scene, ports without a camera and ports whose generator is on are skipped silently, and so is
-/// all of it for a sync mode that does not exist. How an acquisition that ends by itself is noticed:
-/// DisplayScene::isGrabbing.
+/// Images go to the visualizer of each channel's scene. A running acquisition is restarted. Channels without
+/// a scene, ports without a camera, and ports whose generator is on are skipped silently. With an unknown
+/// sync mode nothing starts. Poll DisplayScene::isGrabbing to notice an acquisition that ends by itself.
 ///
-/// Errors: an exception of the host (a channel that cannot start, a camera that does not answer) ends the
-/// phase and goes to the error handler. What was started before it runs on; a StopAcquisitionCommand for the
-/// same channel reaches it.
+/// Errors: an exception from the host (a channel that cannot start, a camera that does not answer) ends the
+/// phase and goes to the error handler. Channels and cameras started before it keep running; a
+/// StopAcquisitionCommand for the same channel stops them.
 ///
 /// Before: "views" is injected, and the board is loaded.
 class OVRA_GUI_CORE_API StartAcquisitionCommand : public ovra::core::Command
 {
 public:
-    /// \param dma  the channel from which the sync mode reaches; null: nothing is started. Kept alive by the
-    ///     command.
+    /// \param dma  the channel to start; null: nothing starts. The command keeps the node alive.
     /// \param grabArgument  number of images for each channel; negative: until it is stopped
     [[nodiscard]] static boost::shared_ptr<StartAcquisitionCommand>
     create(boost::shared_ptr<ovra::core::models::HlEnvironmentDmaNode> dma, int grabArgument);
-    /// \param port  the camera's port from which the sync mode reaches; null: nothing is started
-    /// \param grabArgument  as above; cameras send until they are stopped
+    /// \param port  the port of the camera to start; null: nothing starts
+    /// \param grabArgument  as above; cameras run until they are stopped
     [[nodiscard]] static boost::shared_ptr<StartAcquisitionCommand>
     create(boost::shared_ptr<ovra::core::models::HlEnvironmentLogicalPortNode> port, int grabArgument);
 

@@ -1,5 +1,5 @@
 /// \file
-/// StopAcquisitionCommand: stops a DMA channel or a camera, and what belongs to it.
+/// StopAcquisitionCommand: stops a DMA channel or a camera, and those that the sync mode adds.
 ///
 /// \code
 /// core::HarloApplication::commandprocessor()->executeCommand(gui::commands::StopAcquisitionCommand::create(dma));
@@ -19,31 +19,31 @@ class HlEnvironmentLogicalPortNode;
 
 namespace ovra::gui::commands {
 
-/// Stops acquisition as far as Gui::getSyncMode reaches from the channel or port that is named.
+/// Stops the named channel or camera, and the others that Gui::getSyncMode includes.
 ///
 ///   - executeAsync, worker: every camera in reach, then every channel (DisplayScene::stopGrabbing), so that
-///     no camera sends to a channel that has stopped
+///   no
+///     camera sends to a stopped channel
 ///   - executePostAsync, GUI thread: Views::update_acquisition_state, in any case
 ///
-/// In mode SyncNone just what is named stops. The mode counts at the time of the stop: what was started as a
-/// whole board and is stopped as a single channel leaves the others running.
+/// In mode SyncNone only the named object stops. The mode at the time of the stop counts: if a whole board
+/// was started and one channel is stopped in mode SyncNone, the others keep running.
 ///
-/// When update_acquisition_state comes, no visualizer of a stopped channel is being called any more. What
-/// does not acquire is stopped without effect; channels without a scene, ports without a camera and ports
-/// whose generator is on are skipped silently.
+/// When update_acquisition_state comes, no visualizer of a stopped channel is running. Stopping a stopped
+/// channel has no effect. Channels without a scene, ports without a camera, and ports whose generator is on
+/// are skipped silently.
 ///
-/// Errors: an exception of the host ends the phase and goes to the error handler; what was not reached before
-/// it still runs. The command may be submitted again.
+/// Errors: an exception from the host ends the phase and goes to the error handler; the remaining cameras and
+/// channels keep running. The command may be submitted again.
 ///
 /// Before: "views" is injected.
 class OVRA_GUI_CORE_API StopAcquisitionCommand : public ovra::core::Command
 {
 public:
-    /// \param dma  the channel from which the sync mode reaches; null: nothing is stopped. Kept alive by the
-    ///     command.
+    /// \param dma  the channel to stop; null: nothing stops. The command keeps the node alive.
     [[nodiscard]] static boost::shared_ptr<StopAcquisitionCommand>
     create(boost::shared_ptr<ovra::core::models::HlEnvironmentDmaNode> dma);
-    /// \param port  the camera's port from which the sync mode reaches; null: nothing is stopped
+    /// \param port  the port of the camera to stop; null: nothing stops
     [[nodiscard]] static boost::shared_ptr<StopAcquisitionCommand>
     create(boost::shared_ptr<ovra::core::models::HlEnvironmentLogicalPortNode> port);
 

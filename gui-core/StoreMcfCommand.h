@@ -21,19 +21,20 @@ class HlEnvironmentBoardNode;
 
 namespace ovra::gui::commands {
 
-/// Has the runtime write the applet's name and the values of its parameters, in executeSync, on the GUI
-/// thread. It blocks as long as the file takes. LoadMcfCommand brings back what was stored.
+/// The runtime writes the applet's name and the values of its parameters, in executeSync, on the GUI thread.
+/// Blocks until the file is written. LoadMcfCommand restores the stored state.
 ///
-/// Success is silent. A failure, also that of a board without an applet, goes to Views::showErrorMessage with
+/// Success has no message. A failure, such as a board without an applet, goes to Views::showErrorMessage with
 /// the title "Board <index> - Storing MCF Configuration File" and the message "ERROR: <description>
-/// (<code>)". The file is then as the runtime left it: as it was, missing, or incomplete.
+/// (<code>)". The runtime decides whether the file is then unchanged, missing, or incomplete.
 ///
 /// Before: "views" is injected.
 class OVRA_GUI_CORE_API StoreMcfCommand : public ovra::core::Command
 {
 public:
-    /// \param board  the board whose applet is stored; null: the command does nothing. It keeps the node
-    ///     alive.
+    /// \param board  the board whose configuration is stored; null: the command does nothing. The command
+    /// keeps the
+    ///     node alive.
     /// \param file  path of the file, which is replaced; its folder must exist. UTF-8 on Linux, in the
     ///     process's code page on Windows.
     [[nodiscard]] static boost::shared_ptr<StoreMcfCommand>

@@ -1,5 +1,5 @@
 /// \file
-/// UnloadAppletCommand: takes the applet off a board.
+/// UnloadAppletCommand: unloads the applet of a board.
 ///
 /// \code
 /// core::HarloApplication::commandprocessor()->executeCommand(
@@ -15,21 +15,19 @@
 
 namespace ovra::gui::commands {
 
-/// Stops and detaches all that LoadAppletCommand put on the board, removes its global resources, and frees
-/// its handle; then Views::applet_unloaded and update_dma_memory. All in executeSync: submitted on the GUI
-/// thread, it is done when executeCommand returns. Blocks while acquisitions come to an end.
+/// Stops and removes everything that LoadAppletCommand created on the board, removes its global resources,
+/// and frees its handle; then calls Views::applet_unloaded and update_dma_memory. All work is in executeSync:
+/// on the GUI thread, executeCommand returns when it is done. Blocks while acquisitions end.
 ///
-/// Afterwards the board has no processes, channels, ports, models or loaded-applet entry, and every display
-/// scene has lost its visualizer. Nodes that a front end still holds have no group and no scene. A board
-/// without an applet: the same, without effect, and the front end is told. A serial without a board: nothing
-/// happens, and the front end is not told.
+/// Afterwards the board has no processes, channels, ports, models or loaded-applet entry, and no display
+/// scene has a visualizer. Nodes that a front end still holds have no group and no scene. For a board without
+/// an applet only the two callbacks come; for an unknown serial number nothing happens.
 ///
-/// Errors: an exception of the host goes to the error handler; the steps before it stay done, the front end
-/// is not told. The command may be submitted again.
+/// Errors: an exception from the host goes to the error handler; the steps before it stay done, and the
+/// callbacks do not come. The command may be submitted again.
 ///
-/// Must not be submitted between Views::onLoadAppletStarted and Views::onLoadAppletFinished. The command does
-/// not check that: it would take apart, on the GUI thread, what the load's worker is building. A front end
-/// disables it.
+/// Do not submit it between Views::onLoadAppletStarted and Views::onLoadAppletFinished. The command does not
+/// check that: it would destroy, on the GUI thread, what the load's worker is building.
 ///
 /// Before: "views" is injected.
 class OVRA_GUI_CORE_API UnloadAppletCommand : public ovra::core::Command

@@ -1,23 +1,23 @@
 /// \file
-/// Views: what a front end implements.
+/// Views: the interface that a front end implements.
 ///
-/// The library draws nothing. It tells a Views what happens and asks it what the user wants. A front end
-/// derives from Views, implements the abstract operations, and hands an instance to the plug-in under the key
-/// "views". What an operation throws passes through the command that called it to the host's error handler,
-/// as if the host had thrown it.
+/// The library draws nothing. It calls Views to report what happens and to ask the user. A front end derives
+/// from Views, implements the abstract operations, and injects an instance into the plug-in under the key
+/// "views". Exceptions from an operation propagate through the calling command to the host's error handler,
+/// like those from the host.
 ///
-/// In the order of a life:
+/// The operations in the order of calls:
 ///
 ///   - start: onInitializeBegin, onLoggingInstalled, onInitializeSync, showSplashscreenMessage for each step,
 ///     fillCaches, onInitializationDone
 ///   - load: onLoadAppletStarted, showLoadingBoard, showLoadingApplet, applet_unloaded and update_dma_memory
-///     of the board that is emptied, showLoadAppletStatus for each step, connectFglibEvents,
+///     (from the unload of the board), showLoadAppletStatus for each step, connectFglibEvents,
 ///     onLoadAppletFinished, ensure_board_selection, update_dma_memory; then setRescanInProgress
-///   - acquisition: showChoiceDialog where image sizes differ, update_acquisition_state
+///   - acquisition: showChoiceDialog if image sizes differ, update_acquisition_state
 ///   - unload: applet_unloaded, update_dma_memory
 ///   - end: onCleanup
 ///
-/// An acquisition that ends by itself calls none: ask the display scene.
+/// When an acquisition ends by itself, the library calls nothing: poll the display scene.
 #pragma once
 
 #include "gui-core/Export.h"
@@ -37,13 +37,12 @@ class FgLibEventsModel;
 
 namespace ovra::gui {
 
-/// Every operation is called on the GUI thread and may show dialogs, with two exceptions: logMsgCallback
-/// comes on whatever thread logs, and connectFglibEvents on the worker that loads an applet.
+/// The library calls every operation on the GUI thread, where it may show dialogs, with two exceptions:
+/// logMsgCallback comes on the thread that logs, connectFglibEvents on the worker that loads an applet.
 ///
-/// The order of the operations is part of the binary interface: front ends are built apart from the library.
-/// New ones go to the end, none is taken away.
-/// Nor is any renamed: operations with underscores keep the names under which front ends already implement
-/// them.
+/// The order of the operations is part of the binary interface, because front ends are built separately. New
+/// ones go to the end; none is removed or renamed. Two styles of names are mixed because front ends already
+/// implement the operations under these names.
 class OVRA_GUI_CORE_API Views : public ovra::core::Plugin
 {
 public:
@@ -52,11 +51,11 @@ public:
     Views& operator=(const Views& other);
     ~Views() override;
 
-    /// The application starts: first call of all, before log messages are forwarded.
+    /// The application starts. The first call, before log messages are forwarded.
     virtual void onInitializeBegin() = 0;
-    /// The application ends; log messages are not forwarded any more.
+    /// The application ends. Log messages are no longer forwarded.
     virtual void onCleanup() = 0;
-    /// Log messages arrive from now on.
+    /// From now on log messages are forwarded.
     virtual void onLoggingInstalled() = 0;
     /// Last call before the first splash message.
     virtual void onInitializeSync() = 0;
@@ -65,8 +64,8 @@ public:
     /// A line of progress while the application starts.
     virtual void showSplashscreenMessage(const std::string& message) = 0;
 
-    /// An applet load begins; for each there is one onLoadAppletFinished, whatever happens between. Until
-    /// then submit no UnloadAppletCommand: it would not wait for the load.
+    /// An applet load begins. One onLoadAppletFinished follows in any case. Until then submit no
+    /// UnloadAppletCommand: it would not wait for the load.
     virtual void onLoadAppletStarted() = 0;
     virtual void onLoadAppletFinished() = 0;
     virtual void showLoadAppletError(const std::string& message) = 0;
@@ -85,41 +84,42 @@ public:
     /// \param line      line in that file
     /// \param text      the message
     /// \param tagCount  number of \p tags
-    /// \param tags      what the message is about; null where there are none
+    /// \param tags      tags of the message; null if there are none
     /// \param userData  null
     virtual void logMsgCallback(unsigned long level, unsigned long threadId, const char* file,
                                 unsigned int line, const char* text, unsigned int tagCount,
                                 const tOvraLogTag* tags, void* userData);
 
-    /// A board has got an applet: subscribe to its events. The board keeps the returned connection and ends
-    /// it when the applet is unloaded. Called on the worker thread; must not wait for the GUI thread.
+    /// An applet has been loaded: subscribe to the board's events. The board keeps the returned connection
+    /// and disconnects it when the applet is unloaded. Called on the worker thread; must not wait for the GUI
+    /// thread.
     virtual boost::shared_ptr<boost::signals2::scoped_connection>
     connectFglibEvents(boost::shared_ptr<ovra::core::models::FgLibEventsModel> events) = 0;
 
-    /// The application has found all resources: prepare what is slow to prepare.
+    /// The application has found all resources: prepare caches that take time to fill.
     virtual void fillCaches();
 
-    // For the front end's own use; the library does not call these.
+    // For the front end's own use: the library does not call these. They keep their place in the interface.
     virtual void showBoardLinkConfigurationInHardwareDialog(unsigned int board);
     virtual void showBoardInHardwareDialog(unsigned int board);
     virtual void showBoardInCameraDialog(unsigned int board);
     virtual void showBoardInAppletsDialog(unsigned int board);
     virtual void raiseCameraDialog();
-    /// False here.
+    /// The default implementation returns false.
     virtual bool isInitialized() const;
 
-    /// Reserved: keep their place in the interface, are not called, and do nothing in a front end.
+    /// Reserved vtable slots. Never called; implement them with an empty body.
     virtual void reservedSlot1() = 0;
     virtual void reservedSlot2() = 0;
 
-    /// Acquisition was started, stopped, or got other buffers.
+    /// An acquisition was started or stopped, or the number of its buffers has changed.
     virtual void update_acquisition_state() = 0;
-    /// An applet was taken off its board.
+    /// A board's applet was unloaded.
     virtual void applet_unloaded() = 0;
-    /// A load has ended, well or not: select a board if none is selected. \p board is the serial that was
-    /// asked for, which may be that of no board.
+    /// A load has ended (successfully or not): if no board is selected, select one. \p board is the requested
+    /// serial number, which may be unknown.
     virtual void ensure_board_selection(unsigned int board);
-    /// An error, with the title of the window that tells it.
+    /// An error, with a title for the window that shows it.
     virtual void showErrorMessage(const std::string& title, const std::string& message) = 0;
     /// Gui::getUsedDmaMemory or Gui::getTotalDmaMemory may have changed.
     virtual void update_dma_memory();
@@ -128,24 +128,24 @@ public:
     /// A search for boards and applet files has begun (true) or ended (false).
     virtual void setRescanInProgress(bool inProgress) = 0;
 
-    /// Reserved, as above.
+    /// Reserved vtable slot, as above.
     virtual void reservedSlot3() = 0;
 
-    /// A modal question. Returns the index 0, 1 or 2 of the button that was pressed; any other number changes
-    /// nothing.
+    /// Asks the user a modal question.
     ///
-    /// \param title    of the window
+    /// \param title    title of the window
     /// \param message  the question
-    /// \param button0  what 0 stands for
-    /// \param button1  what 1 stands for
-    /// \param button2  what 2 stands for
-    /// \param remember  false on entry; set to true when the user wants the answer to hold from now on
+    /// \param button0  text of button 0
+    /// \param button1  text of button 1
+    /// \param button2  text of button 2
+    /// \param remember  false on entry; set it to true if the user does not want to be asked again
+    /// \return 0, 1 or 2 for the chosen button; with any other number nothing changes
     virtual int showChoiceDialog(const std::string& title, const std::string& message,
                                  const std::string& button0, const std::string& button1,
                                  const std::string& button2, bool* remember) = 0;
 
 private:
-    // Unused: part of the object's layout, which front ends are compiled against.
+    // Unused. Kept because it is part of the object's layout, which front ends are compiled with.
     boost::shared_ptr<bool> m_flag;
 };
 

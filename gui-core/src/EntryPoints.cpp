@@ -51,7 +51,7 @@ void OvraGuiCoreDeinit()
     try {
         logUse("DEINIT", LibraryInitController::useCount());
     } catch (...) {
-        // A line in the log is not worth a library that stays started.
+        // A failing log line must not prevent the shut-down.
     }
     LibraryInitController::release();
 }

@@ -14,7 +14,7 @@
 
 namespace ovra::gui {
 
-/// What a Gui owns.
+/// The state of a Gui.
 struct Gui::State
 {
     boost::shared_ptr<Views> views;

@@ -13,16 +13,15 @@ using templates::platform::SpinLockVariableGuard;
 
 namespace {
 
-// Turned on by hand, for a look at the order of start-ups and shut-downs without a debugger.
+// For development: prints the order of start-ups and shut-downs.
 constexpr bool CONSOLE_TRACE = false;
 
-// A spin lock although the start-ups under it may block: it is part of the library's contract that a host
-// library may call back on the same thread meanwhile, and start-up is over before other threads have work
-// here.
+// A spin lock although the start-ups under it may block: it must be recursive, because a host library may
+// call back on the same thread, and other threads have nothing to do before the start-up is over.
 std::atomic<std::int32_t> controllerLock{0};
 std::atomic<std::uint32_t> controllerOwner{0};
 std::uint32_t uses = 0;
-// Only the last release destroys it. The end of the process does not: an exit handler may come back later.
+// Only the last release destroys it, not the end of the process: an exit handler may still use it.
 constinit LibraryInitController* controller = nullptr;
 
 void trace([[maybe_unused]] const char* step)
@@ -38,7 +37,7 @@ void traceUse([[maybe_unused]] const char* step, [[maybe_unused]] std::uint32_t 
                     static_cast<void*>(controller), count);
 }
 
-/// A flag that is up for the length of a scope.
+/// Sets a flag for the length of a scope.
 class Raised
 {
 public:
@@ -56,9 +55,9 @@ private:
 std::uint32_t LibraryInitController::acquire()
 {
     const SpinLockVariableGuard guard(&controllerLock, &controllerOwner);
-    // Counted even if there is no memory for the controller: every call is balanced alike.
+    // Counted even if creating the controller fails, so that every call needs one release.
     const std::uint32_t count = ++uses;
-    // One is there already when a host library starts this one again while it is being shut down.
+    // The controller may exist already: a host library may start this one again during a shut-down.
     if (count == 1 && !controller) {
         controller = new LibraryInitController;
         trace("Create ");
@@ -90,7 +89,7 @@ void LibraryInitController::release()
     if (uses != 0 || !controller || controller->m_isShuttingDown)
         return;
     const std::exception_ptr failure = controller->shutDown();
-    if (uses == 0) { // not started again meanwhile
+    if (uses == 0) { // not started again in the meantime
         trace("Destroy");
         delete std::exchange(controller, nullptr);
     }
@@ -108,8 +107,8 @@ std::exception_ptr LibraryInitController::shutDown()
 {
     const Raised shuttingDown(m_isShuttingDown);
     std::exception_ptr failure;
-    // Lists are taken out before they are walked: what is being shut down may register anew. First started,
-    // first stopped: the host's libraries are used to that order.
+    // The lists are moved out first, because a shut-down may register again. The order is that of the
+    // start-ups, not the reverse: the host's libraries expect it.
     do {
         for (const Function function : std::exchange(m_shutDowns, {})) {
             try {
@@ -119,7 +118,7 @@ std::exception_ptr LibraryInitController::shutDown()
                     failure = std::current_exception();
             }
         }
-    } while (uses == 0 && !m_shutDowns.empty()); // started meanwhile, and taken back
+    } while (uses == 0 && !m_shutDowns.empty()); // started and stopped again in the meantime
 
     for (GuardedSingletonBase* singleton : std::exchange(m_singletons, {})) {
         singleton->beforeDestruction();

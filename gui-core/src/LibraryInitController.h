@@ -1,5 +1,5 @@
 /// \file
-/// LibraryInitController: the use count of the library, and what its last use takes down.
+/// LibraryInitController: counts the uses of the library, and shuts everything down with the last one.
 #pragma once
 
 #include "platform/GuardedSingleton.h"
@@ -10,29 +10,30 @@
 
 namespace ovra::gui {
 
-/// One exists from the first OvraGuiCoreInit to the last OvraGuiCoreDeinit. Any thread; every operation holds
-/// one recursive spin lock, so a host library that is being started or stopped may come back on the same
-/// thread.
+/// One exists from the first OvraGuiCoreInit to the last OvraGuiCoreDeinit. Any thread. Every operation holds
+/// one recursive spin lock, so a host library may call back on the same thread while it is started or
+/// stopped.
 class LibraryInitController
 {
 public:
     using Function = void (*)();
 
-    /// Counts one use up, and makes the controller with the first. Returns the count. When there is no memory
-    /// for the controller the use counts nevertheless.
+    /// Increments the use count, which it returns, and creates the controller on the first use. Counts even
+    /// if creation throws std::bad_alloc.
     static std::uint32_t acquire();
 
     /// Remembers \p shutDown for the last release and calls \p startUp, both under the lock.
     static void registerLibrary(Function startUp, Function shutDown);
 
-    /// Without a controller the singleton is nobody's: it is never destroyed.
+    /// While no controller exists the singleton is not registered and is never destroyed.
     static void registerSingleton(templates::patterns::GuardedSingletonBase& singleton);
 
-    /// Counts one use down. With the last: calls every shut-down function, first registered first, destroys
-    /// every singleton likewise, and goes. A shut-down function that throws keeps none of this from
-    /// happening; the first one's exception is thrown at the end. One that starts the library again finds it
-    /// started; where it takes that back, it is shut down with the rest. One release too many wraps the count
-    /// around and changes nothing else.
+    /// Decrements the use count. The last release calls every shut-down function and destroys every
+    /// singleton, both in the order of registration, and then destroys the controller.
+    ///
+    /// If a shut-down function throws, the rest still run and the first exception is rethrown. A shut-down
+    /// function may start and stop the library again; what it starts is shut down in the same pass. An
+    /// unbalanced release wraps the counter and does nothing else.
     static void release();
 
     static std::uint32_t useCount();

@@ -19,10 +19,10 @@ using core::models::HlEnvironmentDmaNode;
 
 namespace {
 
-/// Performs a step, and lets its exception go on.
+/// Performs a step; its exception propagates.
 constexpr auto STRICTLY = [](auto step) { step(); };
 
-/// Performs a step as far as it goes: the exception that made the load fail is the one to report.
+/// Performs a step and ignores its exception, since the exception that ended the load is already propagating.
 constexpr auto AS_FAR_AS_IT_GOES = [](auto step) noexcept {
     try {
         step();
@@ -71,7 +71,7 @@ void detachDma(HlEnvironmentDmaNode& dma, Perform perform)
 template <class Perform>
 void takeApart(HlEnvironmentBoardNode& board, Perform perform)
 {
-    // First: no event reaches the front end from a board that is being taken apart.
+    // First, so that no event reaches the front end during the teardown.
     perform([&] { board.setFglibEventsSignalConnection({}); });
     perform([&] { removeBoardResources(board); });
     perform([&] {

@@ -1,5 +1,5 @@
 /// \file
-/// Brings a board back to empty.
+/// emptyBoard, UnfinishedLoad: take an applet off a board.
 #pragma once
 
 namespace ovra::core::models {
@@ -8,14 +8,13 @@ class HlEnvironmentBoardNode;
 
 namespace ovra::gui::commands {
 
-/// Takes everything off a loaded board that applet loading put there, and frees its handle. A host exception
-/// ends it: the steps before are done, the others are not. GUI thread.
+/// Removes everything that a load created on the board, and frees its handle. A host exception ends it: the
+/// steps before it are done, the others are not. GUI thread.
 void emptyBoard(core::models::HlEnvironmentBoardNode& board);
 
-/// Stands for a load that is not complete. Leaving its scope before done() or undo(), by an exception of the
-/// host, empties the board by the same steps as emptyBoard(), as far as the host lets it: a step that throws
-/// does not keep the others from being done. The next load thus does not meet half of this one. Worker
-/// thread.
+/// Represents an incomplete load. If an exception leaves its scope before done() or undo(), the destructor
+/// empties the board with the steps of emptyBoard(), so that the next load finds no remains. If one step
+/// throws, the others still run. Worker thread.
 class [[nodiscard]] UnfinishedLoad
 {
 public:
@@ -24,11 +23,11 @@ public:
     UnfinishedLoad(const UnfinishedLoad&) = delete;
     UnfinishedLoad& operator=(const UnfinishedLoad&) = delete;
 
-    /// The load has failed in an orderly way: takes back what it has published up to the structure, that is
-    /// children, handle and selection. Global resources are not touched: they are registered after the last
-    /// step that fails so.
+    /// For a load that fails without an exception: removes the children, the handle and the selection. There
+    /// are no global resources to remove, since they are registered after the last step that can fail in this
+    /// way.
     void undo();
-    /// The board may stay as it is.
+    /// The load is complete: the destructor does nothing.
     void done() { m_finished = true; }
 
 private:

@@ -11,8 +11,8 @@
 
 namespace ovra::templates::patterns {
 
-/// A singleton as the library's initialisation controller sees it. Its virtual functions and their order are
-/// fixed: the two hooks stay, though no singleton here overrides them.
+/// The interface of singletons for the library's initialisation controller. Its virtual functions and their
+/// order are part of a fixed interface, so the two hooks stay although no singleton here overrides them.
 class GuardedSingletonBase
 {
 public:

@@ -48,9 +48,8 @@ namespace ovra::gui::commands {
 class OVRA_GUI_CORE_API LoadMcfCommand : public ovra::core::Command
 {
 public:
-    /// \param board  the board to load onto; null: the command does nothing. The command keeps the node
-    /// alive. \param file  path of the MCF or ".hap" file; UTF-8 on Linux, in the process's code page on
-    /// Windows
+    /// \param board  the board to load onto, which the command keeps alive; null: the command does nothing
+    /// \param file  path of the MCF or ".hap" file; UTF-8 on Linux, in the process's code page on Windows
     [[nodiscard]] static boost::shared_ptr<LoadMcfCommand>
     create(boost::shared_ptr<ovra::core::models::HlEnvironmentBoardNode> board, const std::string& file);
 

@@ -2,7 +2,7 @@
 /// Views: the interface that a front end implements.
 ///
 /// The library draws nothing. It calls Views to report what happens and to ask the user. A front end derives
-/// from Views, implements the abstract operations, and injects an instance into the plug-in under the key
+/// from Views, implements the abstract operations, and injects an instance into the Gui under the key
 /// "views". Exceptions from an operation propagate through the calling command to the host's error handler,
 /// like those from the host.
 ///
@@ -38,7 +38,8 @@ class FgLibEventsModel;
 namespace ovra::gui {
 
 /// The library calls every operation on the GUI thread, where it may show dialogs, with two exceptions:
-/// logMsgCallback comes on the thread that logs, connectFglibEvents on the worker that loads an applet.
+/// logMsgCallback comes on the thread that logs, connectFglibEvents on the worker that loads an applet. It
+/// does not call the operations inherited from Plugin.
 ///
 /// The order of the operations is part of the binary interface, because front ends are built separately. New
 /// ones go to the end; none is removed or renamed. Two styles of names are mixed because front ends already
@@ -68,6 +69,7 @@ public:
     /// UnloadAppletCommand: it would not wait for the load.
     virtual void onLoadAppletStarted() = 0;
     virtual void onLoadAppletFinished() = 0;
+    /// Lines about the running load: errors, warnings, progress.
     virtual void showLoadAppletError(const std::string& message) = 0;
     virtual void showLoadAppletWarning(const std::string& message) = 0;
     virtual void showLoadAppletStatus(const std::string& message) = 0;

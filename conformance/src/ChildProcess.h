@@ -23,7 +23,9 @@ struct ChildResult
 };
 
 /// Runs \p program with \p arguments, writes its output to \p output, and waits for its end, at most for \p
-/// limit. \throws std::runtime_error  if it cannot be started
+/// limit.
+///
+/// \throws std::runtime_error  if it cannot be started
 ChildResult runChild(const std::filesystem::path& program, const std::vector<std::string>& arguments,
                      const std::filesystem::path& output, std::chrono::milliseconds limit);
 

@@ -7,8 +7,10 @@
 namespace ovra::frontend {
 
 /// Performs a step such as "unplug camera 0 1". Returns the runtime's answer: lines that end with a line
-/// feed, "" for most steps. Any thread. \throws RequestError  with the runtime's description if it refuses
-/// the step; if the installation is not virtual
+/// feed, "" for most steps. Any thread.
+///
+/// \throws RequestError  with the runtime's description if it refuses the step; if the installation is not
+/// virtual
 std::string rehearse(const std::string& step);
 
 } // namespace ovra::frontend

@@ -13,14 +13,16 @@ struct Fg_Struct_s;
 
 namespace ovra::display {
 
-/// Construction allocates the buffers. The group reads and updates the DMA memory in use through the three
-/// functions that create() gets, and grants as many of the requested buffers as the limit allows, but at
-/// least one. waitForImage copies the image out of its buffer; the copy is valid until the next waitForImage.
+/// A load creates one for each DMA channel and adds it to the channel's display scene, which calls
+/// startAcquisition and waitForImage. Construction allocates the buffers. All groups share one account of DMA
+/// memory, which they read and update through the three functions that create() gets. A group gets as many of
+/// the requested buffers as the limit allows, but at least one. waitForImage copies the image out of its
+/// buffer; the copy is valid until the next waitForImage.
 ///
 /// After releaseBuffers() the group does not use the board handle: startAcquisition throws
 /// std::runtime_error, other requests have no effect.
 ///
-/// Any thread may call it, but only one at a time waitForImage.
+/// Any thread may call all functions, but only one thread at a time waitForImage.
 class OVRA_DISPLAY_FGLIB_API FglibFrameBufferGroup : public FrameBufferGroup
 {
 public:

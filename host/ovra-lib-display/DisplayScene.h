@@ -1,5 +1,7 @@
 /// \file
-/// DisplayScene: takes images from a frame-buffer group and passes them to a visualizer.
+/// DisplayScene: takes images (FrameBufferGroup.h) from a frame-buffer group and passes them to a visualizer.
+/// A load creates one for each DMA channel; StartAcquisitionCommand and StopAcquisitionCommand start and stop
+/// it.
 ///
 /// \code
 /// struct Screen : display::DisplaySceneVisualizer
@@ -50,7 +52,8 @@ struct DisplayStatistics
     double seconds = 0;        ///< from the start to the newest image
 };
 
-/// Runs a thread of its own while it grabs. All functions may be called from any thread.
+/// Runs a thread of its own while it grabs, that is between the start and the end of an acquisition. All
+/// functions may be called from any thread.
 class OVRA_DISPLAY_API DisplayScene
 {
 public:

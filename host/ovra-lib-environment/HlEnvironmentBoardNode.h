@@ -43,9 +43,11 @@ public:
     std::uint16_t getBoardType() const;
     const std::string& getBoardName() const;
 
-    /// The runtime's handle of the loaded applet. The board node is the only place that keeps it; who frees
-    /// the handle sets it to null here. Put every change between beginHandleChange and endHandleChange:
-    /// observers see them as one update. setBoardHandle alone counts as such a pair.
+    /// The runtime's handle of the loaded applet; null without an applet. The node does not free it: code
+    /// that calls Fg_FreeGrabber also sets it to null here.
+    ///
+    /// Put every change between beginHandleChange and endHandleChange: observers see them as one update.
+    /// setBoardHandle alone counts as such a pair.
     ///
     /// If there is a handle at the end, the board creates a physical port for each of its connectors and
     /// attaches the cameras that are plugged into them. If the runtime does not report the number of
@@ -67,7 +69,7 @@ public:
     /// The physical port; empty if the board has none with this index.
     boost::shared_ptr<HlEnvironmentPortNode> getPortsEntry(unsigned int index) const;
 
-    // The nodes that hold the children; each has this board as its parent.
+    // The nodes that hold the children, to clear them; each has this board as its parent.
     boost::shared_ptr<GenericModelNode> getDmasEntryNode() const;
     boost::shared_ptr<GenericModelNode> getProcessesEntryNode() const;
     boost::shared_ptr<GenericModelNode> getLogicalPortsEntryNode() const;
@@ -75,6 +77,7 @@ public:
 
     boost::shared_ptr<HlEnvironmentFileNode> getLoadedAppletEntry() const;
     void setLoadedAppletEntry(const boost::shared_ptr<HlEnvironmentFileNode>& file);
+    /// True while the board is selected in the front end.
     bool getBoardSelectedForViewEntry() const;
     void setBoardSelectedForViewEntry(bool selected);
 
@@ -84,7 +87,8 @@ public:
     void
     setFglibEventsSignalConnection(const boost::shared_ptr<boost::signals2::scoped_connection>& connection);
 
-    /// Parameters of an applet without DMA channels; for others, each channel has its own.
+    /// Description and model of the parameters of a HAP applet, which all its DMA channels share. Empty for a
+    /// DLL applet, whose channels each have their own.
     FgRegisterInfo_s* getNoDmaFrontendRegInfoPointer() const;
     void setNoDmaFrontendRegInfoPointer(FgRegisterInfo_s* info);
     boost::shared_ptr<FgLibModel> getNoDmaFrontendRegInfoModel() const;

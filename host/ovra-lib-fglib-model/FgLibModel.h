@@ -1,5 +1,5 @@
 /// \file
-/// FgLibModel: the parameters of a DMA channel or of a whole applet.
+/// FgLibModel: the parameters of one DMA channel, or those that all channels of an applet share.
 #pragma once
 
 #include "ovra-lib-fglib-model/Export.h"

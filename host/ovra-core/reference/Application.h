@@ -92,7 +92,7 @@ public:
     /// command's next phase. Without a handler, or if it throws, failures are logged as errors.
     void setErrorHandler(std::function<void(const PhaseFailure&)> handler);
 
-    /// Any thread. True if no command is queued or between its phases.
+    /// Any thread. True if every submitted command has run its last phase.
     bool idle() const;
     /// Any thread. True once terminateAsyncCommands(), or the end of the application, prevents further
     /// asynchronous phases.

@@ -148,9 +148,9 @@ void Environment::State::tell(const models::Changes& changes) const
             changed(change);
         } catch (const std::exception& error) {
             reference::log(reference::LogLevel::Error,
-                           "A change of the environment could not be told: " + std::string(error.what()));
+                           "A listener to changes of the environment failed: " + std::string(error.what()));
         } catch (...) {
-            reference::log(reference::LogLevel::Error, "A change of the environment could not be told");
+            reference::log(reference::LogLevel::Error, "A listener to changes of the environment failed");
         }
     }
 }

@@ -21,7 +21,9 @@ public:
     HardwareDiscovery(boost::shared_ptr<HlEnvironmentRootNode> root, std::function<void()> lookAgain);
 
     /// Updates the root's board source "ovra" and its cameras; nodes of hardware that still exists stay.
-    /// Blocks. \throws std::runtime_error  if the runtime cannot be used; nothing changes
+    /// Blocks.
+    ///
+    /// \throws std::runtime_error  if the runtime cannot be used; nothing changes
     void discover(Changes& changes);
 
 private:

@@ -128,7 +128,9 @@ void recordDetails(const char* operation, const Details&... details)
 
 /// Records an operation. Each operation calls this first, before it has an effect (Journal::throwAt), with
 /// its name and \p details, which are streamed one after the other. Costs a load and a branch while the
-/// record is off. \throws ReferenceFault  if a fault is armed for this call
+/// record is off.
+///
+/// \throws ReferenceFault  if a fault is armed for this call
 template <class... Details>
 void probe(const char* operation, const Details&... details)
 {

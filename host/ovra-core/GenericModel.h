@@ -8,7 +8,22 @@
 ///   - Guarded                             a field that one thread may read while another writes it
 ///
 /// Nodes may be read and changed from any thread. The next read sees a change; an iterator that was created
-/// before the change continues over its snapshot.
+/// before the change continues over its snapshot. So a loop may remove the nodes that it visits.
+///
+/// A node type derives from GenericModelNode and holds its children in a KeyedChildren:
+///
+/// \code
+/// class Shelf : public GenericModelNode
+/// {
+/// public:
+///     void add(int number, const boost::shared_ptr<Book>& book) { m_books.add(number, book,
+///     weak_from_this()); } auto getBooks() const { return m_books.iterate(); } KeyedChildren<int, Book>&
+///     _children() override { return m_books; }
+///
+/// private:
+///     KeyedChildren<int, Book> m_books;
+/// };
+/// \endcode
 #pragma once
 
 #include "ovra-core/Export.h"

@@ -15,6 +15,11 @@ class PluginManager;
 
 /// A process has at most one application. While there is none, the pointers and the runtime directory are
 /// empty, reading an entry gives its default, and writing one has no effect. Any thread.
+///
+/// \code
+/// const auto buffers = core::HarloApplication::getConfigIntEntry("gui.preferences.acq.default.buffers", 16);
+/// core::HarloApplication::commandprocessor()->executeCommand(command);
+/// \endcode
 class OVRA_CORE_API HarloApplication
 {
 public:

@@ -21,6 +21,22 @@ class EnableThisPtr : public boost::enable_shared_from_this<T> // NOLINT(bugpron
 /// The application creates a plug-in, calls postConstruct, injects its dependencies by key, and calls
 /// postInjection. It submits the initialisation command at its start and the clean-up command at its end. All
 /// of that happens on the GUI thread. The default implementations do nothing and return an empty pointer.
+///
+/// \code
+/// class Greeter : public core::Plugin
+/// {
+/// public:
+///     void injectDependency(const std::string& key, const boost::any& value) override
+///     {
+///         if (key == "views")
+///             m_views = boost::any_cast<boost::shared_ptr<gui::Views>>(value);
+///     }
+///     boost::shared_ptr<core::Command> createInitializationApplicationCommand() override
+///     {
+///         return boost::make_shared<GreetCommand>(m_views);
+///     }
+/// };
+/// \endcode
 class OVRA_CORE_API Plugin : public EnableThisPtr<Plugin>
 {
 public:

@@ -6,7 +6,8 @@
 
 namespace ovra::core {
 
-/// The application creates it; HarloApplication::pluginmanager() returns it. Any thread.
+/// The application creates it; HarloApplication::pluginmanager() returns it. Any thread. The library starts
+/// the monitor when the application starts, and stops it at the end.
 class OVRA_CORE_API PluginManager
 {
 public:

@@ -5,8 +5,20 @@
 ///   HlEnvironmentDmaNode           a DMA channel: size, buffers, parameters, display scene
 ///   HlEnvironmentLogicalPortNode   a camera port of the applet
 ///
-/// The board owns these nodes by index. Links between them are weak, so a node that the board removes
-/// disappears from every link. Numbers are 0 until they are set.
+/// A load creates the nodes, and an unload removes them. The board owns them by index. Links between them are
+/// weak, so a node that the board removes disappears from every link. Numbers are 0 until they are set. Any
+/// thread.
+///
+/// \code
+/// for (const auto processes = board->getProcesses(); processes->hasNext(); processes->advance())
+///     for (const auto dmas = processes->current()->getDmas(); dmas->hasNext(); dmas->advance()) {
+///         const auto& dma = dmas->current();
+///         std::cout << "process " << processes->current()->getIndex() << ", DMA " << dma->getIndex() << ": "
+///                   << dma->getAcqBuffersCurrent() << " buffers\n";
+///     }
+/// \endcode
+///
+/// The nodes of a legacy applet report board 0 and process 0, whichever they belong to.
 #pragma once
 
 #include "ovra-core/GenericModel.h"
@@ -65,8 +77,11 @@ class OVRA_ENVIRONMENT_API HlEnvironmentProcessNode : public GenericModelNode
 public:
     static boost::shared_ptr<HlEnvironmentProcessNode> create();
 
+    /// Number of the process in the applet, from 0.
     unsigned int getIndex() const;
     void setIndex(unsigned int index);
+
+    /// For front ends; the library sets it to false.
     bool getAllInputsAvailableEntry() const;
     void setAllInputsAvailableEntry(bool available);
 
@@ -96,10 +111,14 @@ public:
     /// Index on the board, not within the process.
     unsigned int getIndex() const;
     void setIndex(unsigned int index);
+    /// Index of the process.
     unsigned int getProcess() const;
     void setProcess(unsigned int process);
+    /// Index of the board.
     unsigned int getBoard() const;
     void setBoard(unsigned int board);
+    /// Sorts channels of all boards, such as "board-0000-process-0001-dma-0002"; empty until the load is
+    /// complete.
     std::string getSortKey() const;
     void setSortKey(const std::string& key);
 
@@ -118,9 +137,12 @@ public:
     /// The runtime's description of the channel's parameters; the board handle owns it.
     FgRegisterInfo_s* getFrontendRegInfoPointer() const;
     void setFrontendRegInfoPointer(FgRegisterInfo_s* info);
+    /// Reads and changes these parameters. Empty if the runtime describes none.
     boost::shared_ptr<FgLibModel> getFrontendRegInfoModel() const;
     void setFrontendRegInfoModel(const boost::shared_ptr<FgLibModel>& model);
 
+    /// The channel's image buffers, and the scene that shows its images. Both are empty before the load is
+    /// complete and after an unload.
     boost::shared_ptr<display::FrameBufferGroup> getFrameBufferGroup() const;
     void setFrameBufferGroup(const boost::shared_ptr<display::FrameBufferGroup>& group);
     boost::shared_ptr<display::DisplayScene> getDisplayScene() const;
@@ -158,7 +180,7 @@ public:
     void setBoard(unsigned int board);
     unsigned int getBoardSerial() const;
     void setBoardSerial(unsigned int serial);
-    /// "CL-FULL", "CL-MEDIUM", "CL-BASE", or empty.
+    /// The Camera Link configuration: "CL-FULL", "CL-MEDIUM", "CL-BASE"; empty for other interfaces.
     std::string getPortType() const;
     void setPortType(const std::string& type);
 
@@ -168,10 +190,11 @@ public:
     bool getGeneratorActive() const;
     void setGeneratorActive(bool active);
 
-    /// True if a Camera Link camera is present, which is not controlled through this port.
+    /// True if a Camera Link camera is present that is not controlled through this port. A stop skips it.
     bool getClCameraPresent() const;
     void setClCameraPresent(bool present);
 
+    /// The physical port; empty if the port is not mapped.
     boost::shared_ptr<HlEnvironmentPortNode> getMappedPortEntry() const;
     void setMappedPortEntry(const boost::shared_ptr<HlEnvironmentPortNode>& port);
 

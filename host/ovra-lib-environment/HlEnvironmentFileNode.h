@@ -12,12 +12,19 @@ namespace ovra::core::models {
 
 /// Path and name never change. Everything else is the result of the last scan. Before a scan, and for a
 /// broken file, the type is empty and the number of processes is -1. Any thread.
+///
+/// \code
+/// for (const auto files = root->getFilesEntryNode()->getAllFiles(); files->hasNext(); files->advance())
+///     if (files->current()->getBrokenReason().empty())
+///         offer(files->current()->getFileName(), files->current()->getTags());
+/// \endcode
 class OVRA_ENVIRONMENT_API HlEnvironmentFileNode : public GenericModelNode
 {
 public:
     static boost::shared_ptr<HlEnvironmentFileNode> create(const std::string& path);
 
     const std::string& getFileName() const;
+    /// The whole path, with "/" between folders: the argument of LoadAppletCommand.
     const std::string& getFilePath() const;
 
     /// "DLL", "HAP", or another type that the file names.

@@ -1,6 +1,14 @@
 /// \file
 /// Global resources: the parts of all boards under string keys, so that a view or a command finds them
-/// without a search through the model.
+/// without a search through the model. A load adds the resources of its board, an unload removes them. Any
+/// thread.
+///
+/// \code
+/// const auto root = gui::Gui::environment()->globalResourceModel()->root();
+/// for (const auto each = root->getChildren(); each->hasNext(); each->advance())
+///     if (each->current()->getType() == core::Environment::ResourceDma)
+///         use(boost::static_pointer_cast<HlEnvironmentDmaNode>(each->current()->getResource().lock()));
+/// \endcode
 #pragma once
 
 #include "ovra-core/GenericModel.h"
@@ -45,7 +53,7 @@ class OVRA_ENVIRONMENT_API HlEnvironmentGlobalResourceRootNode : public GenericM
 public:
     static boost::shared_ptr<HlEnvironmentGlobalResourceRootNode> create();
 
-    /// Replaces a node with the same key.
+    /// Adds a resource; replaces one with the same key.
     void addChild(const std::string& key, const boost::shared_ptr<HlEnvironmentGlobalResourceNode>& resource);
     void removeChild(const std::string& key);
     boost::shared_ptr<HlEnvironmentGlobalResourceNode> getChild(const std::string& key) const;

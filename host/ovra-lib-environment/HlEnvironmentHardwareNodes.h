@@ -1,5 +1,16 @@
 /// \file
-/// The hardware that does not depend on the applet: physical ports and cameras.
+/// The hardware that does not depend on the applet: physical ports and cameras. Any thread.
+///
+///   HlEnvironmentPortNode     a connector of a board; exists while the board has an applet
+///   HlEnvironmentCameraNode   a camera that is plugged into a connector
+///
+/// From the logical port of an applet to its camera:
+///
+/// \code
+/// if (const auto connector = port->getMappedPortEntry())
+///     if (const auto camera = connector->getConnectedCameraEntry())
+///         std::cout << camera->getName() << '\n';
+/// \endcode
 #pragma once
 
 #include "ovra-core/GenericModel.h"
@@ -21,6 +32,7 @@ public:
 
     /// Model and serial number.
     const std::string& getName() const;
+    /// Index of the board, and of its physical port.
     unsigned int getBoard() const;
     unsigned int getPort() const;
 
@@ -43,12 +55,14 @@ class OVRA_ENVIRONMENT_API HlEnvironmentPortNode : public GenericModelNode
 public:
     static boost::shared_ptr<HlEnvironmentPortNode> create(unsigned int index);
 
+    /// Number of the connector on the board, from 0.
     unsigned int getIndex() const;
 
+    /// The camera; empty if none is plugged in.
     boost::shared_ptr<HlEnvironmentCameraNode> getConnectedCameraEntry() const;
     void setConnectedCameraEntry(const boost::shared_ptr<HlEnvironmentCameraNode>& camera);
 
-    /// Held weakly.
+    /// The applet's port that uses this connector; empty if there is none. The node keeps a weak link.
     boost::shared_ptr<HlEnvironmentLogicalPortNode> getMappedLogicalPortEntry() const;
     void setMappedLogicalPortEntry(const boost::weak_ptr<HlEnvironmentLogicalPortNode>& port);
 

@@ -5,6 +5,16 @@
 ///   HlEnvironmentRootNode            sources, files, cameras, initialisation-in-progress flag
 ///   HlEnvironmentBoardSourceNode     the boards of one source, by serial
 ///   HlEnvironmentFileCollectionNode  the applet files, by path
+///
+/// \code
+/// const auto root = gui::Gui::environment()->model()->root();
+/// const auto board = root->getSourcesEntry("ovra")->getChild(0x1a2b3c);
+/// const auto file = root->getFilesEntryNode()->getAllFilesEntry(path);
+/// for (const auto cameras = root->getCameras(); cameras->hasNext(); cameras->advance())
+///     std::cout << cameras->current()->getName() << '\n';
+/// \endcode
+///
+/// The environment adds and removes these nodes; clients only read them. Any thread.
 #pragma once
 
 #include "ovra-core/GenericModel.h"

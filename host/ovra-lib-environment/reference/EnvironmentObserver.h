@@ -3,6 +3,13 @@
 ///
 ///   EnvironmentChange    one change
 ///   EnvironmentObserver  signals the changes of an environment
+///
+/// \code
+/// const auto connection = reference::EnvironmentObserver::connect(
+///     gui::Gui::environment(), [&application](const reference::EnvironmentChange& change) {
+///         application.post([change] { std::cout << change.name << '\n'; }); // on the GUI thread
+///     });
+/// \endcode
 #pragma once
 
 #include "ovra-lib-environment/Export.h"

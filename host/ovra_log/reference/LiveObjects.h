@@ -4,6 +4,12 @@
 ///   liveObject       takes ownership of a new object and counts it
 ///   liveObjects<T>   number of objects of one class
 ///   allLiveObjects   numbers of all classes that ever had an object
+///
+/// \code
+/// stopTheApplication();
+/// for (const auto& [name, count] : reference::allLiveObjects())
+///     EXPECT_EQ(count, 0) << name;
+/// \endcode
 #pragma once
 
 #include "ovra_log/Export.h"

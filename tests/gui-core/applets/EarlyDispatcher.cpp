@@ -1,5 +1,5 @@
-// A log dispatcher that calls a function of the test at the start of connect, and never gives its client the
-// two functions.
+// A log dispatcher that calls a function of the test at the start of connect, and then gives its client the
+// two functions that the test has set: none at first.
 
 #include "fglib5/LoggingDispatcher.h"
 
@@ -12,12 +12,16 @@
 extern "C" {
 
 EARLY_EXPORT void (*whileConnecting)() = nullptr;
+EARLY_EXPORT LoggingRegisterFunction givenRegister = nullptr;
+EARLY_EXPORT LoggingLogFunction givenLog = nullptr;
 
-static void connectClient(void*, LoggingOnDisconnect, LoggingOnSetLevel, LoggingRegisterFunction*,
-                          LoggingLogFunction*)
+static void connectClient(void*, LoggingOnDisconnect, LoggingOnSetLevel,
+                          LoggingRegisterFunction* registerFunction, LoggingLogFunction* logFunction)
 {
     if (whileConnecting)
         whileConnecting();
+    *registerFunction = givenRegister;
+    *logFunction = givenLog;
 }
 
 EARLY_EXPORT LoggingDispatcherDescriptor logging_dispatcher_descriptor = {&connectClient};

@@ -113,6 +113,7 @@ TEST(GuiInjection, TakesViewsByTheirExactKeyAndTypeAndReplacesThem)
     for (const auto& views : {first, second}) {
         gui->injectDependency("views", viewsValue(views));
         EXPECT_EQ(Gui::views(), views);
+        EXPECT_FALSE(views->isInitialized()) << "unless a front end says so";
     }
     // The same object with another type than the key requires: the earlier views stay.
     EXPECT_THROW(gui->injectDependency("views", boost::any(first)), boost::bad_any_cast);

@@ -19,6 +19,7 @@ TEST(InstallationWalk, CutsToTheFolderAboveTheNearestProductFolder)
     const Walk walks[] = {
         {__LINE__, R"(C:\P\bin\x.dll)", '\\', R"(C:\P)"},
         {__LINE__, R"(C:\P\Hardware Applets\sub\x.dll)", '\\', R"(C:\P)"},
+        {__LINE__, R"(C:\P\hardware applets\x.dll)", '\\', R"(C:\P)"},
         {__LINE__, R"(C:\P\LIB64\x.dll)", '\\', R"(C:\P)"},
         {__LINE__, R"(C:\P\dll\model\deep\x.dll)", '\\', R"(C:\P)"},
         {__LINE__, R"(C:\P\\Lib\\x.dll)", '\\', R"(C:\P)"},

@@ -6,9 +6,10 @@
 #include "ovra_log/reference/Journal.h"
 #include "ovra_log/reference/LibraryUse.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <atomic>
+#include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
@@ -185,6 +186,14 @@ TEST_F(Controller, AHostLibraryThatFailsToStopKeepsNothingElseFromStopping)
     EXPECT_EQ(events.back(), "1 destroyed");
     EXPECT_EQ(LibraryInitController::useCount(), 0U);
     EXPECT_EQ(ovra::reference::libraryUses("ovra-core"), 0);
+}
+
+TEST_F(Controller, OfSeveralFailuresToStopTheFirstComesOut)
+{
+    LibraryInitController::acquire();
+    LibraryInitController::registerLibrary(&startUp, [] { throw std::runtime_error("first"); });
+    LibraryInitController::registerLibrary(&startUp, [] { throw std::runtime_error("second"); });
+    EXPECT_THAT(&LibraryInitController::release, testing::ThrowsMessage<std::runtime_error>("first"));
 }
 
 TEST_F(Controller, AHostLibraryThatStartsAndStopsTheLibraryWhileItIsStoppedIsShutDownWithTheRest)

@@ -1,3 +1,4 @@
+#include "LibraryInitController.h"
 #include "NewProcess.h"
 
 #include "fglib/RuntimeLibrary.h"
@@ -12,6 +13,7 @@
 
 #include <gtest/gtest.h>
 
+#include <new>
 #include <thread>
 #include <vector>
 
@@ -121,6 +123,37 @@ TEST(LoggingDeathTest, IsThereForADispatcherThatComesBackWhileItConnectsAndGives
         EXPECT_TRUE(logging.isConnected());
         EXPECT_EQ(logging.getLogger("late").id(), 0U);
         logging.getLogger("late").log(9, "goes nowhere", 0, 0);
+    });
+}
+
+TEST(LoggingDeathTest, NothingGoesToADispatcherThatHasDisconnectedAndALineThatFailsEndsNothing)
+{
+    IN_A_NEW_PROCESS([] {
+        const TemporaryFolder installation;
+        installation.add(OVRA_EARLY_DISPATCHER, "bin", "common-logging-dispatcher");
+        set({{"OVRADIR5_64", installation.path().string()}});
+        static int lines = 0;
+        *control<LoggingRegisterFunction>("givenRegister") = [](const char*, std::uint64_t* id,
+                                                                std::uint32_t* threshold) {
+            *id = 1;
+            *threshold = 0;
+        };
+        *control<LoggingLogFunction>("givenLog") = [](std::uint64_t, std::uint32_t, const char*,
+                                                      std::uint64_t, std::uint64_t) {
+            if (++lines == 2)
+                throw std::bad_alloc();
+        };
+        OvraGuiCoreInit();
+        EXPECT_NO_THROW(OvraGuiCoreDeinit());
+        EXPECT_EQ(ovra::gui::LibraryInitController::useCount(), 0U);
+        EXPECT_EQ(lines, 2);
+
+        Logging& logging = Logging::instance();
+        Logger& logger = logging.getLogger("before");
+        EXPECT_TRUE(logger.isEnabled(0));
+        Logging::onDisconnect(&logging);
+        logger.log(9, "goes nowhere", 0, 0);
+        EXPECT_EQ(lines, 2);
     });
 }
 

@@ -6,6 +6,8 @@
 
 #include "fglib5/Fglib5.h"
 
+#include <boost/dll/runtime_symbol_info.hpp>
+#include <boost/dll/shared_library.hpp>
 #include <gtest/gtest.h>
 
 #include <thread>
@@ -33,6 +35,8 @@ struct RealRuntime : testing::Test
 TEST_F(RealRuntime, NeverPassesItsInnerCallsThroughTheForwarders)
 {
     ASSERT_EQ(bindFglib(OVRA_STAGE_DIR), 0);
+    // Nor does it lend its symbols to the rest of the process.
+    EXPECT_FALSE(boost::dll::shared_library(boost::dll::program_location()).has("FgSim_setListener"));
     entryTable.Fg_Init = &countingInit;
     Fg_Init("through the forwarder", 0);
     EXPECT_EQ(innerCalls, 1);

@@ -168,6 +168,8 @@ TEST_F(Acquisition, ReachesAsFarAsTheSyncModeSaysAndStopsInTheOppositeOrder)
         bool byPort;
         Lines channels;
         Lines cameras;
+        int serial = ALPHA_SERIAL;
+        unsigned int channel = 0;
     };
     const Row rows[] = {
         {__LINE__, 0, false, {DMA_0}, {}},
@@ -176,6 +178,9 @@ TEST_F(Acquisition, ReachesAsFarAsTheSyncModeSaysAndStopsInTheOppositeOrder)
         {__LINE__, 1, true, {DMA_0, DMA_1}, {CAMERA_0_0}},
         {__LINE__, 2, false, {DMA_0, DMA_1, DMA_2}, {CAMERA_0_0, CAMERA_0_1}},
         {__LINE__, 2, true, {DMA_0, DMA_1, DMA_2}, {CAMERA_0_0, CAMERA_0_1}},
+        {__LINE__, 1, false, {DMA_2}, {CAMERA_0_1}, ALPHA_SERIAL, 2},
+        {__LINE__, 1, true, {DMA_7}, {CAMERA_1_0}, BETA_SERIAL},
+        {__LINE__, 2, false, {DMA_7}, {CAMERA_1_0}, BETA_SERIAL, 7},
         // Keys are in byte order: the board a1b2c3 comes before beef.
         {__LINE__, 3, false, {DMA_0, DMA_1, DMA_2, DMA_7}, {CAMERA_0_0, CAMERA_0_1, CAMERA_1_0}},
         {__LINE__, 3, true, {DMA_0, DMA_1, DMA_2, DMA_7}, {CAMERA_0_0, CAMERA_0_1, CAMERA_1_0}},
@@ -193,7 +198,7 @@ TEST_F(Acquisition, ReachesAsFarAsTheSyncModeSaysAndStopsInTheOppositeOrder)
         Lines expected = row.channels;
         expected.insert(expected.end(), row.cameras.begin(), row.cameras.end());
         Journal::start();
-        row.byPort ? startPort(ALPHA_SERIAL, 0) : startDma(ALPHA_SERIAL, 0);
+        row.byPort ? startPort(row.serial, 0) : startDma(row.serial, row.channel);
         EXPECT_EQ(startsAndStops(), expected);
 
         expected.clear();
@@ -201,7 +206,7 @@ TEST_F(Acquisition, ReachesAsFarAsTheSyncModeSaysAndStopsInTheOppositeOrder)
             for (const auto& line : lines)
                 expected.push_back(stopOf(line));
         Journal::start();
-        row.byPort ? stopPort(ALPHA_SERIAL, 0) : stopDma(ALPHA_SERIAL, 0);
+        row.byPort ? stopPort(row.serial, 0) : stopDma(row.serial, row.channel);
         EXPECT_EQ(startsAndStops(), expected);
         Journal::stop();
         EXPECT_EQ(views->lines(), (Lines{"update_acquisition_state", "update_acquisition_state"}));
@@ -246,6 +251,11 @@ TEST_F(Acquisition, PassesOverWhatIsMissingExpiredOrIncompleteAndGoesOn)
     Journal::start();
     stopDma(ALPHA_SERIAL, 0);
     EXPECT_EQ(startsAndStops(), (Lines{stopOf(CAMERA_0_1), stopOf(DMA_1), stopOf(DMA_2)}));
+
+    dma(ALPHA_SERIAL, 2)->setDisplayScene({});
+    views->clear();
+    startDma(ALPHA_SERIAL, 0);
+    EXPECT_EQ(questions(), Lines{});
     EXPECT_EQ(failures, Lines{});
 }
 

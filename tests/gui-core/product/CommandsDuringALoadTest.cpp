@@ -63,6 +63,7 @@ protected:
             [this] { return StopAcquisitionCommand::create(channel()); },
             [this] { return AcquisitionBufferCountChangeCommand::create(channel(), 3); },
             [] { return RescanAppletsCommand::create(); },
+            [this] { return StoreMcfCommand::create(board(ALPHA_SERIAL), mcf + ".stored"); },
             [this] { return LoadAppletCommand::create(BETA_SERIAL, applet, ""); },
             [this] { return LoadMcfCommand::create(board(ALPHA_SERIAL), mcf); },
         };
@@ -126,7 +127,7 @@ TEST_F(CommandsDuringALoad, DoNoHarmAtWhateverMomentTheyCome)
             application.processEvents();
             std::this_thread::yield();
         }
-        submit(commands[round % 4]()); // a load would not be ignored once this one has ended
+        submit(commands[round % 5]()); // a load would not be ignored once this one has ended
         expectGoodEnd();
     }
 }

@@ -108,6 +108,7 @@ TEST_F(Configuration, AnMcfLeadsToItsApplet)
         {__LINE__, "[Kamerasektion]\r\nHapName='one.hap';\r\n", hap + "one.hap"},
         {__LINE__, "[Kamerasektion]\nHapName=one.v2;", hap + "one.v2.hap"},
         {__LINE__, "[Kamerasektion]\nHapName=one.HAP;\n", hap + "one.HAP.hap", {ABSENT}},
+        {__LINE__, "[Kamerasektion]\nHapName=one.hap.old;\n", hap + "one.hap.old.hap", {ABSENT}},
         {__LINE__, "[fglib5]\nFileName='one.hap';\n", hap + "one.hap"},
         {__LINE__, "[fglib5]\nFileName=absent;\n", dll + "absent.dll", {ABSENT}},
         {__LINE__, "[Kamerasektion]\nTyp=one.v2;\n", dll + "one.v2", {ABSENT}},

@@ -1,5 +1,7 @@
 #include "Product.h"
 
+#include "gui-core/Version.h"
+
 #include "ovra_log/OvraLog.h"
 
 #include <gmock/gmock.h>
@@ -258,6 +260,13 @@ void createCopyAndAssign(core::Command::CommandType type, const Arguments&... ar
 }
 
 } // namespace
+
+TEST(Version, OfTheLoadedLibraryIsThatOfItsHeaders)
+{
+    EXPECT_STREQ(OvraGuiCoreVersion(), OVRA_GUI_CORE_VERSION);
+    EXPECT_EQ(OvraGuiCoreVersionNumber(), OVRA_GUI_CORE_VERSION_NUMBER);
+    EXPECT_STREQ(OvraGuiCoreAbi(), OVRA_GUI_CORE_ABI);
+}
 
 TEST(CommandClasses, ExportTheirFactoryConstructorsAndAssignment)
 {

@@ -1,3 +1,4 @@
+#include "ProcessResources.h"
 #include "Product.h"
 
 #include "fglib5/Fglib5Types.h"
@@ -82,7 +83,18 @@ TEST_F(LoadApplet, EachKindTellsItsWholeStoryAndRegistersItsKeysInOrder)
         std::vector<std::tuple<int, int, std::string>> channels; ///< index, process, ports
         std::string keys;
     };
+    // Where the file says how many processes there are, the runtime is not asked.
+    const std::string noProcess = R"("processes": [], "processCountFails": true)";
+    std::string manyProcesses = "{}";
+    std::string keysOfMany = ofAHap + "3 ~-process-0 = process 0 < -\n";
+    for (int i = 1; i < 70; ++i) {
+        manyProcesses += ", {}";
+        keysOfMany += "3 ~-process-" + std::to_string(i) + " = process " + std::to_string(i) + " < -\n";
+    }
+    const std::string many = "\"processes\": [" + manyProcesses + "]";
     const Row rows[] = {
+        {__LINE__, installation.addAlphaApplet("empty.hap", noProcess), "HAP", {}, ofAHap + endOfAHap},
+        {__LINE__, installation.addAlphaApplet("many.hap", many), "HAP", {}, keysOfMany + endOfAHap},
         {__LINE__,
          installation.addAlphaApplet("double.hap", DOUBLE),
          "HAP",
@@ -164,6 +176,7 @@ TEST_F(LoadApplet, EachKindTellsItsWholeStoryAndRegistersItsKeysInOrder)
             expected.emplace_back(line);
         EXPECT_EQ(lines, expected);
         EXPECT_EQ(registered(), row.keys);
+        EXPECT_FALSE(isOpenLibrary(row.applet));
         unload(ALPHA_SERIAL);
         expectNothingLeftOf(ALPHA_SERIAL);
     }
@@ -240,7 +253,7 @@ TEST_F(LoadApplet, PortsBearTheWidestInterfaceThatTheAppletNames)
         {__LINE__, tagged("base.hap", R"("interface=cl-base")"), "CL-BASE"},
         {__LINE__, tagged("medium.hap", R"("interface=cl-base", "interface=cl-medium")"), "CL-MEDIUM"},
         {__LINE__, tagged("full.hap", R"("interface=cl-medium", "interface=cl-full")"), "CL-FULL"},
-        {__LINE__, tagged("other.hap", R"("interface=CL-FULL", "cl-base")"), ""},
+        {__LINE__, tagged("other.hap", R"("interface=CL-FULL", "cl-base", "interface=cl-fuller")"), ""},
         {__LINE__, installation.addAlphaApplet("none.hap", NO_DMA), ""},
         {__LINE__, installation.addWrappedApplet(), ""},
         {__LINE__, installation.addLegacyApplet("legacy-base"), "CL-BASE", true},
@@ -278,18 +291,24 @@ TEST_F(LoadApplet, UnknownBoardAndUnknownFileAreToldBeforeAnythingIsUnloaded)
     EXPECT_TRUE(isLoaded(ALPHA_SERIAL));
 }
 
-TEST_F(LoadApplet, ASecondLoadBeforeTheFirstIsDoneDoesNothingInAnyPhase)
+TEST_F(LoadApplet, ASecondLoadBeforeTheFrontEndHasHeardOfTheFirstsEndDoesNothingInAnyPhase)
 {
     const auto single = installation.addAlphaApplet("single.hap", SINGLE);
     const auto beta = installation.addBetaApplet("beta.hap", SINGLE);
     start();
+    const auto runAtOnce = [](LoadAppletCommand& command) {
+        command.executeSync();
+        command.executeAsync();
+        command.executePostAsync();
+    };
+    // It has been accepted before; what holds is the last time.
+    LoadAppletCommand second(BETA_SERIAL, beta, "");
+    runAtOnce(second);
+    unload(BETA_SERIAL);
     const auto refused = [&] {
         const Lines before = views->lines();
         Journal::start();
-        LoadAppletCommand second(BETA_SERIAL, beta, "");
-        second.executeSync();
-        second.executeAsync();
-        second.executePostAsync();
+        runAtOnce(second);
         Journal::stop();
         EXPECT_EQ(Journal::lines(), Lines{});
         EXPECT_EQ(views->lines(), before);
@@ -303,35 +322,41 @@ TEST_F(LoadApplet, ASecondLoadBeforeTheFirstIsDoneDoesNothingInAnyPhase)
     refused();
     LoadAppletCommand assigned(BETA_SERIAL, "other", "");
     assigned = copy;
+    int stillTaken = 0;
+    views->onLine = [&](const std::string& line) {
+        if (line.starts_with("setRescan"))
+            return;
+        ++stillTaken;
+        refused();
+    };
     assigned.executePostAsync();
+    views->onLine = nullptr;
+    EXPECT_EQ(stillTaken, 3);
     settle();
     EXPECT_TRUE(isLoaded(ALPHA_SERIAL));
     expectEmptyBoard(BETA_SERIAL);
-    load(BETA_SERIAL, beta);
+    runAtOnce(second);
     EXPECT_TRUE(isLoaded(BETA_SERIAL));
+    const boost::weak_ptr<HlEnvironmentFileNode> file = board(BETA_SERIAL)->getLoadedAppletEntry();
+    unload(BETA_SERIAL);
+
+    // What an earlier run found counts no more, and is not kept.
+    for (const auto& applet : {single, beta})
+        std::filesystem::remove(applet);
+    run(RescanAppletsCommand::create());
+    EXPECT_TRUE(file.expired());
+    runAtOnce(first);
+    EXPECT_EQ(told({"error"}), Lines{"error(Invalid applet file: " + single + ")"});
+    EXPECT_TRUE(isLoaded(ALPHA_SERIAL));
 }
 
-TEST_F(LoadApplet, AppliesAnMcfNotifiesEachGroupTwiceAndStaysIfThatThrows)
+TEST_F(LoadApplet, StaysIfADisplayCannotTakeUpTheGeometryOfItsMcf)
 {
-    const auto applet = installation.addAlphaApplet("single.hap", R"("processes": [{"dmas": [0, 1]}],
-        "dmas": [{"index": 0, "width": 64, "height": 48}, {"index": 1, "width": 64, "height": 48}])");
-    const auto mcf =
-        installation.write("wide.mcf", "[Kamerasektion]\nHapName=single;\n[DMA0]\nFG_WIDTH=96;\n");
-    const std::string notify = "FglibFrameBufferGroup::notifyGeometryMayHaveChangedSlot ";
+    const auto applet = installation.addAlphaApplet("single.hap", SINGLE);
+    const auto mcf = installation.write("same.mcf", "[Kamerasektion]\nHapName=single;\n");
     start();
     Journal::start();
-    load(ALPHA_SERIAL, applet, mcf);
-    EXPECT_EQ(failures, Lines{});
-    Lines last = toldAbout();
-    last.erase(last.begin(), last.end() - std::min<std::ptrdiff_t>(3, std::ssize(last)));
-    EXPECT_EQ(last, (Lines{"status(   ......... Process: 0)", "status(Loading Configuration from MCF.)",
-                           "status(Loading Configuration from MCF succeeded.)"}));
-    EXPECT_EQ(dma(ALPHA_SERIAL, 0)->getDisplayScene()->width(), 96);
-    EXPECT_EQ(
-        journalOf({notify}),
-        (Lines{notify + "dma=0 width=0 height=0 begin=true", notify + "dma=0 width=0 height=0 begin=false",
-               notify + "dma=1 width=0 height=0 begin=true", notify + "dma=1 width=0 height=0 begin=false"}));
-    Journal::throwAt(1, notify);
+    Journal::throwAt(1, "FglibFrameBufferGroup::notifyGeometryMayHaveChangedSlot ");
     load(ALPHA_SERIAL, applet, mcf);
     EXPECT_EQ(failures.size(), 1U);
     EXPECT_TRUE(isLoaded(ALPHA_SERIAL));
@@ -382,6 +407,7 @@ TEST_F(LoadApplet, EveryFailureIsToldInItsWordsAndLeavesTheBoardEmptyForTheNextL
         load(ALPHA_SERIAL, row.applet);
         EXPECT_EQ(told({"error"}), Lines{"error(" + row.told + ")"});
         EXPECT_EQ(toldAbout().back(), "error(" + row.told + ")");
+        EXPECT_FALSE(isOpenLibrary(row.applet));
         expectNothingLeftOf(ALPHA_SERIAL);
         load(ALPHA_SERIAL, good);
         EXPECT_TRUE(isLoaded(ALPHA_SERIAL));

@@ -2,6 +2,8 @@
 /// ProcessResources: memory, handles and threads of this process, for tests that look for leaks.
 #pragma once
 
+#include <string>
+
 namespace ovra::tests {
 
 struct ProcessResources
@@ -12,6 +14,9 @@ struct ProcessResources
 };
 
 ProcessResources processResources();
+
+/// Whether this process has loaded that file as a library.
+bool isOpenLibrary(const std::string& path);
 
 /// Maximum number of handles that appear late: a lock may get its handle when threads first compete for it.
 extern const long long LATE_HANDLES;

@@ -15,7 +15,10 @@ TEST_F(UnloadApplet, LeavesTheOtherBoardAndForeignResourcesAlone)
     const auto alpha = installation.addAlphaApplet("single.hap", SINGLE);
     const auto beta = installation.addBetaApplet("single.hap", SINGLE);
     start();
+    Journal::start();
     load(BETA_SERIAL, beta);
+    EXPECT_EQ(journalOf({"FglibFrameBufferGroup::create"}),
+              Lines{"FglibFrameBufferGroup::create board=1 dma=0 buffers=16"});
     const Lines ofBeta = resources();
     load(ALPHA_SERIAL, alpha);
     const auto addForeign = [](core::Environment::GlobalResourceType type, const std::string& key,
@@ -76,6 +79,22 @@ TEST_F(UnloadApplet, OfABoardThatAcquiresDeliversNoImageAfterIt)
     EXPECT_EQ(shown[1].images, atReturn[1]);
     unload(BETA_SERIAL);
     expectNothingLeftOf(BETA_SERIAL);
+}
+
+TEST_F(UnloadApplet, DoesAgainWhatWouldStayWrongForEver)
+{
+    const auto applet = installation.addAlphaApplet("single.hap", SINGLE);
+    start();
+    for (const char* step :
+         {"HlEnvironmentBoardNode::setBoardHandle", "HlEnvironmentBoardNode::endHandleChange"}) {
+        load(ALPHA_SERIAL, applet);
+        Journal::start();
+        Journal::throwAt(1, step);
+        EXPECT_THROW(UnloadAppletCommand(ALPHA_SERIAL).executeSync(), reference::ReferenceFault) << step;
+        EXPECT_EQ(journalOf({step}).size(), 2U) << step;
+        EXPECT_EQ(journalOf({"HlEnvironmentBoardNode::handleChanged"}).size(), 1U) << step;
+        EXPECT_EQ(board(ALPHA_SERIAL)->getBoardHandle(), nullptr);
+    }
 }
 
 TEST_F(UnloadApplet, SurvivesEveryHostCallThatThrows)

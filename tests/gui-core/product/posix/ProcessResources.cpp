@@ -1,5 +1,6 @@
 #include "ProcessResources.h"
 
+#include <dlfcn.h>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -25,6 +26,14 @@ ProcessResources processResources()
     long long resident = 0;
     std::ifstream("/proc/self/statm") >> total >> resident;
     return {resident * sysconf(_SC_PAGESIZE), entries("/proc/self/fd"), entries("/proc/self/task")};
+}
+
+bool isOpenLibrary(const std::string& path)
+{
+    void* module = dlopen(path.c_str(), RTLD_LAZY | RTLD_NOLOAD);
+    if (module)
+        dlclose(module);
+    return module != nullptr;
 }
 
 } // namespace ovra::tests

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <filesystem>
 #include <stdexcept>
 #include <vector>
 
@@ -70,6 +71,11 @@ ProcessResources processResources()
     PROCESS_MEMORY_COUNTERS counters{};
     GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters);
     return {static_cast<long long>(counters.PagefileUsage), handles(), threads()};
+}
+
+bool isOpenLibrary(const std::string& path)
+{
+    return GetModuleHandleA(std::filesystem::path(path).make_preferred().string().c_str()) != nullptr;
 }
 
 } // namespace ovra::tests

@@ -30,8 +30,8 @@ namespace ovra::gui::commands {
 /// was started and one channel is stopped in mode SyncNone, the others keep running.
 ///
 /// When update_acquisition_state comes, no visualizer of a stopped channel is running. Stopping a stopped
-/// channel has no effect. Channels without a scene, ports without a camera, and ports whose generator is on
-/// are skipped silently.
+/// channel has no effect. Channels without a scene, ports without a camera, ports with a Camera Link camera
+/// (getClCameraPresent), and ports whose generator is on are skipped silently.
 ///
 /// Errors: an exception from the host ends the phase and goes to the error handler; the remaining cameras and
 /// channels keep running. The command may be submitted again.

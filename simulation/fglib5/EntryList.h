@@ -1,5 +1,5 @@
 /// \file
-/// Entry: a number for each exported entry that the probe counts.
+/// Entry: a number for each exported entry that the gate counts.
 #pragma once
 
 #include "simulation/fglib5/SimulationControl.h"

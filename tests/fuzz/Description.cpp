@@ -5,8 +5,8 @@
 
 #include "Require.h"
 
+#include "CallGate.h"
 #include "Failure.h"
-#include "Probe.h"
 #include "descriptions/Applet.h"
 #include "descriptions/MachineDescription.h"
 
@@ -83,10 +83,10 @@ void requireSize(int size, int largest)
     }
     for (std::size_t i = 0; i < machine.faults.size(); ++i) {
         requireNumber(file["faults"][i]["code"], machine.faults[i].code);
-        simulation::Probe::instance().addFault(
+        simulation::CallGate::instance().addFault(
             {.entry = machine.faults[i].entry, .code = machine.faults[i].code});
     }
-    simulation::Probe::instance().clearFaults();
+    simulation::CallGate::instance().clearFaults();
 }
 
 [[maybe_unused]] void requireSense(const simulation::Applet& applet, const json& file)

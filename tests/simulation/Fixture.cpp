@@ -26,9 +26,9 @@ void bind(Function*& slot, const char* name)
         throw std::runtime_error(std::string("The runtime does not export ") + name);
 }
 
-const Runtime& sharedRuntime()
+const RuntimeFunctions& sharedRuntime()
 {
-    static const auto* runtime = new Runtime;
+    static const auto* runtime = new RuntimeFunctions;
     return *runtime;
 }
 
@@ -40,7 +40,7 @@ void* symbolOf(const char* library, const char* name)
     return module.has(name) ? reinterpret_cast<void*>(&module.get<int()>(name)) : nullptr;
 }
 
-Runtime::Runtime()
+RuntimeFunctions::RuntimeFunctions()
 {
 #define FGLIB5_ENTRY(result, name, symbol, parameters, arguments, missing) bind(name, #name);
 #include "fglib5/Fglib5Entries.inc"

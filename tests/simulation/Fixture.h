@@ -16,9 +16,9 @@
 namespace simulation::tests {
 
 /// All functions of the runtime by their names.
-struct Runtime
+struct RuntimeFunctions
 {
-    Runtime();
+    RuntimeFunctions();
 
 #define FGLIB5_ENTRY(result, name, symbol, parameters, arguments, missing) result(*name) parameters;
 #include "fglib5/Fglib5Entries.inc"
@@ -59,7 +59,7 @@ protected:
     void free(Fg_Struct*& grabber);
     std::string lastLine() const { return runtime.Fg_getLastErrorDescription(nullptr); }
 
-    const Runtime& runtime;
+    const RuntimeFunctions& runtime;
 
 private:
     const TemporaryFolder m_folder;

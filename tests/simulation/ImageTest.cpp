@@ -18,7 +18,7 @@ constexpr std::size_t PIXELS = std::size_t{WIDTH} * HEIGHT;
 constexpr int GAIN = 10001, OFFSET = 10002, GAMMA = 10003, FLIP_X = 10004, FLIP_Y = 10005, ORIGIN_X = 10006,
               ORIGIN_Y = 10007, TRIGGER_MODE = 10008, TRIGGER_RATE = 10009;
 
-const char* const imageMachine = R"({
+const char* const IMAGE_MACHINE = R"({
     "name": "Images",
     "boards": [{"model": "quad", "boardType": 7, "serial": "1", "ports": 4}],
     "cameras": [
@@ -28,7 +28,7 @@ const char* const imageMachine = R"({
     ]
 })";
 
-const char* const imageApplet = R"({
+const char* const IMAGE_APPLET = R"({
     "format": "virtual-applet-1", "name": "Images", "boardType": 7,
     "processes": [{"dmas": [0, 1], "ports": [0, 1]}],
     "dmas": [
@@ -53,7 +53,7 @@ const char* const imageApplet = R"({
 class Images : public Acquisition
 {
 protected:
-    Images() : Acquisition(imageMachine, imageApplet) {}
+    Images() : Acquisition(IMAGE_MACHINE, IMAGE_APPLET) {}
 
     void camera(int parameter, double value, unsigned int port = 0)
     {

@@ -17,7 +17,7 @@ using testing::HasSubstr;
 namespace {
 
 /// Two boards of equal model with a camera each.
-const std::string twins = R"({"name": "Twins", "boards": [
+const std::string TWINS = R"({"name": "Twins", "boards": [
     {"model": "quad", "boardType": 7, "serial": "1", "ports": 2},
     {"model": "quad", "boardType": 7, "serial": "2", "ports": 2}], "cameras": [
     {"board": 0, "port": 0, "model": "M", "serial": "1", "interface": "gige",
@@ -35,7 +35,7 @@ constexpr std::size_t IMAGE_BYTES = 40UL * 30UL;
 class RehearsalTest : public SimulationTest
 {
 protected:
-    RehearsalTest() { EXPECT_EQ(useMachine(twins), FG_OK) << lastLine(); }
+    RehearsalTest() { EXPECT_EQ(useMachine(TWINS), FG_OK) << lastLine(); }
     ~RehearsalTest() override
     {
         for (const char* const step : {"scenario stop", "image-memory free", "disk free", "busy 0", "forget"})

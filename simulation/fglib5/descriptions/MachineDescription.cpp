@@ -1,6 +1,6 @@
 #include "descriptions/MachineDescription.h"
 
-#include "Probe.h"
+#include "CallGate.h"
 #include "descriptions/JsonReader.h"
 #include "fglib5/PathText.h"
 #include "pictures/ReplayFilm.h"
@@ -172,7 +172,7 @@ std::vector<CameraDescription> readCameras(const JsonField& list, const std::vec
 std::string readEntry(const JsonField& field)
 {
     auto entry = field.text();
-    if (!Probe::isEntry(entry))
+    if (!CallGate::isEntry(entry))
         field.expected("the name of an entry, or '*'");
     return entry;
 }

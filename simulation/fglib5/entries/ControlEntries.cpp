@@ -1,4 +1,4 @@
-#include "Probe.h"
+#include "CallGate.h"
 #include "descriptions/AppletList.h"
 #include "entries/Answers.h"
 #include "entries/Entries.h"
@@ -28,39 +28,39 @@ int FgSim_setMachine(const char* path)
 
 int FgSim_addFault(const char* entry, std::uint64_t nth, int code)
 {
-    Probe::instance().addFault({.entry = std::string(entryOr(entry)),
-                                .board = {},
-                                .nth = std::max<std::uint64_t>(nth, 1),
-                                .code = code,
-                                .always = nth == 0});
+    CallGate::instance().addFault({.entry = std::string(entryOr(entry)),
+                                   .board = {},
+                                   .nth = std::max<std::uint64_t>(nth, 1),
+                                   .code = code,
+                                   .always = nth == 0});
     return FG_OK;
 }
 
 int FgSim_clearFaults()
 {
-    Probe::instance().clearFaults();
+    CallGate::instance().clearFaults();
     return FG_OK;
 }
 
 int FgSim_setDelay(const char* entry, std::uint32_t microseconds)
 {
-    Probe::instance().setDelay(entryOr(entry), {}, microseconds);
+    CallGate::instance().setDelay(entryOr(entry), {}, microseconds);
     return FG_OK;
 }
 
 std::int64_t FgSim_callCount(const char* entry)
 {
-    return Probe::instance().calls(entryOr(entry));
+    return CallGate::instance().calls(entryOr(entry));
 }
 
 std::int64_t FgSim_totalCalls()
 {
-    return Probe::instance().totalCalls();
+    return CallGate::instance().totalCalls();
 }
 
 int FgSim_resetCounts()
 {
-    Probe::instance().resetCounts();
+    CallGate::instance().resetCounts();
     return FG_OK;
 }
 
@@ -84,19 +84,19 @@ std::int64_t FgSim_live(int kind)
 
 int FgSim_setJournal(int on)
 {
-    Probe::instance().setJournal(on != 0);
+    CallGate::instance().setJournal(on != 0);
     return FG_OK;
 }
 
 int FgSim_setListener(void (*listener)(const char* line))
 {
-    Probe::instance().setListener(listener);
+    CallGate::instance().setListener(listener);
     return FG_OK;
 }
 
 int FgSim_getJournal(char* text, std::size_t* textBytes)
 {
-    copyTextOut(Probe::instance().journal(), text, textBytes);
+    copyTextOut(CallGate::instance().journal(), text, textBytes);
     return FG_OK;
 }
 

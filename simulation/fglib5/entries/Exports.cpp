@@ -1,8 +1,8 @@
-// The exported functions, one for each row of a list. Each passes the probe, calls the implementation with
+// The exported functions, one for each row of a list. Each passes the gate, calls the implementation with
 // its name, and turns exceptions into results.
 
+#include "CallGate.h"
 #include "Failure.h"
-#include "Probe.h"
 #include "entries/Entries.h"
 #include "entries/Linkage.h"
 #include "hardware/Runtime.h"
@@ -101,12 +101,12 @@ template <class Result, class BoardOf, class Call>
 Result watched(Entry entry, const BoardOf& boardOf, Call call) noexcept
 {
     return guarded<Result>([&]() -> Result {
-        const Probe::Visit visit(entry, boardOf);
-        if (visit.plannedCode() == 0)
+        const CallGate::Passage passage(entry, boardOf);
+        if (passage.plannedCode() == 0)
             return call();
         if (releases(entry))
             call();
-        throw Failure(visit.plannedCode(), std::string("Planned failure of ") + Probe::nameOf(entry));
+        throw Failure(passage.plannedCode(), std::string("Planned failure of ") + CallGate::nameOf(entry));
     });
 }
 
@@ -144,7 +144,7 @@ extern "C" {
     }
 #include "fglib5/CameraControl.inc"
 
-// The control functions do not pass the probe, since they control it.
+// The control functions do not pass the gate, since they control it.
 #define FGSIM_ENTRY(result, name, parameters, arguments)                                         \
     FGSIM_LINKAGE(name) result name parameters                                                   \
     {                                                                                            \

@@ -13,7 +13,7 @@ namespace {
 std::string hexadecimal(std::uint32_t number)
 {
     std::array<char, 8> digits{};
-    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number, 16).ptr;
+    auto* const end = std::to_chars(digits.data(), digits.data() + digits.size(), number, 16).ptr;
     return {digits.data(), end};
 }
 

@@ -31,7 +31,7 @@ BufferRing::BufferRing(std::size_t bytes, FgFrameIndex buffers)
     if (bytes < count)
         throw Failure(FG_INVALID_ARGUMENT, "A ring of " + std::to_string(bytes) + " bytes cannot have " +
                                                std::to_string(count) + " buffers");
-    if (ringBytes + static_cast<std::int64_t>(bytes) > Shortage::imageMemory)
+    if (ringBytes + static_cast<std::int64_t>(bytes) > Shortage::s_imageMemory)
         throw Failure(FG_NO_MEMORY,
                       "There is no image memory for a ring of " + std::to_string(bytes) + " bytes");
     m_memory = std::make_unique<std::uint8_t[]>(bytes); // zeroed, so that all pages are mapped

@@ -185,8 +185,8 @@ void saveConfiguration(const Grabber& grabber, const std::filesystem::path& file
     const auto temporary = temporaryFor(file);
     try {
         // A full disk accepts the beginning of a file before it refuses the rest.
-        writeWhole(temporary, Shortage::diskFull ? content.substr(0, content.size() / 2) : content);
-        if (Shortage::diskFull)
+        writeWhole(temporary, Shortage::s_diskFull ? content.substr(0, content.size() / 2) : content);
+        if (Shortage::s_diskFull)
             throw std::ios_base::failure("the disk is full");
         std::filesystem::rename(temporary, file);
     } catch (const std::exception&) {

@@ -299,9 +299,9 @@ void DmaChannel::setProcessing(const Processing& processing)
     if (!m_running)
         return; // the next acquisition passes its own settings
     auto next = processing;
-    next.format = m_processing->format;
-    next.width = m_processing->width;
-    next.height = m_processing->height;
+    next.format = m_processing.format;
+    next.width = m_processing.width;
+    next.height = m_processing.height;
     m_processing = next;
     m_cycle.reset();
 }
@@ -342,10 +342,10 @@ void DmaChannel::updateGeneratorStream(bool goesOn)
     m_generatorStream.reset();
     if (!m_generatorOn || !m_running)
         return;
-    const auto& format = *m_processing->format;
+    const auto& format = *m_processing.format;
     const bool coloured = format.components != Components::Grey;
     m_generatorStream = std::make_shared<const Stream>(
-        Stream{patternFilm(m_pattern, m_processing->width, m_processing->height, format.depth, coloured),
+        Stream{patternFilm(m_pattern, m_processing.width, m_processing.height, format.depth, coloured),
                m_generatorRate, start});
 }
 
@@ -439,9 +439,9 @@ void DmaChannel::run()
 {
     m_threadId = std::this_thread::get_id();
     std::unique_lock lock(m_mutex);
-    Pace pace(maxCatchUp(*m_ring, m_wanted), m_processing->height);
+    Pace pace(maxCatchUp(*m_ring, m_wanted), m_processing.height);
     m_lastApc = Clock::now();
-    const auto bytes = m_processing->bytes();
+    const auto bytes = m_processing.bytes();
     while (!m_stopping && !m_gone && m_last != m_wanted) {
         if (!imageDue(lock, pace))
             continue;
@@ -475,7 +475,7 @@ void DmaChannel::run()
 const std::shared_ptr<const FrameCycle>& DmaChannel::cycleFor(const Stream& stream)
 {
     if (!m_cycle || m_cycleFilm != stream.film) {
-        m_cycle = FrameCycle::of(stream.film, *m_processing);
+        m_cycle = FrameCycle::of(stream.film, m_processing);
         m_cycleFilm = stream.film;
     }
     return m_cycle;
@@ -555,7 +555,7 @@ void DmaChannel::loseImage(Pace& pace, std::unique_lock<std::mutex>& lock)
 
 void DmaChannel::tellOfImage(std::unique_lock<std::mutex>& lock) const
 {
-    const auto arrived = ImageWatch::arrived.load(std::memory_order_acquire);
+    const auto arrived = ImageWatch::s_arrived.load(std::memory_order_acquire);
     if (arrived == nullptr)
         return;
     const FgFrameIndex frame = m_last;

@@ -133,7 +133,7 @@ private:
     FgFrameIndex m_wanted = 0;
     std::atomic<FgFrameIndex> m_last{0}; ///< written under the lock
     FgFrameIndex m_lost = 0;
-    std::optional<Processing> m_processing;
+    Processing m_processing;                   ///< of the current acquisition
     std::shared_ptr<const FrameCycle> m_cycle; ///< for the current film and processing; null: not known yet
     std::shared_ptr<const Film> m_cycleFilm;
     bool m_generatorOn;

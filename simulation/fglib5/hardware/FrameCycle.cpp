@@ -115,7 +115,7 @@ void FrameCycle::writeScrolling(std::uint64_t number, std::span<std::uint8_t> ta
     for (const auto& mark : m_film->marks(first, m_height)) {
         std::array<std::uint16_t, 4> samples{};
         samplesOf(*m_processing.format, m_curve, mark.rgb.data(), 0, samples.data());
-        const int left = mark.x - m_processing.origin->x;
+        const int left = mark.x - m_processing.origin.value_or(Origin{}).x;
         fill(target, m_processing.flipX ? m_processing.width - left - mark.count : left, mark.y, mark.count,
              samples);
     }

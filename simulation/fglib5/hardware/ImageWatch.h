@@ -14,7 +14,7 @@ struct ImageWatch
     using Arrived = void (*)(unsigned int board, int dma, FgFrameIndex frame);
 
     /// Called on the channel's thread, without its lock, after each image; null: no rehearsal waits.
-    static inline std::atomic<Arrived> arrived{nullptr};
+    static inline std::atomic<Arrived> s_arrived{nullptr};
 };
 
 } // namespace simulation

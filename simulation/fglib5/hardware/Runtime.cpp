@@ -1,8 +1,8 @@
 #include "hardware/Runtime.h"
 
+#include "CallGate.h"
 #include "Failure.h"
 #include "Platform.h"
-#include "Probe.h"
 
 #include "fglib5/PathText.h"
 
@@ -65,13 +65,13 @@ void Runtime::loadLocked()
         return;
     m_machine.reset();
     m_machine = build(stamp);
-    auto& probe = Probe::instance();
-    probe.clearPlansOf(Probe::Origin::Machine);
+    auto& gate = CallGate::instance();
+    gate.clearPlansOf(CallGate::Origin::Machine);
     for (const auto& fault : m_machine->description.faults)
-        probe.addFault({fault.entry, {}, std::max<std::uint64_t>(fault.nth, 1), fault.code, fault.nth == 0},
-                       Probe::Origin::Machine);
+        gate.addFault({fault.entry, {}, std::max<std::uint64_t>(fault.nth, 1), fault.code, fault.nth == 0},
+                      CallGate::Origin::Machine);
     for (const auto& delay : m_machine->description.delays)
-        probe.setDelay(delay.entry, {}, delay.microseconds, Probe::Origin::Machine);
+        gate.setDelay(delay.entry, {}, delay.microseconds, CallGate::Origin::Machine);
 }
 
 std::shared_ptr<const Runtime::Machine> Runtime::build(const Stamp& stamp)

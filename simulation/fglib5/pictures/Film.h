@@ -73,10 +73,10 @@ inline constexpr int MAX_BLUR = 8;
 
 struct SceneView
 {
-    Scene scene;
-    int sensorWidth; ///< pixels
-    int sensorHeight;
-    Window window;         ///< of the sensor
+    Scene scene = {};
+    int sensorWidth = 0; ///< pixels
+    int sensorHeight = 0;
+    Window window = {};    ///< of the sensor
     int blur = 0;          ///< exposure as a part of the time between two images, 0 to MAX_BLUR
     double brightness = 1; ///< 1: normal brightness of the scene
     bool reverseX = false;

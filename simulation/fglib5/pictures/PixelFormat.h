@@ -21,11 +21,11 @@ enum class Components
 
 struct PixelFormat
 {
-    int number; ///< FG_PIXELFORMAT_...
-    const char* name;
-    int bitsPerPixel; ///< in memory
-    int depth;        ///< significant bits of a sample
-    Components components;
+    int number = 0; ///< FG_PIXELFORMAT_...
+    const char* name = nullptr;
+    int bitsPerPixel = 0; ///< in memory
+    int depth = 0;        ///< significant bits of a sample
+    Components components = {};
     int redAt = 0; ///< Mosaic: position of the red pixel in a field of 2 x 2, line by line
 
     std::size_t samples() const; ///< per pixel

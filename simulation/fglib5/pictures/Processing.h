@@ -18,9 +18,9 @@ struct Origin
 
 struct Processing
 {
-    const PixelFormat* format;
-    int width; ///< pixels per line
-    int height;
+    const PixelFormat* format = nullptr;
+    int width = 0; ///< pixels per line
+    int height = 0;
     /// Upper left corner of the applet's region of interest in the source's images. None: the applet takes
     /// the source's pixels as one stream.
     std::optional<Origin> origin;

@@ -32,7 +32,7 @@ void Player::play(Scenario scenario)
     m_stopping = false;
     m_start = m_last = Clock::now();
     m_done.clear();
-    ImageWatch::arrived = imageArrived;
+    ImageWatch::s_arrived = imageArrived;
     m_thread = std::thread([this] { run(); });
 }
 
@@ -49,7 +49,7 @@ void Player::endThread()
         m_stopping = true;
     }
     m_changed.notify_all();
-    ImageWatch::arrived = nullptr;
+    ImageWatch::s_arrived = nullptr;
     if (m_thread.joinable())
         m_thread.join();
 }
@@ -70,7 +70,7 @@ void Player::run()
             performNext();
         }
     }
-    ImageWatch::arrived = nullptr;
+    ImageWatch::s_arrived = nullptr;
 }
 
 // False if something changed in the meantime.

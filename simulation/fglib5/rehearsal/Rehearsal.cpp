@@ -1,7 +1,7 @@
 #include "rehearsal/Rehearsal.h"
 
+#include "CallGate.h"
 #include "Failure.h"
-#include "Probe.h"
 #include "hardware/Runtime.h"
 #include "hardware/Shortage.h"
 #include "rehearsal/Player.h"
@@ -20,29 +20,35 @@ void planFault(const Step& step)
 {
     if (step.board)
         Runtime::instance().place(*step.board);
-    Probe::instance().addFault({step.entry, step.board, step.nth, step.code, step.always});
+    CallGate::instance().addFault({step.entry, step.board, step.nth, step.code, step.always});
 }
 
 void planDelay(const Step& step)
 {
     if (step.board)
         Runtime::instance().place(*step.board);
-    Probe::instance().setDelay(step.entry, step.board,
-                               static_cast<std::uint32_t>(step.number * MICROSECONDS_PER_MILLISECOND));
+    CallGate::instance().setDelay(step.entry, step.board,
+                                  static_cast<std::uint32_t>(step.number * MICROSECONDS_PER_MILLISECOND));
 }
 
 std::string callsText(const std::string& entry)
 {
-    const auto& probe = Probe::instance();
+    const auto& gate = CallGate::instance();
     if (entry != "*")
-        return entry + ' ' + std::to_string(probe.calls(entry)) + '\n';
+        return entry + ' ' + std::to_string(gate.calls(entry)) + '\n';
     std::string lines;
     for (std::size_t i = 0; i < static_cast<std::size_t>(Entry::Count); ++i) {
-        const char* const name = Probe::nameOf(static_cast<Entry>(i));
-        if (const auto calls = probe.calls(name); calls > 0)
+        const char* const name = CallGate::nameOf(static_cast<Entry>(i));
+        if (const auto calls = gate.calls(name); calls > 0)
             lines += std::string(name) + ' ' + std::to_string(calls) + '\n';
     }
     return lines;
+}
+
+// Of a step that has to name a board, which its reader has seen to.
+std::shared_ptr<Board> boardOf(const Step& step)
+{
+    return Runtime::instance().place(step.board.value_or(0));
 }
 
 void unplug(Board& board, const Step& step)
@@ -77,7 +83,7 @@ void loosen(Board& board, const Step& step)
 // A name without a folder that is not a file in the current folder means a scenario of the installation.
 std::filesystem::path scenarioFile(const std::string& name)
 {
-    const auto file = fglib5::pathOf(name);
+    auto file = fglib5::pathOf(name);
     std::error_code ignored;
     if (file.has_parent_path() || std::filesystem::exists(file, ignored))
         return file;
@@ -102,7 +108,7 @@ std::string controlScenario(const std::string& name)
 // All faults and shortages, as the steps that caused them.
 std::string plansText()
 {
-    auto lines = Probe::instance().plans();
+    auto lines = CallGate::instance().plans();
     auto& runtime = Runtime::instance();
     for (unsigned int index = 0; index < runtime.boardCount(); ++index) {
         const auto cables = runtime.place(index)->cables();
@@ -118,9 +124,9 @@ std::string plansText()
                             damageText(static_cast<Step::Damage>(link->damage)) + " seed " +
                             std::to_string(link->seed));
     }
-    if (const auto bytes = Shortage::imageMemory.load(); bytes != Shortage::PLENTY)
+    if (const auto bytes = Shortage::s_imageMemory.load(); bytes != Shortage::PLENTY)
         lines.push_back("image-memory " + std::to_string(bytes));
-    if (Shortage::diskFull)
+    if (Shortage::s_diskFull)
         lines.emplace_back("disk full");
     std::string text;
     for (const auto& line : lines)
@@ -150,27 +156,27 @@ std::string Rehearsal::perform(const Step& step)
     case Step::Action::Faults:
         return plansText();
     case Step::Action::Forget:
-        Probe::instance().clearPlans();
+        CallGate::instance().clearPlans();
         break;
     case Step::Action::Unplug:
-        unplug(*Runtime::instance().place(*step.board), step);
+        unplug(*boardOf(step), step);
         break;
     case Step::Action::Plug:
-        plug(*Runtime::instance().place(*step.board), step);
+        plug(*boardOf(step), step);
         break;
     case Step::Action::Loosen:
-        loosen(*Runtime::instance().place(*step.board), step);
+        loosen(*boardOf(step), step);
         break;
     case Step::Action::Busy:
         keepBusy(step.number);
         break;
     case Step::Action::Memory:
-        Shortage::imageMemory =
+        Shortage::s_imageMemory =
             step.free ? Shortage::PLENTY
                       : static_cast<std::int64_t>(std::min<std::uint64_t>(step.number, Shortage::PLENTY));
         break;
     case Step::Action::Disk:
-        Shortage::diskFull = !step.free;
+        Shortage::s_diskFull = !step.free;
         break;
     case Step::Action::Scenario:
         return controlScenario(step.entry);

@@ -70,10 +70,9 @@ private:
 
     bool takesTime() const
     {
-        for (const auto& timed : m_scenario.steps)
-            if (timed.moment == TimedStep::Moment::SinceStep && timed.time.count() > 0)
-                return true;
-        return false;
+        return std::ranges::any_of(m_scenario.steps, [](const TimedStep& timed) {
+            return timed.moment == TimedStep::Moment::SinceStep && timed.time.count() > 0;
+        });
     }
 
     static TimedStep readTimedStep(std::string_view text)

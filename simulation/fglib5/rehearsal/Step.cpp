@@ -1,6 +1,6 @@
 #include "rehearsal/Step.h"
 
-#include "Probe.h"
+#include "CallGate.h"
 #include "rehearsal/Words.h"
 
 #include <array>
@@ -16,7 +16,7 @@ constexpr std::uint64_t MAX_THREADS = 64;
 std::string entryOf(Words& words)
 {
     const auto name = words.take("an entry of the runtime or *");
-    if (!Probe::isEntry(name))
+    if (!CallGate::isEntry(name))
         throw Failure(FG_INVALID_ARGUMENT, "The runtime has no entry '" + std::string(name) + "'");
     return std::string(name);
 }

@@ -1,5 +1,6 @@
 /// \file
-/// Probe: every call of an entry passes it. It counts calls and, on demand, delays, fails and records them.
+/// CallGate: every call of an entry passes it. It counts calls and, on demand, delays, fails and records
+/// them.
 ///
 /// While it only counts, it costs each call one increment and one branch.
 #pragma once
@@ -17,33 +18,33 @@
 
 namespace simulation {
 
-class Probe
+class CallGate
 {
 public:
-    static Probe& instance();
+    static CallGate& instance();
 
     /// One call of an entry, from its arrival to its return.
-    class Visit
+    class Passage
     {
     public:
         /// \p boardOf returns the board that the call concerns, -1 for none. It is called only if a plan
         /// needs it.
         template <class BoardOf>
-        Visit(Entry entry, const BoardOf& boardOf) : Visit(entry)
+        Passage(Entry entry, const BoardOf& boardOf) : Passage(entry)
         {
-            auto& probe = instance();
-            if (probe.m_watched.load(std::memory_order_relaxed)) [[unlikely]]
-                m_plannedCode = probe.arriveWatched(static_cast<std::size_t>(entry), boardOf());
+            auto& gate = instance();
+            if (gate.m_watched.load(std::memory_order_relaxed)) [[unlikely]]
+                m_plannedCode = gate.arriveWatched(static_cast<std::size_t>(entry), boardOf());
         }
-        ~Visit();
-        Visit(const Visit&) = delete;
-        Visit& operator=(const Visit&) = delete;
+        ~Passage();
+        Passage(const Passage&) = delete;
+        Passage& operator=(const Passage&) = delete;
 
         /// The code with which this call has to fail, 0: none.
         int plannedCode() const noexcept { return m_plannedCode; }
 
     private:
-        explicit Visit(Entry entry) noexcept;
+        explicit Passage(Entry entry) noexcept;
 
         int m_plannedCode = 0;
     };
@@ -93,20 +94,20 @@ private:
 
     struct Fault
     {
-        std::size_t entry;
+        std::size_t entry = ANY_ENTRY;
         std::optional<unsigned int> board;
-        std::uint64_t callsLeft; ///< until it strikes, including that call
-        int code;
-        bool always;
-        Origin origin;
+        std::uint64_t callsLeft = 1; ///< until it strikes, including that call
+        int code = 0;
+        bool always = false;
+        Origin origin = Origin::Client;
     };
 
     struct Delay
     {
-        std::size_t entry;
+        std::size_t entry = ANY_ENTRY;
         std::optional<unsigned int> board;
-        std::uint32_t microseconds;
-        Origin origin;
+        std::uint32_t microseconds = 0;
+        Origin origin = Origin::Client;
     };
 
     static std::size_t entryNamed(std::string_view name);

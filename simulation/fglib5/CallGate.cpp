@@ -1,4 +1,4 @@
-#include "Probe.h"
+#include "CallGate.h"
 
 #include "Failure.h"
 
@@ -23,24 +23,24 @@ constinit thread_local unsigned int depth = 0;
 
 } // namespace
 
-Probe& Probe::instance()
+CallGate& CallGate::instance()
 {
-    static auto* probe = new Probe; // never destroyed: threads may call entries while the process ends
-    return *probe;
+    static auto* gate = new CallGate; // never destroyed: threads may call entries while the process ends
+    return *gate;
 }
 
-Probe::Visit::Visit(Entry entry) noexcept
+CallGate::Passage::Passage(Entry entry) noexcept
 {
     instance().m_counts[static_cast<std::size_t>(entry)].fetch_add(1, std::memory_order_relaxed);
     ++depth;
 }
 
-Probe::Visit::~Visit()
+CallGate::Passage::~Passage()
 {
     --depth;
 }
 
-int Probe::arriveWatched(std::size_t entry, int board)
+int CallGate::arriveWatched(std::size_t entry, int board)
 {
     int code = 0;
     std::uint32_t delay = 0;
@@ -63,13 +63,13 @@ int Probe::arriveWatched(std::size_t entry, int board)
     return code;
 }
 
-bool Probe::concerns(std::size_t entry, std::optional<unsigned int> board, std::size_t called,
-                     int calledBoard)
+bool CallGate::concerns(std::size_t entry, std::optional<unsigned int> board, std::size_t called,
+                        int calledBoard)
 {
     return (entry == called || entry == ANY_ENTRY) && (!board || static_cast<int>(*board) == calledBoard);
 }
 
-int Probe::takeFault(std::size_t entry, int board)
+int CallGate::takeFault(std::size_t entry, int board)
 {
     int code = 0;
     // Every plan counts this call, even if an earlier plan already makes it fail.
@@ -88,7 +88,7 @@ int Probe::takeFault(std::size_t entry, int board)
     return code;
 }
 
-std::uint32_t Probe::delayOf(std::size_t entry, int board) const
+std::uint32_t CallGate::delayOf(std::size_t entry, int board) const
 {
     std::uint32_t longest = 0;
     for (const auto& delay : m_delays)
@@ -97,7 +97,7 @@ std::uint32_t Probe::delayOf(std::size_t entry, int board) const
     return longest;
 }
 
-void Probe::addFault(const FaultPlan& plan, Origin origin)
+void CallGate::addFault(const FaultPlan& plan, Origin origin)
 {
     if (plan.code >= 0)
         throw Failure(FG_INVALID_ARGUMENT, "A planned fault needs a code below 0");
@@ -107,8 +107,8 @@ void Probe::addFault(const FaultPlan& plan, Origin origin)
     updateWatched();
 }
 
-void Probe::setDelay(std::string_view entry, std::optional<unsigned int> board, std::uint32_t microseconds,
-                     Origin origin)
+void CallGate::setDelay(std::string_view entry, std::optional<unsigned int> board, std::uint32_t microseconds,
+                        Origin origin)
 {
     const auto index = entryNamed(entry);
     const std::lock_guard lock(m_mutex);
@@ -118,13 +118,13 @@ void Probe::setDelay(std::string_view entry, std::optional<unsigned int> board, 
     updateWatched();
 }
 
-std::string Probe::textOf(std::size_t entry, std::optional<unsigned int> board)
+std::string CallGate::textOf(std::size_t entry, std::optional<unsigned int> board)
 {
     return (entry == ANY_ENTRY ? "*" : NAMES[entry]) +
            (board ? " board " + std::to_string(*board) : std::string());
 }
 
-std::vector<std::string> Probe::plans() const
+std::vector<std::string> CallGate::plans() const
 {
     const std::lock_guard lock(m_mutex);
     std::vector<std::string> lines;
@@ -140,20 +140,20 @@ std::vector<std::string> Probe::plans() const
     return lines;
 }
 
-void Probe::clearFaults()
+void CallGate::clearFaults()
 {
     const std::lock_guard lock(m_mutex);
     m_faults.clear();
     updateWatched();
 }
 
-void Probe::clearPlans()
+void CallGate::clearPlans()
 {
     clearPlansOf(Origin::Machine);
     clearPlansOf(Origin::Client);
 }
 
-void Probe::clearPlansOf(Origin origin)
+void CallGate::clearPlansOf(Origin origin)
 {
     const std::lock_guard lock(m_mutex);
     std::erase_if(m_faults, [&](const Fault& fault) { return fault.origin == origin; });
@@ -161,13 +161,13 @@ void Probe::clearPlansOf(Origin origin)
     updateWatched();
 }
 
-std::int64_t Probe::calls(std::string_view entry) const
+std::int64_t CallGate::calls(std::string_view entry) const
 {
     const auto index = entryNamed(entry);
     return index == ANY_ENTRY ? totalCalls() : static_cast<std::int64_t>(m_counts[index].load());
 }
 
-std::int64_t Probe::totalCalls() const
+std::int64_t CallGate::totalCalls() const
 {
     std::uint64_t total = 0;
     for (const auto& count : m_counts)
@@ -175,13 +175,13 @@ std::int64_t Probe::totalCalls() const
     return static_cast<std::int64_t>(total);
 }
 
-void Probe::resetCounts()
+void CallGate::resetCounts()
 {
     for (auto& count : m_counts)
         count.store(0);
 }
 
-void Probe::setJournal(bool on)
+void CallGate::setJournal(bool on)
 {
     const std::lock_guard lock(m_mutex);
     if (on)
@@ -190,14 +190,14 @@ void Probe::setJournal(bool on)
     updateWatched();
 }
 
-void Probe::setListener(void (*listener)(const char* line))
+void CallGate::setListener(void (*listener)(const char* line))
 {
     const std::lock_guard lock(m_mutex);
     m_listener = listener;
     updateWatched();
 }
 
-std::string Probe::journal() const
+std::string CallGate::journal() const
 {
     const std::lock_guard lock(m_mutex);
     std::string text;
@@ -206,17 +206,17 @@ std::string Probe::journal() const
     return text;
 }
 
-bool Probe::isEntry(std::string_view name)
+bool CallGate::isEntry(std::string_view name)
 {
     return name.empty() || name == "*" || std::ranges::find(NAMES, name) != NAMES.end();
 }
 
-const char* Probe::nameOf(Entry entry)
+const char* CallGate::nameOf(Entry entry)
 {
     return NAMES[static_cast<std::size_t>(entry)];
 }
 
-std::size_t Probe::entryNamed(std::string_view name)
+std::size_t CallGate::entryNamed(std::string_view name)
 {
     if (!isEntry(name))
         throw Failure(FG_INVALID_ARGUMENT, "The runtime has no entry '" + std::string(name) + "'");
@@ -225,7 +225,7 @@ std::size_t Probe::entryNamed(std::string_view name)
     return static_cast<std::size_t>(std::ranges::find(NAMES, name) - NAMES.begin());
 }
 
-void Probe::updateWatched()
+void CallGate::updateWatched()
 {
     m_watched.store(m_journalOn || m_listener || !m_faults.empty() || !m_delays.empty(),
                     std::memory_order_relaxed);

@@ -12,8 +12,8 @@ namespace ovra::conformance {
 namespace {
 
 // In milliseconds, the unit of Windows' wait functions, it fits into 32 bits.
-constexpr int MOST_SECONDS = 24 * 3600;
-constexpr int MOST_JOBS = 256;
+constexpr int MAX_SECONDS = 24 * 3600;
+constexpr int MAX_JOBS = 256;
 
 int parseNumber(const std::string& option, const std::string& text, int most)
 {
@@ -82,9 +82,9 @@ Options parseOptions(int argc, char** argv)
         {"--json", [&](const std::string& value) { options.json = value; }},
         {"--time-limit",
          [&](const std::string& value) {
-             options.timeLimit = std::chrono::seconds(parseNumber("--time-limit", value, MOST_SECONDS));
+             options.timeLimit = std::chrono::seconds(parseNumber("--time-limit", value, MAX_SECONDS));
          }},
-        {"--jobs", [&](const std::string& value) { options.jobs = parseNumber("--jobs", value, MOST_JOBS); }},
+        {"--jobs", [&](const std::string& value) { options.jobs = parseNumber("--jobs", value, MAX_JOBS); }},
         {"--run", [&](const std::string& value) { options.run = value; }},
     };
     const std::map<std::string, bool Options::*> switches = {

@@ -90,11 +90,11 @@ json loadConfiguration(Viewer& viewer, const json& arguments)
 /// The library reads files, so the text becomes one, under a name of the program's own, until it is loaded.
 json uploadConfiguration(Viewer& viewer, const json& arguments)
 {
-    constexpr std::size_t LARGEST_UPLOAD = std::size_t{1} << 20;
+    constexpr std::size_t MAX_UPLOAD_BYTES = std::size_t{1} << 20;
     viewer.requireNoLoad();
     const auto board = boardArgument(arguments);
     const std::string text = textArgument(arguments, "text");
-    if (text.size() > LARGEST_UPLOAD)
+    if (text.size() > MAX_UPLOAD_BYTES)
         throw frontend::RequestError("a configuration has at most a mebibyte");
     const auto file = fs::temp_directory_path() / viewer.readyName("ovra-viewer-upload", ".mcf");
     frontend::writeFile(file, text);

@@ -18,14 +18,14 @@ std::string fileName(const std::string& path)
 void LogLines::add(unsigned long level, unsigned long threadId, const char* file, unsigned int line,
                    const char* text)
 {
-    constexpr std::size_t MOST_LINES = 1000;
+    constexpr std::size_t MAX_LINES = 1000;
     nlohmann::json entry = {{"time", presentTime()},
                             {"level", level},
                             {"thread", threadId},
                             {"place", fileName(file) + ":" + std::to_string(line)},
                             {"text", text}};
     const std::lock_guard lock(m_mutex);
-    if (m_lines.size() >= MOST_LINES)
+    if (m_lines.size() >= MAX_LINES)
         m_lines.erase(m_lines.begin());
     m_lines.push_back(std::move(entry));
 }

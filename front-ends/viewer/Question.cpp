@@ -20,7 +20,7 @@ Question::Question(reference::Application& application, StateDocument& state,
 Question::Answer Question::ask(const std::string& title, const std::string& message,
                                const std::array<std::string, 3>& buttons)
 {
-    constexpr std::chrono::hours LONGEST_WAIT{24};
+    constexpr std::chrono::hours MAX_WAIT{24};
     m_answer = {};
     if (m_open || m_givenUp || !m_isAnybodyThere())
         return m_answer;
@@ -28,7 +28,7 @@ Question::Answer Question::ask(const std::string& title, const std::string& mess
     m_lastSeen = std::chrono::steady_clock::now();
     m_state.set("question",
                 {{"id", ++m_number}, {"title", title}, {"message", message}, {"buttons", buttons}});
-    m_application.pumpUntil([this] { return isSettled(); }, LONGEST_WAIT);
+    m_application.pumpUntil([this] { return isSettled(); }, MAX_WAIT);
     m_open = false;
     m_state.set("question", nullptr);
     return m_answer;
@@ -45,11 +45,11 @@ bool Question::answer(std::int64_t question, int button, bool remember)
 /// A page that is loaded again is away for a moment.
 bool Question::isSettled()
 {
-    constexpr std::chrono::seconds LONGEST_ABSENCE{5};
+    constexpr std::chrono::seconds MAX_ABSENCE{5};
     const auto now = std::chrono::steady_clock::now();
     if (m_isAnybodyThere())
         m_lastSeen = now;
-    return m_answer.given || m_givenUp || now - m_lastSeen > LONGEST_ABSENCE;
+    return m_answer.given || m_givenUp || now - m_lastSeen > MAX_ABSENCE;
 }
 
 } // namespace ovra::viewer

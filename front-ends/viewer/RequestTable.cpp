@@ -58,8 +58,8 @@ frontend::BoardNode loadedBoardArgument(const nlohmann::json& arguments)
 
 int indexArgument(const nlohmann::json& arguments, const char* name)
 {
-    constexpr int LARGEST_INDEX = 255;
-    return static_cast<int>(numberArgument(arguments, name, 0, LARGEST_INDEX));
+    constexpr int MAX_INDEX = 255;
+    return static_cast<int>(numberArgument(arguments, name, 0, MAX_INDEX));
 }
 
 } // namespace ovra::viewer

@@ -22,8 +22,8 @@ namespace ovra::viewer {
 
 namespace {
 
-constexpr std::chrono::minutes LONGEST_START{5};
-constexpr std::chrono::seconds LONGEST_COMMAND{60};
+constexpr std::chrono::minutes MAX_START_TIME{5};
+constexpr std::chrono::seconds MAX_COMMAND_TIME{60};
 constexpr std::chrono::milliseconds TICK{250};
 
 /// Ends the program's loop when a signal comes, and the process when a second one does.
@@ -177,13 +177,13 @@ bool runSession(const Options& options)
     signals.set([&program] { program.endLater(); });
     announce(options, program.server());
 
-    const bool ready = session.start(boost::make_shared<ViewerViews>(program.viewer()), LONGEST_START);
+    const bool ready = session.start(boost::make_shared<ViewerViews>(program.viewer()), MAX_START_TIME);
     if (ready)
         session.application().exec();
     else
         std::cerr << "ovra-viewer: the application is not ready after five minutes\n";
     signals.set({});
-    session.stop(LONGEST_COMMAND);
+    session.stop(MAX_COMMAND_TIME);
     viewer = nullptr;
     return ready;
 }

@@ -21,9 +21,9 @@ using nlohmann::json;
 
 namespace {
 
-constexpr std::size_t MOST_NOTICES = 200;
-constexpr std::size_t MOST_LOG_LINES = 1000;
-constexpr std::size_t MOST_SPLASH_LINES = 200;
+constexpr std::size_t MAX_NOTICES = 200;
+constexpr std::size_t MAX_LOG_LINES = 1000;
+constexpr std::size_t MAX_SPLASH_LINES = 200;
 
 const char* nameOf(Level level)
 {
@@ -147,7 +147,7 @@ void Viewer::fail(ClientId client, std::int64_t id, const std::string& text)
 
 void Viewer::showSplash(const std::string& message)
 {
-    m_state.append("splash", json::array({message}), MOST_SPLASH_LINES);
+    m_state.append("splash", json::array({message}), MAX_SPLASH_LINES);
 }
 
 void Viewer::beReady()
@@ -241,13 +241,13 @@ void Viewer::report(Level level, const std::string& title, const std::string& te
                                  {"level", nameOf(level)},
                                  {"title", title},
                                  {"text", text}}}),
-                   MOST_NOTICES);
+                   MAX_NOTICES);
 }
 
 void Viewer::tick()
 {
     constexpr int TICKS_OF_A_SECOND = 4;
-    m_state.append("log", m_log.take(), MOST_LOG_LINES);
+    m_state.append("log", m_log.take(), MAX_LOG_LINES);
     if (!m_state.section("program")["ready"])
         return;
     m_state.set("boards", describeBoards(m_images));

@@ -50,7 +50,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr unsigned int LONGEST_SESSION_SECONDS = 180;
+constexpr unsigned int MAX_SESSION_SECONDS = 180;
 constexpr int FAST_FRAMES_PER_SECOND = 200;
 
 std::string contentOf(const fs::path& file)
@@ -282,7 +282,7 @@ private:
 
     std::string session(bool& good) const
     {
-        alarm(LONGEST_SESSION_SECONDS);
+        alarm(MAX_SESSION_SECONDS);
         auto told = m_stage.runSession(good);
         alarm(0);
         return told;

@@ -19,10 +19,10 @@ namespace websocket = beast::websocket;
 
 namespace {
 
-constexpr std::size_t LONGEST_HELLO = 1024;
-constexpr std::size_t LONGEST_MESSAGE = std::size_t{4} << 20; // a configuration that is uploaded
-constexpr std::size_t MOST_UNREAD_BYTES = std::size_t{32} << 20;
-constexpr std::chrono::seconds LONGEST_SILENCE_BEFORE_HELLO{10};
+constexpr std::size_t MAX_HELLO_BYTES = 1024;
+constexpr std::size_t MAX_MESSAGE_BYTES = std::size_t{4} << 20; // a configuration that is uploaded
+constexpr std::size_t MAX_UNREAD_BYTES = std::size_t{32} << 20;
+constexpr std::chrono::seconds MAX_SILENCE_BEFORE_HELLO{10};
 
 /// A client that answers no ping within the idle time is gone.
 websocket::stream_base::timeout timeouts()
@@ -53,9 +53,9 @@ void Client::accept(Upgrade upgrade)
             response.set(beast::string_view(header.name.data(), header.name.size()),
                          beast::string_view(header.value.data(), header.value.size()));
     }));
-    m_stream.read_message_max(LONGEST_HELLO);
+    m_stream.read_message_max(MAX_HELLO_BYTES);
     m_stream.auto_fragment(false);
-    m_deadline.expires_after(LONGEST_SILENCE_BEFORE_HELLO);
+    m_deadline.expires_after(MAX_SILENCE_BEFORE_HELLO);
     m_deadline.async_wait([self = weak_from_this()](const boost::system::error_code& error) {
         const auto client = self.lock();
         if (!error && client && !client->m_welcome)
@@ -140,7 +140,7 @@ void Client::welcome(const Hello& hello)
     }
     m_welcome = true;
     m_deadline.cancel();
-    m_stream.read_message_max(LONGEST_MESSAGE);
+    m_stream.read_message_max(MAX_MESSAGE_BYTES);
     if (!m_surroundings.enter(shared_from_this()))
         throw MessageError("too many pages are open already");
     m_surroundings.handlers.joined(m_id);
@@ -158,7 +158,7 @@ void Client::enqueue(Text text)
     if (m_ended)
         return;
     m_outgoingBytes += text->size();
-    if (m_outgoingBytes > MOST_UNREAD_BYTES)
+    if (m_outgoingBytes > MAX_UNREAD_BYTES)
         return end();
     m_outgoing.emplace_back(std::move(text));
     if (m_outgoing.size() == 1)

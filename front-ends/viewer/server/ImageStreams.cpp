@@ -11,15 +11,15 @@ namespace ovra::viewer {
 
 namespace {
 
-constexpr std::size_t MOST_STREAMS = 64;
+constexpr std::size_t MAX_STREAMS = 64;
 
 /// The samples from one end of a line to the other, one for each pixel along its longer side.
 nlohmann::json samplesAlong(const Frame& frame, const std::array<int, 4>& line)
 {
-    constexpr int MOST_SAMPLES = 1024;
+    constexpr int MAX_SAMPLES = 1024;
     const int dx = line[2] - line[0];
     const int dy = line[3] - line[1];
-    const int steps = std::clamp(std::max(std::abs(dx), std::abs(dy)), 1, MOST_SAMPLES - 1);
+    const int steps = std::clamp(std::max(std::abs(dx), std::abs(dy)), 1, MAX_SAMPLES - 1);
     auto samples = nlohmann::json::array();
     for (int i = 0; i <= steps; ++i) {
         const double share = static_cast<double>(i) / steps;
@@ -63,10 +63,10 @@ std::shared_ptr<const std::string> newHistogram(Channel& channel, const Frame& f
 
 void ImageStreams::show(const ShowView& view)
 {
-    if (m_streams.size() >= MOST_STREAMS && !m_streams.contains(view.channel))
+    if (m_streams.size() >= MAX_STREAMS && !m_streams.contains(view.channel))
         std::erase_if(m_streams,
                       [](const auto& entry) { return !entry.second.shown && !entry.second.awaitsWriting; });
-    if (m_streams.size() >= MOST_STREAMS && !m_streams.contains(view.channel))
+    if (m_streams.size() >= MAX_STREAMS && !m_streams.contains(view.channel))
         return;
     Stream& stream = m_streams[view.channel];
     const bool looksEqual = stream.shown && looksLike(stream.view, view);

@@ -9,9 +9,9 @@ using nlohmann::json;
 namespace {
 
 constexpr int DEEPEST_NESTING = 16;
-constexpr int LARGEST_COORDINATE = 1 << 20;
-constexpr int LARGEST_SCREEN = 1 << 14;
-constexpr std::size_t LONGEST_NAME = 64;
+constexpr int MAX_COORDINATE = 1 << 20;
+constexpr int MAX_SCREEN_SIDE = 1 << 14;
+constexpr std::size_t MAX_NAME_BYTES = 64;
 
 json parse(std::string_view text)
 {
@@ -49,25 +49,25 @@ std::int64_t wholeNumber(const json& value, const char* name, std::int64_t lowes
     return value.get<std::int64_t>();
 }
 
-template <std::size_t count>
-std::array<int, count> coordinates(const json& value, const char* name, int lowest = -LARGEST_COORDINATE,
-                                   int highest = LARGEST_COORDINATE)
+template <std::size_t COUNT>
+std::array<int, COUNT> coordinates(const json& value, const char* name, int lowest = -MAX_COORDINATE,
+                                   int highest = MAX_COORDINATE)
 {
-    if (!value.is_array() || value.size() != count)
-        throw MessageError(std::string("'") + name + "' is no list of " + std::to_string(count) + " numbers");
-    std::array<int, count> numbers{};
-    for (std::size_t i = 0; i < count; ++i)
+    if (!value.is_array() || value.size() != COUNT)
+        throw MessageError(std::string("'") + name + "' is no list of " + std::to_string(COUNT) + " numbers");
+    std::array<int, COUNT> numbers{};
+    for (std::size_t i = 0; i < COUNT; ++i)
         numbers[i] = static_cast<int>(wholeNumber(value[i], name, lowest, highest));
     return numbers;
 }
 
-template <std::size_t count>
-std::optional<std::array<int, count>> optionalCoordinates(const json& message, const char* name)
+template <std::size_t COUNT>
+std::optional<std::array<int, COUNT>> optionalCoordinates(const json& message, const char* name)
 {
     const auto found = message.find(name);
     if (found == message.end() || found->is_null())
         return std::nullopt;
-    return coordinates<count>(*found, name);
+    return coordinates<COUNT>(*found, name);
 }
 
 std::uint32_t channelOf(const json& message)
@@ -78,7 +78,7 @@ std::uint32_t channelOf(const json& message)
 
 Hello readHello(const json& message)
 {
-    return {static_cast<int>(numberArgument(message, "version", 0, LARGEST_COORDINATE)),
+    return {static_cast<int>(numberArgument(message, "version", 0, MAX_COORDINATE)),
             textArgument(message, "token")};
 }
 
@@ -87,7 +87,7 @@ Request readRequest(const json& message)
     Request request;
     request.id = numberArgument(message, "id", 0, std::numeric_limits<std::int32_t>::max());
     request.name = textArgument(message, "name");
-    if (request.name.size() > LONGEST_NAME)
+    if (request.name.size() > MAX_NAME_BYTES)
         throw MessageError("'name' is too long");
     if (const auto found = message.find("arguments"); found != message.end())
         request.arguments = *found;
@@ -104,7 +104,7 @@ ShowView readShowView(const json& message)
         numberArgument(message, "view", 0, std::numeric_limits<std::uint32_t>::max()));
     const auto region = coordinates<4>(member(message, "region"), "region");
     view.region = {region[0], region[1], region[2], region[3]};
-    const auto screen = coordinates<2>(member(message, "screen"), "screen", 1, LARGEST_SCREEN);
+    const auto screen = coordinates<2>(member(message, "screen"), "screen", 1, MAX_SCREEN_SIDE);
     view.screenWidth = screen[0];
     view.screenHeight = screen[1];
     view.histogram = flagArgument(message, "histogram");

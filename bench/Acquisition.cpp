@@ -219,7 +219,7 @@ public:
 private:
     Rig()
     {
-        write("machine.json", std::string(MACHINE).replace(std::strstr(MACHINE, "CAMERAS") - MACHINE, 7,
+        write("machine.json", std::string(MACHINE).replace(std::string_view(MACHINE).find("CAMERAS"), 7,
                                                            eightOf(CAMERA, ",")));
         write("Hardware Applets/m/images.hap", std::string(APPLET) + IMAGES);
         write("Hardware Applets/m/one.hap", std::string(APPLET) + ONE_CHANNEL);

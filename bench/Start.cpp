@@ -63,10 +63,10 @@ private:
     fs::path m_folder;
 };
 
-template <int files>
+template <int FILES>
 const fs::path& installation()
 {
-    static const Installation MADE(files);
+    static const Installation MADE(FILES);
     return MADE.folder();
 }
 
@@ -127,13 +127,13 @@ void readOnce(const fs::path& folder, benchmark::State& state)
     state.PauseTiming();
 }
 
-template <int files, void (*once)(const fs::path&, benchmark::State&)>
+template <int FILES, void (*ONCE)(const fs::path&, benchmark::State&)>
 void timed(benchmark::State& state)
 {
-    const fs::path& folder = installation<files>();
+    const fs::path& folder = installation<FILES>();
     for (auto _ : state) {
         state.PauseTiming();
-        once(folder, state);
+        ONCE(folder, state);
         state.ResumeTiming();
     }
 }

@@ -93,7 +93,7 @@ struct Listener
 Listener& startedListener(HostUnderTest& host)
 {
     host.startApplication();
-    static auto* const listener = new Listener; // each test has its own process
+    static auto* listener = new Listener; // each test has its own process
     OvraLogInit();
     OvraLogSetMessageCallback(Listener::take, listener);
     return *listener;

@@ -11,10 +11,10 @@ namespace {
 long long bufferBytes(const ChannelBench& bench)
 {
     const auto group = bench.makeGroup(1);
-    const long long bytes = MemoryAccount::bytes;
+    const long long bytes = MemoryAccount::s_bytes;
     require(bytes > 0, "a group accounts for its buffers when it is made");
     group->releaseBuffers();
-    requireEqual(MemoryAccount::bytes.load(), 0, "bytes in use after releaseBuffers");
+    requireEqual(MemoryAccount::s_bytes.load(), 0, "bytes in use after releaseBuffers");
     return bytes;
 }
 
@@ -23,20 +23,20 @@ void groupAccountsForItsBuffers(HostUnderTest& host)
     const ChannelBench bench(host);
     const long long one = bufferBytes(bench);
     const auto group = bench.makeGroup(4);
-    requireEqual(MemoryAccount::bytes.load(), 4 * one, "bytes in use of four buffers");
+    requireEqual(MemoryAccount::s_bytes.load(), 4 * one, "bytes in use of four buffers");
     group->setBufferCount(7);
-    requireEqual(MemoryAccount::bytes.load(), 7 * one, "bytes in use of seven buffers");
+    requireEqual(MemoryAccount::s_bytes.load(), 7 * one, "bytes in use of seven buffers");
     group->setBufferCount(2);
-    requireEqual(MemoryAccount::bytes.load(), 2 * one, "bytes in use of two buffers");
+    requireEqual(MemoryAccount::s_bytes.load(), 2 * one, "bytes in use of two buffers");
     group->releaseBuffers();
-    requireEqual(MemoryAccount::bytes.load(), 0, "bytes in use after releaseBuffers");
+    requireEqual(MemoryAccount::s_bytes.load(), 0, "bytes in use after releaseBuffers");
 }
 
 void groupKeepsTheMemoryLimit(HostUnderTest& host)
 {
     const ChannelBench bench(host);
     const long long one = bufferBytes(bench);
-    MemoryAccount::limitBytes = static_cast<unsigned long long>(4 * one);
+    MemoryAccount::s_limitBytes = static_cast<unsigned long long>(4 * one);
     const auto group = bench.makeGroup(16);
     requireEqual(group->bufferCount(), 4U, "buffers that a limit of four grants");
     group->setBufferCount(100);
@@ -48,10 +48,10 @@ void groupHasABufferWithoutMemoryToo(HostUnderTest& host)
 {
     const ChannelBench bench(host);
     const long long one = bufferBytes(bench);
-    MemoryAccount::limitBytes = 1;
+    MemoryAccount::s_limitBytes = 1;
     const auto group = bench.makeGroup(16);
     requireEqual(group->bufferCount(), 1U, "buffers that the least limit grants");
-    requireEqual(MemoryAccount::bytes.load(), one, "bytes in use");
+    requireEqual(MemoryAccount::s_bytes.load(), one, "bytes in use");
 }
 
 void groupGrantsTheBuffersAskedFor(HostUnderTest& host)
@@ -96,17 +96,17 @@ void releaseMayBeRepeated(HostUnderTest& host)
     bench.awaitImages("after startGrabbing");
     bench.group->releaseBuffers();
     bench.group->releaseBuffers();
-    requireEqual(MemoryAccount::bytes.load(), 0, "bytes in use after releaseBuffers");
+    requireEqual(MemoryAccount::s_bytes.load(), 0, "bytes in use after releaseBuffers");
     bench.requireNoImages("after releaseBuffers");
     bench.group->setBufferCount(4); // a front end's request may come after an unload
-    requireEqual(MemoryAccount::bytes.load(), 0, "bytes in use after a request that came too late");
+    requireEqual(MemoryAccount::s_bytes.load(), 0, "bytes in use after a request that came too late");
 }
 
 void groupWithoutOwnersGivesItsMemoryBack(HostUnderTest& host)
 {
     const ChannelBench bench(host);
     bench.makeGroup(4); // destroyed at once
-    requireEqual(MemoryAccount::bytes.load(), 0, "bytes in use after the group is gone");
+    requireEqual(MemoryAccount::s_bytes.load(), 0, "bytes in use after the group is gone");
 }
 
 void geometryNoticePausesTheAcquisition(HostUnderTest& host)
@@ -138,7 +138,7 @@ void buffersFollowTheGeometry(HostUnderTest& host)
     ChannelBench bench(host);
     bench.startImages();
     bench.awaitImages("after startGrabbing");
-    const long long before = MemoryAccount::bytes;
+    const long long before = MemoryAccount::s_bytes;
     const int width = bench.scene->width() / 2, height = bench.scene->height() / 2;
     bench.group->setWidth(width);
     bench.group->setHeight(height);
@@ -146,7 +146,7 @@ void buffersFollowTheGeometry(HostUnderTest& host)
     bench.group->notifyGeometryMayHaveChangedSlot(0, 0, false);
     requireEqual(bench.scene->width(), width, "width of the scene");
     requireEqual(bench.scene->height(), height, "height of the scene");
-    require(MemoryAccount::bytes < before, "smaller buffers take less memory");
+    require(MemoryAccount::s_bytes < before, "smaller buffers take less memory");
     bench.awaitImages("of another size");
 }
 

@@ -7,22 +7,22 @@ namespace ovra::conformance {
 using display::DisplayScene;
 using display::FglibFrameBufferGroup;
 
-std::atomic<long long> MemoryAccount::bytes{0};
-std::atomic<unsigned long long> MemoryAccount::limitBytes{AMPLE};
+std::atomic<long long> MemoryAccount::s_bytes{0};
+std::atomic<unsigned long long> MemoryAccount::s_limitBytes{AMPLE};
 
 unsigned long long MemoryAccount::used()
 {
-    return static_cast<unsigned long long>(bytes.load());
+    return static_cast<unsigned long long>(s_bytes.load());
 }
 
 unsigned long long MemoryAccount::limit()
 {
-    return limitBytes;
+    return s_limitBytes;
 }
 
 void MemoryAccount::change(long long delta)
 {
-    bytes += delta;
+    s_bytes += delta;
 }
 
 ChannelBench::ChannelBench(HostUnderTest& tested) : host(tested)

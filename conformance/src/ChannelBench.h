@@ -23,8 +23,8 @@ struct MemoryAccount
     static void change(long long delta);
 
     static constexpr unsigned long long AMPLE = 1ULL << 30; // bytes
-    static std::atomic<long long> bytes;
-    static std::atomic<unsigned long long> limitBytes; ///< initially AMPLE
+    static std::atomic<long long> s_bytes;
+    static std::atomic<unsigned long long> s_limitBytes; ///< initially AMPLE
 };
 
 constexpr int WITHOUT_END = -1;

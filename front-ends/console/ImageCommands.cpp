@@ -44,7 +44,7 @@ StoredImage currentImage(Console& console, const Channel& channel)
 }
 
 /// The fields of an image, for output as JSON.
-Fields fieldsOf(const display::Image& image)
+Fields imageFields(const display::Image& image)
 {
     return {{"number", image.number},
             {"width", std::int64_t{image.width}},
@@ -76,7 +76,7 @@ void saveImage(Console& console, const Arguments& arguments)
     requirePng(name);
     const auto image = currentImage(console, channel);
     writeFile(console.outputFile(name), encodePng(image.view()));
-    auto fields = channel.fields(fieldsOf(image.description));
+    auto fields = channel.fields(imageFields(image.description));
     fields.push_back({"file", name});
     console.printer.result("image", fields,
                            channel.title + ": " + imageText(image.description) + ", saved as " + name + ".");
@@ -214,7 +214,7 @@ void show(Console& console, const Arguments& arguments)
         }
         console.printer.line(colours ? line + "\x1b[0m" : line);
     }
-    console.printer.result("shown", channel.fields(fieldsOf(picture)),
+    console.printer.result("shown", channel.fields(imageFields(picture)),
                            channel.title + ": " + imageText(picture) + ".");
 }
 
@@ -236,7 +236,7 @@ void histogram(Console& console, const Arguments& arguments)
     const double mean =
         std::accumulate(samples.begin(), samples.end(), 0.0) / static_cast<double>(samples.size());
 
-    auto fields = channel.fields(fieldsOf(image.description));
+    auto fields = channel.fields(imageFields(image.description));
     fields.insert(fields.end(), {{"counts", counts},
                                  {"minimum", std::int64_t{*darkest}},
                                  {"maximum", std::int64_t{*brightest}},

@@ -34,7 +34,7 @@ std::int64_t filledBuffers(const Channel& channel, std::int64_t received)
     return group ? std::min<std::int64_t>(received, group->bufferCount()) : 0;
 }
 
-Fields fieldsOf(const Channel& channel, const AcquisitionFigures& figures)
+Fields statisticsFields(const Channel& channel, const AcquisitionFigures& figures)
 {
     const auto group = channel.dma->getFrameBufferGroup();
     const auto& counters = figures.sinceStart;
@@ -94,7 +94,8 @@ void showStatistics(Console& console, const Arguments&)
         console.printer.line("There are no DMA channels.");
     for (const auto& channel : channels) {
         const auto figures = AcquisitionObserver::figures(*channel.scene);
-        console.printer.result("statistics", fieldsOf(channel, figures), countsText(channel, figures));
+        console.printer.result("statistics", statisticsFields(channel, figures),
+                               countsText(channel, figures));
     }
     showEvents(console);
 }
@@ -106,7 +107,7 @@ void redraw(Console& console, const std::vector<Channel>& channels, bool first)
         const auto figures = AcquisitionObserver::figures(*channel.scene);
         lines.push_back(watchText(channel, figures));
         if (console.printer.target() == Printer::Target::Objects)
-            console.printer.result("statistics", fieldsOf(channel, figures), "");
+            console.printer.result("statistics", statisticsFields(channel, figures), "");
     }
     if (console.printer.target() != Printer::Target::Objects)
         console.printer.redraw(lines, first);

@@ -22,7 +22,7 @@ using namespace ovra::console;
 
 constexpr int EXIT_CODE_OF_INTERRUPT = 130; // the shells' convention
 
-std::shared_ptr<LineSource> linesOf(std::shared_ptr<std::istream> stream)
+std::shared_ptr<LineSource> linesOf(const std::shared_ptr<std::istream>& stream)
 {
     return std::make_shared<FunctionSource>(
         [stream](std::string& line) { return static_cast<bool>(std::getline(*stream, line)); });
@@ -91,9 +91,7 @@ bool coloursWanted()
     return !refusal || *refusal == '\0';
 }
 
-} // namespace
-
-int main(int argumentCount, char** arguments)
+int runConsole(int argumentCount, char** arguments)
 {
     prepareTerminal();
     int exitCode = EXIT_SUCCESS;
@@ -109,4 +107,16 @@ int main(int argumentCount, char** arguments)
     Printer printer(std::cout, std::cerr, targetOf(*options));
     printer.setColours(coloursWanted() && outputIsTerminal(), coloursWanted() && errorsAreTerminal());
     return exitCodeOf(*options, printer, interrupts, terminal);
+}
+
+} // namespace
+
+int main(int argumentCount, char** arguments)
+{
+    try {
+        return runConsole(argumentCount, arguments);
+    } catch (const std::exception& error) {
+        std::cerr << "error: " << error.what() << '\n';
+        return EXIT_FAILURE;
+    }
 }

@@ -30,7 +30,7 @@ std::string encodeBytes(const std::vector<std::uint8_t>& bytes, int width, int h
 {
     // The difference to the line above does not depend on the number of bytes per pixel.
     constexpr int FILTER_UP = 2;
-    [[maybe_unused]] static const int onlyFilter = stbi_write_force_png_filter = FILTER_UP;
+    [[maybe_unused]] static const int ONLY_FILTER = stbi_write_force_png_filter = FILTER_UP;
     std::string file;
     if (stbi_write_png_to_func(append, &file, width, height, components, bytes.data(), width * components) ==
         0)

@@ -167,9 +167,9 @@ std::string withoutPrivateNames(const std::string& text, const PrivateNames& nam
     for (const auto& folder : {names.home, slashed(names.home)})
         replaceAll(clean, folder, "/home");
     // Matches from the root or a drive on; the last part stays, to show which file it is.
-    static const std::regex wholePath(
+    static const std::regex WHOLE_PATH(
         R"((^|[\s"'(=:,])(?:[A-Za-z]:)?[/\\](?:[^\s"'(),;:/\\]+[/\\]+)*([^\s"'(),;:/\\]+)[/\\]?)");
-    clean = std::regex_replace(clean, wholePath, "$1<path>/$2");
+    clean = std::regex_replace(clean, WHOLE_PATH, "$1<path>/$2");
     replaceWord(clean, names.user, "<user>");
     return clean;
 }

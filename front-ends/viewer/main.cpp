@@ -8,12 +8,12 @@
 
 int main(int argumentCount, char** arguments)
 {
-    int exitCode = EXIT_SUCCESS;
-    const auto options =
-        ovra::viewer::parseOptions(ovra::frontend::commandLineArguments(argumentCount, arguments), exitCode);
-    if (!options)
-        return exitCode;
     try {
+        int exitCode = EXIT_SUCCESS;
+        const auto options = ovra::viewer::parseOptions(
+            ovra::frontend::commandLineArguments(argumentCount, arguments), exitCode);
+        if (!options)
+            return exitCode;
         return ovra::viewer::runSession(*options) ? EXIT_SUCCESS : EXIT_FAILURE;
     } catch (const std::exception& error) {
         std::cerr << "ovra-viewer: " << error.what() << '\n';

@@ -195,6 +195,7 @@ struct LineEditor::State
             char byte = 0;
             if (!waitForInput() || ::read(STDIN_FILENO, &byte, 1) != 1)
                 return 0;
+            // NOLINTNEXTLINE(concurrency-mt-unsafe): the state is our own
             const std::size_t used = std::mbrtowc(character, &byte, 1, &state);
             constexpr auto INCOMPLETE = static_cast<std::size_t>(-2), INVALID = static_cast<std::size_t>(-1);
             if (used == INVALID)
@@ -204,7 +205,7 @@ struct LineEditor::State
         }
     }
 
-    unsigned char completeWord()
+    unsigned char completeWord() const
     {
         const LineInfo* const typed = el_line(editor);
         const std::string line(typed->buffer, typed->cursor);

@@ -7,8 +7,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-extern char** environ;
-
 namespace ovra::viewer {
 
 // Not through a shell: the address would have to be quoted for it.

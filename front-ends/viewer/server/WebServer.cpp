@@ -19,7 +19,6 @@
 #include <atomic>
 #include <map>
 #include <mutex>
-#include <optional>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -33,11 +32,11 @@ using asio::ip::tcp;
 
 namespace {
 
-constexpr int MOST_CONNECTIONS = 64;
-constexpr std::size_t MOST_CLIENTS = 16;
-constexpr std::size_t LONGEST_HEADER = 8192;
-constexpr std::chrono::seconds LONGEST_REQUEST{10};
-constexpr std::chrono::seconds LONGEST_FAREWELL{1};
+constexpr int MAX_CONNECTIONS = 64;
+constexpr std::size_t MAX_CLIENTS = 16;
+constexpr std::size_t MAX_HEADER_BYTES = 8192;
+constexpr std::chrono::seconds MAX_REQUEST_TIME{10};
+constexpr std::chrono::seconds MAX_FAREWELL_TIME{1};
 
 beast::string_view viewOf(std::string_view text)
 {
@@ -65,15 +64,17 @@ public:
 
     void read()
     {
-        m_parser.emplace();
-        m_parser->header_limit(LONGEST_HEADER);
-        m_stream.expires_after(LONGEST_REQUEST);
+        m_parser = std::make_unique<Parser>();
+        m_parser->header_limit(MAX_HEADER_BYTES);
+        m_stream.expires_after(MAX_REQUEST_TIME);
         http::async_read_header(
             m_stream, m_input, *m_parser,
             [self = shared_from_this()](beast::error_code error, std::size_t) { self->onHeader(error); });
     }
 
 private:
+    using Parser = http::request_parser<http::empty_body>;
+
     void onHeader(beast::error_code error)
     {
         if (error == http::error::header_limit)
@@ -165,7 +166,7 @@ private:
     {
         beast::error_code ignored;
         m_stream.socket().shutdown(tcp::socket::shutdown_send, ignored);
-        m_stream.expires_after(LONGEST_FAREWELL);
+        m_stream.expires_after(MAX_FAREWELL_TIME);
         discard();
     }
 
@@ -180,8 +181,8 @@ private:
 
     void discardMore()
     {
-        constexpr int MOST_READS = 1024;
-        if (++m_discards < MOST_READS)
+        constexpr int MAX_READS = 1024;
+        if (++m_discards < MAX_READS)
             discard();
     }
 
@@ -189,8 +190,8 @@ private:
     const std::shared_ptr<void> m_place;
     const HttpPolicy& m_policy;
     const Upgraded m_upgraded;
-    beast::flat_buffer m_input{2 * LONGEST_HEADER};
-    std::optional<http::request_parser<http::empty_body>> m_parser;
+    beast::flat_buffer m_input{2 * MAX_HEADER_BYTES};
+    std::unique_ptr<Parser> m_parser; ///< one for each request
     std::array<char, 4096> m_discarded{};
     int m_discards = 0;
 };
@@ -254,7 +255,7 @@ struct WebServer::State
     Channels& channels;
     const Handlers handlers;
     const std::string token;
-    std::optional<HttpPolicy> policy;
+    std::unique_ptr<const HttpPolicy> policy;
     std::vector<std::unique_ptr<Listener>> listeners;
     std::shared_ptr<std::atomic<int>> connections = std::make_shared<std::atomic<int>>(0);
     mutable std::mutex mutex;
@@ -287,13 +288,13 @@ bool WebServer::State::tryPort(unsigned short port)
 
 void WebServer::State::listen(unsigned short port)
 {
-    constexpr int MOST_ATTEMPTS = 16;
+    constexpr int MAX_ATTEMPTS = 16;
     bool listening = tryPort(port);
-    for (int i = 0; !listening && i < MOST_ATTEMPTS; ++i)
+    for (int i = 0; !listening && i < MAX_ATTEMPTS; ++i)
         listening = tryPort(0);
     if (!listening)
         throw std::runtime_error("no port to listen on is free");
-    policy.emplace(listeners.front()->port());
+    policy = std::make_unique<const HttpPolicy>(listeners.front()->port());
     for (const auto& listener : listeners)
         listener->accept();
 }
@@ -302,7 +303,7 @@ void WebServer::State::accepted(tcp::socket socket)
 {
     ++*connections;
     const std::shared_ptr<void> place(nullptr, [count = connections](void*) { --*count; });
-    if (*connections > MOST_CONNECTIONS)
+    if (*connections > MAX_CONNECTIONS)
         return; // the socket is closed
     beast::error_code ignored;
     socket.set_option(tcp::no_delay(true), ignored);
@@ -331,7 +332,7 @@ void WebServer::State::upgraded(beast::tcp_stream stream, std::shared_ptr<void> 
 bool WebServer::State::enter(const std::shared_ptr<Client>& client)
 {
     const std::lock_guard lock(mutex);
-    if (clients.size() >= MOST_CLIENTS)
+    if (clients.size() >= MAX_CLIENTS)
         return false;
     clients[client->id()] = client;
     return true;

@@ -46,11 +46,13 @@ public:
     /// connected. \p a and \p b go to the dispatcher as they are.
     void log(std::uint32_t level, const std::string& text, std::uint64_t a, std::uint64_t b);
 
+    /// The dispatcher's number for the tag; 0: the default logger.
     std::uint64_t id() const { return m_id; }
     std::uint32_t threshold() const { return m_threshold.load(std::memory_order_relaxed); }
     void setThreshold(std::uint32_t threshold) { m_threshold.store(threshold, std::memory_order_relaxed); }
 
-    /// A muted thread writes nothing through this logger.
+    /// A muted thread writes nothing through this logger. The library itself mutes no thread: a logger keeps
+    /// the set for code that writes on behalf of others.
     void mute(std::uint32_t threadId);
     void unmute(std::uint32_t threadId);
 

@@ -4,6 +4,7 @@
 #include "ovra_log/reference/Journal.h"
 #include "ovra_log/reference/LiveObjects.h"
 
+#include <algorithm>
 #include <stdexcept>
 #include <string>
 
@@ -128,18 +129,17 @@ void GenICamModel::setParameter(const std::string& name, const std::string& text
     probe("GenICamModel::setParameter", "board=", m_state->board, " port=", m_state->port, ' ', name, '=',
           text);
     const reference::Unrecorded own;
-    for (const auto& parameter : parameters()) {
-        if (parameter.name != name)
-            continue;
-        const auto value = parameters::fromText(parameter, text);
-        const auto* const whole = std::get_if<std::int64_t>(&value);
-        const auto runtime = m_state->control();
-        return m_state->check(
-            *runtime, (name + " = " + text + " was refused").c_str(),
-            runtime->FgCam_setValue(m_state->board, m_state->port, parameter.id,
-                                    whole ? static_cast<double>(*whole) : std::get<double>(value)));
-    }
-    throw std::invalid_argument(m_state->name() + " has no parameter " + name);
+    const auto all = parameters();
+    const auto parameter = std::ranges::find(all, name, &parameters::Parameter::name);
+    if (parameter == all.end())
+        throw std::invalid_argument(m_state->name() + " has no parameter " + name);
+    const auto value = parameters::fromText(*parameter, text);
+    const auto* const whole = std::get_if<std::int64_t>(&value);
+    const auto runtime = m_state->control();
+    const std::string refusal = name + " = " + text + " was refused";
+    m_state->check(*runtime, refusal.c_str(),
+                   runtime->FgCam_setValue(m_state->board, m_state->port, parameter->id,
+                                           whole ? static_cast<double>(*whole) : std::get<double>(value)));
 }
 
 void GenICamModel::restartAcquisition()

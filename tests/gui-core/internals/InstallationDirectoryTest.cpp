@@ -72,14 +72,14 @@ TEST(InstallationFromTheEnvironment, LosesItsClosingSeparatorsAndWhatDoesNotFit)
 TEST(ModuleFileName, IsGivenWholeOrNotAtAll)
 {
     using ovra::templates::platform::moduleFileName;
-    static const char inside = 0;
+    static const char INSIDE = 0;
     std::string path(4096, 'x');
-    const std::size_t length = moduleFileName(&inside, path.data(), path.size());
+    const std::size_t length = moduleFileName(&INSIDE, path.data(), path.size());
     ASSERT_GT(length, 0U);
     EXPECT_EQ(path[length], '\0');
     std::string tight(length, 'x');
-    EXPECT_EQ(moduleFileName(&inside, tight.data(), length), length) << "no room for the closing zero";
+    EXPECT_EQ(moduleFileName(&INSIDE, tight.data(), length), length) << "no room for the closing zero";
     tight.resize(length + 1);
-    EXPECT_EQ(moduleFileName(&inside, tight.data(), length + 1), length);
+    EXPECT_EQ(moduleFileName(&INSIDE, tight.data(), length + 1), length);
     EXPECT_EQ(tight, path.substr(0, length + 1));
 }

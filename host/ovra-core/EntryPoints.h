@@ -9,7 +9,7 @@ extern "C" {
 /// Starts the library. Calls are counted: each needs one OvraCoreDeinit.
 OVRA_CORE_API void OvraCoreInit();
 
-/// Takes one start-up back; the last one shuts the library down.
+/// Balances one start-up; the last call shuts the library down.
 OVRA_CORE_API void OvraCoreDeinit();
 
 } // extern "C"

@@ -1,5 +1,5 @@
 /// \file
-/// Linkage of what ovra-core exports.
+/// OVRA_CORE_API: marks what ovra-core exports, or for a client what it imports.
 #pragma once
 
 #if defined(_WIN32)

@@ -9,7 +9,7 @@ extern "C" {
 /// Starts the library. Calls are counted: each needs one OvraDisplayFglibDeinit.
 OVRA_DISPLAY_FGLIB_API void OvraDisplayFglibInit();
 
-/// Takes one start-up back; the last one shuts the library down.
+/// Balances one start-up; the last call shuts the library down.
 OVRA_DISPLAY_FGLIB_API void OvraDisplayFglibDeinit();
 
 } // extern "C"

@@ -1,5 +1,5 @@
 /// \file
-/// Linkage of what ovra-lib-display-fglib exports.
+/// OVRA_DISPLAY_FGLIB_API: marks what ovra-lib-display-fglib exports, or for a client what it imports.
 #pragma once
 
 #if defined(_WIN32)

@@ -1,5 +1,5 @@
 /// \file
-/// Linkage of what ovra-lib-display exports.
+/// OVRA_DISPLAY_API: marks what ovra-lib-display exports, or for a client what it imports.
 #pragma once
 
 #if defined(_WIN32)

@@ -9,7 +9,7 @@ extern "C" {
 /// Starts the library. Calls are counted: each needs one OvraEnvironmentDeinit.
 OVRA_ENVIRONMENT_API void OvraEnvironmentInit();
 
-/// Takes one start-up back; the last one shuts the library down.
+/// Balances one start-up; the last call shuts the library down.
 OVRA_ENVIRONMENT_API void OvraEnvironmentDeinit();
 
 } // extern "C"

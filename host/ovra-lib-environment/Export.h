@@ -1,5 +1,5 @@
 /// \file
-/// Linkage of what ovra-lib-environment exports.
+/// OVRA_ENVIRONMENT_API: marks what ovra-lib-environment exports, or for a client what it imports.
 #pragma once
 
 #if defined(_WIN32)

@@ -9,7 +9,7 @@ extern "C" {
 /// Starts the library. Calls are counted: each needs one OvraFglibModelDeinit.
 OVRA_FGLIB_MODEL_API void OvraFglibModelInit();
 
-/// Takes one start-up back; the last one shuts the library down.
+/// Balances one start-up; the last call shuts the library down.
 OVRA_FGLIB_MODEL_API void OvraFglibModelDeinit();
 
 } // extern "C"

@@ -1,5 +1,5 @@
 /// \file
-/// Linkage of what ovra-lib-fglib-model exports.
+/// OVRA_FGLIB_MODEL_API: marks what ovra-lib-fglib-model exports, or for a client what it imports.
 #pragma once
 
 #if defined(_WIN32)

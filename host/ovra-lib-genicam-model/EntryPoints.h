@@ -6,11 +6,11 @@
 
 extern "C" {
 
-/// Starts the library. Calls are counted: each needs one OvraGenicamModelDeinit. ovra-lib-environment, which
-/// stands on it, starts and ends it with itself.
+/// Starts the library. Calls are counted: each needs one OvraGenicamModelDeinit. The start-up and the
+/// shut-down of ovra-lib-environment, which uses this library, call these functions.
 OVRA_GENICAM_MODEL_API void OvraGenicamModelInit();
 
-/// Takes one start-up back; the last one shuts the library down.
+/// Balances one start-up; the last call shuts the library down.
 OVRA_GENICAM_MODEL_API void OvraGenicamModelDeinit();
 
 } // extern "C"

@@ -1,5 +1,5 @@
 /// \file
-/// Linkage of what ovra-lib-genicam-model exports.
+/// OVRA_GENICAM_MODEL_API: marks what ovra-lib-genicam-model exports, or for a client what it imports.
 #pragma once
 
 #if defined(_WIN32)

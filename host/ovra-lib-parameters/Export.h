@@ -1,5 +1,5 @@
 /// \file
-/// Linkage of what ovra-lib-parameters exports.
+/// OVRA_PARAMETERS_API: marks what ovra-lib-parameters exports, or for a client what it imports.
 #pragma once
 
 #if defined(_WIN32)

@@ -1,5 +1,5 @@
 /// \file
-/// Linkage of what ovra_log exports.
+/// OVRA_LOG_API: marks what ovra_log exports, or for a client what it imports.
 #pragma once
 
 #if defined(_WIN32)

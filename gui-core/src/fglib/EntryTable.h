@@ -2,8 +2,8 @@
 /// The table of the frame-grabber runtime's entries, and what fills it.
 ///
 /// The library calls the runtime only through the functions of fglib5/Fglib5.h, which Forwarders.cpp defines:
-/// each binds the table on the first call and forwards to its slot. What a missing entry means stands beside
-/// the entry in Fglib5Entries.inc.
+/// each binds the table on the first call and forwards to its slot. The effect of a missing entry is listed
+/// beside the entry in Fglib5Entries.inc.
 #pragma once
 
 #include "fglib5/Fglib5Types.h"

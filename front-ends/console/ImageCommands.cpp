@@ -82,22 +82,6 @@ void saveImage(Console& console, const Arguments& arguments)
                            channel.title + ": " + imageText(image.description) + ", saved as " + name + ".");
 }
 
-/// Passes the images of a channel to a recorder while it exists.
-class Tap
-{
-public:
-    Tap(ImageKeeper& images, ImageRecorder& recorder) : m_images(images)
-    {
-        m_images.setListener([&recorder](const display::Image& image) { recorder.add(image); });
-    }
-    ~Tap() { m_images.setListener({}); }
-    Tap(const Tap&) = delete;
-    Tap& operator=(const Tap&) = delete;
-
-private:
-    ImageKeeper& m_images;
-};
-
 std::string progressBar(std::int64_t done, std::int64_t all)
 {
     constexpr std::int64_t WIDTH = 40;
@@ -116,7 +100,7 @@ void record(Console& console, const Arguments& arguments)
 
     ImageRecorder recorder(console.outputFile(folder), count);
     {
-        const Tap tap(*channel.images, recorder);
+        const Recording recording(channel.images->tap(), recorder);
         std::int64_t shown = -1;
         const auto complete = [&] {
             const auto progress = recorder.progress();

@@ -27,15 +27,7 @@ ImageKeeper::~ImageKeeper()
 void ImageKeeper::showImage(const display::Image& image)
 {
     keep(image);
-    const std::lock_guard lock(m_listenerMutex);
-    if (m_listener)
-        m_listener(image);
-}
-
-void ImageKeeper::setListener(Listener listener)
-{
-    const std::lock_guard lock(m_listenerMutex);
-    m_listener.swap(listener);
+    m_tap.pass(image);
 }
 
 void ImageKeeper::keep(const display::Image& image)

@@ -2,13 +2,14 @@
 /// ImageKeeper: keeps the newest image of a DMA channel.
 #pragma once
 
+#include "ImageTap.h"
+
 #include "ovra-lib-display/DisplayScene.h"
 
 #include <boost/shared_ptr.hpp>
 #include <boost/weak_ptr.hpp>
 
 #include <cstdint>
-#include <functional>
 #include <mutex>
 #include <vector>
 
@@ -35,10 +36,8 @@ public:
 
     void showImage(const display::Image& image) override;
 
-    /// Sets a listener that is called for each image, on the scene's thread; it must be quick and must not
-    /// call this function. Empty: none. When this returns, the previous listener is not running.
-    using Listener = std::function<void(const display::Image&)>;
-    void setListener(Listener listener);
+    /// Passes each image to another listener.
+    ImageTap& tap() { return m_tap; }
 
     /// Number of images since construction.
     std::int64_t count() const;
@@ -49,8 +48,7 @@ private:
     void keep(const display::Image& image);
 
     const boost::weak_ptr<display::DisplayScene> m_scene;
-    std::mutex m_listenerMutex;
-    Listener m_listener;
+    ImageTap m_tap;
     mutable std::mutex m_mutex;
     StoredImage m_newest;
     std::int64_t m_count = 0;

@@ -82,7 +82,9 @@ void ImageRecorder::add(const display::Image& image)
 ImageRecorder::Progress ImageRecorder::progress() const
 {
     const std::lock_guard lock(m_mutex);
-    return m_progress;
+    Progress progress = m_progress;
+    progress.settled = m_taken == m_progress.recorded || !m_failure.empty();
+    return progress;
 }
 
 ImageRecorder::Progress ImageRecorder::finish()
@@ -139,6 +141,16 @@ void ImageRecorder::write(const StoredImage& image, std::int64_t index)
            << std::flush;
     if (!m_list)
         throw RequestError("cannot write " + textOf(m_folder / LIST_NAME));
+}
+
+Recording::Recording(ImageTap& tap, ImageRecorder& recorder) : m_tap(tap)
+{
+    m_tap.setListener([&recorder](const display::Image& image) { recorder.add(image); });
+}
+
+Recording::~Recording()
+{
+    m_tap.setListener({});
 }
 
 } // namespace ovra::frontend

@@ -1,5 +1,8 @@
 /// \file
 /// ImageRecorder: writes the images of a channel as numbered files.
+///
+///   ImageRecorder   writes the files
+///   Recording       passes a channel's images to a recorder
 #pragma once
 
 #include "ImageKeeper.h"
@@ -27,6 +30,7 @@ public:
         std::int64_t recorded = 0; ///< written
         std::int64_t missed = 0;   ///< dropped because too many waited to be written
         bool complete = false;     ///< all requested images have been added, or a file could not be written
+        bool settled = true;       ///< no added image waits to be written
     };
 
     /// Creates the folder. Throws RequestError if that fails, or if the folder contains a recording.
@@ -62,6 +66,19 @@ private:
     std::string m_failure; ///< the first one
     bool m_ends = false;   ///< no more images will be added
     std::thread m_writer;  ///< the last member: it uses the others
+};
+
+/// Passes the images of \p tap to \p recorder while it exists. Both must outlive it.
+class Recording
+{
+public:
+    Recording(ImageTap& tap, ImageRecorder& recorder);
+    ~Recording();
+    Recording(const Recording&) = delete;
+    Recording& operator=(const Recording&) = delete;
+
+private:
+    ImageTap& m_tap;
 };
 
 } // namespace ovra::frontend

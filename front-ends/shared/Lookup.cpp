@@ -165,6 +165,11 @@ PortNode findPort(const core::models::HlEnvironmentBoardNode& board, int index)
     return findByIndex(listOf(board.getLogicalPorts()), index, "port", board);
 }
 
+ProcessNode findProcess(const core::models::HlEnvironmentBoardNode& board, int index)
+{
+    return findByIndex(listOf(board.getProcesses()), index, "process", board);
+}
+
 boost::shared_ptr<core::models::HlEnvironmentCameraNode>
 cameraNodeOf(const core::models::HlEnvironmentLogicalPortNode& port)
 {

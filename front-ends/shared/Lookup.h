@@ -18,6 +18,7 @@ class HlEnvironmentCameraNode;
 class HlEnvironmentDmaNode;
 class HlEnvironmentFileNode;
 class HlEnvironmentLogicalPortNode;
+class HlEnvironmentProcessNode;
 } // namespace ovra::core::models
 
 namespace ovra::frontend {
@@ -26,6 +27,7 @@ using BoardNode = boost::shared_ptr<core::models::HlEnvironmentBoardNode>;
 using DmaNode = boost::shared_ptr<core::models::HlEnvironmentDmaNode>;
 using FileNode = boost::shared_ptr<core::models::HlEnvironmentFileNode>;
 using PortNode = boost::shared_ptr<core::models::HlEnvironmentLogicalPortNode>;
+using ProcessNode = boost::shared_ptr<core::models::HlEnvironmentProcessNode>;
 
 /// The remaining children of an iterator.
 template <class Node>
@@ -56,6 +58,7 @@ FileNode findApplet(const core::models::HlEnvironmentBoardNode& board, const std
 
 DmaNode findDma(const core::models::HlEnvironmentBoardNode& board, int index);
 PortNode findPort(const core::models::HlEnvironmentBoardNode& board, int index);
+ProcessNode findProcess(const core::models::HlEnvironmentBoardNode& board, int index);
 
 /// The camera at the connector that a port is mapped to; empty if there is none.
 boost::shared_ptr<core::models::HlEnvironmentCameraNode>

@@ -26,7 +26,7 @@ void append(void* file, void* bytes, int count)
 }
 
 /// Encodes 8-bit samples as a PNG file.
-std::string encodeBytes(const std::vector<std::uint8_t>& bytes, int width, int height, int components)
+std::string encodeBytes(std::span<const std::uint8_t> bytes, int width, int height, int components)
 {
     // The difference to the line above does not depend on the number of bytes per pixel.
     constexpr int FILTER_UP = 2;
@@ -60,7 +60,7 @@ void declareSixteenBits(std::string& file, int width, int components)
 }
 
 /// The samples scaled to 16 bits, big-endian.
-std::vector<std::uint8_t> bigEndian(const std::vector<std::uint16_t>& samples, int bits)
+std::vector<std::uint8_t> bigEndian(std::span<const std::uint16_t> samples, int bits)
 {
     const int shift = 2 * BITS_PER_BYTE - bits;
     std::vector<std::uint8_t> bytes;
@@ -79,25 +79,33 @@ std::string encodePng(const display::Image& image)
 {
     const auto& format = display::describe(image.format);
     const int components = format.components == 1 && format.redAt < 0 ? 1 : 3;
-    if (format.significantBits == BITS_PER_BYTE && components == 3) {
-        std::vector<std::uint8_t> colours;
-        display::unpackRgb8(image, colours);
-        return encodeBytes(colours, image.width, image.height, components);
-    }
-    std::vector<std::uint16_t> samples;
+    PngSamples samples{image.width, image.height, components, format.significantBits, {}, {}};
+    std::vector<std::uint8_t> bytes;
+    std::vector<std::uint16_t> words;
     if (components == 1)
-        display::unpackGrey(image, samples);
+        display::unpackGrey(image, words);
+    else if (format.significantBits == BITS_PER_BYTE)
+        display::unpackRgb8(image, bytes);
     else
-        display::unpackRgb(image, samples);
-    if (format.significantBits == BITS_PER_BYTE)
-        return encodeBytes({samples.begin(), samples.end()}, image.width, image.height, components);
+        display::unpackRgb(image, words);
+    if (components == 1 && format.significantBits == BITS_PER_BYTE)
+        bytes.assign(words.begin(), words.end());
+    samples.bytes = bytes;
+    samples.words = words;
+    return encodePng(samples);
+}
+
+std::string encodePng(const PngSamples& samples)
+{
+    if (samples.bits == BITS_PER_BYTE)
+        return encodeBytes(samples.bytes, samples.width, samples.height, samples.components);
 
     // Declared to the library as 8-bit pixels: a grey sample as one pixel of two components, an RGB pixel as
     // two of three.
-    const int pixels = components == 1 ? image.width : 2 * image.width;
-    std::string file = encodeBytes(bigEndian(samples, format.significantBits), pixels, image.height,
-                                   components == 1 ? 2 : 3);
-    declareSixteenBits(file, image.width, components);
+    const int pixels = samples.components == 1 ? samples.width : 2 * samples.width;
+    std::string file = encodeBytes(bigEndian(samples.words, samples.bits), pixels, samples.height,
+                                   samples.components == 1 ? 2 : 3);
+    declareSixteenBits(file, samples.width, samples.components);
     return file;
 }
 

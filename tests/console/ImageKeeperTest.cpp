@@ -22,10 +22,10 @@ struct ImageKeeping : testing::Test
 TEST_F(ImageKeeping, KeepsACopyOfTheNewestImageWhateverItsSizeAndHandsEachToItsListener)
 {
     std::vector<std::int64_t> heard;
-    keeper.setListener([&](const display::Image& image) { heard.push_back(image.number); });
+    keeper.tap().setListener([&](const display::Image& image) { heard.push_back(image.number); });
     show({1, 2, 3, 4, 5, 6}, 3, 2, 7);
     show({9, 8}, 1, 2, 8);
-    keeper.setListener({});
+    keeper.tap().setListener({});
     show({7, 6}, 2, 1, 1);
     const auto newest = keeper.newest();
     EXPECT_THAT(newest.bytes, ElementsAre(7, 6));

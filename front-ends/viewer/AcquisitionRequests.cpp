@@ -1,4 +1,4 @@
-// Acquisition: start, stop, how far they reach, and the question that a start may ask.
+// Acquisition: start, stop, sync mode, and the question that a start may ask.
 #include "RequestTable.h"
 #include "Viewer.h"
 
@@ -8,8 +8,11 @@
 #include "gui-core/StartAcquisitionCommand.h"
 #include "gui-core/StopAcquisitionCommand.h"
 #include "gui-core/keys/Keys.h"
+#include "ovra-core/Command.h"
 #include "ovra-core/HarloApplication.h"
 #include "ovra-lib-environment/HlEnvironmentBoardNode.h"
+
+#include <boost/make_shared.hpp>
 
 #include <limits>
 
@@ -19,47 +22,79 @@ using nlohmann::json;
 
 namespace {
 
-bool namesPort(const json& arguments)
+using gui::Gui;
+
+/// Sets the mode for the commands between two of these: they reach a whole process.
+class SetSyncMode final : public core::Command
 {
+public:
+    SetSyncMode(Gui::SyncMode mode, Gui::SyncMode expected)
+        : core::Command(core::Command::Synchronous),
+          m_mode(mode),
+          m_expected(expected)
+    {}
+
+    /// Keeps a mode that the user chose in the meantime.
+    void executeSync() override
+    {
+        if (Gui::getSyncMode() == m_expected)
+            Gui::setSyncMode(m_mode);
+    }
+
+private:
+    const Gui::SyncMode m_mode;
+    const Gui::SyncMode m_expected;
+};
+
+/// Runs the command that \p create makes for the channel, port or process in the arguments.
+template <class Create>
+void runFor(Viewer& viewer, const json& arguments, const Create& create)
+{
+    const auto board = loadedBoardArgument(arguments);
+    const int index = indexArgument(arguments, "index");
     const std::string kind = textArgument(arguments, "kind");
-    if (kind != "dma" && kind != "port")
-        throw MessageError("'kind' is neither 'dma' nor 'port'");
-    return kind == "port";
+    if (kind == "dma")
+        return viewer.run(create(frontend::findDma(*board, index)));
+    if (kind == "port")
+        return viewer.run(create(frontend::findPort(*board, index)));
+    if (kind != "process")
+        throw MessageError("'kind' is neither 'dma' nor 'port' nor 'process'");
+
+    const auto process = frontend::findProcess(*board, index);
+    const auto dmas = frontend::listOf(process->getDmas());
+    const auto ports = frontend::listOf(process->getLogicalPorts());
+    if (dmas.empty() && ports.empty())
+        return;
+    const auto mode = Gui::getSyncMode();
+    viewer.run(boost::make_shared<SetSyncMode>(Gui::SyncProcess, mode));
+    viewer.run(dmas.empty() ? create(ports.front()) : create(dmas.front()));
+    viewer.run(boost::make_shared<SetSyncMode>(mode, Gui::SyncProcess));
 }
 
 json start(Viewer& viewer, const json& arguments)
 {
-    using gui::commands::StartAcquisitionCommand;
     constexpr int WITHOUT_END = -1;
-    const auto board = loadedBoardArgument(arguments);
-    const int index = indexArgument(arguments, "index");
     const int images =
         arguments.contains("images")
             ? static_cast<int>(numberArgument(arguments, "images", 1, std::numeric_limits<int>::max()))
             : WITHOUT_END;
-    if (namesPort(arguments))
-        viewer.run(StartAcquisitionCommand::create(frontend::findPort(*board, index), images));
-    else
-        viewer.run(StartAcquisitionCommand::create(frontend::findDma(*board, index), images));
+    runFor(viewer, arguments, [images](const auto& target) {
+        return gui::commands::StartAcquisitionCommand::create(target, images);
+    });
     return nullptr;
 }
 
 json stop(Viewer& viewer, const json& arguments)
 {
-    using gui::commands::StopAcquisitionCommand;
-    const auto board = loadedBoardArgument(arguments);
-    const int index = indexArgument(arguments, "index");
-    if (namesPort(arguments))
-        viewer.run(StopAcquisitionCommand::create(frontend::findPort(*board, index)));
-    else
-        viewer.run(StopAcquisitionCommand::create(frontend::findDma(*board, index)));
+    runFor(viewer, arguments,
+           [](const auto& target) { return gui::commands::StopAcquisitionCommand::create(target); });
     return nullptr;
 }
 
 json setSyncMode(Viewer&, const json& arguments)
 {
-    gui::Gui::setSyncMode(static_cast<gui::Gui::SyncMode>(
-        numberArgument(arguments, "mode", gui::Gui::SyncNone, gui::Gui::SyncAllBoards)));
+    Gui::setSyncMode(
+        static_cast<Gui::SyncMode>(numberArgument(arguments, "mode", Gui::SyncNone, Gui::SyncAllBoards)));
     return nullptr;
 }
 

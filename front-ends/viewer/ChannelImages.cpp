@@ -20,8 +20,8 @@ void ChannelImages::attach(const frontend::BoardNode& board)
         if (!scene)
             continue;
         Attached& attached = entry.dmas[dma->getIndex()];
-        attached = {scene, m_channels.add()};
-        scene->setVisualizer(&attached.channel->mailbox());
+        attached = {scene, std::make_shared<ChannelVisualizer>(m_channels.add())};
+        scene->setVisualizer(attached.visualizer.get());
     }
 }
 
@@ -42,21 +42,27 @@ void ChannelImages::dropAll()
 
 std::shared_ptr<Channel> ChannelImages::find(unsigned int serial, unsigned int dma) const
 {
+    const auto visualizer = findVisualizer(serial, dma);
+    return visualizer ? visualizer->channel() : nullptr;
+}
+
+std::shared_ptr<ChannelVisualizer> ChannelImages::findVisualizer(unsigned int serial, unsigned int dma) const
+{
     const auto board = m_boards.find(serial);
     if (board == m_boards.end())
         return nullptr;
     const auto attached = board->second.dmas.find(dma);
-    return attached == board->second.dmas.end() ? nullptr : attached->second.channel;
+    return attached == board->second.dmas.end() ? nullptr : attached->second.visualizer;
 }
 
-// An unload has taken the mailboxes off already. A scene that outlived a failed one must not call them any
-// more.
+// A successful unload has already removed the visualizers. After a failed one, a remaining scene must not
+// call them any more.
 void ChannelImages::detach(Board& board)
 {
     for (auto& [index, attached] : board.dmas) {
         if (const auto scene = attached.scene.lock())
             scene->setVisualizer(nullptr);
-        m_channels.remove(attached.channel->id());
+        m_channels.remove(attached.visualizer->channel()->id());
     }
     board.dmas.clear();
 }

@@ -51,7 +51,7 @@ std::vector<Configuration> allConfigurations(const Viewer& viewer)
     return list;
 }
 
-/// What a page names is looked up in the list, and never made a path.
+/// Names from pages are looked up in the list and never used as paths.
 Configuration configurationArgument(const Viewer& viewer, const json& arguments)
 {
     const std::string name = textArgument(arguments, "name");
@@ -87,7 +87,7 @@ json loadConfiguration(Viewer& viewer, const json& arguments)
     return nullptr;
 }
 
-/// The library reads files, so the text becomes one, under a name of the program's own, until it is loaded.
+/// The library reads files: the text is stored under a generated name until it has been loaded.
 json uploadConfiguration(Viewer& viewer, const json& arguments)
 {
     constexpr std::size_t MAX_UPLOAD_BYTES = std::size_t{1} << 20;
@@ -114,9 +114,7 @@ json storeConfiguration(Viewer& viewer, const json& arguments)
         "board" + std::to_string(board->getIndex()) + "-" + frontend::textOf(applet), ".mcf");
     const auto file = viewer.outputFolder() / name;
     viewer.run(gui::commands::StoreMcfCommand::create(board, frontend::textOf(file)));
-    std::error_code none;
-    return {{"name", name},
-            {"folder", frontend::textOf(fs::absolute(viewer.outputFolder() / ".", none).parent_path())}};
+    return {{"name", name}, {"folder", viewer.outputFolderText()}};
 }
 
 json readConfiguration(Viewer& viewer, const json& arguments)

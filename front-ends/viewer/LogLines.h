@@ -1,5 +1,5 @@
 /// \file
-/// LogLines: messages of the log on their way from the threads that log to the GUI thread.
+/// LogLines: passes log messages from any thread to the GUI thread.
 #pragma once
 
 #include <nlohmann/json.hpp>

@@ -16,7 +16,7 @@ using nlohmann::json;
 
 namespace {
 
-/// The text is looked up among the files that there are, and is never opened itself.
+/// The text is looked up in the list of files and never used as a path.
 frontend::FileNode appletArgument(const json& arguments)
 {
     const std::string path = textArgument(arguments, "applet");

@@ -123,7 +123,7 @@ json describeApplet(const core::models::HlEnvironmentFileNode& file)
             {"broken", file.getBrokenReason()}};
 }
 
-/// When the newest image came, in milliseconds since 1970; null before the first.
+/// Arrival of the newest image in milliseconds since 1970; null before the first.
 json arrivalOf(const Channel& channel)
 {
     const auto frame = channel.mailbox().newest();
@@ -132,7 +132,7 @@ json arrivalOf(const Channel& channel)
     return std::chrono::duration_cast<std::chrono::milliseconds>(frame->arrival.time_since_epoch()).count();
 }
 
-/// Why the image of a channel is not a new one; empty when it is.
+/// Why a channel's image is old; empty if it is not.
 const char* reasonOfAge(const reference::AcquisitionStatus& status, bool hasImage)
 {
     using reference::AcquisitionState;

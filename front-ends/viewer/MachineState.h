@@ -16,7 +16,7 @@ nlohmann::json describeApplets();
 nlohmann::json describeMemory();
 nlohmann::json describeSettings();
 
-/// The counters of all channels, by the number of the channel, and why an image is not a new one.
+/// By channel number: counters, and why the image is old if it is.
 nlohmann::json describeStatistics(const ChannelImages& images);
 
 } // namespace ovra::viewer

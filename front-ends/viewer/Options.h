@@ -17,8 +17,8 @@ struct Options
     bool openBrowser = true;
 };
 
-/// \p arguments are the words behind the program's name. Empty when the program has done all it should: \p
-/// exitCode says how it ended.
+/// \p arguments do not include the program's name. Returns nothing if the program should end now with
+/// \p exitCode.
 std::optional<Options> parseOptions(const std::vector<std::string>& arguments, int& exitCode);
 
 } // namespace ovra::viewer

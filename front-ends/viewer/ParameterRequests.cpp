@@ -20,7 +20,7 @@ using nlohmann::json;
 
 namespace {
 
-/// The camera that "port" names; without "port" none is meant.
+/// The camera at "port"; null without "port".
 boost::shared_ptr<core::models::GenICamModel> cameraArgument(const frontend::BoardNode& board,
                                                              const json& arguments)
 {
@@ -32,7 +32,7 @@ boost::shared_ptr<core::models::GenICamModel> cameraArgument(const frontend::Boa
     return camera;
 }
 
-/// What "dma" names; without it the board itself, whose applet then has no channels.
+/// The channel "dma"; without "dma" the board itself, whose applet has no channels.
 frontend::ParameterOwner ownerArgument(const frontend::BoardNode& board, const json& arguments)
 {
     if (!arguments.contains("dma"))

@@ -2,11 +2,20 @@
 #include "RequestTable.h"
 #include "Viewer.h"
 
+#include "front-ends/shared/ProblemReport.h"
+
 namespace ovra::viewer {
 
 using nlohmann::json;
 
 namespace {
+
+json reportProblem(Viewer& viewer, const json& arguments)
+{
+    const bool withPrivateNames = flagArgument(arguments, "withPaths");
+    return {{"name", viewer.readyName("ovra-viewer-report", ".txt")},
+            {"text", frontend::problemReport(viewer.reportContents(), withPrivateNames)}};
+}
 
 json quit(Viewer& viewer, const json&)
 {
@@ -18,7 +27,7 @@ json quit(Viewer& viewer, const json&)
 
 std::vector<RequestEntry> programRequests()
 {
-    return {{"quit", quit}};
+    return {{"problem-report", reportProblem}, {"quit", quit}};
 }
 
 } // namespace ovra::viewer

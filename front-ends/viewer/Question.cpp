@@ -42,7 +42,7 @@ bool Question::answer(std::int64_t question, int button, bool remember)
     return true;
 }
 
-/// A page that is loaded again is away for a moment.
+/// A page is briefly absent while it reloads.
 bool Question::isSettled()
 {
     constexpr std::chrono::seconds MAX_ABSENCE{5};

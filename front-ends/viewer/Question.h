@@ -1,5 +1,5 @@
 /// \file
-/// Question: what the library asks the user in the middle of a command.
+/// Question: a choice that the library asks the user for during a command.
 #pragma once
 
 #include <nlohmann/json.hpp>
@@ -23,7 +23,7 @@ class Question
 public:
     struct Answer
     {
-        int button = 2; ///< the last one: nothing is changed
+        int button = 2; ///< the last one changes nothing
         bool remember = false;
         bool given = false; ///< by a user
     };
@@ -31,15 +31,15 @@ public:
     /// \p isAnybodyThere tells whether a page is open.
     Question(reference::Application& application, StateDocument& state, std::function<bool()> isAnybodyThere);
 
-    /// Shows the question on all pages and lets the loop run until one of them answers. Nobody there, or
-    /// nobody for some seconds: the last button.
+    /// Shows the question on all pages and runs the loop until one answers. If no page is open for some
+    /// seconds, the answer is the last button.
     Answer ask(const std::string& title, const std::string& message,
                const std::array<std::string, 3>& buttons);
 
     bool isOpen() const { return m_open; }
-    /// False when this question is not asked any more.
+    /// False if this question is no longer open.
     bool answer(std::int64_t question, int button, bool remember);
-    /// The program ends: nobody will answer.
+    /// Ends the question: the program quits.
     void giveUp() { m_givenUp = true; }
 
 private:
@@ -52,7 +52,7 @@ private:
     bool m_open = false;
     bool m_givenUp = false;
     Answer m_answer;
-    std::chrono::steady_clock::time_point m_lastSeen; ///< somebody
+    std::chrono::steady_clock::time_point m_lastSeen; ///< when a page was last open
 };
 
 } // namespace ovra::viewer

@@ -16,8 +16,9 @@ const std::vector<RequestEntry>& requestTable()
 {
     static const std::vector<RequestEntry> TABLE = [] {
         std::vector<RequestEntry> all;
-        for (const auto& list : {machineRequests(), acquisitionRequests(), parameterRequests(),
-                                 configurationRequests(), programRequests()})
+        for (const auto& list :
+             {machineRequests(), acquisitionRequests(), imageRequests(), parameterRequests(),
+              configurationRequests(), rehearsalRequests(), programRequests()})
             all.insert(all.end(), list.begin(), list.end());
         return all;
     }();

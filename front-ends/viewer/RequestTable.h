@@ -1,5 +1,5 @@
 /// \file
-/// RequestTable: what a page can ask the program to do.
+/// RequestTable: the requests that pages can send.
 #pragma once
 
 #include "front-ends/shared/Lookup.h"
@@ -19,20 +19,25 @@ struct RequestEntry
     nlohmann::json (*perform)(Viewer& viewer, const nlohmann::json& arguments);
 };
 
-// One list a subject; a source each.
+// One list per subject, each in its own source.
 std::vector<RequestEntry> machineRequests();
 std::vector<RequestEntry> acquisitionRequests();
+std::vector<RequestEntry> imageRequests();
 std::vector<RequestEntry> parameterRequests();
 std::vector<RequestEntry> configurationRequests();
+std::vector<RequestEntry> rehearsalRequests();
 std::vector<RequestEntry> programRequests();
 
-/// GUI thread. Throws RequestError or MessageError with a text for the user when it cannot be done.
+/// GUI thread. Throws RequestError or MessageError with a text for the user if the request fails.
 nlohmann::json performRequest(Viewer& viewer, const std::string& name, const nlohmann::json& arguments);
 
-/// After a load: cameras of generated channels rest.
+/// The state section about rehearsals; null if the installation is not a virtual one.
+nlohmann::json describeRehearsal();
+
+/// Call after each load: stops the cameras of channels with a generator.
 void attachGenerators(const frontend::BoardNode& board);
 
-// What arguments name. Serials come as the state document shows them.
+// Look up what arguments name. Serials have the form of the state document.
 frontend::BoardNode boardArgument(const nlohmann::json& arguments);
 frontend::BoardNode loadedBoardArgument(const nlohmann::json& arguments);
 /// Of a channel or a port.

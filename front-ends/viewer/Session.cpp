@@ -6,7 +6,6 @@
 #include "ViewerViews.h"
 
 #include "front-ends/shared/ApplicationSession.h"
-#include "front-ends/shared/Paths.h"
 #include "front-ends/shared/Process.h"
 
 #include "ovra-core/reference/Application.h"
@@ -26,7 +25,7 @@ constexpr std::chrono::minutes MAX_START_TIME{5};
 constexpr std::chrono::seconds MAX_COMMAND_TIME{60};
 constexpr std::chrono::milliseconds TICK{250};
 
-/// Ends the program's loop when a signal comes, and the process when a second one does.
+/// The first signal ends the loop, the second ends the process.
 class SignalEnd
 {
 public:
@@ -55,7 +54,7 @@ private:
     std::function<void()> m_end;
 };
 
-/// It lives as long as the process: a signal may come at any time.
+/// Never destroyed: a signal may arrive at any time.
 SignalEnd& signalEnd()
 {
     static SignalEnd& end = *new SignalEnd;
@@ -68,11 +67,16 @@ void announce(const Options& options, const WebServer& server)
         std::cerr << "Port " << options.port << " is taken, perhaps by another ovra-viewer; using "
                   << server.port() << ".\n";
     std::cout << "ovra-viewer: " << server.address() << std::endl;
-    if (options.openBrowser && !openBrowser(server.address()))
-        std::cerr << "No browser could be opened; open the address above in one.\n";
 }
 
-/// The viewer and the server know each other; the loop of the application runs them.
+std::unique_ptr<Browser> openBrowser(const WebServer& server)
+{
+    return std::make_unique<Browser>(server.address(), [] {
+        std::cerr << "No browser could be opened; open the address above in one." << std::endl;
+    });
+}
+
+/// Connects the viewer with the server. The application's loop runs it.
 class Program
 {
 public:
@@ -87,7 +91,7 @@ public:
                             onServer(&WebServer::subscribe, client, std::move(text));
                         },
                     .countClients = [this] { return m_server ? m_server->clientCount() : 0; },
-                    .outputFolder = frontend::pathOf(options.session.outputFolder)},
+                    .options = options.session},
                    m_channels)
     {
         m_server = std::make_unique<WebServer>(options.port, m_channels, handlers());
@@ -130,7 +134,7 @@ private:
                 .refused = [this](const std::string& text) { m_viewer.log().addOwn(text); }};
     }
 
-    /// What the work throws is logged: it must not end the loop.
+    /// Logs exceptions of the work, which would otherwise end the loop.
     void post(std::function<void()> work)
     {
         m_application.post([this, work = std::move(work)] {
@@ -142,7 +146,7 @@ private:
         });
     }
 
-    /// One at a time: a loop that is busy does not find a heap of them.
+    /// Queues at most one tick, so that none pile up while the loop is busy.
     void postTick()
     {
         if (m_tickQueued.exchange(true))
@@ -176,6 +180,7 @@ bool runSession(const Options& options)
     viewer = &program.viewer();
     signals.set([&program] { program.endLater(); });
     announce(options, program.server());
+    const auto browser = options.openBrowser ? openBrowser(program.server()) : nullptr;
 
     const bool ready = session.start(boost::make_shared<ViewerViews>(program.viewer()), MAX_START_TIME);
     if (ready)

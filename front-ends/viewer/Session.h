@@ -1,5 +1,5 @@
 /// \file
-/// Session: the program from its start to its end.
+/// Session: runs the program.
 #pragma once
 
 #include "Options.h"
@@ -7,7 +7,7 @@
 namespace ovra::viewer {
 
 /// Starts the server, then the application, and serves pages until one of them or a signal ends the program.
-/// True when it ended in order.
+/// True if it ended normally.
 bool runSession(const Options& options);
 
 } // namespace ovra::viewer

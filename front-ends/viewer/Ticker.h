@@ -1,5 +1,5 @@
 /// \file
-/// Ticker: calls a function again and again.
+/// Ticker: calls a function at intervals.
 #pragma once
 
 #include <chrono>
@@ -10,7 +10,7 @@
 
 namespace ovra::viewer {
 
-/// \p tick is called on a thread of its own until the ticker is destroyed.
+/// Calls \p tick on its own thread until it is destroyed.
 class Ticker
 {
 public:

@@ -2,7 +2,9 @@
 
 #include "RequestTable.h"
 
+#include "front-ends/shared/Paths.h"
 #include "front-ends/shared/RequestError.h"
+#include "front-ends/shared/TimeText.h"
 
 #include "gui-core/Version.h"
 #include "ovra-core/Command.h"
@@ -13,6 +15,8 @@
 
 #include <boost/make_shared.hpp>
 
+#include <algorithm>
+#include <chrono>
 #include <utility>
 
 namespace ovra::viewer {
@@ -23,6 +27,7 @@ namespace {
 
 constexpr std::size_t MAX_NOTICES = 200;
 constexpr std::size_t MAX_LOG_LINES = 1000;
+constexpr std::size_t MAX_REPORTED_ERRORS = 50;
 constexpr std::size_t MAX_SPLASH_LINES = 200;
 
 const char* nameOf(Level level)
@@ -43,7 +48,7 @@ json idleLoad()
     return {{"active", false}, {"board", ""}, {"applet", ""}, {"lines", json::array()}};
 }
 
-/// Comes to its last phase when all commands before it have.
+/// Calls back when all earlier commands have ended.
 class Completion final : public core::Command
 {
 public:
@@ -60,13 +65,13 @@ private:
 
 } // namespace
 
-/// A request whose commands run.
+/// A request whose commands are running.
 struct Viewer::Pending
 {
     ClientId client;
     std::int64_t id;
     json result;
-    std::size_t errorsBefore;
+    std::int64_t errorsBefore;
     std::function<void()> afterwards;
 };
 
@@ -75,15 +80,20 @@ Viewer::Viewer(Setup setup, Channels& channels)
       m_state(m_setup.publish),
       m_images(channels),
       m_question(m_setup.application, m_state, [this] { return m_setup.countClients() > 0; }),
-      m_events(std::make_shared<frontend::EventCounter>())
+      m_events(std::make_shared<frontend::EventCounter>()),
+      m_recentErrors(MAX_REPORTED_ERRORS)
 {
-    m_state.set("program", {{"version", OVRA_GUI_CORE_VERSION}, {"ready", false}, {"quitting", false}});
-    for (const char* list : {"splash", "notices", "log", "boards", "applets"})
+    m_state.set("program", {{"version", OVRA_GUI_CORE_VERSION},
+                            {"ready", false},
+                            {"quitting", false},
+                            {"outputFolder", outputFolderText()}});
+    for (const char* list : {"splash", "notices", "log", "boards", "applets", "recordings"})
         m_state.set(list, json::array());
     for (const char* table : {"statistics", "events"})
         m_state.set(table, json::object());
     m_state.set("load", idleLoad());
     m_state.set("rescanning", false);
+    m_state.set("rehearsal", nullptr);
     refreshMemory();
 }
 
@@ -107,7 +117,7 @@ void Viewer::handle(ClientId client, const Request& request)
 
 void Viewer::perform(ClientId client, const Request& request)
 {
-    const auto pending = std::make_shared<Pending>(Pending{client, request.id, nullptr, m_errors.size(), {}});
+    const auto pending = std::make_shared<Pending>(Pending{client, request.id, nullptr, m_errorCount, {}});
     m_commandStarted = false;
     pending->result = performRequest(*this, request.name, request.arguments);
     pending->afterwards = std::exchange(m_afterwards, {});
@@ -116,7 +126,7 @@ void Viewer::perform(ClientId client, const Request& request)
     finish(*pending);
 }
 
-// A command may have queued others. The completion is queued behind them.
+// Commands may queue further commands; the completion is queued after them.
 void Viewer::finishLater(const std::shared_ptr<Pending>& pending)
 {
     m_setup.application.post([this, pending] {
@@ -130,12 +140,8 @@ void Viewer::finish(const Pending& pending)
     if (pending.afterwards)
         pending.afterwards();
     refreshMachine();
-    if (pending.errorsBefore < m_errors.size()) {
-        std::string text;
-        for (std::size_t i = pending.errorsBefore; i < m_errors.size(); ++i)
-            text += (text.empty() ? "" : "\n") + m_errors[i];
-        return fail(pending.client, pending.id, text);
-    }
+    if (pending.errorsBefore < m_errorCount)
+        return fail(pending.client, pending.id, errorsSince(pending.errorsBefore));
     m_setup.send(pending.client,
                  jsonText({{"type", "done"}, {"id", pending.id}, {"result", pending.result}}));
 }
@@ -143,6 +149,15 @@ void Viewer::finish(const Pending& pending)
 void Viewer::fail(ClientId client, std::int64_t id, const std::string& text)
 {
     m_setup.send(client, jsonText({{"type", "failed"}, {"id", id}, {"text", text}}));
+}
+
+std::string Viewer::errorsSince(std::int64_t count) const
+{
+    const auto recent = std::min<std::int64_t>(m_errorCount - count, std::ssize(m_errors));
+    std::string text;
+    for (auto each = m_errors.end() - recent; each != m_errors.end(); ++each)
+        text += (text.empty() ? "" : "\n") + *each;
+    return text;
 }
 
 void Viewer::showSplash(const std::string& message)
@@ -223,6 +238,7 @@ void Viewer::refreshMachine()
     m_state.set("applets", describeApplets());
     m_state.set("settings", describeSettings());
     m_state.set("statistics", describeStatistics(m_images));
+    m_state.set("rehearsal", describeRehearsal());
     refreshMemory();
 }
 
@@ -233,8 +249,14 @@ void Viewer::refreshMemory()
 
 void Viewer::report(Level level, const std::string& title, const std::string& text)
 {
-    if (level == Level::Error)
+    if (level == Level::Error) {
+        constexpr std::size_t MAX_ERRORS = 100;
+        ++m_errorCount;
         m_errors.push_back(text);
+        if (m_errors.size() > MAX_ERRORS)
+            m_errors.pop_front();
+        m_recentErrors.add(title + ": " + text);
+    }
     m_state.append("notices",
                    json::array({{{"id", ++m_noticeCount},
                                  {"time", presentTime()},
@@ -253,6 +275,8 @@ void Viewer::tick()
     m_state.set("boards", describeBoards(m_images));
     m_state.set("statistics", describeStatistics(m_images));
     m_state.set("events", m_events->counts());
+    m_recordings.update();
+    m_state.set("recordings", m_recordings.describe());
     if (++m_ticks % TICKS_OF_A_SECOND == 0)
         refreshMachine();
 }
@@ -273,7 +297,32 @@ void Viewer::requireNoLoad() const
 
 std::string Viewer::readyName(const std::string& beginning, const std::string& ending)
 {
-    return beginning + "-" + std::to_string(presentTime()) + "-" + std::to_string(++m_nameCount) + ending;
+    std::string time = frontend::utcText(std::chrono::system_clock::now());
+    std::erase_if(time, [](char character) { return character == '-' || character == ':'; });
+    time.resize(time.find('.'));
+    return beginning + "-" + time + "-" + std::to_string(++m_nameCount) + ending;
+}
+
+frontend::ReportContents Viewer::reportContents() const
+{
+    std::vector<std::string> log;
+    for (const auto& line : m_state.section("log"))
+        log.push_back(line["place"].get<std::string>() + ": " + line["text"].get<std::string>());
+    return {.program = "ovra-viewer " OVRA_GUI_CORE_VERSION,
+            .options = m_setup.options,
+            .errors = m_recentErrors.all(),
+            .log = log};
+}
+
+std::filesystem::path Viewer::outputFolder() const
+{
+    return frontend::pathOf(m_setup.options.outputFolder);
+}
+
+std::string Viewer::outputFolderText() const
+{
+    std::error_code ignored;
+    return frontend::textOf(std::filesystem::absolute(outputFolder() / ".", ignored).parent_path());
 }
 
 void Viewer::quit()

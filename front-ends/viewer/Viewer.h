@@ -1,25 +1,28 @@
 /// \file
-/// Viewer: the program's side of what the pages show. It keeps the state document, answers requests, and is
-/// told by the library through ViewerViews what happens.
+/// Viewer: keeps the state document and answers the requests of pages. ViewerViews passes the library's calls
+/// to it.
 #pragma once
 
 #include "ChannelImages.h"
 #include "LogLines.h"
 #include "MachineState.h"
 #include "Question.h"
+#include "Recordings.h"
 #include "images/Channels.h"
 #include "server/StateDocument.h"
 #include "server/WebServer.h"
 
 #include "front-ends/shared/EventCounter.h"
+#include "front-ends/shared/ProblemReport.h"
+#include "front-ends/shared/RecentMessages.h"
 
 #include <boost/shared_ptr.hpp>
 
+#include <deque>
 #include <filesystem>
 #include <functional>
 #include <memory>
 #include <string>
-#include <vector>
 
 namespace ovra::core {
 class Command;
@@ -27,7 +30,7 @@ class Command;
 
 namespace ovra::viewer {
 
-/// What a notice is about; pages mark it accordingly.
+/// Severity of a notice.
 enum class Level
 {
     Error,
@@ -35,7 +38,7 @@ enum class Level
     Information
 };
 
-/// GUI thread, but for what says otherwise.
+/// GUI thread, except functions marked otherwise.
 class Viewer
 {
 public:
@@ -46,7 +49,7 @@ public:
         std::function<void(ClientId, std::string)> send;
         std::function<void(ClientId, std::string)> subscribe;
         std::function<std::size_t()> countClients; ///< pages that are open
-        std::filesystem::path outputFolder;
+        frontend::SessionOptions options;
     };
 
     Viewer(Setup setup, Channels& channels);
@@ -69,31 +72,35 @@ public:
     void setRescanning(bool rescanning);
     void refreshMachine();
     void refreshMemory();
-    /// A notice for the user; an error is the outcome of the requests that are under way, too.
+    /// Shows a notice. An error also fails the requests in progress.
     void report(Level level, const std::string& title, const std::string& text);
     Question& question() { return m_question; }
 
-    /// Some times a second: what changes without anybody telling.
+    /// Refreshes what changes without a call from the library. Called four times a second.
     void tick();
 
     // For requests.
 
-    /// Lets the application run \p command. The request that this is called in is answered when it has ended.
+    /// Submits \p command. The current request is answered when the command has ended.
     void run(const boost::shared_ptr<core::Command>& command);
-    /// \p work is done when the request that this is called in has been answered.
+    /// Runs \p work when the commands of the current request have ended.
     void afterwards(std::function<void()> work) { m_afterwards = std::move(work); }
-    /// A load that is submitted while another one runs would do nothing at all: throws RequestError then.
+    /// Throws RequestError during a load: the library would ignore a second one.
     void requireNoLoad() const;
-    /// A name for a file of this moment, which no other file of this run has.
+    /// A file name with the current time, unique within this run.
     std::string readyName(const std::string& beginning, const std::string& ending);
     void quit();
     ChannelImages& images() { return m_images; }
     StateDocument& state() { return m_state; }
-    const std::filesystem::path& outputFolder() const { return m_setup.outputFolder; }
+    Recordings& recordings() { return m_recordings; }
+    frontend::ReportContents reportContents() const;
+    std::filesystem::path outputFolder() const;
+    /// The output folder as an absolute path, for the user.
+    std::string outputFolderText() const;
 
     // Any thread.
     LogLines& log() { return m_log; }
-    /// Shared with subscriptions, which a board may hold longer than the library holds the views.
+    /// Shared with event subscriptions, which may outlive the views.
     const std::shared_ptr<frontend::EventCounter>& events() { return m_events; }
 
 private:
@@ -103,14 +110,18 @@ private:
     void finishLater(const std::shared_ptr<Pending>& pending);
     void finish(const Pending& pending);
     void fail(ClientId client, std::int64_t id, const std::string& text);
+    std::string errorsSince(std::int64_t count) const;
 
     const Setup m_setup;
     StateDocument m_state;
     ChannelImages m_images;
+    Recordings m_recordings;
     Question m_question;
     LogLines m_log;
     const std::shared_ptr<frontend::EventCounter> m_events;
-    std::vector<std::string> m_errors; ///< since the start
+    std::deque<std::string> m_errors; ///< the latest
+    std::int64_t m_errorCount = 0;    ///< since the start
+    frontend::RecentMessages m_recentErrors;
     std::int64_t m_noticeCount = 0;
     std::function<void()> m_afterwards;
     int m_nameCount = 0;

@@ -1,5 +1,5 @@
 /// \file
-/// ViewerViews: what the library tells its front end, passed on to the viewer.
+/// ViewerViews: passes the library's calls of its front end to the viewer.
 #pragma once
 
 #include "gui-core/Views.h"
@@ -8,7 +8,7 @@ namespace ovra::viewer {
 
 class Viewer;
 
-/// The viewer outlives it.
+/// The viewer must outlive it.
 class ViewerViews final : public gui::Views
 {
 public:

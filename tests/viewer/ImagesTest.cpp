@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include <numeric>
-#include <thread>
 
 using namespace ovra::viewer;
 using ovra::display::Image;
@@ -243,16 +242,20 @@ TEST(Streams, OneImageIsUnderWayAndTheNextIsTheNewest)
     EXPECT_EQ(numberOf(streams.next(channel->id())), 0) << "there is no such channel any more";
 }
 
-TEST(Channels, TellWhereImagesHaveArrivedAndEnd)
+TEST(Channels, TellThatAndWhereImagesHaveArrived)
 {
     Channels channels;
     const auto first = channels.add();
     const auto second = channels.add();
+    int calls = 0;
+    channels.setListener([&] { ++calls; });
     const std::vector<std::uint8_t> pixel{1};
     second->mailbox().showImage(imageOf(pixel, 1, 1));
     second->mailbox().showImage(imageOf(pixel, 1, 2));
-    EXPECT_EQ(channels.waitForNews(), std::vector<std::uint32_t>{second->id()});
-    std::thread ending([&] { channels.end(); });
-    EXPECT_EQ(channels.waitForNews(), std::vector<std::uint32_t>());
-    ending.join();
+    EXPECT_EQ(calls, 2);
+    EXPECT_EQ(channels.takeNews(), std::vector<std::uint32_t>{second->id()});
+    EXPECT_EQ(channels.takeNews(), std::vector<std::uint32_t>());
+    channels.setListener({});
+    first->mailbox().showImage(imageOf(pixel, 1, 1));
+    EXPECT_EQ(calls, 2);
 }

@@ -1,10 +1,12 @@
 """What somebody who means no good, or a broken page, sends to the viewer: it stays as it was, and serves the others."""
 
 import json
+import os
 import socket
+import tempfile
 import unittest
 
-from harness import LIMIT, Socket, Viewer, run_tests, wait_for
+from harness import ARGUMENTS, LIMIT, Socket, Viewer, complain_of, run_tests, wait_for
 
 
 class Abuse(unittest.TestCase):
@@ -191,6 +193,52 @@ class Abuse(unittest.TestCase):
                 statistics = page.message("changed")
             self.assertEqual(statistics["value"][str(channel)]["lost"], 0)
             self.assertEqual(page.request("unload", board="1a2b3c")["type"], "done")
+
+
+class Protocol(unittest.TestCase):
+    def test_is_that_of_the_schema(self):
+        viewer = Viewer()
+        with Socket(viewer) as page:
+            page.send = lambda message, send=page.send: (sent.append(message), send(message))
+            page.frame = lambda frame=page.frame: came.append(frame()) or came[-1]
+            sent, came = [], []
+            page.hello()
+            applet = next(each for each in json.loads(came[0][1])["state"]["applets"] if each["name"] == "SingleAreaGray.hap")
+            board = "1a2b3c"
+            page.request("load", board=board, applet=applet["path"])
+            answers = {name: page.request(name, **arguments) for name, arguments in (
+                ("list-parameters", {"board": board, "dma": 0}), ("set-buffers", {"board": board, "dma": 0, "count": 8}),
+                ("start", {"board": board, "kind": "process", "index": 0, "images": 5}), ("list-configurations", {}),
+                ("list-scenarios", {}), ("rehearse", {"step": "unplug camera 0 1"}), ("problem-report", {"withPaths": False}))}
+            self.assertEqual({answer["type"] for answer in answers.values()}, {"done"})
+            page.send({"type": "show", "channel": 1, "view": 1, "region": [0, 0, 64, 64], "screen": [64, 64], "histogram": True,
+                       "pixel": [1, 2], "line": [0, 0, 9, 9]})
+            for kind in ("values", "histogram", "changed"):
+                page.message(kind)
+            self.assertEqual(page.request("set-parameter", board=board, dma=0, name="GAIN", value="high")["type"], "failed")
+        texts = {payload for opcode, payload in came if opcode == 1}
+        for side, messages in (("fromPage", sent), ("fromProgram", map(json.loads, texts))):
+            self.assertEqual(list(filter(None, (complain_of(message, side) for message in messages))), [])
+        self.assertEqual(viewer.end(), 0, viewer.lines)
+
+
+@unittest.skipIf(ARGUMENTS.emulator, "the system's browser is opened in another way there")
+class OtherUsers(unittest.TestCase):
+    def test_find_no_token_among_the_arguments_of_the_program_that_opens_the_browser(self):
+        with tempfile.TemporaryDirectory() as folder:
+            opener = os.path.join(folder, "xdg-open")
+            with open(opener, "w", encoding="utf-8") as file:
+                file.write(f"#!/bin/sh\nstat -c %a \"$1\" >{folder}/seen\necho \"$1\" >>{folder}/seen\ncat \"$1\" >>{folder}/seen\n"
+                           f"mv {folder}/seen {folder}/all\n")
+            os.chmod(opener, 0o755)
+            viewer = Viewer(extra=(), environment={**os.environ, "PATH": folder + ":" + os.environ["PATH"], "TMPDIR": folder})
+            wait_for(lambda: os.path.exists(folder + "/all"), "the opener is called")
+            with open(folder + "/all", encoding="utf-8") as file:
+                mode, path, page = file.read().split("\n", 2)
+            self.assertEqual(mode, "600")
+            self.assertIn(viewer.address, page)
+            self.assertEqual(viewer.end(), 0, viewer.lines)
+            self.assertFalse(os.path.exists(path))
 
 
 if __name__ == "__main__":

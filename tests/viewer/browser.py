@@ -1,10 +1,15 @@
 """A real browser with the viewer's page in it."""
 
 import os
+import shutil
+import tempfile
 
 from selenium import webdriver
+from selenium.common.exceptions import StaleElementReferenceException
 from selenium.webdriver.chrome.service import Service
 from selenium.webdriver.common.by import By
+from selenium.webdriver.common.keys import Keys
+from selenium.webdriver.support.ui import Select
 
 from harness import ARGUMENTS, LIMIT, wait_for
 
@@ -22,11 +27,29 @@ class Browser:
         options.set_capability("goog:loggingPrefs", {"browser": "ALL"})
         self.driver = webdriver.Chrome(service=Service("/usr/bin/chromedriver"), options=options)
         self.driver.set_script_timeout(LIMIT)
+        self.downloads = tempfile.mkdtemp(prefix="ovra-downloads-")
+        self.driver.execute_cdp_cmd("Browser.grantPermissions", {"permissions": ["clipboardReadWrite", "clipboardSanitizedWrite"]})
+        self.driver.execute_cdp_cmd("Browser.setDownloadBehavior", {"behavior": "allow", "downloadPath": self.downloads})
 
     def open(self, viewer, extra=""):
         self.driver.get("about:blank")  # another fragment alone would load nothing
         self.driver.get(viewer.address + extra)
         wait_for(lambda: self.run("return document.body.dataset.ready === 'true'"), "the page is ready")
+        self.run("""
+            const {connection} = ovraViewer, {sendObject} = connection, {message} = connection.handlers;
+            ovraViewer.traffic = {fromPage: {}, fromProgram: {}};
+            connection.sendObject = (each) => {
+                ovraViewer.traffic.fromPage[each.type + each.name] = each;
+                sendObject.call(connection, each);
+            };
+            connection.handlers.message = (each) => {
+                ovraViewer.traffic.fromProgram[each.type + each.section] = each;
+                message(each);
+            };""")
+
+    def traffic(self):
+        """The latest message of each kind since the page was opened."""
+        return self.run("return ovraViewer.traffic") or {}
 
     def run(self, script, *arguments):
         return self.driver.execute_script(script, *arguments)
@@ -80,5 +103,41 @@ class Browser:
             os.makedirs(ARGUMENTS.screenshots, exist_ok=True)
             self.driver.save_screenshot(os.path.join(ARGUMENTS.screenshots, name + ".png"))
 
+    def downloaded(self, ending):
+        """The path of a file that a press of a button brought, once it is whole."""
+        def complete():
+            return [each for each in os.listdir(self.downloads) if each.endswith(ending)]
+        return os.path.join(self.downloads, wait_for(complete, f"a download *{ending}")[0])
+
+    def size_of_copied_picture(self):
+        """[width, height] of the picture in the clipboard."""
+        return self.driver.execute_async_script(
+            """const done = arguments[0];
+            navigator.clipboard.read().then(([item]) => item.getType('image/png')).then(createImageBitmap)
+                .then(({width, height}) => done([width, height]), (error) => done(error.message));""")
+
+    def touch(self, kind, *points):
+        """Fingers on the screen, in CSS pixels of the page; none: they are lifted."""
+        self.driver.execute_cdp_cmd("Input.dispatchTouchEvent", {
+            "type": kind, "touchPoints": [{"x": x, "y": y, "id": i} for i, (x, y) in enumerate(points)]})
+
+    def once_more(self, act, what):
+        """What changes elsewhere makes fields anew, so a field that was found may be gone."""
+        def done():
+            try:
+                act()
+                return True
+            except StaleElementReferenceException:
+                return False
+        wait_for(done, what)
+
+    def choose(self, selector, text):
+        self.once_more(lambda: Select(self.find(selector)).select_by_visible_text(text), selector)
+
+    def fill(self, selector, text, *keys):
+        """Replaces what stands in a field."""
+        self.once_more(lambda: self.find(selector).send_keys(Keys.CONTROL, "a", Keys.NULL, text, *keys), selector)
+
     def end(self):
         self.driver.quit()
+        shutil.rmtree(self.downloads, ignore_errors=True)

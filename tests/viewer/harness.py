@@ -16,6 +16,8 @@ import time
 import unittest
 import zlib
 
+import jsonschema
+
 LIMIT = 60  # seconds that anything may take, on a machine that is busy
 
 
@@ -54,9 +56,9 @@ def wait_for(condition, what, limit=LIMIT):
 class Viewer:
     """The program, on a folder of its own."""
 
-    def __init__(self, port=0, folder=None, machine=None, extra=()):
+    def __init__(self, port=0, folder=None, machine=None, extra=("--no-browser",), environment=None):
         self.folder = folder or tempfile.mkdtemp(prefix="ovra-viewer-")
-        arguments = ["--no-browser", "--port", str(port), "--output-dir", native_path(self.folder),
+        arguments = ["--port", str(port), "--output-dir", native_path(self.folder),
                      "--config", native_path(os.path.join(self.folder, "entries.cfg")), *extra]
         if machine is not None:
             description = os.path.join(self.folder, "machine.json")
@@ -64,7 +66,7 @@ class Viewer:
                 json.dump(machine, file)
             arguments += ["--machine", native_path(description)]
         self.process = subprocess.Popen(command(ARGUMENTS.viewer, *arguments), stdin=subprocess.DEVNULL,
-                                        stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
+                                        stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, env=environment)
         self.lines = []
         self.reader = threading.Thread(target=self.collect, daemon=True)
         self.reader.start()
@@ -185,8 +187,19 @@ class Socket:
                 return answer
 
 
+def unfiltered(kind, line, previous, step):
+    """A line of a PNG file without its filter."""
+    for x in range(len(line)):
+        left, corner = (line[x - step], previous[x - step]) if x >= step else (0, 0)
+        up = previous[x]
+        guess = left + up - corner
+        nearest = min((left, up, corner), key=lambda each: abs(guess - each))
+        line[x] = (line[x] + (0, left, up, (left + up) // 2, nearest)[kind]) & 255
+    return line
+
+
 def read_png(path):
-    """(width, height, rows of samples) of a grey PNG file of 8 or 16 bits."""
+    """(width, height, rows) of a PNG file of 8 or 16 bits: samples of pixels one after the other."""
     with open(path, "rb") as file:
         data = file.read()
     place, compressed = 8, b""
@@ -195,31 +208,26 @@ def read_png(path):
         content = data[place + 8:place + 8 + length]
         if kind == b"IHDR":
             width, height, depth, colour = struct.unpack(">IIBB", content[:10])
-            assert colour == 0, "a grey picture"
         if kind == b"IDAT":
             compressed += content
         place += 12 + length
     step = depth // 8
-    raw, rows, previous = zlib.decompress(compressed), [], bytes(width * step)
-    for y in range(height):
-        begin = y * (width * step + 1)
-        kind, line = raw[begin], bytearray(raw[begin + 1:begin + 1 + width * step])
-        for x in range(len(line)):
-            left = line[x - step] if x >= step else 0
-            up, corner = previous[x], previous[x - step] if x >= step else 0
-            if kind == 1:
-                line[x] = (line[x] + left) & 255
-            elif kind == 2:
-                line[x] = (line[x] + up) & 255
-            elif kind == 3:
-                line[x] = (line[x] + (left + up) // 2) & 255
-            elif kind == 4:
-                guess = left + up - corner
-                nearest = min((left, up, corner), key=lambda each: abs(guess - each))
-                line[x] = (line[x] + nearest) & 255
-        rows.append(line if step == 1 else [line[2 * i] * 256 + line[2 * i + 1] for i in range(width)])
-        previous = line
+    pixel = step * {0: 1, 2: 3, 6: 4}[colour]
+    stride = width * pixel
+    raw, rows, previous = zlib.decompress(compressed), [], bytes(stride)
+    for begin in range(0, height * (stride + 1), stride + 1):
+        previous = unfiltered(raw[begin], bytearray(raw[begin + 1:begin + 1 + stride]), previous, pixel)
+        rows.append(previous if step == 1 else struct.unpack(f">{stride // 2}H", previous))
     return width, height, rows
+
+
+def complain_of(message, side):
+    """Why a message is none of the schema's for "fromPage" or "fromProgram"; empty when it is one."""
+    with open(os.path.join(os.path.dirname(__file__), "../../docs/viewer-protocol.schema.json"), encoding="utf-8") as file:
+        schema = json.load(file)
+    schema["anyOf"] = [{"$ref": "#/$defs/" + side}]
+    error = jsonschema.exceptions.best_match(jsonschema.Draft202012Validator(schema).iter_errors(message))
+    return "" if error is None else f"{json.dumps(message)[:300]}: {error.message[:300]}"
 
 
 def run_tests():

@@ -12,7 +12,7 @@ from selenium.webdriver.common.by import By
 from selenium.webdriver.common.keys import Keys
 
 from browser import Browser
-from harness import ARGUMENTS, LIMIT, Socket, Viewer, command, native_path, read_png, run_tests, wait_for
+from harness import ARGUMENTS, LIMIT, Socket, Viewer, command, complain_of, native_path, read_png, run_tests, wait_for
 
 NOISE = 16  # grey values by which two images of one scene differ
 BOARD, SINGLE, DUAL = "1a2b3c", "SingleAreaGray.hap", "DualAreaCxp.hap"
@@ -46,6 +46,8 @@ class Story(unittest.TestCase):
 
     def tearDown(self):
         self.browser.keep_picture("after-" + self.id().rsplit(".", 1)[1])
+        for side, messages in self.browser.traffic().items():
+            self.assertEqual(list(filter(None, (complain_of(each, side) for each in messages.values()))), [])
         self.assertEqual(self.viewer.end(), 0, self.viewer.lines)
 
     def load(self, applet=SINGLE, board=0):
@@ -61,13 +63,28 @@ class Story(unittest.TestCase):
         self.start(f"{board}/0")
         self.browser.wait_for_images(f"{board}/0")
 
+    def stop(self, channel="0/0"):
+        board, dma = channel.split("/")
+        self.browser.press(f"Stop board {board} DMA {dma}", ".tile")
+        wait_for(lambda: self.text_of(".why").startswith("Stopped"), "the tile says that it is stopped")
+
+    def open_panel(self, title):
+        if self.browser.run("return ovraViewer.panel?.title") != title:
+            self.browser.press(title, "#panels")
+        wait_for(lambda: self.text_of("#panel h2") == title, f"the panel {title}")
+
+    def channel(self, board=0, process=0):
+        return self.state("boards")[board]["processes"][process]["channels"][0]
+
+    def files(self, ending):
+        return sorted(each for each in os.listdir(self.viewer.folder) if each.endswith(ending))
+
     def state(self, section):
         return self.browser.run("return ovraViewer.state.get(arguments[0])", section)
 
-    def tile(self, expression, channel="0/0"):
-        return self.browser.run(
-            f"""const tile = [...ovraViewer.tiles.tiles.values()].find((each) => each.root.dataset.channel === '{channel}');
-            return {expression};""")
+    def tile(self, expression):
+        """A value of the first tile."""
+        return self.browser.run(f"const [tile] = ovraViewer.tiles.tiles.values(); return {expression};")
 
     def screen_points(self, points):
         """Where image points lie on the canvas of the first tile."""
@@ -88,8 +105,9 @@ class Story(unittest.TestCase):
         stage = self.browser.find(".tile .stage")
         place = self.screen_points([pixel])[0]
         size = stage.size
-        ActionChains(self.browser.driver, duration=0).move_to_element_with_offset(
+        ActionChains(self.browser.driver, duration=0).move_to_element(stage).move_to_element_with_offset(
             stage, int(place["x"] - size["width"] / 2), int(place["y"] - size["height"] / 2)).perform()
+        wait_for(lambda: self.tile("tile.pixel"), "the pointer is over the image")
         expected = [int(number) for number in self.tile("tile.pixel")]
         start = f"x {expected[0]}, y {expected[1]}: "
         text = wait_for(lambda: self.text_of(".position").startswith(start) and self.text_of(".position"), "the value there")
@@ -120,8 +138,7 @@ class Images(Story):
     def test_the_value_under_the_pointer_is_that_of_the_pixel_at_every_zoom(self):
         _, _, rows = scene_picture()
         self.acquire()
-        self.browser.press("Stop board 0 DMA 0", ".tile")
-        wait_for(lambda: self.text_of(".why").startswith("Stopped"), "the tile says that it is stopped")
+        self.stop()
         inner = [(x, y) for y in range(600, 740, 3) for x in range(300, 700, 3)]
         extremes = [choose(inner, key=lambda pixel: rows[pixel[1]][pixel[0]]) for choose in (min, max)]
         for key in ("", "1", "+", "r", "f"):
@@ -136,10 +153,28 @@ class Images(Story):
                 self.assertLessEqual(max(abs(x - pixel[0]), abs(y - pixel[1])), 3, key)
                 self.assertLessEqual(abs(value - rows[y][x]), NOISE, f"after {key!r} at {x}, {y}")
 
+    def test_two_fingers_zoom_to_what_is_between_them(self):
+        self.acquire()
+        self.stop()
+        box = self.browser.find(".tile .stage").rect
+        middle = (box["x"] + box["width"] / 2 + 40, box["y"] + box["height"] / 2)
+        under = "tile.geometry.toImage({x: tile.geometry.stage.width / 2 + 40, y: tile.geometry.stage.height / 2})"
+        scale, before = self.tile("tile.geometry.scale"), self.tile(under)
+
+        def fingers(distance):
+            return [(middle[0] - distance, middle[1]), (middle[0] + distance, middle[1])]
+        self.browser.touch("touchStart", *fingers(20))
+        for distance in range(30, 110, 10):
+            self.browser.touch("touchMove", *fingers(distance))
+        self.browser.touch("touchEnd")
+        grown = wait_for(lambda: self.tile("tile.geometry.scale") != scale and self.tile("tile.geometry.scale"), "zoomed")
+        self.assertAlmostEqual(grown, max(1, round(scale * 5)), delta=1)
+        after = self.tile(under)
+        self.assertLessEqual(max(abs(before[axis] - after[axis]) for axis in "xy"), 8)
+
     def test_contrast_stretches_what_lies_between_the_handles(self):
         self.acquire()
-        self.browser.press("Stop board 0 DMA 0", ".tile")
-        wait_for(lambda: self.text_of(".why").startswith("Stopped"), "stopped")
+        self.stop()
         self.show_all_pixels()
         before = self.browser.pixels("0/0")[2][0::4]
         low = self.browser.find("[data-end='low']")
@@ -153,8 +188,7 @@ class Images(Story):
 
     def test_a_plain_canvas_shows_the_same(self):
         self.acquire()
-        self.browser.press("Stop board 0 DMA 0", ".tile")
-        wait_for(lambda: self.text_of(".why").startswith("Stopped"), "stopped")
+        self.stop()
         self.assertEqual(self.tile("tile.root.dataset.renderer"), "webgl2")
         self.show_all_pixels()
         drawn = self.browser.pixels("0/0")
@@ -166,6 +200,128 @@ class Images(Story):
         self.assertEqual(drawn[:2], plain[:2])
         differences = [abs(a - b) for a, b in zip(drawn[2], plain[2])]
         self.assertLessEqual(sum(difference > 1 for difference in differences), len(differences) // 100)
+
+
+class Keeping(Story):
+    def keep(self):
+        """Saves the image of the only tile: (width, height, rows) of the file, and the bits that lie before its samples."""
+        before = self.files(".png")
+        self.browser.find(".tile .stage").send_keys("s")
+        saved = wait_for(lambda: [each for each in self.files(".png") if each not in before], "the file")[0]
+        return read_png(os.path.join(self.viewer.folder, saved))
+
+    def test_images_of_any_depth_are_saved_as_they_came_and_their_values_are_seen(self):
+        for applet, board, components, shift in (("SingleAreaGray12Cxp.hap", 1, 1, 4), ("SingleAreaColor.hap", 0, 3, 0)):
+            with self.subTest(applet=applet):
+                self.acquire(applet, board)
+                self.stop(f"{board}/0")
+                for key in "ac":  # what is only seen changes nothing
+                    self.browser.find(".tile .stage").send_keys(key)
+                width, height, rows = self.keep()
+                for pixel in ((width // 2 + 9, height // 2), (width // 3, height // 3), (width // 5, height // 2)):
+                    x, y, *values = self.point_at(pixel)
+                    kept = [each >> shift for each in rows[y][x * components:(x + 1) * components]]
+                    self.assertEqual(values, kept, f"at {x}, {y}")
+                self.assertGreater(max(max(row) for row in rows[::50]) >> shift, 255 if shift else 100)
+                self.browser.press("Save as shown")
+                shown = read_png(self.browser.downloaded("-as-shown.png"))
+                self.assertEqual(list(shown[:2]), self.browser.pixels(f"{board}/0")[:2])
+                os.remove(self.browser.downloaded("-as-shown.png"))
+                self.browser.press("Copy")
+                wait_for(lambda: "is in the clipboard" in self.text_of("#toasts"), "copied")
+                self.assertEqual(self.browser.size_of_copied_picture(), list(shown[:2]))
+                self.browser.request("unload", board=self.state("boards")[board]["serial"])
+                wait_for(lambda: not self.browser.driver.find_elements(By.CSS_SELECTOR, ".tile"), "no tile")
+
+    def test_a_line_is_dragged_and_its_values_are_those_of_the_pixels(self):
+        self.acquire()
+        self.stop()
+        _, _, rows = self.keep()
+        self.browser.press("Profile")
+        stage, size = self.browser.find(".tile .stage"), self.browser.find(".tile .stage").size
+        ends = [(place["x"] - size["width"] / 2, place["y"] - size["height"] / 2) for place in self.screen_points([(300, 300), (700, 500)])]
+        ActionChains(self.browser.driver, duration=0).move_to_element_with_offset(stage, *map(int, ends[0])).click_and_hold() \
+            .move_by_offset(*(int(b) - int(a) for a, b in zip(*ends))).release().perform()
+        x, y, x2, y2 = wait_for(lambda: self.tile("tile.samples?.ends.join() === tile.line?.join() && tile.line"), "the values along the line")
+        samples = [each[0] for each in self.tile("tile.samples.line")]
+        self.assertEqual(len(samples), max(abs(x2 - x), abs(y2 - y)) + 1)
+        shares = [i / (len(samples) - 1) for i in range(len(samples))]
+        self.assertEqual(samples, [rows[int(y + share * (y2 - y) + 0.5)][int(x + share * (x2 - x) + 0.5)] for share in shares])
+
+    def test_images_are_recorded_and_a_recording_is_cancelled(self):
+        self.load()
+        self.open_panel("Acquisition")
+        self.browser.fill("#count", "5")
+        self.browser.press("Record images of board 0 DMA 0")  # starts it, too
+        first = wait_for(lambda: [each for each in self.state("recordings") if each["ended"]], "recorded")[0]
+        self.assertEqual((first["recorded"], first["missed"], first["failure"]), (5, 0, ""))
+        folder = os.path.join(self.viewer.folder, first["name"])
+        self.assertEqual(sorted(os.listdir(folder)), [f"image-{i:06}.png" for i in range(1, 6)] + ["images.csv"])
+        self.assertEqual(read_png(os.path.join(folder, "image-000005.png"))[:2], (1024, 768))
+        self.start()
+        self.browser.fill("#count", "100000")
+        self.browser.press("Record images of board 0 DMA 0")
+        wait_for(lambda: len(self.state("recordings")) == 2 and self.state("recordings")[1]["recorded"] > 2, "progress")
+        with self.assertRaisesRegex(RuntimeError, "recorded already"):
+            self.browser.request("record", board=BOARD, dma=0, images=5)
+        self.browser.press(f"Cancel {self.state('recordings')[1]['name']}")
+        second = wait_for(lambda: self.state("recordings")[1]["ended"] and self.state("recordings")[1], "cancelled")
+        self.assertTrue(second["cancelled"])
+        written = len(os.listdir(os.path.join(self.viewer.folder, second["name"]))) - 1
+        self.assertGreaterEqual(written, second["recorded"])
+        self.assertTrue(self.channel()["grabbing"], "the acquisition goes on")
+
+
+class Rehearsals(Story):
+    def test_hardware_comes_and_goes_and_the_page_says_so(self):
+        self.acquire()
+        self.open_panel("Rehearsal")
+
+        def rehearse(part, step):
+            self.browser.choose("#panel [aria-label='Part']", part)
+            self.browser.press(step, "#panel")
+        rehearse("camera at connector 0 of board 0", "Unplug")
+        wait_for(lambda: self.text_of(".why"), "the tile says that nothing comes")
+        self.browser.find("[aria-label='Undo unplug camera 0 0']").click()
+        wait_for(lambda: not self.state("rehearsal")["plans"], "plugged in")
+        self.stop()
+        self.open_panel("Machine")
+        self.browser.press("Start process 0 of board 0")
+        self.browser.wait_for_images("0/0")
+        self.open_panel("Rehearsal")
+        rehearse("board 0", "Unplug")
+        wait_for(lambda: self.text_of(".why").startswith("Device lost"), "the tile says that the board is lost")
+        rehearse("board 0", "Plug in")
+        wait_for(lambda: not self.state("rehearsal")["plans"], "plugged in")
+        self.open_panel("Machine")
+        if self.state("boards")[0]["applet"]:
+            self.browser.press("Unload")
+        self.acquire()
+
+    def test_faults_and_scenarios_are_planned_and_taken_back(self):
+        self.open_panel("Rehearsal")
+        self.browser.fill("#rehearsed-entry", "Fg_InitEx")
+        self.browser.press("Let it fail", "#panel")
+        wait_for(lambda: any(plan.startswith("fault Fg_InitEx") for plan in self.state("rehearsal")["plans"]), "planned")
+        self.browser.find("[aria-label^='Undo fault Fg_InitEx']").click()
+        wait_for(lambda: not self.state("rehearsal")["plans"], "forgotten")
+        self.browser.choose("[aria-label='Scenario']", "loose-cable")
+        self.browser.press("Play", "#panel")
+        wait_for(lambda: self.state("rehearsal")["scenario"] == ["waits: at image 50 of board 0 DMA 0: loosen 0 0 5 lost"], "begun")
+        path = os.path.join(self.viewer.folder, "own.scenario")
+        with open(path, "w", encoding="utf-8") as file:
+            file.write("at 0 s: disk full\n")
+        self.browser.find("#scenario-file").send_keys(path)
+        wait_for(lambda: self.state("rehearsal")["plans"] == ["disk full"], "the file is played")
+        for request, arguments in (("rehearse", {"step": "scenario /etc/passwd"}), ("play-scenario", {"name": "../../own"})):
+            with self.assertRaisesRegex(RuntimeError, "there is no such|there is no step"):
+                self.browser.request(request, **arguments)
+        self.open_panel("Notices")
+        self.browser.press("Download a problem report")
+        with open(self.browser.downloaded(".txt"), encoding="utf-8") as file:
+            report = file.read()
+        self.assertIn("ovra-viewer ", report)
+        self.assertNotIn(self.viewer.folder, report)
 
 
 class Questions(Story):
@@ -227,6 +383,24 @@ class Pages(Story):
             other.request("unload", board=BOARD)
         wait_for(lambda: not self.state("boards")[0]["applet"], "the page sees what another one did")
 
+    def test_a_second_browser_sees_and_answers_what_the_first_does(self):
+        second = Browser()
+        try:
+            second.open(self.viewer)
+            self.load(DUAL, 1)
+            second.find("[data-channel='1/1']")
+            self.browser.request("set-sync-mode", mode=2)
+            self.start("1/0")
+            self.browser.find("dialog[open] [data-button='2']")
+            second.find("dialog[open] [data-button='2']").click()
+            wait_for(lambda: not self.browser.driver.find_elements(By.CSS_SELECTOR, "dialog[open]"), "closed in both")
+            for browser in (self.browser, second):
+                browser.wait_for_images("1/0")
+            second.press("Stop board 1 DMA 0", ".tile")
+            wait_for(lambda: not self.channel(1)["grabbing"], "stopped in both")
+        finally:
+            second.end()
+
     def test_a_program_that_comes_back_is_found_again(self):
         old = self.viewer
         old.kill()
@@ -262,24 +436,37 @@ class Pages(Story):
         self.browser.wait_for_images("0/0")
 
 class Settings(Story):
-    def type_into(self, selector, text):
-        # At once: a change in between is one, and makes the field anew.
-        self.browser.find(selector).send_keys(Keys.CONTROL, "a", Keys.NULL, text, Keys.ENTER)
-
     def test_a_parameter_is_set_and_a_value_that_is_refused_stays_with_the_reason(self):
         self.load()
         self.browser.press("Parameters")
-        self.type_into("#parameter-GAIN", "99")
+        self.browser.fill("#parameter-GAIN", "99", Keys.ENTER)
         reason = wait_for(lambda: self.text_of("#parameter-GAIN-about.error"), "the reason")
         self.assertIn("GAIN", reason)
         self.assertIn("16", reason)
         self.assertEqual(self.browser.run("return document.querySelector('#parameter-GAIN').value"), "99")
-        self.type_into("#parameter-GAIN", "2.5")
+        self.browser.fill("#parameter-GAIN", "2.5", Keys.ENTER)
         wait_for(lambda: not self.text_of("#parameter-GAIN-about.error"), "accepted")
         values = {each["name"]: each["value"] for each in self.browser.request("list-parameters", board=BOARD, dma=0)}
         self.assertEqual(values["GAIN"], "2.5")
-        self.type_into("#parameter-FG_WIDTH", "512")
+        self.browser.fill("#parameter-FG_WIDTH", "512", Keys.ENTER)
         wait_for(lambda: self.state("boards")[0]["processes"][0]["channels"][0]["width"] == 512, "the channel's size")
+
+    def test_a_camera_waits_for_a_trigger_which_a_button_sends(self):
+        self.load("TriggeredAreaCxp.hap", 1)
+        self.open_panel("Parameters")
+        self.browser.choose("#parameter-TRIGGER_MODE", "software")
+        wait_for(lambda: any(each["name"] == "TRIGGER_MODE" and each["value"] == "1" for each in
+                             self.browser.request("list-parameters", board="c0ffee01", dma=0)), "set")
+        self.browser.request("start", board="c0ffee01", kind="process", index=0)
+        wait_for(lambda: self.text_of(".why").startswith("Waiting for a trigger"), "the tile says so")
+        for count in (1, 2):
+            self.browser.press("Trigger port 0")
+            wait_for(lambda count=count: self.browser.shown_image("1/0") == count, f"image {count}")
+        self.browser.choose("[aria-label='Whose parameters']", self.browser.run(
+            "return [...document.querySelectorAll('[aria-label=\"Whose parameters\"] option')].map((each) => each.textContent).find((each) => each.startsWith('camera'))"))
+        self.browser.fill("#parameter-ExposureTime", "1234", Keys.ENTER)
+        wait_for(lambda: any(each["name"] == "ExposureTime" and float(each["value"]) == 1234 for each in
+                             self.browser.request("list-parameters", board="c0ffee01", port=0)), "the camera's exposure")
 
     def test_the_generator_makes_the_images_that_it_should(self):
         self.load()
@@ -344,7 +531,7 @@ class Looks(Story):
             for width, height in ((1920, 1080), (1024, 768), (390, 844)):
                 driver.execute_cdp_cmd("Emulation.setDeviceMetricsOverride",
                                        {"width": width, "height": height, "deviceScaleFactor": 1, "mobile": False})
-                for panel in ("Machine", "Acquisition", "Parameters", "Configurations", "Notices", "Log"):
+                for panel in ("Machine", "Acquisition", "Parameters", "Configurations", "Notices", "Log", "Rehearsal"):
                     if self.browser.run("return ovraViewer.panel?.title") != panel:
                         self.browser.press(panel, "#panels")
                     wait_for(lambda: self.text_of("#panel h2"), "the panel")

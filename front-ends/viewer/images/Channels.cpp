@@ -64,32 +64,27 @@ std::shared_ptr<Channel> Channels::find(std::uint32_t id) const
     return found == m_channels.end() ? nullptr : found->second;
 }
 
-std::vector<std::uint32_t> Channels::waitForNews()
+void Channels::setListener(std::function<void()> listener)
 {
-    std::vector<std::uint32_t> fresh;
-    std::unique_lock lock(m_mutex);
-    while (!m_ended && fresh.empty()) {
-        m_changed.wait(lock, [this] { return m_news || m_ended; });
-        m_news = false;
-        for (const auto& [id, channel] : m_channels)
-            if (channel->takeNews())
-                fresh.push_back(id);
-    }
-    return m_ended ? std::vector<std::uint32_t>() : fresh;
+    const std::lock_guard lock(m_listenerMutex);
+    m_listener = std::move(listener);
 }
 
-void Channels::end()
+std::vector<std::uint32_t> Channels::takeNews()
 {
+    std::vector<std::uint32_t> fresh;
     const std::lock_guard lock(m_mutex);
-    m_ended = true;
-    m_changed.notify_all();
+    for (const auto& [id, channel] : m_channels)
+        if (channel->takeNews())
+            fresh.push_back(id);
+    return fresh;
 }
 
 void Channels::announce()
 {
-    const std::lock_guard lock(m_mutex);
-    m_news = true;
-    m_changed.notify_one();
+    const std::lock_guard lock(m_listenerMutex);
+    if (m_listener)
+        m_listener();
 }
 
 } // namespace ovra::viewer

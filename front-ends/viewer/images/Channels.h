@@ -1,6 +1,6 @@
 /// \file
-/// Channels: the DMA channels whose images can be looked at, for the GUI thread, which adds and removes them,
-/// and for the network's threads, which read their images.
+/// Channels: the DMA channels whose images pages can show. The GUI thread adds and removes them; network
+/// threads read their images.
 #pragma once
 
 #include "images/Histogram.h"
@@ -8,8 +8,8 @@
 
 #include <atomic>
 #include <chrono>
-#include <condition_variable>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -28,8 +28,8 @@ public:
     ImageMailbox& mailbox() { return m_mailbox; }
     const ImageMailbox& mailbox() const { return m_mailbox; }
 
-    /// The message with the histogram of \p frame or of one less than 100 ms older. \p sequence is that of
-    /// the frame it was taken from.
+    /// The message with the histogram of \p frame, or of a frame at most 100 ms older. \p sequence returns
+    /// that frame's sequence.
     std::shared_ptr<const std::string> histogramMessage(const Frame& frame, std::uint64_t& sequence);
 
     /// True once after each image.
@@ -49,25 +49,26 @@ private:
 class Channels
 {
 public:
-    /// A channel with a number that no channel had before.
+    /// Adds a channel with a new number; numbers are never reused.
     std::shared_ptr<Channel> add();
     void remove(std::uint32_t id);
-    /// Empty when there is none.
+    /// Null if there is none.
     std::shared_ptr<Channel> find(std::uint32_t id) const;
 
-    /// Blocks until images have arrived, and tells where; empty once end() was called.
-    std::vector<std::uint32_t> waitForNews();
-    void end();
+    /// Sets a listener that is called after each image, on the scene's thread; it must be quick. Empty: none.
+    /// When this returns, the previous listener is not running.
+    void setListener(std::function<void()> listener);
+    /// The channels that got images since the last call.
+    std::vector<std::uint32_t> takeNews();
 
 private:
     void announce();
 
     mutable std::mutex m_mutex;
-    std::condition_variable m_changed;
     std::map<std::uint32_t, std::shared_ptr<Channel>> m_channels;
     std::uint32_t m_lastId = 0;
-    bool m_news = false;
-    bool m_ended = false;
+    std::mutex m_listenerMutex;
+    std::function<void()> m_listener;
 };
 
 } // namespace ovra::viewer

@@ -9,7 +9,7 @@ namespace {
 
 using Counts = std::vector<std::uint32_t>;
 
-/// Counts in two tables in turn: equal neighbours, which are frequent, do not wait for each other.
+/// Alternates between two tables, so that equal neighbours, which are frequent, do not stall the pipeline.
 template <class Sample>
 Counts countSamples(const Frame& frame, std::size_t values)
 {

@@ -11,7 +11,7 @@ using display::PixelFormat;
 
 namespace {
 
-/// The image's own bytes, without what pads its lines.
+/// Copies the image's bytes without line padding.
 template <class Sample>
 void copyLines(const display::Image& image, std::size_t samplesPerLine, std::vector<Sample>& target)
 {

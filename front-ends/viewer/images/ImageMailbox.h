@@ -1,5 +1,5 @@
 /// \file
-/// ImageMailbox: the newest image of a DMA channel, for everybody who wants to look at it.
+/// ImageMailbox: the newest image of a DMA channel, for all readers.
 #pragma once
 
 #include "ovra-lib-display/DisplayScene.h"
@@ -51,13 +51,13 @@ struct Frame
     }
 };
 
-/// Fills all of \p frame but its sequence. Allocates only where an image is larger than those before.
+/// Fills \p frame except its sequence. Allocates only if the image is larger than earlier ones.
 void copyImage(const display::Image& image, Frame& frame);
 
-/// A box with one place: a new image takes the place of the one before. Safe from any thread.
+/// Holds one image; a new one replaces it. Thread-safe.
 ///
-/// showImage never waits for a reader, and allocates only while images grow: it copies into a frame that
-/// nobody reads. When readers hold every spare frame, the image is dropped.
+/// showImage copies into a frame without readers. It never waits, and allocates only while images grow. If
+/// readers hold every spare frame, the image is dropped.
 class ImageMailbox final : public display::DisplaySceneVisualizer
 {
 public:
@@ -66,7 +66,7 @@ public:
 
     void showImage(const display::Image& image) override;
 
-    /// Empty before the first image. Hold it for as long as a copy takes, no longer.
+    /// Null before the first image. Release it as soon as it is copied.
     std::shared_ptr<const Frame> newest() const;
 
 private:

@@ -29,7 +29,7 @@ namespace ovra::viewer {
 
 inline constexpr std::size_t IMAGE_HEADER_SIZE = 64;
 
-/// Makes \p message the image; its memory is used again.
+/// Writes the message into \p message, reusing its memory.
 void writeImageMessage(std::uint32_t channel, std::uint32_t viewName, const Frame& frame,
                        const ImageView& view, std::vector<std::uint8_t>& message);
 

@@ -21,7 +21,7 @@ Span clipped(int begin, int length, int limit)
     return {from, std::max(static_cast<int>(end) - from, 0)};
 }
 
-/// To whole squares, so that a picture does not shimmer when its region moves.
+/// Extends to whole squares, so that the picture does not shimmer when the region moves.
 Span widened(const Span& span, int binning, int limit)
 {
     const int begin = span.begin / binning * binning;

@@ -1,5 +1,5 @@
 /// \file
-/// ImageView: the part of an image that a browser shows, in no more pixels than it has use for.
+/// ImageView: the part of an image that a browser shows, reduced to the pixels it can use.
 #pragma once
 
 #include "images/ImageMailbox.h"

@@ -8,6 +8,7 @@ import { recall, remember } from "./memory.js";
 import { LogPanel, NoticesPanel } from "./notices.js";
 import { ParametersPanel } from "./parameters.js";
 import { confirmed, QuestionDialog } from "./question.js";
+import { RehearsalPanel } from "./rehearsal.js";
 import { AcquisitionPanel } from "./settings.js";
 import { State } from "./state.js";
 import { Tiles } from "./tiles.js";
@@ -20,7 +21,7 @@ class App {
     this.state = new State();
     this.panels = [
       new MachinePanel(this), new AcquisitionPanel(this), new ParametersPanel(this), new ConfigurationsPanel(this),
-      new NoticesPanel(this), new LogPanel(this),
+      new NoticesPanel(this), new LogPanel(this), new RehearsalPanel(this),
     ];
     this.connection = new Connection({
       message: (message) => this.take(message),

@@ -1,11 +1,5 @@
 // Panel "Configurations": files that keep an applet and its parameters.
-import { button, element, replaceContent } from "./elements.js";
-
-export function download(name, content, type) {
-  const link = element("a", { href: URL.createObjectURL(new Blob([content], { type })), download: name });
-  link.click();
-  setTimeout(() => URL.revokeObjectURL(link.href), 10000);
-}
+import { button, download, element, replaceContent } from "./elements.js";
 
 export class ConfigurationsPanel {
   constructor(app) {

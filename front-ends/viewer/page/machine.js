@@ -7,7 +7,7 @@ export class MachinePanel {
   constructor(app) {
     this.app = app;
     this.title = "Machine";
-    this.sections = ["boards", "applets", "memory", "load", "rescanning", "program"];
+    this.sections = ["boards", "applets", "memory", "load", "rescanning", "splash", "program"];
     this.searches = new Map();
     this.choices = new Map();
   }
@@ -35,7 +35,8 @@ export class MachinePanel {
   tools(rescanning) {
     return element("div", { class: "row" },
       button(rescanning ? "Looking for boards and applets ..." : "Look again", () => this.app.run("rescan"),
-        { disabled: rescanning, "data-key": "rescan" }));
+        { disabled: rescanning, "data-key": "rescan" }),
+      rescanning && element("span", { class: "quiet small", role: "status" }, this.app.state.get("splash").at(-1) ?? ""));
   }
 
   progress(load) {
@@ -61,8 +62,11 @@ export class MachinePanel {
   }
 
   process(board, process) {
+    const running = process.channels.some((channel) => channel.grabbing) || process.ports.some((port) => port.camera?.acquiring);
     return element("ul", { class: "plain", "aria-label": `Process ${process.index}` },
-      element("li", { class: "quiet small" }, `process ${process.index}`),
+      element("li", {}, element("div", { class: "row" }, element("span", { class: "grow quiet small" }, `process ${process.index}: all channels and cameras`),
+        process.channels.length || process.ports.length
+          ? this.startStop(board, "process", process.index, running, `process ${process.index} of board ${board.index}`) : null)),
       process.channels.map((channel) => element("li", {}, this.channel(board, channel))),
       process.ports.map((port) => element("li", {}, this.port(board, port))));
   }

@@ -1,6 +1,5 @@
 // Panel "Notices": what went wrong, events, log, report.
-import { button, element, replaceContent, timeText } from "./elements.js";
-import { download } from "./configurations.js";
+import { button, download, element, replaceContent, timeText } from "./elements.js";
 
 const LEVELS = ["error", "warning", "information", "debug"];
 
@@ -16,6 +15,10 @@ export class NoticesPanel {
     const events = Object.entries(this.app.state.get("events") ?? {});
     replaceContent(root,
       element("h2", {}, "Notices"),
+      element("div", { class: "row" },
+        button("Download a problem report", () => this.report(), { "data-key": "report" }),
+        element("label", { class: "small" }, element("input", { type: "checkbox", checked: Boolean(this.withPaths), "data-key": "paths",
+          onchange: (event) => { this.withPaths = event.target.checked; } }), " with user name and whole paths")),
       element("ul", { class: "plain", "aria-label": "Notices" },
         notices.length ? null : element("li", { class: "quiet" }, "Nothing has gone wrong."),
         notices.map((notice) => element("li", { class: "card" },
@@ -24,6 +27,11 @@ export class NoticesPanel {
       element("h2", {}, "Events since the start"),
       events.length ? element("table", {}, element("tbody", {}, events.map(([name, count]) => element("tr", {}, element("th", { scope: "row", class: "small" }, name), element("td", {}, count)))))
         : element("p", { class: "quiet" }, "None."));
+  }
+
+  async report() {
+    const report = await this.app.run("problem-report", { withPaths: Boolean(this.withPaths) });
+    if (report) download(report.name, report.text, "text/plain");
   }
 }
 

@@ -1,5 +1,5 @@
 // Panel "Parameters": of channels and cameras, by group; buffers.
-import { button, element, replaceContent } from "./elements.js";
+import { button, committed, element, replaceContent } from "./elements.js";
 
 export class ParametersPanel {
   constructor(app) {
@@ -100,7 +100,7 @@ export class ParametersPanel {
       : element("input", {
         id, value: draft?.text ?? parameter.value, disabled: !parameter.writable, "data-key": key, class: "grow",
         inputmode: parameter.kind === "text" ? "text" : "decimal", "aria-invalid": draft ? "true" : null, "aria-describedby": `${id}-about`,
-        onchange: (event) => set(event.target.value),
+        onchange: (event) => set(committed(event.target)),
       });
     return element("div", { class: "parameter" },
       element("label", { for: id }, parameter.name),
@@ -124,7 +124,7 @@ export class ParametersPanel {
     if (!channel) return null;
     const input = element("input", {
       type: "number", min: 1, value: channel.requestedBuffers, id: "buffers", "data-key": "buffers",
-      onchange: (event) => this.app.run("set-buffers", { ...owner.where, count: Number(event.target.value) }),
+      onchange: (event) => this.app.run("set-buffers", { ...owner.where, count: Number(committed(event.target)) }),
     });
     return element("div", { class: "row" }, element("label", { for: "buffers" }, "Image buffers"), input,
       element("span", { class: "quiet small" }, channel.buffers === channel.requestedBuffers ? ""

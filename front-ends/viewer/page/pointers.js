@@ -86,6 +86,7 @@ export class Pointers {
     else if (event.key === "a") tile.automatic();
     else if (event.key === "c") tile.setLook({ coloured: !tile.look.coloured });
     else if (event.key === "e") tile.setLook({ marked: !tile.look.marked });
+    else if (event.key === "s") tile.save();
     else if (event.key === "Enter") tile.app.enlarge(tile);
     else return;
     event.preventDefault();

@@ -1,5 +1,5 @@
 // The row of tools below an image.
-import { button, element } from "./elements.js";
+import { button, download, element } from "./elements.js";
 
 export function tileTools(tile) {
   const { geometry } = tile;
@@ -40,14 +40,22 @@ export function tileTools(tile) {
     button("Flip", act(() => geometry.flip()), { title: "Left to right, for the eye only (f)" }),
     automatic, coloured, marked, lining,
     element("label", {}, gammaText, gamma),
+    button("Save", () => tile.save(), { title: "Saves the image as it was acquired, as PNG (s)" }),
+    button("Save as shown", () => savePicture(tile), { title: "Downloads the picture as it is shown" }),
     button("Copy", () => copyPicture(tile), { title: "Copies the picture as it is shown to the clipboard" }));
   return { root, update };
 }
 
+const picture = (tile) => new Promise((resolve) => tile.canvas.toBlob(resolve, "image/png"));
+
+async function savePicture(tile) {
+  const { board, channel } = tile.entry;
+  download(`board${board.index}-dma${channel.index}-image${tile.image?.number ?? 0}-as-shown.png`, await picture(tile), "image/png");
+}
+
 async function copyPicture(tile) {
   try {
-    const blob = await new Promise((resolve) => tile.canvas.toBlob(resolve, "image/png"));
-    await navigator.clipboard.write([new ClipboardItem({ "image/png": blob })]);
+    await navigator.clipboard.write([new ClipboardItem({ "image/png": await picture(tile) })]);
     tile.app.say("information", "Copied", "The picture is in the clipboard, as it is shown.");
   } catch (error) {
     tile.app.say("error", "Not copied", error.message);

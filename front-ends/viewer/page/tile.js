@@ -62,7 +62,7 @@ export class Tile {
     this.stage = element("div", {
       class: "stage", tabindex: "0", role: "application", "aria-roledescription": "live image",
       "aria-label": `${title}. Plus and minus zoom, arrows pan, 0 fits, 1 shows one to one, r turns, f flips, ` +
-        "a sets the contrast, Enter enlarges, Shift with arrows moves the pointer.",
+        "a sets the contrast, s saves, Enter enlarges, Shift with arrows moves the pointer.",
     }, this.canvas, this.over, this.why);
     this.histogram = new Histogram((low, high) => this.setLook({ low, high, automatic: false }));
     this.profile = element("canvas", { class: "profile", hidden: true, role: "img", "aria-label": "Line profile" });
@@ -90,6 +90,13 @@ export class Tile {
     const { board, channel } = this.entry;
     const name = channel.grabbing ? "stop" : "start";
     this.app.run(name, { board: board.serial, kind: "dma", index: channel.index });
+  }
+
+  // As it was acquired, under a name of the program's choice.
+  async save() {
+    const { board, channel } = this.entry;
+    const saved = await this.app.run("save-image", { board: board.serial, dma: channel.index });
+    if (saved) this.app.say("information", "Saved", `${saved.name} in ${saved.folder}`);
   }
 
   resize() {
@@ -159,7 +166,9 @@ export class Tile {
       const text = message.pixel.length ? message.pixel.join(", ") : "outside";
       this.position.textContent = `x ${message.at[0]}, y ${message.at[1]}: ${text}`;
     }
-    if (message.line && this.line) drawProfile(this.profile, message.line, this.look.highest);
+    if (!message.line || !this.line) return;
+    this.samples = message;
+    drawProfile(this.profile, message.line, this.look.highest);
   }
 
   setLook(changes) {

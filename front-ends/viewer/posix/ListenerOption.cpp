@@ -2,7 +2,7 @@
 
 namespace ovra::viewer {
 
-// Here the option only lets a port be used again whose old connections have not quite ended.
+// On POSIX this option only allows a port whose old connections are still closing.
 void takePortAlone(boost::asio::ip::tcp::acceptor& acceptor)
 {
     acceptor.set_option(boost::asio::ip::tcp::acceptor::reuse_address(true));

@@ -3,6 +3,7 @@
 #include "server/StateDocument.h"
 #include "server/Token.h"
 
+#include <boost/asio/dispatch.hpp>
 #include <boost/asio/post.hpp>
 #include <boost/beast/core/buffers_to_string.hpp>
 #include <boost/beast/websocket/rfc6455.hpp>
@@ -24,7 +25,7 @@ constexpr std::size_t MAX_MESSAGE_BYTES = std::size_t{4} << 20; // a configurati
 constexpr std::size_t MAX_UNREAD_BYTES = std::size_t{32} << 20;
 constexpr std::chrono::seconds MAX_SILENCE_BEFORE_HELLO{10};
 
-/// A client that answers no ping within the idle time is gone.
+/// Disconnects a client that does not answer a ping within the idle time.
 websocket::stream_base::timeout timeouts()
 {
     return {std::chrono::seconds(10), std::chrono::seconds(30), true};
@@ -46,7 +47,7 @@ Client::~Client() = default;
 void Client::accept(Upgrade upgrade)
 {
     m_upgrade = std::move(upgrade);
-    beast::get_lowest_layer(m_stream).expires_never(); // the WebSocket has time limits of its own
+    beast::get_lowest_layer(m_stream).expires_never(); // the WebSocket has its own time limits
     m_stream.set_option(timeouts());
     m_stream.set_option(websocket::stream_base::decorator([this](websocket::response_type& response) {
         for (const auto& header : m_surroundings.policy.securityHeaders())
@@ -74,10 +75,13 @@ void Client::send(std::shared_ptr<const std::string> text)
     });
 }
 
-void Client::offer(std::uint32_t channel)
+void Client::offer(std::uint32_t channel, bool atOnce)
 {
-    asio::post(m_stream.get_executor(),
-               [self = shared_from_this(), channel] { self->enqueueImage(channel); });
+    const auto take = [self = shared_from_this(), channel] { self->enqueueImage(channel); };
+    if (atOnce)
+        asio::dispatch(m_stream.get_executor(), take);
+    else
+        asio::post(m_stream.get_executor(), take);
 }
 
 void Client::close()
@@ -146,7 +150,7 @@ void Client::welcome(const Hello& hello)
     m_surroundings.handlers.joined(m_id);
 }
 
-/// Says why, and ends the connection once that is sent.
+/// Sends the reason, then closes the connection.
 void Client::refuse(const std::string& text)
 {
     m_refused = true;
@@ -213,7 +217,7 @@ void Client::onWritten(beast::error_code error)
     }
 }
 
-// Not with the closing handshake: a client that is cut off for its silence would not answer it either.
+// No closing handshake: a client that is disconnected because it is silent would not answer it.
 void Client::end()
 {
     if (std::exchange(m_ended, true))

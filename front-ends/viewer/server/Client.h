@@ -22,7 +22,7 @@
 
 namespace ovra::viewer {
 
-/// All of it runs on the stream's strand, but for what says "any thread".
+/// Runs on the stream's strand, except functions marked "any thread" or "network thread".
 class Client : public std::enable_shared_from_this<Client>
 {
 public:
@@ -34,7 +34,7 @@ public:
         const HttpPolicy& policy;
         const Channels& channels;
         const WebServer::Handlers& handlers;
-        /// Takes the client into the server's list, or says that there is no room.
+        /// Adds the client to the server's list. False if the list is full.
         std::function<bool(const std::shared_ptr<Client>&)> enter;
         std::function<void(ClientId)> leave;
     };
@@ -46,12 +46,12 @@ public:
     void accept(Upgrade upgrade);
 
     ClientId id() const { return m_id; }
-    /// Any thread. Sends a text when all before it are sent. A client that leaves too much unread is
-    /// disconnected.
+    /// Any thread. Queues a text. A client that leaves too much unread is disconnected.
     void send(std::shared_ptr<const std::string> text);
-    /// Any thread. There may be a new image of this channel.
-    void offer(std::uint32_t channel);
-    /// Any thread. From now on the client gets what is published.
+    /// Network thread. The channel may have a new image. \p atOnce: this thread sends it if no other thread
+    /// works for the client, which saves a thread switch.
+    void offer(std::uint32_t channel, bool atOnce);
+    /// Any thread. From now on the client gets everything that is published.
     void subscribe() { m_subscribed = true; }
     bool isSubscribed() const { return m_subscribed; }
     /// Any thread.
@@ -59,7 +59,7 @@ public:
 
 private:
     using Text = std::shared_ptr<const std::string>;
-    using Outgoing = std::variant<Text, std::uint32_t>; ///< a text, or a channel whose image message is ready
+    using Outgoing = std::variant<Text, std::uint32_t>; ///< a text, or a channel with an image message
 
     void read();
     void onRead(boost::beast::error_code error);
@@ -75,7 +75,7 @@ private:
     const ClientId m_id;
     boost::beast::websocket::stream<boost::beast::tcp_stream> m_stream;
     boost::asio::steady_timer m_deadline;
-    const std::shared_ptr<void> m_place; ///< among the server's connections
+    const std::shared_ptr<void> m_place; ///< counts as one of the server's connections
     const Surroundings m_surroundings;
     Upgrade m_upgrade;
     boost::beast::flat_buffer m_input;
@@ -83,8 +83,8 @@ private:
     std::size_t m_outgoingBytes = 0; ///< of texts
     ImageStreams m_images;
     std::map<std::uint32_t, const std::vector<std::uint8_t>*>
-        m_ready;            ///< image messages that are written or wait for it
-    bool m_welcome = false; ///< has said the right token
+        m_ready;            ///< image messages being written or waiting
+    bool m_welcome = false; ///< sent the right token
     bool m_refused = false;
     bool m_ended = false;
     std::atomic<bool> m_subscribed{false};

@@ -51,7 +51,7 @@ std::string valuesMessage(const ShowView& view, const Frame& frame)
     return jsonText(message);
 }
 
-/// Null when the client has got it already.
+/// Null if the client already has it.
 std::shared_ptr<const std::string> newHistogram(Channel& channel, const Frame& frame, std::uint64_t& last)
 {
     std::uint64_t sequence = 0;
@@ -83,7 +83,7 @@ void ImageStreams::hide(std::uint32_t channel)
     if (found == m_streams.end())
         return;
     found->second.shown = false;
-    found->second.awaitsAcknowledgement = false; // nobody draws it any more
+    found->second.awaitsAcknowledgement = false; // it will not be drawn
 }
 
 void ImageStreams::acknowledge(std::uint32_t channel)

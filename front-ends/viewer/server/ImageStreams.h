@@ -14,15 +14,15 @@
 
 namespace ovra::viewer {
 
-/// One image is under way for each channel that the client shows: the next is made when the last one was both
-/// written and acknowledged, and it is then the newest there is. For one thread at a time.
+/// At most one image per shown channel is in flight. When it has been written and acknowledged, the newest
+/// image follows. Not thread-safe.
 class ImageStreams
 {
 public:
     explicit ImageStreams(const Channels& channels) : m_channels(channels) {}
 
-    /// Changes what is shown. The newest image is sent again where it looks different; where only other
-    /// values of it are wanted, they are sent alone.
+    /// Changes the view. Sends the newest image again if it looks different; otherwise only the values that
+    /// were asked for.
     void show(const ShowView& view);
     void hide(std::uint32_t channel);
     void acknowledge(std::uint32_t channel);
@@ -30,7 +30,8 @@ public:
 
     struct Outgoing
     {
-        // Each of them may be missing. The image is sent last, and is valid until written() for this channel.
+        // Each may be missing. The image is sent last, and is valid until written() is called for the
+        // channel.
         std::string values;
         std::shared_ptr<const std::string> histogram;
         const std::vector<std::uint8_t>* image = nullptr;
@@ -44,7 +45,7 @@ private:
         bool shown = false;
         bool awaitsAcknowledgement = false;
         bool awaitsWriting = false;
-        bool valuesWanted = false; ///< those of the newest image, at once
+        bool valuesWanted = false; ///< send the newest image's values now
         std::uint64_t lastSequence = 0;
         std::uint64_t lastHistogram = 0;
         std::vector<std::uint8_t> message;

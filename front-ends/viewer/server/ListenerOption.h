@@ -1,13 +1,13 @@
 /// \file
-/// What makes a listener's port its own; posix/ and win32/ hold one source each.
+/// Reserves a listener's port; posix/ and win32/ hold one source each.
 #pragma once
 
 #include <boost/asio/ip/tcp.hpp>
 
 namespace ovra::viewer {
 
-/// Before it is bound. No other program can listen at the same address, and one that has just ended is in
-/// nobody's way.
+/// Call before bind. No other program can listen at the same address; the remains of a program that has
+/// ended do not block it.
 void takePortAlone(boost::asio::ip::tcp::acceptor& acceptor);
 
 } // namespace ovra::viewer

@@ -1,11 +1,11 @@
 /// \file
 /// The messages that a browser sends over its WebSocket, read and checked.
 ///
-///   Hello        first of all: protocol version, and the token that lets it in
-///   Request      do something and answer: done, or failed with a text
-///   ShowView     send a channel's images, this part of them, for a screen area of this size
-///   HideView     send no more of them
-///   Acknowledge  an image was drawn; the next one may come
+///   Hello        the first message: protocol version and token
+///   Request      asks for an action; answered with done, or failed with a text
+///   ShowView     asks for images of a channel: this region, for a screen area of this size
+///   HideView     ends that
+///   Acknowledge  an image was drawn; the next may follow
 #pragma once
 
 #include "images/ImageView.h"
@@ -22,7 +22,7 @@
 
 namespace ovra::viewer {
 
-/// Of the protocol; a page of another version is refused.
+/// A page with another version is rejected.
 inline constexpr int PROTOCOL_VERSION = 1;
 
 struct Hello
@@ -46,8 +46,8 @@ struct ShowView
     int screenWidth = 0; ///< device pixels
     int screenHeight = 0;
     bool histogram = false;
-    std::optional<std::array<int, 2>> pixel; ///< whose samples come with each image
-    std::optional<std::array<int, 4>> line;  ///< from, to: so do the samples along it
+    std::optional<std::array<int, 2>> pixel; ///< its samples come with each image
+    std::optional<std::array<int, 4>> line;  ///< from, to; the samples along it come with each image
 };
 
 struct HideView
@@ -62,17 +62,17 @@ struct Acknowledge
 
 using Message = std::variant<Hello, Request, ShowView, HideView, Acknowledge>;
 
-/// A message that is none. The text says what is wrong and where.
+/// The message is invalid. The text says what is wrong and where.
 class MessageError : public std::runtime_error
 {
 public:
     using std::runtime_error::runtime_error;
 };
 
-/// Reads \p text, which may be anything. Throws MessageError, and nothing else but std::bad_alloc.
+/// Parses \p text, which may contain anything. Throws only MessageError and std::bad_alloc.
 Message readMessage(std::string_view text);
 
-// Arguments of a request; a wrong or missing one throws MessageError with its name.
+// Read arguments of a request. Throw MessageError with the name if it is missing or wrong.
 
 std::string textArgument(const nlohmann::json& arguments, const char* name);
 bool flagArgument(const nlohmann::json& arguments, const char* name);

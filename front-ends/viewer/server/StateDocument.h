@@ -1,5 +1,5 @@
 /// \file
-/// StateDocument: everything that pages show but the images. A page gets it whole once, then its changes.
+/// StateDocument: everything that pages show except images. A page gets the whole document, then changes.
 #pragma once
 
 #include <nlohmann/json.hpp>
@@ -14,15 +14,15 @@ namespace ovra::viewer {
 class StateDocument
 {
 public:
-    /// \p publish sends a text to every page that has got the whole document.
+    /// \p publish sends a text to every page that has the document.
     explicit StateDocument(std::function<void(const std::string&)> publish);
 
-    /// Changes a section; a value that it already has is no change.
+    /// Sets a section. Publishes nothing if the value is the same.
     void set(const std::string& section, nlohmann::json value);
-    /// Adds \p values to the list that a section is, which keeps its newest \p limit.
+    /// Appends \p values to a section that is a list. The list keeps the newest \p limit.
     void append(const std::string& section, const nlohmann::json& values, std::size_t limit);
 
-    /// The message that makes a page's picture complete.
+    /// The message with the whole document.
     std::string whole() const;
     const nlohmann::json& section(const std::string& name) const { return m_sections.at(name); }
 
@@ -34,7 +34,7 @@ private:
     std::int64_t m_revision = 0;
 };
 
-/// As text; what is no UTF-8 in it is replaced.
+/// Serialises \p value; replaces invalid UTF-8.
 std::string jsonText(const nlohmann::json& value);
 
 } // namespace ovra::viewer

@@ -1,5 +1,5 @@
 /// \file
-/// Token: what lets a page in. A new one for each run of the program.
+/// Token: the secret that admits a page. Each run of the program has its own.
 #pragma once
 
 #include <string>
@@ -10,7 +10,7 @@ namespace ovra::viewer {
 /// 128 random bits, as 32 hexadecimal digits.
 std::string makeToken();
 
-/// In a time that depends on the lengths alone.
+/// Takes a time that depends only on the lengths.
 bool sameToken(std::string_view left, std::string_view right);
 
 } // namespace ovra::viewer

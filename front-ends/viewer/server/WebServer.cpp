@@ -17,6 +17,7 @@
 
 #include <array>
 #include <atomic>
+#include <cstddef>
 #include <map>
 #include <mutex>
 #include <thread>
@@ -48,7 +49,7 @@ std::string_view viewOf(beast::string_view text)
     return {text.data(), text.size()};
 }
 
-/// Reads one request after the other from a connection, until it is closed or becomes a WebSocket.
+/// Answers the requests of a connection until it closes or becomes a WebSocket.
 class HttpConnection : public std::enable_shared_from_this<HttpConnection>
 {
 public:
@@ -112,7 +113,7 @@ private:
             return m_upgraded(std::move(m_stream), m_place, m_parser->release());
         if (answer.kind == HttpAnswer::Kind::File)
             return sendFile(*answer.file);
-        // What is left of a body would be taken for the next request.
+        // The rest of a body would be read as the next request.
         refuse(answer.status, answer.reason, request.hasBody);
     }
 
@@ -161,7 +162,7 @@ private:
                           });
     }
 
-    /// A socket that is closed with something unread in it may lose the answer on its way.
+    /// Closing a socket that has unread input can drop the answer before the client gets it.
     void sayFarewell()
     {
         beast::error_code ignored;
@@ -234,12 +235,51 @@ private:
     const Accepted m_accepted;
 };
 
+/// Memory for the queued news handler, of which there is one at most, so that showImage never allocates.
+template <class Type>
+class NewsMemory
+{
+public:
+    using value_type = Type;
+    using Place = std::array<std::byte, 256>;
+
+    explicit NewsMemory(Place& place) : m_place(&place) {}
+    template <class Other>
+    explicit(false) NewsMemory(const NewsMemory<Other>& other) : m_place(&other.place())
+    {}
+
+    Type* allocate(std::size_t)
+    {
+        static_assert(sizeof(Type) <= sizeof(Place) && alignof(Type) <= alignof(std::max_align_t));
+        return static_cast<Type*>(static_cast<void*>(m_place->data()));
+    }
+    void deallocate(Type*, std::size_t) {}
+    Place& place() const { return *m_place; }
+    friend bool operator==(const NewsMemory& left, const NewsMemory& right)
+    {
+        return left.m_place == right.m_place;
+    }
+
+private:
+    Place* m_place;
+};
+
 } // namespace
 
 struct WebServer::State
 {
     State(Channels& images, Handlers calls) : channels(images), handlers(std::move(calls)), token(makeToken())
     {}
+
+    /// Runs on a network thread.
+    struct SpreadNews
+    {
+        using allocator_type = NewsMemory<void>;
+        allocator_type get_allocator() const { return allocator_type(state->newsPlace); }
+        void operator()() const { state->spreadNews(); }
+
+        State* state;
+    };
 
     void listen(unsigned short port);
     bool tryPort(unsigned short port);
@@ -249,8 +289,11 @@ struct WebServer::State
     void leave(ClientId id);
     std::shared_ptr<Client> find(ClientId id) const;
     std::vector<std::shared_ptr<Client>> all() const;
+    void queueNews();
     void spreadNews();
 
+    alignas(std::max_align_t) NewsMemory<void>::Place newsPlace{}; ///< outlives the context's handlers
+    std::atomic<bool> newsQueued{false};
     asio::io_context context;
     Channels& channels;
     const Handlers handlers;
@@ -280,7 +323,7 @@ bool WebServer::State::tryPort(unsigned short port)
         const tcp::endpoint endpoint(asio::ip::address_v6::loopback(), listeners.front()->port());
         listeners.push_back(std::make_unique<Listener>(context, endpoint, accept));
     } catch (const boost::system::system_error& error) {
-        // On a machine without IPv6 there is nobody to come that way.
+        // A machine without IPv6 has no clients there.
         return error.code() != asio::error::address_in_use;
     }
     return true;
@@ -340,7 +383,7 @@ bool WebServer::State::enter(const std::shared_ptr<Client>& client)
 
 void WebServer::State::leave(ClientId id)
 {
-    std::shared_ptr<Client> gone; // destroyed outside of the lock
+    std::shared_ptr<Client> gone; // destroyed after the lock is released
     {
         const std::lock_guard lock(mutex);
         const auto found = clients.find(id);
@@ -368,12 +411,21 @@ std::vector<std::shared_ptr<Client>> WebServer::State::all() const
     return list;
 }
 
+// Runs on a scene's thread. The handler's memory is free again when the handler begins to run.
+void WebServer::State::queueNews()
+{
+    if (!newsQueued.exchange(true))
+        asio::post(context, SpreadNews{this});
+}
+
 void WebServer::State::spreadNews()
 {
-    for (auto fresh = channels.waitForNews(); !fresh.empty(); fresh = channels.waitForNews())
-        for (const auto& client : all())
-            for (const auto channel : fresh)
-                client->offer(channel);
+    newsQueued = false;
+    const auto fresh = channels.takeNews();
+    const auto list = all();
+    for (const auto& client : list)
+        for (const auto channel : fresh)
+            client->offer(channel, client == list.back());
 }
 
 WebServer::WebServer(unsigned short port, Channels& channels, Handlers handlers)
@@ -383,12 +435,12 @@ WebServer::WebServer(unsigned short port, Channels& channels, Handlers handlers)
     m_state->listen(port);
     for (int i = 0; i < NETWORK_THREADS; ++i)
         m_state->threads.emplace_back([this] { m_state->context.run(); });
-    m_state->threads.emplace_back([this] { m_state->spreadNews(); });
+    channels.setListener([this] { m_state->queueNews(); });
 }
 
 WebServer::~WebServer()
 {
-    m_state->channels.end();
+    m_state->channels.setListener({});
     m_state->context.stop();
     for (auto& thread : m_state->threads)
         thread.join();

@@ -1,8 +1,7 @@
 /// \file
 /// WebServer: serves the page and its WebSocket to browsers on this machine.
 ///
-/// Threads: two of its own do the network's work, a third tells them of new images. Handlers are called on
-/// any of them, and must not block.
+/// Threads: two of its own do the network's work. Handlers are called on either of them, and must not block.
 #pragma once
 
 #include "images/Channels.h"
@@ -24,29 +23,29 @@ class WebServer
 public:
     struct Handlers
     {
-        std::function<void(ClientId)> joined; ///< a page was let in
-        std::function<void(ClientId)> left;   ///< and is gone
+        std::function<void(ClientId)> joined; ///< a page was admitted
+        std::function<void(ClientId)> left;   ///< a page that was admitted has gone
         std::function<void(ClientId, const Request&)> requested;
-        std::function<void(const std::string&)> refused; ///< somebody was not let in: what to log
+        std::function<void(const std::string&)> refused; ///< a page was rejected; the text is for the log
     };
 
-    /// Listens on 127.0.0.1 and, where there is one, ::1. Takes any free port when \p port is taken or 0.
-    /// Throws std::runtime_error when it cannot listen at all.
+    /// Listens on 127.0.0.1 and, if the machine has it, ::1. Uses any free port if \p port is in use or 0.
+    /// Throws std::runtime_error if it cannot listen.
     WebServer(unsigned short port, Channels& channels, Handlers handlers);
-    /// Ends all connections and threads; no handler runs afterwards.
+    /// Closes all connections and joins the threads. No handler runs afterwards.
     ~WebServer();
     WebServer(const WebServer&) = delete;
     WebServer& operator=(const WebServer&) = delete;
 
     unsigned short port() const;
-    /// What a browser is to open: the token is behind the '#', which no browser sends.
+    /// The address for the browser. The token follows the '#', a part that browsers do not send.
     std::string address() const;
 
-    /// Sends \p first, then lets the client get what is published from now on.
+    /// Sends \p first; from then on the client gets everything that is published.
     void subscribe(ClientId client, std::string first);
     void send(ClientId client, std::string text);
     void publish(std::string text);
-    /// Pages that were let in.
+    /// Number of admitted pages.
     std::size_t clientCount() const;
 
 private:

@@ -8,11 +8,15 @@
 
 namespace ovra::viewer {
 
-bool openBrowser(const std::string& address)
+// Other users cannot read a program's arguments on Windows.
+Browser::Browser(const std::string& address, std::function<void()> onFailure)
 {
     constexpr std::intptr_t LAST_ERROR_CODE = 32;
     const HINSTANCE result = ShellExecuteA(nullptr, "open", address.c_str(), nullptr, nullptr, SW_SHOWNORMAL);
-    return reinterpret_cast<std::intptr_t>(result) > LAST_ERROR_CODE;
+    if (reinterpret_cast<std::intptr_t>(result) <= LAST_ERROR_CODE)
+        onFailure();
 }
+
+Browser::~Browser() = default;
 
 } // namespace ovra::viewer

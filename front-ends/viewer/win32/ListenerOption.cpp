@@ -2,7 +2,7 @@
 
 namespace ovra::viewer {
 
-// Without it, another program may take the port over with SO_REUSEADDR.
+// Without it, another program can take over the port with SO_REUSEADDR.
 void takePortAlone(boost::asio::ip::tcp::acceptor& acceptor)
 {
     using Exclusive = boost::asio::detail::socket_option::boolean<SOL_SOCKET, SO_EXCLUSIVEADDRUSE>;

@@ -9,7 +9,9 @@
 set(doc_dir share/doc/ovra-gui-core)
 install(FILES LICENSE docs/THIRD-PARTY.md DESTINATION ${doc_dir} COMPONENT runtime)
 install(FILES README.md CHANGELOG.md DESTINATION ${doc_dir} COMPONENT development)
-install(DIRECTORY docs/ DESTINATION ${doc_dir}/docs COMPONENT development FILES_MATCHING PATTERN "*.md")
+install(DIRECTORY docs/ DESTINATION ${doc_dir}/docs COMPONENT development
+    FILES_MATCHING PATTERN "*.md" PATTERN "*.jpg" PATTERN "*.png" PATTERN THIRD-PARTY.md EXCLUDE)
+install(FILES simulation/README.md DESTINATION ${doc_dir}/simulation COMPONENT development) # where the guides' links lead
 install(FILES front-ends/console/demo.txt DESTINATION share/ovra-gui-core COMPONENT simulation)
 
 # The licence notices of software that is compiled in or, on Windows, lies beside the library, from its Debian packages.

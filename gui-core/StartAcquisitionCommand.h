@@ -45,7 +45,9 @@ class OVRA_GUI_CORE_API StartAcquisitionCommand : public ovra::core::Command
 {
 public:
     /// \param dma  the channel to start; null: nothing starts. The command keeps the node alive.
-    /// \param grabArgument  number of images for each channel; negative: until it is stopped
+    /// \param grabArgument  number of images for each channel; negative: until it is stopped; 0: the
+    ///     acquisition ends at once, as one whose images have all arrived. The cameras send until they are
+    ///     stopped.
     [[nodiscard]] static boost::shared_ptr<StartAcquisitionCommand>
     create(boost::shared_ptr<ovra::core::models::HlEnvironmentDmaNode> dma, int grabArgument);
     /// \param port  the port of the camera to start; null: nothing starts

@@ -25,8 +25,9 @@ namespace ovra::gui::commands {
 /// Blocks until the file is written. LoadMcfCommand restores the stored state.
 ///
 /// Success has no message. A failure, such as a board without an applet, goes to Views::showErrorMessage with
-/// the title "Board <index> - Storing MCF Configuration File" and the message "ERROR: <description>
-/// (<code>)". The runtime decides whether the file is then unchanged, missing, or incomplete.
+/// the title "Board <index> - Storing MCF Configuration File" and the message "ERROR: ", the
+/// description and the code in parentheses. The runtime decides whether the file is then unchanged, missing,
+/// or incomplete.
 ///
 /// Before: "views" is injected.
 class OVRA_GUI_CORE_API StoreMcfCommand : public ovra::core::Command

@@ -116,7 +116,7 @@ public:
 
     /// An acquisition was started or stopped, or the number of its buffers has changed.
     virtual void update_acquisition_state() = 0;
-    /// A board's applet was unloaded.
+    /// A board's applet was unloaded. Each load unloads first, and calls this for an empty board as well.
     virtual void applet_unloaded() = 0;
     /// A load has ended (successfully or not): if no board is selected, select one. \p board is the requested
     /// serial number, which may be unknown.

@@ -37,7 +37,8 @@ public:
     virtual ~DisplaySceneVisualizer();
 
     /// Called on the scene's own thread. Of the images that arrive during a call, only the newest is shown.
-    /// Must not stop the scene or change its visualizer: that would wait for this call to return.
+    /// Must not stop the scene or change its visualizer: that would wait for this call to return. An
+    /// exception is logged, and the image counts as shown.
     ///
     /// \param image  valid during the call
     virtual void showImage(const Image& image) = 0;

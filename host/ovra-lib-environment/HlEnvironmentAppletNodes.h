@@ -184,7 +184,8 @@ public:
     std::string getPortType() const;
     void setPortType(const std::string& type);
 
-    /// Available: the port has an image generator. Active: the generator replaces the camera.
+    /// Available: the port has an image generator. Active: the generator replaces the camera, so starts and
+    /// stops skip the camera. The front end sets it, after each load and each change of FG_GEN_ENABLE.
     bool getGeneratorAvailable() const;
     void setGeneratorAvailable(bool available);
     bool getGeneratorActive() const;

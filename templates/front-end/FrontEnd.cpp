@@ -42,6 +42,8 @@ public:
     /// Returns the last error since the previous call, or an empty text.
     std::string takeError() { return std::exchange(m_error, {}); }
 
+    void setError(Text message) { m_error = message; }
+
     void showErrorMessage(Text title, Text message) override { m_error = title + ": " + message; }
     void showLoadAppletError(Text message) override { m_error = message; }
     void showLoadAppletWarning(Text message) override { std::cout << "Warning: " << message << '\n'; }
@@ -122,6 +124,22 @@ private:
     int m_height = 0;
 };
 
+/// Passes the scene's images to a visualizer for as long as it lives.
+class Showing final
+{
+public:
+    Showing(boost::shared_ptr<display::DisplayScene> scene, Histogram& histogram) : m_scene(std::move(scene))
+    {
+        m_scene->setVisualizer(&histogram);
+    }
+    ~Showing() { m_scene->setVisualizer(nullptr); }
+    Showing(const Showing&) = delete;
+    Showing& operator=(const Showing&) = delete;
+
+private:
+    boost::shared_ptr<display::DisplayScene> m_scene;
+};
+
 /// The application with the library plugged in.
 class Session
 {
@@ -129,7 +147,7 @@ public:
     Session()
     {
         m_application.setErrorHandler(
-            [](const auto& failure) { std::cerr << failure.command << ": " << failure.message << '\n'; });
+            [this](const auto& failure) { m_views->setError(failure.command + ": " + failure.message); });
         const boost::shared_ptr<gui::Gui> plugin(gui::Gui::createInstance(), gui::Gui::destroyInstance);
         m_application.addPlugin(plugin, {{gui::keys::VIEWS, boost::shared_ptr<gui::Views>(m_views)}});
         m_application.startPlugins();
@@ -158,6 +176,7 @@ private:
     boost::shared_ptr<FrontEndViews> m_views = boost::make_shared<FrontEndViews>();
 };
 
+/// The model lists boards by serial number, which need not be the order of their indices.
 boost::shared_ptr<HlEnvironmentBoardNode> firstBoard()
 {
     const auto boards =
@@ -193,11 +212,12 @@ void showOneImage(Session& session, Text applet)
     Histogram histogram;
     const auto channel = firstChannel(*board);
     const auto scene = channel->getDisplayScene();
-    scene->setVisualizer(&histogram);
+    const Showing showing(scene, histogram);
     session.run(gui::commands::StartAcquisitionCommand::create(channel, -1)); // until it is stopped
-    session.waitUntil([&] { return !histogram.empty(); }, "No image comes");
+    session.waitUntil([&] { return !histogram.empty() || !scene->isGrabbing(); }, "No image comes");
     session.run(gui::commands::StopAcquisitionCommand::create(channel));
-    scene->setVisualizer(nullptr);
+    if (histogram.empty())
+        throw std::runtime_error("The acquisition ended without an image");
     histogram.print();
 
     session.run(gui::commands::UnloadAppletCommand::create(serial));

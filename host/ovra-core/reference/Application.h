@@ -37,12 +37,12 @@ struct ApplicationState;
 struct ApplicationOptions
 {
     /// "": the parent of the folder of the ovra-core library.
-    std::string runtimeDirectory;
+    std::string runtimeDirectory = {};
     /// "": "bin/fglib5" below the runtime directory, with the platform's suffix.
-    std::string runtimeLibrary;
+    std::string runtimeLibrary = {};
     /// File of the configuration entries, one "key=integer" per line; "": in memory only. The first use of an
     /// entry reads the file, each change writes it. Other lines are logged as one warning, and kept.
-    std::string configurationFile;
+    std::string configurationFile = {};
 };
 
 /// An exception that a phase of a command threw.

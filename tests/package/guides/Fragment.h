@@ -16,6 +16,7 @@
 #include "ovra-lib-environment/HlEnvironmentModel.h"
 #include "ovra-lib-fglib-model/FgLibEventsModel.h"
 #include "ovra-lib-fglib-model/FgLibModel.h"
+#include "ovra-lib-genicam-model/GenICamModel.h"
 
 #include <boost/make_shared.hpp>
 

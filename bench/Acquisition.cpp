@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The cost of acquisition: the sweep over the resources, the size check, the way of an image to a visualizer,
 // starts, stops and unloads.
 //

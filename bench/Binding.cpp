@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The cost of the run-time binding of the frame-grabber runtime.
 
 #include "Ratios.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The cost of an image of the virtual runtime, by its format: from the source through the channel into the
 // ring. The yardstick is a memcpy of the image's bytes between rings of equal size.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The cost of loggers without a dispatcher, and of starting and ending the library.
 
 #include "Ratios.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The cost of loading and unloading an applet, by its number of DMA channels.
 //
 // Measured: both commands through the processor, with their messages, the worker, the model's nodes,

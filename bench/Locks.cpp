@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The cost of the library's locks, compared with the primitives that they use.
 
 #include "Ratios.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The cost of reading a configuration file, compared with a reader of INI files from Debian's packages: from
 // a path to the three values that name the applet. The other reader gets the same content without the closing
 // ";".

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Ratios.h"
 
 #include "Runner.h"

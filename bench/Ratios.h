@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// RATIO: a measurement as a ratio of the library's time to that of a yardstick in the same run.
 ///

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Runs the measurements with Google Benchmark, or with a small replacement on platforms without it.
 #pragma once

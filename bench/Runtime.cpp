@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A runtime whose entries do nothing, to measure the way to them.
 
 #include "fglib5/Fglib5.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// SilentViews: a front end that costs nearly nothing. It prints warnings and errors to standard error, since
 /// they make the measurement void.

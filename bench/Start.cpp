@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The cost of an application's start with few and with many applet files, and its growth.
 
 #include "Ratios.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The cost of the viewer: an image from the scene into the mailbox, from there into a message, and the whole
 // way to a client.
 //

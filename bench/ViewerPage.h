@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// A page that draws nothing: connects to a viewer, says hello, reads what comes.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a page gets of the whole program while it acquires, and what that costs: ovra-viewer on a virtual
 // installation of its own, with a page that acknowledges each image as soon as it has it.
 //

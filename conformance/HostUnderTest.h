@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// HostUnderTest: the functions of a host that the conformance tests need beyond the interface that the
 /// library uses.

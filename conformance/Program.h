@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// runProgram: the main program of conformance tests. A host author writes
 ///

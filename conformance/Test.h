@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Test: a conformance test, and the functions for its body.
 ///

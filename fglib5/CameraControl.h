@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Camera control: entries that a runtime may export beside those of Fglib5Entries.inc.
 ///

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// The frame-grabber runtime's C interface as this project declares it: one function for each row of
 /// Fglib5Entries.inc.

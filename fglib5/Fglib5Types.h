@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Types and numbers of the frame-grabber runtime's C interface.
 ///

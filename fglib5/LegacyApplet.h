@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// The export of an applet library of the oldest kind: one function that describes the applet's layout.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Interface of the logging dispatcher "common-logging-dispatcher", a library beside the runtime that
 /// collects the diagnostic messages of all components.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Conversion between paths and texts, which are UTF-8 in the runtime's interface and in the host's. (Without
 /// it, std::filesystem::path would read a narrow text in the encoding of the C library's locale.)

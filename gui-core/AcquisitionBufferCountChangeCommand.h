@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// AcquisitionBufferCountChangeCommand: changes the number of image buffers of a DMA channel.
 ///

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// CleanupApplicationCommand: shuts the application down.
 ///

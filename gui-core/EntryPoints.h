@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Start-up and shut-down of ovra-lib-gui-core.
 ///

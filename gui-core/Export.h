@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// OVRA_GUI_CORE_API: marks what ovra-lib-gui-core exports, or for a client what it imports.
 #pragma once

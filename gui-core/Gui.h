@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Gui: the plug-in object, and access to the state that all commands share.
 ///

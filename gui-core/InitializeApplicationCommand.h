@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// InitializeApplicationCommand: starts the application.
 ///

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// LoadAppletCommand: loads an applet onto a board.
 ///

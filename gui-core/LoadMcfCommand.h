@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// LoadMcfCommand: loads the applet that an MCF file names onto a board, with the parameter values in the
 /// file.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// RescanAppletsCommand: searches for boards, cameras and applet files again.
 ///

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// bindFglibFromDirectory: binds the frame-grabber runtime of a given directory.
 ///

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// StartAcquisitionCommand: starts a DMA channel or a camera, and those that the sync mode adds.
 ///

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// StopAcquisitionCommand: stops a DMA channel or a camera, and those that the sync mode adds.
 ///

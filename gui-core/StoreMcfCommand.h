@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// StoreMcfCommand: writes the configuration of a board's applet to an MCF file.
 ///

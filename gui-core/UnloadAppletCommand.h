@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// UnloadAppletCommand: unloads the applet of a board.
 ///

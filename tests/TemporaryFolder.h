@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// TemporaryFolder: a folder for one test, removed at its end.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// linkedHost: the host that this program is linked to.
 #pragma once

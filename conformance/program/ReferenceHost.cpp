@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The reference host, with its virtual installation.
 
 #include "LinkedHost.h"

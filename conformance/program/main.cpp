@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "LinkedHost.h"
 
 #include "conformance/Program.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tests of the application: configuration, log, and starts of the libraries.
 
 #include "Tests.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tests of changes of the board handle.
 
 #include "Machine.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tests of a group's buffers: their number, their size, and their share of the DMA memory.
 
 #include "ChannelBench.h"

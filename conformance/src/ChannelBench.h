@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// ChannelBench: a channel with a group of buffers and a scene, created as a load creates them.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// runChild: runs a program as a child process with a time limit.
 #pragma once

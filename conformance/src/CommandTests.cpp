@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tests of the order and the threads of phases, and of commands that other commands submit.
 
 #include "Commands.h"

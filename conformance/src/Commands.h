@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Commands that note their phases, and functions for tests of the command processor.
 #pragma once

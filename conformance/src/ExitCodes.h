@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Exit codes by which the process of a test reports its result.
 #pragma once

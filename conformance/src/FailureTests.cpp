@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tests of phases that throw.
 
 #include "Commands.h"

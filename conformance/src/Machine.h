@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Machine: an application with the host's environment.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tests of the model's nodes and iterators.
 
 #include "Machine.h"

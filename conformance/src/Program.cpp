@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "conformance/Program.h"
 
 #include "ChildProcess.h"

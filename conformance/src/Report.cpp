@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Report.h"
 
 #include <boost/property_tree/json_parser.hpp>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// The results of a run, for people and for programs.
 #pragma once

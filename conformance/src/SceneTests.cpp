@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tests of the way of images from a group through a scene to a visualizer.
 
 #include "ChannelBench.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Tests.h"
 
 namespace ovra::conformance {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tests of CommandProcessor::terminateAsyncCommands.
 
 #include "Commands.h"

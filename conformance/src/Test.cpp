@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "conformance/Test.h"
 
 #include "ExitCodes.h"

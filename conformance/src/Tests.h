@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// The standard tests: one list for each subject.
 #pragma once

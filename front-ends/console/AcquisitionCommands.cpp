@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Commands that start and stop acquisition, and wait for images.
 #include "Arguments.h"
 #include "Channels.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Commands that load and unload applets and show a board's structure.
 #include "Arguments.h"
 #include "CommandTable.h"

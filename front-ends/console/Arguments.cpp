@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Arguments.h"
 
 #include "front-ends/shared/RequestError.h"

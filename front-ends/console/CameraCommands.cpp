@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Commands for the cameras' parameters and for triggers.
 #include "Arguments.h"
 #include "CommandTable.h"

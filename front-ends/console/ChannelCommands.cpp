@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Commands for a DMA channel's buffers and its generator.
 #include "Arguments.h"
 #include "CommandTable.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Channels.h"
 
 #include "Arguments.h"

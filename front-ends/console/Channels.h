@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Channel: a DMA channel with a display scene, and look-ups of channels for commands.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ChoiceDialog.h"
 
 #include "Printer.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// ChoiceDialog: a question with three possible answers.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// ConsoleCommand: a command of the console; the table of all commands.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Commands for parameters and configuration files.
 #include "Arguments.h"
 #include "CommandTable.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Console: the objects that the commands of a session use.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ConsoleViews.h"
 
 #include "ChoiceDialog.h"

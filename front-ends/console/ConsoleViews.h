@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// ConsoleViews: prints the library's callbacks as lines of text.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Descriptions.h"
 
 #include "front-ends/shared/Lookup.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Texts about ports, acquisition and memory.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Fields: the result of a command, for output as JSON.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Commands that save, record and show images.
 #include "Arguments.h"
 #include "Channels.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Interrupts: Ctrl-C and other signals, as requests to end the command or the session.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// LineEditor: reads lines that a user types at the terminal. posix/ and win32/ contain one source each.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "LineReader.h"
 
 #include "Interrupts.h"

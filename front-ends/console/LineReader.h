@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// LineReader: reads lines from an input that may block, while the event loop runs.
 #pragma once

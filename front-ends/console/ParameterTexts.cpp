@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ParameterTexts.h"
 
 #include <cmath>

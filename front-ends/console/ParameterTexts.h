@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Texts of parameters for the console's output.
 #pragma once

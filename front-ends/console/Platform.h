@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Functions for the terminal; posix/ and win32/ contain one source each.
 ///

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Commands that cause faults on a virtual installation: faults, cables, shortages, scenarios. Each command is
 // a step in the syntax of scenario files; the runtime performs it.
 #include "Arguments.h"

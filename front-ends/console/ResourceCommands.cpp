@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Commands that list boards, applet files, global resources and memory.
 #include "Arguments.h"
 #include "CommandTable.h"

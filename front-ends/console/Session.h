@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Session: starts the application, executes the user's lines, ends the application.
 #pragma once

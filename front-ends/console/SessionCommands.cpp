@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Commands that control the session and its output.
 #include "Arguments.h"
 #include "CommandTable.h"

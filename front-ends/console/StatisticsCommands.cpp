@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Commands that show the statistics of acquisitions.
 #include "Arguments.h"
 #include "Channels.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "WordWrap.h"
 
 #include <sstream>

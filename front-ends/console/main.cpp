@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Interrupts.h"
 #include "LineEditor.h"
 #include "Options.h"

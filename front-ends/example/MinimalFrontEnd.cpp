@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A complete front end: starts the application, lists the boards, ends.
 #include "gui-core/EntryPoints.h"
 #include "gui-core/Gui.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ApplicationSession.h"
 
 #include "Lookup.h"

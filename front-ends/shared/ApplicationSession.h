@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// ApplicationSession: the library and an application in it, from start to end.
 ///

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "EventCounter.h"
 
 namespace ovra::frontend {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// EventCounter: counts the events of all boards by name.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ImageCollection.h"
 
 #include "ovra-lib-environment/HlEnvironmentBoardNode.h"

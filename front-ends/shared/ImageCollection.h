@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// ImageCollection: the image keepers of all loaded boards.
 #pragma once

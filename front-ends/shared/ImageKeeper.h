@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// ImageKeeper: keeps the newest image of a DMA channel.
 #pragma once

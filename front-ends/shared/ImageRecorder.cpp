@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ImageRecorder.h"
 
 #include "OutputFile.h"

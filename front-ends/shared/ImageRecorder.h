@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// ImageRecorder: writes the images of a channel as numbered files.
 ///

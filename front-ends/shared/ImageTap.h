@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// ImageTap: passes the images of a channel to a listener.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Finds boards, applets, DMA channels and ports by the text that a user types.
 ///

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Lists and changes the parameters of boards for a user.
 ///

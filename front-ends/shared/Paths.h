@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Conversion between paths and texts. The program's texts are UTF-8, whatever the platform's narrow
 /// encoding.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ProblemReport.h"
 
 #include "Lookup.h"

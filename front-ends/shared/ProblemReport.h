@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// A text to attach to a problem report.
 ///

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Arguments, environment, user and signals of the process; posix/ and win32/ contain one source each.
 ///

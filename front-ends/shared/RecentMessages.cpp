@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "RecentMessages.h"
 
 #include "TimeText.h"

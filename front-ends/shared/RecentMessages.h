@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// RecentMessages: the last messages of a session, for a report.
 #pragma once

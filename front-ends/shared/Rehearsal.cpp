@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Rehearsal.h"
 
 #include "RequestError.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Rehearsals: causes faults on a virtual installation. simulation/README.md lists the steps.
 #pragma once

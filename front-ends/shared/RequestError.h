@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// RequestError: a request of the user that cannot be carried out.
 #pragma once

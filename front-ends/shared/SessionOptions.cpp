@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "SessionOptions.h"
 
 #include <CLI/CLI.hpp>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Titles.h"
 
 #include "ovra-lib-environment/HlEnvironmentBoardNode.h"

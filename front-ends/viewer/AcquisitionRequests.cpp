@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Acquisition: start, stop, sync mode, and the question that a start may ask.
 #include "RequestTable.h"
 #include "Viewer.h"

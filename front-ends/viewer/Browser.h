@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Browser: opens the page in the user's browser; posix/ and win32/ hold one source each.
 #pragma once

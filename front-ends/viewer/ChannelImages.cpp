@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ChannelImages.h"
 
 #include "ovra-lib-display/DisplayScene.h"

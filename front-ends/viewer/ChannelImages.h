@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// ChannelImages: gives each DMA channel of the loaded boards a mailbox for its images and a tap for
 /// recordings.

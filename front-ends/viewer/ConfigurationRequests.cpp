@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Configuration files: those that are installed or stored, uploads, downloads.
 #include "RequestTable.h"
 #include "Viewer.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Saving an image and recording a number of them.
 #include "RequestTable.h"
 #include "Viewer.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// LogLines: passes log messages from any thread to the GUI thread.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What boards hold: loading, unloading, looking for files again.
 #include "RequestTable.h"
 #include "Viewer.h"

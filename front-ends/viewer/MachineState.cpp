@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "MachineState.h"
 
 #include "ChannelImages.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// The sections of the state document that describe the machine: boards and what is on them, applet files,
 /// statistics.

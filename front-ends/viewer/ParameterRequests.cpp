@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Parameters of channels, of boards without channels, and of cameras; buffers; triggers.
 #include "RequestTable.h"
 #include "Viewer.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The program itself.
 #include "RequestTable.h"
 #include "Viewer.h"

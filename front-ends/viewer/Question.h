@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Question: a choice that the library asks the user for during a command.
 #pragma once

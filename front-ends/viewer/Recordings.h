@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Recordings: the series of images that pages record.
 #pragma once

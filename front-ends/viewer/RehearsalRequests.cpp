@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Rehearsals: faults, cables, shortages and scenarios of a virtual installation.
 #include "RequestTable.h"
 #include "Viewer.h"

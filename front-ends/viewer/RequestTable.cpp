@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "RequestTable.h"
 
 #include "server/Message.h"

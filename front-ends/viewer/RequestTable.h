@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// RequestTable: the requests that pages can send.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Ticker.h"
 
 #include <utility>

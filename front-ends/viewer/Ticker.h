@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Ticker: calls a function at intervals.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Viewer.h"
 
 #include "RequestTable.h"

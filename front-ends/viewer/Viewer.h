@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Viewer: keeps the state document and answers the requests of pages. ViewerViews passes the library's calls
 /// to it.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ViewerViews.h"
 
 #include "Viewer.h"

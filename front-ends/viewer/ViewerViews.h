@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// ViewerViews: passes the library's calls of its front end to the viewer.
 #pragma once

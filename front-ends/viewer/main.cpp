@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Session.h"
 
 #include "front-ends/shared/Process.h"

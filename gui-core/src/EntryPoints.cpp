@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "gui-core/EntryPoints.h"
 
 #include "LibraryInitController.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "gui-core/Gui.h"
 
 #include "GuiStatics.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// GuiStatics: links Gui's static functions to the state of the most recently created Gui.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// LibraryInitController: counts the uses of the library, and shuts everything down with the last one.
 #pragma once

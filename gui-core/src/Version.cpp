@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "gui-core/Version.h"
 
 const char* OvraGuiCoreVersion() noexcept

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "gui-core/Views.h"
 
 #include <boost/make_shared.hpp>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Command: one action of the user or of the host, run in up to three phases.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// CommandProcessor: runs commands on the GUI thread and on its worker.
 #pragma once

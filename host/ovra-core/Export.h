@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// OVRA_CORE_API: marks what ovra-core exports, or for a client what it imports.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// The generic part of the application's models: nodes with a parent and children.
 ///

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// HarloApplication: the running application, as plug-ins see it.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Plugin: the base class of the application's plug-ins.
 #pragma once

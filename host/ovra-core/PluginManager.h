@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// PluginManager: the application's plug-ins.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// OVRA_DISPLAY_FGLIB_API: marks what ovra-lib-display-fglib exports, or for a client what it imports.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// FglibFrameBufferGroup: the image buffers of one DMA channel of the frame-grabber runtime.
 #pragma once

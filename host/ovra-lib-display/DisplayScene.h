@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// DisplayScene: takes images (FrameBufferGroup.h) from a frame-buffer group and passes them to a visualizer.
 /// A load creates one for each DMA channel; StartAcquisitionCommand and StopAcquisitionCommand start and stop

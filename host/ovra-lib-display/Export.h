@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// OVRA_DISPLAY_API: marks what ovra-lib-display exports, or for a client what it imports.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// FrameBufferGroup: the image buffers of one source, and the images in them.
 #pragma once

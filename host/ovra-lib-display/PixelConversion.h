@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Reading the pixels of an Image of any format, for front ends.
 ///

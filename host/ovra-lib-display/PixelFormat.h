@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// PixelFormat: how the pixels of an image lie in memory.
 ///

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Environment: boards, applet files and cameras of the machine, and the monitors that keep them up to date.
 #pragma once

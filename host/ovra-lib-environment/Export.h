@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// OVRA_ENVIRONMENT_API: marks what ovra-lib-environment exports, or for a client what it imports.
 #pragma once

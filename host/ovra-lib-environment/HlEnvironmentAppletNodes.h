@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// The structure of a loaded applet: processes, DMA channels, logical camera ports.
 ///

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// HlEnvironmentBoardNode: a frame-grabber board.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// HlEnvironmentFileNode: an applet file.
 #pragma once

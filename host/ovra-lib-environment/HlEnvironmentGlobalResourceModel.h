@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Global resources: the parts of all boards under string keys, so that a view or a command finds them
 /// without a search through the model. A load adds the resources of its board, an unload removes them. Any

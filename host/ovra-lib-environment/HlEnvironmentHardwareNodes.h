@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// The hardware that does not depend on the applet: physical ports and cameras. Any thread.
 ///

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// The environment's model from its root down: board sources, applet files, cameras.
 ///

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// OVRA_FGLIB_MODEL_API: marks what ovra-lib-fglib-model exports, or for a client what it imports.
 #pragma once

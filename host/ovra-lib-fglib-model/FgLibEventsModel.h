@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// FgLibEventsModel: the events of a board.
 #pragma once

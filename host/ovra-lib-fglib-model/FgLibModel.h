@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// FgLibModel: the parameters of one DMA channel, or those that all channels of an applet share.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// OVRA_GENICAM_MODEL_API: marks what ovra-lib-genicam-model exports, or for a client what it imports.
 #pragma once

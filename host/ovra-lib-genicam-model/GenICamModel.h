@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// GenICamModel: the parameters of a camera, and its start and stop.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// OVRA_PARAMETERS_API: marks what ovra-lib-parameters exports, or for a client what it imports.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Parameter: a named value of an applet or a camera, with its range and unit.
 ///

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// OVRA_LOG_API: marks what ovra_log exports, or for a client what it imports.
 #pragma once

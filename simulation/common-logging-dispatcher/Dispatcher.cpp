@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Dispatcher.h"
 
 #include "fglib5/PathText.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Dispatcher: one client, loggers by tag, lines in a file.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Dispatcher control: the exports of the simulated log dispatcher beside its descriptor. Clients look the
 /// functions up by name in the opened library, so this header declares function types only.

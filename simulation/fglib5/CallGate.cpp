@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "CallGate.h"
 
 #include "Failure.h"

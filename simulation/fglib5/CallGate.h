@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// CallGate: every call of an entry passes it. It counts calls and, on demand, delays, fails and records
 /// them.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Entry: a number for each exported entry that the gate counts.
 #pragma once

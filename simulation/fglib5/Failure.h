@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Failure: the exception of the runtime's implementation. The exported entry turns it into a code or null.
 #pragma once

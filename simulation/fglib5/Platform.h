@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Functions that differ between the platforms. CMake chooses the source.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Simulation control: the exports of the simulated runtime beside the frame-grabber interface, for tests and
 /// rehearsals. Clients look the functions up by name in the opened runtime, so this header declares function

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A front end to begin with: loads an applet onto the first board, acquires one image, and prints the
 // distribution of its grey values. Your front end draws instead, and lets the user choose.
 

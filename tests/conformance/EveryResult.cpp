@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A host without optional functions, and a test for each possible result.
 
 #include "conformance/Program.h"

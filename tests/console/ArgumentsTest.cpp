@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "front-ends/console/Arguments.h"
 #include "front-ends/shared/RequestError.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "front-ends/console/ChoiceDialog.h"
 #include "front-ends/console/Printer.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "front-ends/console/Interrupts.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "front-ends/console/LineParser.h"
 
 #include <gmock/gmock.h>

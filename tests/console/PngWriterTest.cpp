@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "front-ends/shared/PngWriter.h"
 #include "front-ends/shared/ImageKeeper.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "front-ends/console/Printer.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// runProgram: runs a program for tests of its output; posix/ and win32/ contain one source each.
 #pragma once

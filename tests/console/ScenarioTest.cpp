@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The console's output for the installed scenarios, line by line.
 
 #include "Workspace.h"

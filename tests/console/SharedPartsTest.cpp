@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Parts that the front ends share and that need no application.
 #include "tests/TemporaryFolder.h"
 

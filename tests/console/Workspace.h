@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Workspace: a temporary folder, and runs of the console in it.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Fuzzer for descriptions that people write by hand. Each file is either read, with valid and unchanged
 // values, or refused in one line that names it.
 //

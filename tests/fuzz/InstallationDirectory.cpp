@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Fuzzer for the walk from a file's path up to the installation and for the copying of a path, compared with
 // plain implementations.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Fuzzer for look-ups in a configuration text, compared with a reader that builds a map.
 
 #include "Require.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Fuzzer for scenario files. Each is either refused in one line that names file and line, or gives steps
 // within their limits whose texts read again as the same steps.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Fuzzer for a browser's messages to the viewer, and for the view of an image that they request.
 #include "Require.h"
 

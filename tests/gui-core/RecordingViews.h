@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// RecordingViews: a front end that records its calls and their threads.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Effects of a change of the board handle.
 
 #include "ovra-lib-environment/HlEnvironmentBoardNode.h"

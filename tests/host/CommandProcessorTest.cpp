@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Behaviour of the command processor beyond the library's requirements: reports, refusals, the end of the
 // application.
 

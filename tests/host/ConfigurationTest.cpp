@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Configuration entries, in memory and in a file.
 
 #include "LogCollector.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tests of a scene with a fake group, which decides when an image arrives.
 
 #include "LogCollector.h"

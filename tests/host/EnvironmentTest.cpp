@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tests of applet files and their monitor that need no runtime.
 
 #include "LogCollector.h"

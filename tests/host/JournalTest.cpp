@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tests of the journal of host operations, faults, and live objects.
 
 #include "ovra_log/reference/Journal.h"

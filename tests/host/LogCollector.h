@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// LogCollector: collects log messages while it exists.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The message log.
 
 #include "LogCollector.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tests of the application's event loop, and of the host without an application.
 
 #include "LogCollector.h"

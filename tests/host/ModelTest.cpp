@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Behaviour of the model beyond the library's requirements.
 
 #include "ovra-core/GenericModel.h"

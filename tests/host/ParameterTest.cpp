@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Conversion of parameter values to and from text.
 
 #include "ovra-lib-parameters/Parameter.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reads images of every format from bytes that were computed by hand.
 
 #include "ovra-lib-display/PixelConversion.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The minimum that the author of another host writes: tests that need more are skipped.
 
 #include "LinkedHost.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// AcquisitionTest's fixture: a board with an applet that acquires images.
 #pragma once

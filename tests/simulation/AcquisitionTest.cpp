@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "AcquisitionFixture.h"
 
 #include <algorithm>

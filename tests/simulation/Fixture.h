@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// The simulated runtime, opened at run time like a client does, and a temporary folder for each test.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tests of images: formats, effects of applet and camera parameters, scenes.
 
 #include "AcquisitionFixture.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tests of rehearsals: steps, cables, shortages.
 
 #include "Fixture.h"

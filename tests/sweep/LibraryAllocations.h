@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// LibraryAllocations: makes an allocation of ovra-lib-gui-core fail. The program's operator new serves every
 /// module of the process. An allocation counts as the library's if its code requested it, directly or through

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Runs the console's demo again and again. Each time another call or allocation fails, and a clean run
 // follows.
 //

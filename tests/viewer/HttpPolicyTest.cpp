@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "server/HttpPolicy.h"
 #include "server/Token.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// The parts of Google Benchmark that the measurements use, for platforms without a package of it.
 #pragma once

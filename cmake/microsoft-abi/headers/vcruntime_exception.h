@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Stand-in for the header of this name: std::exception and its nearest relatives, with the layout that the
 // run-time library vcruntime140.dll expects.
 #pragma once

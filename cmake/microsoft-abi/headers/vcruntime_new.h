@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Stand-in for the header of this name: allocation functions. They are linked into each module, not imported.
 #pragma once
 #include <vcruntime_exception.h>

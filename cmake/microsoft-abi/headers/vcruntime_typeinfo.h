@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Stand-in for the header of this name: type_info as the compiler lays it out, and what goes with it.
 #pragma once
 #include <vcruntime_exception.h>

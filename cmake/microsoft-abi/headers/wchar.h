@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Around mingw-w64's header: the overloads for C++ that Microsoft's header has.
 #pragma once
 #include_next <wchar.h>

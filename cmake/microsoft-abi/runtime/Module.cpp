@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The part of the C++ run-time library that is linked into every module: start and end of a program or a
 // DLL, objects with static storage, thread-local storage, allocation, type_info.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What Microsoft's headers define inline over the exports of ucrtbase.dll, and mingw-w64's headers only
 // declare.
 #include <cstdarg>

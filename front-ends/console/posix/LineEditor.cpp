@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Uses libedit. While a line is read, only the reading thread writes to the terminal; it also prints the
 // queued texts of other threads.
 #include "../LineEditor.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "../Platform.h"
 
 #include "front-ends/shared/Paths.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Uses the console window's own editing and history. An uncommon control character interrupts the system's
 // read call: the editor then prints queued texts and continues reading with the text typed so far.
 #include "../LineEditor.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "images/Channels.h"
 
 #include <nlohmann/json.hpp>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Channels: the DMA channels whose images pages can show. The GUI thread adds and removes them; network
 /// threads read their images.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Histogram: how often each grey value occurs in a whole image.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "images/ImageMailbox.h"
 
 #include "ovra-lib-display/PixelConversion.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// ImageMailbox: the newest image of a DMA channel, for all readers.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "images/ImageMessage.h"
 
 #include <algorithm>

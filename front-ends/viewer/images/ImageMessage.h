@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// ImageMessage: an image on its way to a browser. Bytes as the page's `image-message.js` reads them; all
 /// numbers with the low byte first.

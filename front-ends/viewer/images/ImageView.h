@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// ImageView: the part of an image that a browser shows, reduced to the pixels it can use.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "server/ListenerOption.h"
 
 namespace ovra::viewer {

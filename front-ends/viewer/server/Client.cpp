@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "server/Client.h"
 
 #include "server/StateDocument.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Client: a browser's WebSocket, from the upgrade to its end.
 #pragma once

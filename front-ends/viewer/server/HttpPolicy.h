@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Which HTTP requests are answered, and with what. No part of a request is used as a path in the file
 /// system.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "server/ImageStreams.h"
 
 #include "server/StateDocument.h"

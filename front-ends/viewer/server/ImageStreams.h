@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// ImageStreams: which images one client gets, and when.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Reserves a listener's port; posix/ and win32/ hold one source each.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "server/Message.h"
 
 #include <limits>

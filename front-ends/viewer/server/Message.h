@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// The messages that a browser sends over its WebSocket, read and checked.
 ///

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "server/StateDocument.h"
 
 #include "server/Message.h"

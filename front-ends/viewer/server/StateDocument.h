@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// StateDocument: everything that pages show except images. A page gets the whole document, then changes.
 #pragma once

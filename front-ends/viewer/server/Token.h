@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Token: the secret that admits a page. Each run of the program has its own.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "server/WebServer.h"
 
 #include "server/Client.h"

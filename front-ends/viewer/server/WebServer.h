@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// WebServer: serves the page and its WebSocket to browsers on this machine.
 ///

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "acquisition/CameraOfPort.h"
 
 #include "ovra-lib-environment/HlEnvironmentAppletNodes.h"

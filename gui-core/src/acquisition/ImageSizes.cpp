@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "acquisition/ImageSizes.h"
 
 #include "acquisition/CameraOfPort.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Brings the image sizes of cameras and DMA channels together before an acquisition starts.
 #pragma once

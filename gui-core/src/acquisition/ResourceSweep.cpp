@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "acquisition/ResourceSweep.h"
 
 namespace ovra::gui::commands {

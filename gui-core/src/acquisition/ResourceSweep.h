@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// The reach of a start or stop: the global resources of a board and process, or of more.
 #pragma once

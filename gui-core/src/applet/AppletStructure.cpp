@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "applet/AppletStructure.h"
 
 #include "gui-core/keys/Keys.h"

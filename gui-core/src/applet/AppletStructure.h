@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Reads the structure of an applet and publishes it on its board: processes, DMA channels, logical camera
 /// ports, and the links between them.

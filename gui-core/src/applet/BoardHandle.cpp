@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "applet/BoardHandle.h"
 
 #include "messages/CommandSubmission.h"

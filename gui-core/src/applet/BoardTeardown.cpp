@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "applet/BoardTeardown.h"
 
 #include "applet/BoardHandle.h"

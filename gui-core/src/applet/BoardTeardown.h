@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// emptyBoard, UnfinishedLoad: take an applet off a board.
 #pragma once

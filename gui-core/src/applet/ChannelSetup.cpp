@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "applet/ChannelSetup.h"
 
 #include "gui-core/keys/Keys.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Creates what front ends and acquisition need on a board whose structure is built: events, parameters,
 /// buffers, scenes.

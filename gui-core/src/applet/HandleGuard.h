@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// HandleGuard: closes an applet library at the end of the scope that queries it.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "applet/LegacyApplet.h"
 
 #include "applet/AppletStructure.h"

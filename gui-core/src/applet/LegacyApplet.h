@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// An applet library of the oldest kind, which reports its layout itself.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "gui-core/AcquisitionBufferCountChangeCommand.h"
 
 #include "gui-core/Gui.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "gui-core/InitializeApplicationCommand.h"
 
 #include "messages/CommandSubmission.h"

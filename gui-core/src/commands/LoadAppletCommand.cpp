@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "gui-core/LoadAppletCommand.h"
 
 #include "applet/AppletStructure.h"

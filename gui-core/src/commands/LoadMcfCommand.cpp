@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "gui-core/LoadMcfCommand.h"
 
 #include "mcf/Mcf.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "gui-core/RescanAppletsCommand.h"
 
 #include "gui-core/Gui.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "gui-core/StartAcquisitionCommand.h"
 
 #include "acquisition/CameraOfPort.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "gui-core/StopAcquisitionCommand.h"
 
 #include "acquisition/CameraOfPort.h"

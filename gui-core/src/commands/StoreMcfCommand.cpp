@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "gui-core/StoreMcfCommand.h"
 
 #include "messages/StatusText.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "gui-core/UnloadAppletCommand.h"
 
 #include "applet/BoardTeardown.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "fglib/EntryTable.h"
 
 #include "fglib/RuntimeLibrary.h"

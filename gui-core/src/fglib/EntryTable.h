@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// The table of the frame-grabber runtime's entries, and what fills it.
 ///

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One function for each entry of the runtime, under the runtime's own name.
 //
 // They must not be visible outside the library: on ELF the runtime's own inner calls would otherwise be

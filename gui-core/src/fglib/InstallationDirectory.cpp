@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "fglib/InstallationDirectory.h"
 
 #include "fglib/InstallationPath.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// The installation directory: the folder whose "bin" holds the runtime libraries.
 #pragma once

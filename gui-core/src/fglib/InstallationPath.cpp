@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "fglib/InstallationPath.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Paths on the way to the installation directory. Nothing here asks the system.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "fglib/RuntimeLibrary.h"
 
 #include "fglib/InstallationDirectory.h"

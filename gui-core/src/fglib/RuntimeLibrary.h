@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Opens the libraries that are found at run time in the installation's "bin".
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "logging/Logging.h"
 
 #include "fglib/RuntimeLibrary.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Logging and Logger: the library's own diagnostic lines.
 ///

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "mcf/Mcf.h"
 
 #include <array>

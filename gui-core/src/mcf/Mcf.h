@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Configuration files of the frame grabber (MCF), as far as this library needs to know them.
 ///

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "messages/CommandSubmission.h"
 
 #include "messages/LoadAppletNotifyEvent.h"

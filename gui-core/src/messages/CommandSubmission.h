@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Hands commands to the application's command processor.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "messages/LoadAppletNotifyEvent.h"
 
 #include "gui-core/Gui.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// LoadAppletNotifyEvent: a message about an applet load on its way from the worker phase to the front end.
 #pragma once

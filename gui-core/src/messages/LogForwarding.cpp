@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "messages/LogForwarding.h"
 
 #include "gui-core/Gui.h"

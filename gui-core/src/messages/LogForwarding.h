@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Passes the host's log messages on to the front end.
 #pragma once

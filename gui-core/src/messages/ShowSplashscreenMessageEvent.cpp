@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "messages/ShowSplashscreenMessageEvent.h"
 
 #include "gui-core/Gui.h"

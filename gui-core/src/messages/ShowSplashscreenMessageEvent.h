@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// ShowSplashscreenMessageEvent: a line of progress on its way from a worker phase to the front end.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "messages/StatusText.h"
 
 #include "fglib5/Fglib5.h"

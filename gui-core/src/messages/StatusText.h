@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// How a status of the frame-grabber runtime is written for the user.
 #pragma once

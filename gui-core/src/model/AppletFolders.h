@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// The folder that holds the applets of a board model.
 #pragma once

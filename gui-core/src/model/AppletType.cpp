@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "model/AppletType.h"
 
 #include "ovra-lib-environment/HlEnvironmentFileNode.h"

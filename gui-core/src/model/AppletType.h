@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// AppletType: the kind of an applet file.
 #pragma once

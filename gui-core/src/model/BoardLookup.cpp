@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "model/BoardLookup.h"
 #include "gui-core/keys/Keys.h"
 

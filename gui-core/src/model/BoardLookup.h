@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Finds boards and applet files in the environment model.
 #pragma once

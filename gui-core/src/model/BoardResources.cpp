@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "model/BoardResources.h"
 
 #include "gui-core/Gui.h"

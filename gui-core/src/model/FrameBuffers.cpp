@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "model/FrameBuffers.h"
 
 #include "ovra-lib-display-fglib/FglibFrameBufferGroup.h"

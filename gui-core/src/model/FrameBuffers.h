@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// The frame-buffer group of a DMA channel.
 #pragma once

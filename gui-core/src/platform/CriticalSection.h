@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// CriticalSection and its guard: the lock for a handful of instructions inside other locks.
 ///

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Guard<T*>: common base of the scoped guards.
 #pragma once

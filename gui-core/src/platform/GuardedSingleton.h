@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// GuardedSingletonBase and GuardedSingleton<T>: process-wide objects that the last OvraGuiCoreDeinit
 /// destroys.

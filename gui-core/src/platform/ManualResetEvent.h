@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// ManualResetEvent: a signal that stays until reset().
 ///

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// The platform's module loader, as SharedLibrary and the installation directory use it.
 #pragma once

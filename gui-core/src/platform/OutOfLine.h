@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// OVRA_OUT_OF_LINE: before a function that is rarely called and may not become part of its callers.
 #pragma once

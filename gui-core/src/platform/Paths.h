@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// What differs in paths from platform to platform.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// ReadWriteLock and its guard: many readers or one writer, writers first.
 ///

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// RecursiveMutex and its guard: a mutex that its owner may take again.
 ///

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/SharedLibrary.h"
 
 #include "platform/Module.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// SharedLibrary: owns a module that is loaded at run time.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// SpinLockVariableGuard: a scoped spin lock over words that the caller owns.
 ///

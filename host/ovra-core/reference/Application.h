@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Application: makes this process an application, and runs its event loop.
 ///

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// The frame-grabber runtime as the host libraries use it. Each application opens it once, by its full path,
 /// when it first needs it. The runtime stays open until the process ends.

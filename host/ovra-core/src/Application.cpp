@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ovra-core/reference/Application.h"
 
 #include "ApplicationState.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ApplicationState.h"
 
 #include "ovra_log/reference/Journal.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// ApplicationState: the parts of an application, and access to the current one.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ovra-core/Command.h"
 
 namespace ovra::core {

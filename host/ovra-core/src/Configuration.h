@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Configuration: the application's integer entries, in memory or in a file.
 #pragma once

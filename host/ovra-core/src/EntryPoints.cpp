@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ovra-core/EntryPoints.h"
 
 #include "ovra_log/reference/Journal.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ovra-core/Plugin.h"
 
 #include "ovra-core/Command.h"

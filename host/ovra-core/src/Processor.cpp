@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Processor.h"
 
 #include "WorkQueue.h"

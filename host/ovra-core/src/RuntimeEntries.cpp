@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ovra-core/reference/RuntimeEntries.h"
 
 #include "ApplicationState.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "WorkQueue.h"
 
 #include "ovra_log/reference/Log.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// WorkQueue: work for the GUI thread, in the order in which it arrives.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ovra-lib-display-fglib/EntryPoints.h"
 
 #include "ovra_log/reference/Journal.h"

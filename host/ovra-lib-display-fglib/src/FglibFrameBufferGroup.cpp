@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ovra-lib-display-fglib/FglibFrameBufferGroup.h"
 
 #include "ImageBuffers.h"

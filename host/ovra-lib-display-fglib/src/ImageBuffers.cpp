@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ImageBuffers.h"
 
 #include "ovra_log/reference/Log.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// ImageBuffers: image buffers of the runtime, and their share of the memory budget.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// The state of acquisitions, for front ends: running or why it ended, counters and rates.
 ///

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// ArrivalRate: how many images and bytes arrived within the last second.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ovra-lib-display/EntryPoints.h"
 
 #include "ovra_log/reference/Journal.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ovra-lib-display/FrameBufferGroup.h"
 
 #include "ovra-lib-display/reference/AcquisitionObserver.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ovra-lib-display/PixelConversion.h"
 
 #include <array>

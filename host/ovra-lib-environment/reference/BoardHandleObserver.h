@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// BoardHandleObserver: signals changes of board handles, as the application's views would see them.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Signals that boards, cameras and applet files have appeared, disappeared or changed.
 ///

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Software triggers for the cameras of a board.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// AppletFolders: keeps the file collection up to date with the applet files below the runtime directory.
 #pragma once

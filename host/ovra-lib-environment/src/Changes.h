@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Changes: what one search has changed in the model, in order.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ovra-lib-environment/EntryPoints.h"
 
 #include "ovra-lib-genicam-model/EntryPoints.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ovra-lib-environment/Environment.h"
 #include "gui-core/keys/Keys.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// FolderMonitor: a thread that calls a function periodically.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "HardwareDiscovery.h"
 
 #include "PluggedCameras.h"

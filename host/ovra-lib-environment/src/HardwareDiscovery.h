@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// HardwareDiscovery: keeps the model up to date with the boards and cameras that the runtime lists.
 #pragma once

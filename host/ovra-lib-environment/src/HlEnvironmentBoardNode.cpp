@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ovra-lib-environment/HlEnvironmentBoardNode.h"
 
 #include "PluggedCameras.h"

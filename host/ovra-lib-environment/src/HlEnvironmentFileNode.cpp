@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ovra-lib-environment/HlEnvironmentFileNode.h"
 
 #include "ovra-core/reference/RuntimeEntries.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ovra-lib-environment/HlEnvironmentHardwareNodes.h"
 
 #include "ovra-lib-environment/HlEnvironmentAppletNodes.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "PluggedCameras.h"
 
 #include "ovra-lib-environment/HlEnvironmentModel.h"

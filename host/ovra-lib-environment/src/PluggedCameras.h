@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Connects physical ports with the cameras that are plugged into them.
 #pragma once

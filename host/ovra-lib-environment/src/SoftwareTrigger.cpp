@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ovra-lib-environment/reference/SoftwareTrigger.h"
 
 #include "ovra-core/reference/RuntimeEntries.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// BoardEvents: events together with their board, for front ends that show the events of several boards.
 #pragma once

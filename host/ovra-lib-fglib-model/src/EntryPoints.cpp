@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ovra-lib-fglib-model/EntryPoints.h"
 
 #include "ovra_log/reference/Journal.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ovra-lib-fglib-model/FgLibEventsModel.h"
 
 #include "ovra-core/reference/RuntimeEntries.h"

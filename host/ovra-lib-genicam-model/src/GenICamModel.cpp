@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ovra-lib-genicam-model/GenICamModel.h"
 
 #include "ovra-core/reference/RuntimeEntries.h"

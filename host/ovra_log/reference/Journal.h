@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Journal: records the host operations that a client calls, and lets one of them fail. For tests.
 ///

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// How often each host library was started and not yet shut down.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// How many objects of each host class exist, for tests that look for leaks.
 ///

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// The host's own messages. Like OvraLogMessage, but the journal does not record them, since no client calls.
 #pragma once

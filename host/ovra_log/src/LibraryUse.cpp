@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ovra_log/reference/LibraryUse.h"
 
 #include "ovra_log/reference/Log.h"

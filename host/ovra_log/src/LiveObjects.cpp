@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ovra_log/reference/LiveObjects.h"
 
 #include "ovra_log/reference/Journal.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ovra_log/OvraLog.h"
 
 #include "ovra_log/reference/Journal.h"

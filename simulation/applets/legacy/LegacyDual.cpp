@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A legacy applet: one exported function describes its layout.
 
 #include "fglib5/LegacyApplet.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "descriptions/Applet.h"
 
 #include "Platform.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Applet: the content of an applet file. simulation/README.md explains the fields.
 ///

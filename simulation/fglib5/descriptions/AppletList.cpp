@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "descriptions/AppletList.h"
 
 #include "Failure.h"

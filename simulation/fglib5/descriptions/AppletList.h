@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// AppletList: the list of applet files behind Fg_getAppletIterator.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "descriptions/JsonReader.h"
 
 #include "descriptions/NumberText.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// JsonReader: reads JSON files that people write by hand. Each error is one line that names the file, the
 /// place in it and what was expected.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "descriptions/MachineDescription.h"
 
 #include "CallGate.h"

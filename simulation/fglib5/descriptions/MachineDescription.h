@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// MachineDescription: the content of a machine description file. simulation/README.md explains its fields.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Conversion of numbers to the texts that configuration files and messages contain.
 #pragma once

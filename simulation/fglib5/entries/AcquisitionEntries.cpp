@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Buffers and images.
 
 #include "entries/Answers.h"

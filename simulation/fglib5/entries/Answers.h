@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Functions that several entries use: they check arguments and copy results out.
 #pragma once

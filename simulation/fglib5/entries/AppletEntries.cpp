@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "descriptions/AppletList.h"
 #include "entries/Answers.h"
 #include "entries/Entries.h"

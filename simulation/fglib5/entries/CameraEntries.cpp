@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "entries/Answers.h"
 #include "entries/Entries.h"
 

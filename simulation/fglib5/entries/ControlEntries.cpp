@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "CallGate.h"
 #include "descriptions/AppletList.h"
 #include "entries/Answers.h"

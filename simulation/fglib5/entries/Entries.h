@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// The namespace entries has one implementation for each exported entry, with the same name.
 ///

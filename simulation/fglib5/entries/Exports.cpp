@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The exported functions, one for each row of a list. Each passes the gate, calls the implementation with
 // its name, and turns exceptions into results.
 

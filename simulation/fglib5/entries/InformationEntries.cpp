@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Errors, boards and versions.
 
 #include "entries/Answers.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Libraries, boards and their configuration.
 //
 // Entries call each other by their exported names, like the parts of the real runtime.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Entries that are not simulated. They return FG_NOT_SIMULATED, and the error text names the entry.
 
 #include "Failure.h"

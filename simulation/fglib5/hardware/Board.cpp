@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "hardware/Board.h"
 
 #include "Failure.h"

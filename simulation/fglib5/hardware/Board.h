@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Board: a board of the machine, with the cameras plugged into it.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "hardware/BufferRing.h"
 
 #include "Failure.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// BufferRing: a ring of image buffers.
 #pragma once

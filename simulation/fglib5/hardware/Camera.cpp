@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "hardware/Camera.h"
 
 #include "Failure.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Camera: a camera plugged into a board, with its scene, its settings and its images.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "hardware/Configuration.h"
 
 #include "Failure.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Configuration files (.mcf): an applet's name and the values of its parameters.
 ///

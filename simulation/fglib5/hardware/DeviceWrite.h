@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// DeviceWrite: a scope in which a thread plays the board, whose DMA writes into memory by itself.
 ///

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "hardware/DmaChannel.h"
 
 #include "Failure.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// DmaChannel: writes the images of its camera or its generator into a ring of buffers.
 ///

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "hardware/EventHub.h"
 
 #include "Failure.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// EventHub: the events of one board handle.
 ///

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "hardware/FrameCycle.h"
 
 #include "pictures/BlockLetters.h"

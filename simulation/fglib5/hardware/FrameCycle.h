@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// FrameCycle: a film rendered in a DMA channel's format, so that each image costs one copy.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "hardware/Grabber.h"
 
 #include "Failure.h"

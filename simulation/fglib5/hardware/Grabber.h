@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Grabber: the object behind a board handle: an applet on a board, with its parameters, DMA channels, rings
 /// and events.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// ImageWatch: notifies the rehearsal of the image that it waits for.
 #pragma once

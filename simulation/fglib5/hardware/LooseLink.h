@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// LooseLink: the loose cable of a camera port, which damages some images.
 #pragma once

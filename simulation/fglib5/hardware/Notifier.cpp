@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "hardware/Notifier.h"
 
 #include "Failure.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Notifier: notifies clients when boards, cameras and links are plugged or unplugged.
 #pragma once

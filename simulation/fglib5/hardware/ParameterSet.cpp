@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "hardware/ParameterSet.h"
 
 #include "Failure.h"

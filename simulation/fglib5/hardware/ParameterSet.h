@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// The parameters of one DMA channel, or those of the whole applet.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "hardware/Runtime.h"
 
 #include "CallGate.h"

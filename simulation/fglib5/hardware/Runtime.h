@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Runtime: the state of the whole runtime: the machine, and the board handles that clients hold.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Shortage: shortages of the virtual machine that a rehearsal causes.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Stream: the images that a camera or a generator sends, and their times.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Block letters of 5 x 7 dots.
 #pragma once

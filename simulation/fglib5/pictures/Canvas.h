@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Canvas: paints a picture from shapes with smooth edges and any shading, one over the other.
 ///

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Colour: a colour while a picture is painted. Light: a pixel of the finished picture.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "pictures/Film.h"
 
 #include "pictures/RecentCache.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Film: the pictures of a source as a cycle, in 16 bits per colour.
 ///

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Test patterns of a DMA channel's generator and of cameras.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "pictures/PixelFormat.h"
 
 #include "fglib5/Fglib5Types.h"

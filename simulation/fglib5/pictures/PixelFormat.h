@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// PixelFormat: the formats that a DMA channel writes. PixelStream: packs samples into bytes.
 #pragma once

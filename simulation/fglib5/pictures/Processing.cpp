@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "pictures/Processing.h"
 
 #include <algorithm>

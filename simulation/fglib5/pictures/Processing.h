@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Processing: an applet's processing of a film on its way to memory.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// RecentCache: keeps recently used values that are expensive to compute.
 #pragma once

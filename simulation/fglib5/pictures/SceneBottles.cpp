@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "pictures/Canvas.h"
 #include "pictures/SceneParts.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// The painting functions of each scene, for Scenes.cpp.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "pictures/Scenes.h"
 
 #include "pictures/SceneParts.h"

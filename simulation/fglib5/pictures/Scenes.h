@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Scenes of the simulated cameras. Each is a still picture with a moving object.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// The film of a line camera: an endless moving cloth with occasional faults.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "rehearsal/Player.h"
 
 #include "Failure.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Player: plays a scenario, step after step.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "rehearsal/Rehearsal.h"
 
 #include "CallGate.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Rehearsal: performs the steps of rehearsals on the virtual machine.
 #pragma once

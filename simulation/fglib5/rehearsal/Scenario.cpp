@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "rehearsal/Scenario.h"
 
 #include "rehearsal/Words.h"

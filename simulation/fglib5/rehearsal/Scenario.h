@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Scenario: the steps of a rehearsal and their times, read from a file.
 ///

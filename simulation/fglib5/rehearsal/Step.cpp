@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "rehearsal/Step.h"
 
 #include "CallGate.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Step: one action of a rehearsal, which causes a fault or ends it. The text of a step is one line:
 ///

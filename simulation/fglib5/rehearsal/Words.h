@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Words: reads the words of a line, separated by blanks, one after the other.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The console at a terminal: input and output of a user's session.
 #include "../Workspace.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A front end that implements everything, so that every slot of its virtual table has a name.
 
 #include "RecordingViews.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A log dispatcher that calls a function of the test at the start of connect, and then gives its client the
 // two functions that the test has set: none at first.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A legacy applet whose answers the build defines; without them it has no Info.
 
 #include "fglib5/LegacyApplet.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tests of the runtime's binding and of the forwarders, with a loader that records its calls instead of the
 // platform's.
 

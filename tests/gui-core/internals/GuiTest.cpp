@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "NewProcess.h"
 #include "RecordingViews.h"
 #include "messages/LogForwarding.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "LibraryInitController.h"
 #include "NewProcess.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/ReadWriteLock.h"
 #include "platform/RecursiveMutex.h"
 #include "platform/SpinLockVariableGuard.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// IN_A_NEW_PROCESS: runs code in a process of its own, for state that exists once per process.
 #pragma once

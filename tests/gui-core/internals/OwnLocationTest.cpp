@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tests of the library opened at run time from several places of an installation: whether it finds the
 // installation, how long it stays loaded, how it ends. It opens the log dispatcher there, whose lines show
 // the result.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tests of the forwarders with a runtime that the platform's loader opens.
 
 #include "fglib/EntryTable.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the library takes for success: on a runtime some of whose answers the virtual one never gives.
 
 #include "Product.h"

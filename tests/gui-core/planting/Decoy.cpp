@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A library that must not be loaded. If it is, it leaves a file in the current folder.
 
 #include <cstdio>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Opens a library by its bare name, which the library must not do. Shows that the system finds the decoys.
 
 #include "platform/SharedLibrary.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Sixteen channels of one board deliver as fast as possible, while acquisition starts and stops in all modes,
 // buffer counts change and the other board's applet is unloaded and loaded again.
 //

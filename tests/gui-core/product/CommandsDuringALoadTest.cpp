@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Effects of commands that a front end submits while a load runs: see the table in docs/front-end-guide.md.
 // An unload is not tested, because a front end must not submit it.
 

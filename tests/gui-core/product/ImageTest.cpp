@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Images that a front end receives: formats, triggers, timeouts, effects of camera and channel.
 
 #include "Product.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "Product.h"
 
 #include "gui-core/Version.h"

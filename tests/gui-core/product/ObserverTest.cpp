@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Signals of the reference host: ends of acquisitions, events with their board, changes of the hardware.
 
 #include "Product.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// ProcessResources: memory, handles and threads of this process, for tests that look for leaks.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// Product: a fixture that runs the whole library on the reference host and a virtual installation. Includes
 /// the library's commands and the host's headers that most tests need.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Repeats operations of an application and a scenario, and checks that the process's resources do not grow.
 //
 // 300 rounds of each kind, or OVRA_SOAK_ROUNDS (environment variable); scripts/soak runs 10,000. The scenario

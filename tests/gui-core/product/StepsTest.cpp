@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Every step of a load, an unload and what ends a load early, in its order: what changes in the host, what
 // the runtime is called for, what the front end is told. The files in steps/ say how it has to be. A change
 // that is meant is put into them by running these tests with OVRA_RENEW_STEPS=1 in the environment, and shows

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Boards and cameras that are unplugged while the library uses them.
 
 #include "Product.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "VirtualInstallation.h"
 
 #include <gtest/gtest.h>

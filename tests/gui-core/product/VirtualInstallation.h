@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// VirtualInstallation: an installation in a temporary folder, for one test.
 ///

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Compares the versions of the headers and of the library, before any other use of the library.
 
 #include "gui-core/Version.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Declarations that the fragments in the guides use.
 #pragma once
 

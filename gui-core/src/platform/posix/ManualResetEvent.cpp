@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/ManualResetEvent.h"
 
 namespace ovra::templates::platform {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/Paths.h"
 
 namespace ovra::templates::platform {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/Module.h"
 
 #include <windows.h>

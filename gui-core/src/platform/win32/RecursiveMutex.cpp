@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/RecursiveMutex.h"
 
 #include <system_error>

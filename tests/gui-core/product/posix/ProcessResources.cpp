@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ProcessResources.h"
 
 #include <dlfcn.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// CriticalSection on POSIX systems: a spin lock that gives way.
 #pragma once

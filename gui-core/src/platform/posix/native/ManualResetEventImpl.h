@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// ManualResetEvent on POSIX systems: a word to wait on.
 #pragma once

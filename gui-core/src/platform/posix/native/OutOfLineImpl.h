@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// OVRA_OUT_OF_LINE as the platform's compilers write it.
 #pragma once

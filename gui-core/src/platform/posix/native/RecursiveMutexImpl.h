@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// RecursiveMutex on POSIX systems: the standard library's.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// The calling thread's id on POSIX systems: the kernel's, asked once a thread.
 #pragma once

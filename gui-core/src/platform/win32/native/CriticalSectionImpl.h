@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// CriticalSection on Windows: the system's.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// ManualResetEvent on Windows: the system's.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// RecursiveMutex on Windows: the system's.
 #pragma once

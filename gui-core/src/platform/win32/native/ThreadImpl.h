@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// \file
 /// The calling thread's id on Windows: the system's.
 #pragma once

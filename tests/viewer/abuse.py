@@ -6,7 +6,7 @@ import socket
 import tempfile
 import unittest
 
-from harness import ARGUMENTS, LIMIT, Socket, Viewer, complain_of, run_tests, wait_for
+from harness import ARGUMENTS, LIMIT, SCHEMA, Socket, Viewer, complain_of, run_tests, wait_for
 
 
 class Abuse(unittest.TestCase):
@@ -216,8 +216,12 @@ class Protocol(unittest.TestCase):
             for kind in ("values", "histogram", "changed"):
                 page.message(kind)
             self.assertEqual(page.request("set-parameter", board=board, dma=0, name="GAIN", value="high")["type"], "failed")
+            said = list(sent)
+            requests = next(each for each in SCHEMA["$defs"]["fromPage"]["oneOf"] if "oneOf" in each)["oneOf"]
+            names = {each["properties"]["name"]["const"] for each in requests} - {"quit"}
+            self.assertEqual({name for name in names if page.request(name).get("text") == "there is no such request"}, set())
         texts = {payload for opcode, payload in came if opcode == 1}
-        for side, messages in (("fromPage", sent), ("fromProgram", map(json.loads, texts))):
+        for side, messages in (("fromPage", said), ("fromProgram", map(json.loads, texts))):
             self.assertEqual(list(filter(None, (complain_of(message, side) for message in messages))), [])
         self.assertEqual(viewer.end(), 0, viewer.lines)
 

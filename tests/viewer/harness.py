@@ -221,11 +221,13 @@ def read_png(path):
     return width, height, rows
 
 
+with open(os.path.join(os.path.dirname(__file__), "../../docs/viewer-protocol.schema.json"), encoding="utf-8") as schema_file:
+    SCHEMA = json.load(schema_file)
+
+
 def complain_of(message, side):
     """Why a message is none of the schema's for "fromPage" or "fromProgram"; empty when it is one."""
-    with open(os.path.join(os.path.dirname(__file__), "../../docs/viewer-protocol.schema.json"), encoding="utf-8") as file:
-        schema = json.load(file)
-    schema["anyOf"] = [{"$ref": "#/$defs/" + side}]
+    schema = {**SCHEMA, "anyOf": [{"$ref": "#/$defs/" + side}]}
     error = jsonschema.exceptions.best_match(jsonschema.Draft202012Validator(schema).iter_errors(message))
     return "" if error is None else f"{json.dumps(message)[:300]}: {error.message[:300]}"
 

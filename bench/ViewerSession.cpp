@@ -315,23 +315,26 @@ private:
     std::size_t m_imageBytes = 0;
 };
 
-/// Seconds of a thread that copies and sends so many bytes, for one image.
-double costOfCopyAndSend(std::size_t bytes)
+/// Processor seconds of a thread that copies and sends an image of so many bytes, so many a second. Like the
+/// program it takes each image from another place, so that none comes from the caches.
+double costOfCopyAndSend(std::size_t bytes, double perSecond)
 {
     namespace asio = boost::asio;
     using asio::ip::tcp;
-    constexpr int IMAGES = 200;
+    constexpr double SECONDS = 3;
+    constexpr std::size_t SOURCE_BYTES = std::size_t{64} << 20;
+    const int images = std::max(1, static_cast<int>(SECONDS * perSecond));
     asio::io_context context;
     tcp::acceptor acceptor(context, {asio::ip::address_v4::loopback(), 0});
     tcp::socket receiver(context);
     tcp::socket sender(context);
     receiver.connect(acceptor.local_endpoint());
     acceptor.accept(sender);
-    std::vector<char> source(bytes, 5);
+    const std::vector<char> source(std::max(SOURCE_BYTES, bytes), 5);
     std::vector<char> copy(bytes);
     std::thread reader([&] {
         std::vector<char> received(bytes);
-        for (int i = 0; i < IMAGES; ++i)
+        for (int i = 0; i < images; ++i)
             asio::read(receiver, asio::buffer(received));
     });
     const auto threadTime = [] {
@@ -340,11 +343,15 @@ double costOfCopyAndSend(std::size_t bytes)
         return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
     };
     const double before = threadTime();
-    for (int i = 0; i < IMAGES; ++i) {
-        std::memcpy(copy.data(), source.data(), bytes);
+    const auto begin = Clock::now();
+    for (int i = 0; i < images; ++i) {
+        const std::size_t place = static_cast<std::size_t>(i) * bytes % (source.size() - bytes + 1);
+        std::memcpy(copy.data(), source.data() + place, bytes);
         asio::write(sender, asio::buffer(copy));
+        std::this_thread::sleep_until(begin + std::chrono::duration_cast<Clock::duration>(
+                                                  std::chrono::duration<double>(i / perSecond)));
     }
-    const double cost = (threadTime() - before) / IMAGES;
+    const double cost = (threadTime() - before) / images;
     reader.join();
     return cost;
 }
@@ -390,7 +397,8 @@ void measure(const Program& program, Observer& observer, const char* applet, con
     };
     const double unseen = alone.processor / alone.seconds * viewed.seconds;
     const double cost = perImage(viewed.processor - unseen, viewed.sent);
-    const double yardstick = costOfCopyAndSend(observer.imageBytes()) * 1e6;
+    const double yardstick =
+        costOfCopyAndSend(observer.imageBytes(), static_cast<double>(viewed.sent) / viewed.seconds) * 1e6;
     std::printf("%-44s a channel: %.1f/s arrive, %.1f/s are shown; %lld lost\n", title,
                 static_cast<double>(viewed.arrived) / viewed.seconds / channels,
                 static_cast<double>(viewed.sent) / viewed.seconds / channels,

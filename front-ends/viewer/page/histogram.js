@@ -78,7 +78,8 @@ export class Histogram {
     const width = canvas.width / bins.length;
     bins.forEach((count, i) => {
       const height = (Math.sqrt(count) / most) * canvas.height;
-      context.fillRect(i * width, canvas.height - height, Math.max(width, 1), height);
+      const left = Math.floor(i * width); // whole pixels, or gaps shine through
+      context.fillRect(left, canvas.height - height, Math.ceil((i + 1) * width) - left, height);
     });
   }
 }

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <memory>
 #include <thread>
 
 namespace simulation {
@@ -30,15 +31,46 @@ CallGate& CallGate::instance()
     return *gate;
 }
 
-CallGate::Passage::Passage(Entry entry) noexcept
+CallGate::Passage::Passage(Entry entry, int board)
 {
-    instance().m_counts[static_cast<std::size_t>(entry)].fetch_add(1, std::memory_order_relaxed);
+    auto& gate = instance();
+    const auto index = static_cast<std::size_t>(entry);
+    gate.count(index, board);
     ++depth;
+    if (gate.m_watched.load(std::memory_order_relaxed)) [[unlikely]]
+        m_plannedCode = gate.arriveWatched(index, board);
 }
 
 CallGate::Passage::~Passage()
 {
     --depth;
+}
+
+void CallGate::count(std::size_t entry, int board)
+{
+    m_counts[entry].fetch_add(1, std::memory_order_relaxed);
+    if (board >= 0 && static_cast<std::size_t>(board) < MAX_BOARDS)
+        countsOf(static_cast<std::size_t>(board))[entry].fetch_add(1, std::memory_order_relaxed);
+}
+
+CallGate::Counts& CallGate::countsOf(std::size_t board)
+{
+    auto& place = m_boardCounts[board];
+    if (auto* counts = place.load())
+        return *counts;
+    auto made = std::make_unique<Counts>();
+    Counts* others = nullptr;
+    if (place.compare_exchange_strong(others, made.get()))
+        return *made.release();
+    return *others;
+}
+
+/// Null for a board of which no call has come.
+const CallGate::Counts* CallGate::countsOf(std::optional<unsigned int> board) const
+{
+    if (!board)
+        return &m_counts;
+    return *board < MAX_BOARDS ? m_boardCounts[*board].load() : nullptr;
 }
 
 int CallGate::arriveWatched(std::size_t entry, int board)
@@ -162,24 +194,34 @@ void CallGate::clearPlansOf(Origin origin)
     updateWatched();
 }
 
-std::int64_t CallGate::calls(std::string_view entry) const
+std::int64_t CallGate::calls(std::string_view entry, std::optional<unsigned int> board) const
 {
     const auto index = entryNamed(entry);
-    return index == ANY_ENTRY ? totalCalls() : static_cast<std::int64_t>(m_counts[index].load());
+    if (index == ANY_ENTRY)
+        return totalCalls(board);
+    const auto* counts = countsOf(board);
+    return counts ? static_cast<std::int64_t>((*counts)[index].load()) : 0;
 }
 
-std::int64_t CallGate::totalCalls() const
+std::int64_t CallGate::totalCalls(std::optional<unsigned int> board) const
 {
     std::uint64_t total = 0;
-    for (const auto& count : m_counts)
-        total += count.load();
+    if (const auto* counts = countsOf(board))
+        for (const auto& count : *counts)
+            total += count.load();
     return static_cast<std::int64_t>(total);
 }
 
 void CallGate::resetCounts()
 {
-    for (auto& count : m_counts)
-        count.store(0);
+    const auto reset = [](Counts& counts) {
+        for (auto& count : counts)
+            count.store(0);
+    };
+    reset(m_counts);
+    for (const auto& counts : m_boardCounts)
+        if (auto* const made = counts.load())
+            reset(*made);
 }
 
 void CallGate::setJournal(bool on)

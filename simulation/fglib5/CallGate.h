@@ -3,7 +3,7 @@
 /// CallGate: every call of an entry passes it. It counts calls and, on demand, delays, fails and records
 /// them.
 ///
-/// While it only counts, it costs each call one increment and one branch.
+/// While it only counts, it costs each call two increments, one branch and the search for its board.
 #pragma once
 
 #include "EntryList.h"
@@ -28,15 +28,8 @@ public:
     class Passage
     {
     public:
-        /// \p boardOf returns the board that the call concerns, -1 for none. It is called only if a plan
-        /// needs it.
-        template <class BoardOf>
-        Passage(Entry entry, const BoardOf& boardOf) : Passage(entry)
-        {
-            auto& gate = instance();
-            if (gate.m_watched.load(std::memory_order_relaxed)) [[unlikely]]
-                m_plannedCode = gate.arriveWatched(static_cast<std::size_t>(entry), boardOf());
-        }
+        /// \p board is the one that the call concerns, -1 for none.
+        Passage(Entry entry, int board);
         ~Passage();
         Passage(const Passage&) = delete;
         Passage& operator=(const Passage&) = delete;
@@ -45,8 +38,6 @@ public:
         int plannedCode() const noexcept { return m_plannedCode; }
 
     private:
-        explicit Passage(Entry entry) noexcept;
-
         int m_plannedCode = 0;
     };
 
@@ -78,8 +69,9 @@ public:
     /// Planned faults and delays, each as the step that would plan it.
     std::vector<std::string> plans() const;
 
-    std::int64_t calls(std::string_view entry) const;
-    std::int64_t totalCalls() const;
+    /// Of one board alone, where it is named.
+    std::int64_t calls(std::string_view entry, std::optional<unsigned int> board = {}) const;
+    std::int64_t totalCalls(std::optional<unsigned int> board = {}) const;
     void resetCounts();
 
     void setJournal(bool on);
@@ -92,6 +84,9 @@ public:
 private:
     static constexpr auto ENTRY_COUNT = static_cast<std::size_t>(Entry::Count);
     static constexpr std::size_t ANY_ENTRY = ENTRY_COUNT;
+    static constexpr std::size_t MAX_BOARDS = 1000; ///< that are counted for themselves
+
+    using Counts = std::array<std::atomic<std::uint64_t>, ENTRY_COUNT>;
 
     struct Fault
     {
@@ -115,12 +110,17 @@ private:
     static bool concerns(std::size_t entry, std::optional<unsigned int> board, std::size_t called,
                          int calledBoard);
     static std::string textOf(std::size_t entry, std::optional<unsigned int> board);
+    void count(std::size_t entry, int board);
+    Counts& countsOf(std::size_t board);
+    const Counts* countsOf(std::optional<unsigned int> board) const;
     int arriveWatched(std::size_t entry, int board);
     int takeFault(std::size_t entry, int board);
     std::uint32_t delayOf(std::size_t entry, int board) const;
     void updateWatched();
 
-    std::array<std::atomic<std::uint64_t>, ENTRY_COUNT> m_counts{};
+    Counts m_counts{};
+    std::array<std::atomic<Counts*>, MAX_BOARDS>
+        m_boardCounts{}; ///< made by a board's first call, never freed
     std::atomic<bool> m_watched{false};
 
     mutable std::mutex m_mutex;

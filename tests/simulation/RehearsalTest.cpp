@@ -96,6 +96,7 @@ TEST_F(RehearsalTest, PlansFaultsAndDelaysOfAllBoardsOrOfOne)
     EXPECT_EQ(runtime.FgCam_getCount(0), -1);
     EXPECT_EQ(runtime.FgCam_getCount(1), -1);
     EXPECT_EQ(perform("calls Fg_getBoardType"), "Fg_getBoardType 6\n");
+    EXPECT_EQ(perform("calls Fg_getBoardType board 1"), "Fg_getBoardType 3\n");
     EXPECT_THAT(perform("calls"), HasSubstr("FgCam_getCount 2\n"));
     // A call with a handle concerns the handle's board.
     auto* first = load(0);
@@ -103,6 +104,8 @@ TEST_F(RehearsalTest, PlansFaultsAndDelaysOfAllBoardsOrOfOne)
     perform("fault Fg_getSerialNumber board 1 code -6");
     EXPECT_EQ(runtime.Fg_getSerialNumber(first), 1U);
     EXPECT_EQ(runtime.Fg_getSerialNumber(second), 0U);
+    EXPECT_EQ(perform("calls board 0"),
+              "Fg_Init 1\nFg_getBoardType 3\nFg_getSerialNumber 1\nFgCam_getCount 1\n");
     EXPECT_EQ(perform("forget"), "");
     EXPECT_EQ(perform("faults"), "");
     EXPECT_EQ(runtime.FgCam_getCount(1), 1);
@@ -124,6 +127,7 @@ TEST_F(RehearsalTest, RefusesWhatMakesNoSenseAndNamesTheWord)
              Row{"fault Fg_Init twice", "Expected board, nth, code, once or always, found 'twice'"},
              Row{"delay Fg_Init", "Expected milliseconds, an hour at most at the end of the line"},
              Row{"delay Fg_Init 3600001", "Expected milliseconds, an hour at most, found '3600001'"},
+             Row{"calls Fg_Init on 1", "Nothing may follow here, but there is 'on'"},
              Row{"unplug mouse 0", "Expected board, camera or link, found 'mouse'"},
              Row{"unplug camera 0 x", "Expected a port, found 'x'"},
              Row{"unplug camera 0 1", "No camera is plugged into port 1"},
@@ -136,6 +140,7 @@ TEST_F(RehearsalTest, RefusesWhatMakesNoSenseAndNamesTheWord)
         EXPECT_EQ(perform(row.step), "-5: " + std::string(row.refusal)) << row.step;
     EXPECT_EQ(perform("unplug board 2"), "-7: The machine has no board 2");
     EXPECT_EQ(perform("fault Fg_Init board 2"), "-7: The machine has no board 2");
+    EXPECT_EQ(perform("calls board 2"), "-7: The machine has no board 2");
     EXPECT_EQ(perform("faults"), "");
 }
 
@@ -304,6 +309,7 @@ TEST_F(RehearsalTest, RunsShortOfMemoryAndDisk)
     EXPECT_EQ(read(file), "kept");
     perform("disk free");
     perform("busy 2");
+    EXPECT_EQ(perform("faults"), "busy 2\n");
     EXPECT_EQ(runtime.Fg_saveConfig(grabber, file.c_str()), FG_OK);
     perform("busy 0");
     EXPECT_THAT(read(file), HasSubstr("FG_WIDTH=40"));

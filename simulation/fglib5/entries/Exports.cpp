@@ -102,7 +102,7 @@ template <class Result, class BoardOf, class Call>
 Result watched(Entry entry, const BoardOf& boardOf, Call call) noexcept
 {
     return guarded<Result>([&]() -> Result {
-        const CallGate::Passage passage(entry, boardOf);
+        const CallGate::Passage passage(entry, boardOf());
         if (passage.plannedCode() == 0)
             return call();
         if (releases(entry))

@@ -32,15 +32,17 @@ void planDelay(const Step& step)
                                   static_cast<std::uint32_t>(step.number * MICROSECONDS_PER_MILLISECOND));
 }
 
-std::string callsText(const std::string& entry)
+std::string callsText(const Step& step)
 {
+    if (step.board)
+        Runtime::instance().place(*step.board);
     const auto& gate = CallGate::instance();
-    if (entry != "*")
-        return entry + ' ' + std::to_string(gate.calls(entry)) + '\n';
+    if (step.entry != "*")
+        return step.entry + ' ' + std::to_string(gate.calls(step.entry, step.board)) + '\n';
     std::string lines;
     for (std::size_t i = 0; i < static_cast<std::size_t>(Entry::Count); ++i) {
         const char* const name = CallGate::nameOf(static_cast<Entry>(i));
-        if (const auto calls = gate.calls(name); calls > 0)
+        if (const auto calls = gate.calls(name, step.board); calls > 0)
             lines += std::string(name) + ' ' + std::to_string(calls) + '\n';
     }
     return lines;
@@ -153,9 +155,9 @@ std::string Rehearsal::perform(const Step& step)
         planDelay(step);
         break;
     case Step::Action::Calls:
-        return callsText(step.entry);
+        return callsText(step);
     case Step::Action::Faults:
-        return plansText();
+        return plansText() + busyText();
     case Step::Action::Forget:
         CallGate::instance().clearPlans();
         break;
@@ -183,6 +185,12 @@ std::string Rehearsal::perform(const Step& step)
         return controlScenario(step.entry);
     }
     return {};
+}
+
+std::string Rehearsal::busyText()
+{
+    const std::lock_guard lock(m_mutex);
+    return m_busy.empty() ? "" : "busy " + std::to_string(m_busy.size()) + '\n';
 }
 
 void Rehearsal::keepBusy(std::uint64_t threads)

@@ -24,6 +24,7 @@ public:
     std::string perform(const Step& step);
 
 private:
+    std::string busyText();
     void keepBusy(std::uint64_t threads);
 
     std::mutex m_mutex;

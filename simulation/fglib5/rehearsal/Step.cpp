@@ -62,7 +62,9 @@ void readDelay(Words& words, Step& step)
 
 void readCalls(Words& words, Step& step)
 {
-    step.entry = words.atEnd() ? "*" : entryOf(words);
+    step.entry = words.atEnd() || words.peek() == "board" ? "*" : entryOf(words);
+    if (words.takeIf("board"))
+        step.board = boardOf(words);
 }
 
 void readPart(Words& words, Step& step)

@@ -4,7 +4,7 @@
 ///
 ///   fault ENTRY [board B] [nth N] [code C] [once|always]   a call of an entry fails
 ///   delay ENTRY MS [board B]                               delays its calls; 0 ends the delay
-///   calls [ENTRY]                                          number of calls of an entry
+///   calls [ENTRY] [board B]                                number of calls of an entry
 ///   faults                                                 lists all that is planned, unplugged or short
 ///   forget                                                 removes all planned faults and delays
 ///   unplug board B | camera B PORT | link B PORT
@@ -59,7 +59,7 @@ struct Step
 
     Action action = Action::Faults;
     std::string entry;                 ///< fault, delay, calls; scenario: the file, "stop" or ""
-    std::optional<unsigned int> board; ///< fault, delay: only calls of this board
+    std::optional<unsigned int> board; ///< fault, delay, calls: only calls of this board
     std::uint64_t nth = 1;             ///< fault
     int code = 0;                      ///< fault
     bool always = false;               ///< fault: also all calls after the n-th

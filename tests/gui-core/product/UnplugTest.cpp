@@ -3,6 +3,7 @@
 
 #include "Product.h"
 
+#include "ovra-lib-display-fglib/FglibFrameBufferGroup.h"
 #include "ovra-lib-display/reference/AcquisitionObserver.h"
 
 #include <thread>
@@ -196,6 +197,26 @@ TEST_F(Unplug, ACameraThatIsUnpluggedIsMissingUntilItIsPluggedInAndStarted)
     run(StartAcquisitionCommand::create(dma(ALPHA_SERIAL, 0), ENDLESS));
     expectImagesOf(ALPHA_SERIAL);
     expectImagesOf(BETA_SERIAL);
+}
+
+TEST_F(Unplug, ALinkThatIsUnpluggedIsSilentUntilItIsPluggedInOrTheTimeoutHasPassed)
+{
+    startBoth();
+    perform("unplug link 0 0");
+    pumpUntil([&] { return stateOf(ALPHA_SERIAL) == "no signal"; });
+    expectImagesOf(BETA_SERIAL);
+    perform("plug link 0 0");
+    expectImagesOf(ALPHA_SERIAL); // nobody had to start anything
+    run(StopAcquisitionCommand::create(dma(ALPHA_SERIAL, 0)));
+    boost::dynamic_pointer_cast<display::FglibFrameBufferGroup>(dma(ALPHA_SERIAL, 0)->getFrameBufferGroup())
+        ->setTimeout(1);
+    run(StartAcquisitionCommand::create(dma(ALPHA_SERIAL, 0), ENDLESS));
+    expectImagesOf(ALPHA_SERIAL);
+    perform("unplug link 0 0");
+    pumpUntil([&] { return stateOf(ALPHA_SERIAL) == "timed out"; });
+    expectImagesOf(BETA_SERIAL);
+    EXPECT_EQ(failures, Lines{});
+    perform("plug link 0 0");
 }
 
 } // namespace

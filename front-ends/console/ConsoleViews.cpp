@@ -180,11 +180,14 @@ void ConsoleViews::tellEnds(const core::models::HlEnvironmentBoardNode& board)
         if (const auto scene = dma->getDisplayScene())
             m_acquisitionEnds.emplace_back(reference::AcquisitionObserver::connect(
                 scene, [&printer = m_printer](const reference::AcquisitionStatus& status) {
-                    printer.result("acquisitionEnded",
-                                   {{"board", std::int64_t{status.board}},
-                                    {"dma", std::int64_t{status.dma}},
-                                    {"state", std::string(reference::textOf(status.state))}},
-                                   status.reason);
+                    // Of the others the log has warned in the same words.
+                    if (status.state == reference::AcquisitionState::CountReached ||
+                        printer.target() == Printer::Target::Objects)
+                        printer.result("acquisitionEnded",
+                                       {{"board", std::int64_t{status.board}},
+                                        {"dma", std::int64_t{status.dma}},
+                                        {"state", std::string(reference::textOf(status.state))}},
+                                       status.reason);
                 }));
 }
 

@@ -16,6 +16,7 @@
 #include "front-ends/shared/Titles.h"
 
 #include "ovra-lib-display/PixelConversion.h"
+#include "ovra-lib-display/reference/AcquisitionObserver.h"
 
 #include <algorithm>
 #include <array>
@@ -30,11 +31,24 @@ namespace {
 
 constexpr std::chrono::seconds MAX_NEXT_IMAGE_WAIT{30};
 
-/// The next image of a running channel, the last one of a stopped channel.
+/// Whether no image follows the ones that have been shown, unless a trigger or a cable brings it.
+bool isWaiting(const Channel& channel)
+{
+    using reference::AcquisitionObserver;
+    using reference::AcquisitionState;
+    const auto state = AcquisitionObserver::status(*channel.scene).state;
+    const auto figures = AcquisitionObserver::figures(*channel.scene).sinceStart;
+    return (state == AcquisitionState::WaitingForTrigger || state == AcquisitionState::NoSignal) &&
+           figures.shown > 0 && figures.shown + figures.skipped >= figures.received;
+}
+
+/// The next image of a channel that gets images, the last one of any other channel.
 StoredImage currentImage(Console& console, const Channel& channel)
 {
     const auto before = channel.images->count();
-    const auto there = [&] { return channel.images->count() > before || !channel.scene->isGrabbing(); };
+    const auto there = [&] {
+        return channel.images->count() > before || !channel.scene->isGrabbing() || isWaiting(channel);
+    };
     if (!console.waitUntil(there, MAX_NEXT_IMAGE_WAIT))
         throw RequestError(channel.title + ": no image within " +
                            std::to_string(MAX_NEXT_IMAGE_WAIT.count()) + " seconds");
@@ -113,7 +127,8 @@ void record(Console& console, const Arguments& arguments)
     }
     const auto result = recorder.finish();
     const std::string missed =
-        result.missed > 0 ? ", " + std::to_string(result.missed) + " missed because the disk was slower" : "";
+        result.missed > 0 ? ", " + std::to_string(result.missed) + " missed because writing them takes longer"
+                          : "";
     console.printer.result(
         "recording",
         channel.fields({{"recorded", result.recorded}, {"missed", result.missed}, {"folder", folder}}),

@@ -10,6 +10,7 @@
 #include "front-ends/shared/RequestError.h"
 
 #include "gui-core/Gui.h"
+#include "ovra-core/reference/Application.h"
 #include "ovra-lib-environment/Environment.h"
 
 #include <sstream>
@@ -30,9 +31,10 @@ void perform(Console& console, const std::string& step)
 }
 
 /// Updates the model at once, so that the next command sees the change without waiting for the monitor.
-void followHardware()
+void followHardware(const Console& console)
 {
-    gui::Gui::environment()->discoverResourcesOnce();
+    if (console.application.idle()) // a search would disturb a load
+        gui::Gui::environment()->discoverResourcesOnce();
 }
 
 void scenario(Console& console, const Arguments& arguments)
@@ -43,7 +45,7 @@ void scenario(Console& console, const Arguments& arguments)
     if (!console.waitUntil(over, MAX_WAIT))
         throw RequestError("the scenario is not over within " + std::to_string(MAX_WAIT.count()) +
                            " seconds");
-    followHardware();
+    followHardware(console);
     perform(console, "scenario");
 }
 
@@ -51,7 +53,7 @@ void scenario(Console& console, const Arguments& arguments)
 void pull(Console& console, const std::string& step)
 {
     perform(console, step);
-    followHardware();
+    followHardware(console);
 }
 
 /// Defines the function of a command whose step has the same name.
@@ -69,7 +71,7 @@ std::vector<ConsoleCommand> rehearsalCommands()
          1, 8, STEP(perform, "fault")},
         {"delay", "ENTRY MS [board B]", "lets calls of an entry take longer; 0 ends that", 2, 4,
          STEP(perform, "delay")},
-        {"calls", "[ENTRY]", "shows how often the runtime's entries were called", 0, 1,
+        {"calls", "[ENTRY] [board B]", "shows how often the runtime's entries were called", 0, 3,
          STEP(perform, "calls")},
         {"faults", "", "shows what is planned, unplugged, loose or short", 0, 0, STEP(perform, "faults")},
         {"forget", "", "forgets planned faults and delays", 0, 0, STEP(perform, "forget")},

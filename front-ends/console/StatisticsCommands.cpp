@@ -62,6 +62,16 @@ std::string countsText(const Channel& channel, const AcquisitionFigures& figures
     return text.str();
 }
 
+/// With the state where it says why no image comes.
+std::string statisticsText(const Channel& channel, const AcquisitionFigures& figures)
+{
+    using reference::AcquisitionState;
+    const auto state = AcquisitionObserver::status(*channel.scene).state;
+    const bool ordinary = state == AcquisitionState::Running || state == AcquisitionState::Stopped ||
+                          state == AcquisitionState::CountReached;
+    return countsText(channel, figures) + (ordinary ? "" : std::string(", ") + reference::textOf(state));
+}
+
 std::string watchText(const Channel& channel, const AcquisitionFigures& figures)
 {
     constexpr double BYTES_PER_MEGABYTE = 1e6;
@@ -96,7 +106,7 @@ void showStatistics(Console& console, const Arguments&)
     for (const auto& channel : channels) {
         const auto figures = AcquisitionObserver::figures(*channel.scene);
         console.printer.result("statistics", statisticsFields(channel, figures),
-                               countsText(channel, figures));
+                               statisticsText(channel, figures));
     }
     showEvents(console);
 }

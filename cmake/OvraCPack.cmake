@@ -12,7 +12,7 @@ install(FILES README.md CHANGELOG.md DESTINATION ${doc_dir} COMPONENT developmen
 install(DIRECTORY docs/ DESTINATION ${doc_dir}/docs COMPONENT development
     FILES_MATCHING PATTERN "*.md" PATTERN "*.jpg" PATTERN "*.png" PATTERN THIRD-PARTY.md EXCLUDE)
 install(FILES simulation/README.md DESTINATION ${doc_dir}/simulation COMPONENT development) # where the guides' links lead
-install(FILES front-ends/console/demo.txt DESTINATION share/ovra-gui-core COMPONENT simulation)
+install(FILES front-ends/console/demo.txt front-ends/console/rehearsal.txt DESTINATION share/ovra-gui-core COMPONENT simulation)
 
 # The licence notices of software that is compiled in or, on Windows, lies beside the library, from its Debian packages.
 set(notices nlohmann-json3-dev libcli11-dev libstb-dev)

@@ -14,6 +14,9 @@ constexpr int CAMERA_TO_DMA = 0;
 constexpr int DMA_TO_CAMERA = 1;
 constexpr int IGNORE = 2;
 
+/// More images than any test waits for.
+constexpr int MANY = 5000;
+
 constexpr const char* REMEMBERED = "gui.mainwindow.acquisition.sync.remembered";
 constexpr const char* REMEMBERED_VALUE = "gui.mainwindow.acquisition.sync.remembered.value";
 
@@ -80,13 +83,10 @@ protected:
         HarloApplication::setConfigEntry("gui.preferences.sync_dma_and_camera_dimensions", 0);
     }
 
-    void startDma(int serial, unsigned int i)
-    {
-        run(StartAcquisitionCommand::create(dma(serial, i), ENDLESS));
-    }
+    void startDma(int serial, unsigned int i) { run(StartAcquisitionCommand::create(dma(serial, i), MANY)); }
     void startPort(int serial, unsigned int i)
     {
-        run(StartAcquisitionCommand::create(port(serial, i), ENDLESS));
+        run(StartAcquisitionCommand::create(port(serial, i), MANY));
     }
     void stopDma(int serial, unsigned int i) { run(StopAcquisitionCommand::create(dma(serial, i))); }
     void stopPort(int serial, unsigned int i) { run(StopAcquisitionCommand::create(port(serial, i))); }
@@ -142,10 +142,10 @@ protected:
     std::string beta;
 };
 
-const std::string DMA_0 = "DisplayScene::startGrabbing dma=0 images=-1";
-const std::string DMA_1 = "DisplayScene::startGrabbing dma=1 images=-1";
-const std::string DMA_2 = "DisplayScene::startGrabbing dma=2 images=-1";
-const std::string DMA_7 = "DisplayScene::startGrabbing dma=7 images=-1";
+const std::string DMA_0 = "DisplayScene::startGrabbing dma=0 images=5000";
+const std::string DMA_1 = "DisplayScene::startGrabbing dma=1 images=5000";
+const std::string DMA_2 = "DisplayScene::startGrabbing dma=2 images=5000";
+const std::string DMA_7 = "DisplayScene::startGrabbing dma=7 images=5000";
 const std::string CAMERA_0_0 = "GenICamModel::restartAcquisition board=0 port=0";
 const std::string CAMERA_0_1 = "GenICamModel::restartAcquisition board=0 port=1";
 const std::string CAMERA_1_0 = "GenICamModel::restartAcquisition board=1 port=0";

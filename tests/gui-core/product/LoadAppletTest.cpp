@@ -460,6 +460,7 @@ TEST_F(LoadApplet, OfEachKindSurvivesEveryHostCallThatThrowsAndEveryRuntimeCallT
             settle();
             if (thrown)
                 expectNothingLeftOf(ALPHA_SERIAL);
+            EXPECT_FALSE(isOpenLibrary(applet));
         };
         EXPECT_GT(sweep(claim, work, end), 60U);
         EXPECT_TRUE(isLoaded(ALPHA_SERIAL));

@@ -2,6 +2,7 @@
 #include "NewProcess.h"
 #include "RecordingViews.h"
 #include "messages/LogForwarding.h"
+#include "messages/ShowSplashscreenMessageEvent.h"
 
 #include "gui-core/EntryPoints.h"
 #include "gui-core/Gui.h"
@@ -135,6 +136,12 @@ TEST(GuiInjection, PassesTheConnectorOnToTheEnvironmentAndNothingElse)
     EXPECT_EQ(lines[0].rfind("Environment::injectDependency", 0), 0U) << lines[0];
 }
 
+TEST(Events, OfTheSplashScreenRunAsEvents)
+{
+    const auto event = ovra::gui::commands::ShowSplashscreenMessageEvent::create("text");
+    EXPECT_EQ(event->type(), ovra::core::Command::Event);
+}
+
 TEST(LogForwarding, ReachesTheFrontEndAndIsDroppedWithoutOne)
 {
     ovra::gui::forwardLogMessage(1, 2, "file", 3, "lost", 0, nullptr, nullptr);
@@ -143,8 +150,8 @@ TEST(LogForwarding, ReachesTheFrontEndAndIsDroppedWithoutOne)
     gui->injectDependency("views", viewsValue(views));
     int userData = 0;
     const tOvraLogTag tag{9, "tag"};
-    ovra::gui::forwardLogMessage(1, 2, "file", 3, "found", 1, &tag, &userData);
+    ovra::gui::forwardLogMessage(0, 2, "file", 3, "found", 1, &tag, &userData);
     EXPECT_EQ(views->logMessages(), std::vector<std::string>{"found"});
     EXPECT_EQ(views->lastLogArguments,
-              std::make_tuple(1UL, 2UL, std::string("file"), 3U, 1U, &tag, static_cast<void*>(&userData)));
+              std::make_tuple(0UL, 2UL, std::string("file"), 3U, 1U, &tag, static_cast<void*>(&userData)));
 }

@@ -29,6 +29,7 @@ const Row ROWS[] = {
     {__LINE__, "a=1;\n[S]\na=2;\n", "S", "a", "2"},
     {__LINE__, "a=1;\n[S]\na=2;\n[none]\nb=3;\n", "none", "b", "3"},
     {__LINE__, "[S]\na=1;\n[R]\na=2;\n[S]\nb=3;\n", "S", "a", "1"},
+    {__LINE__, "[S]\na=1;\n[SX]\na=2;\n", "S", "a", "1"},
     {__LINE__, "[S]\na=1;\n[R]\na=2;\n[S]\na=3;\n", "S", "a", "3"},
     {__LINE__, "[S]\na=1;\n[]\na=2;", "", "a", "2"},
     {__LINE__, "[S]\na=1;\n", "s", "a", ""},

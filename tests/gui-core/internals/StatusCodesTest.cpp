@@ -42,6 +42,7 @@ TEST_F(StatusCodes, OnlyZeroIsSuccessAndOnlyAnIdAboveZeroIsAParameter)
     start();
     entryTable.Fg_getParameterIdByName = [](Fg_Struct*, const char*) { return 0; };
     entryTable.Fg_getParameter = &failToCountChannels;
+    entryTable.Fg_getErrorDescription = [](Fg_Struct*, int) { return ""; };
     entryTable.Fg_loadConfig = &failOddly;
     entryTable.Fg_saveConfig = &failOddly;
     load(ALPHA_SERIAL, applet, "some.mcf");

@@ -276,11 +276,11 @@ TEST_F(LoadApplet, UnknownBoardAndUnknownFileAreToldBeforeAnythingIsUnloaded)
     start();
     load(ALPHA_SERIAL, applet);
     views->clear();
-    load(-2, applet);
+    load(static_cast<int>(0x80000000U | ALPHA_SERIAL), applet);
     load(ALPHA_SERIAL, "nowhere.hap");
     const Lines expected = {
-        "onLoadAppletStarted",        "error(Invalid board serial: 4294967294)",
-        "onLoadAppletFinished",       "ensure_board_selection(4294967294)",
+        "onLoadAppletStarted",        "error(Invalid board serial: 2158080707)",
+        "onLoadAppletFinished",       "ensure_board_selection(2158080707)",
         "update_dma_memory",          "setRescanInProgress(true)",
         "setRescanInProgress(false)", "onLoadAppletStarted",
         "board(0 - ovra-quad-cl)",    "error(Invalid applet file: nowhere.hap)",

@@ -199,7 +199,8 @@ public:
         const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(20);
         while (!acquires() && std::chrono::steady_clock::now() < limit)
             takeCare();
-        EXPECT_TRUE(acquires());
+        EXPECT_TRUE(acquires()) << testing::PrintToString(m_session.views->lines())
+                                << testing::PrintToString(m_session.failures);
         m_session.views->clear();
         return m_unloads - before;
     }
@@ -211,26 +212,36 @@ private:
             << step;
     }
 
+    /// Null for a board that is not known or has no applet. Looked up in one go: the monitor takes the board
+    /// out of the model at any moment.
+    boost::shared_ptr<core::models::HlEnvironmentDmaNode> channel() const
+    {
+        const auto board = m_session.board(ALPHA_SERIAL);
+        const auto dmas = board ? board->getDmas() : nullptr;
+        return dmas && dmas->hasNext() ? dmas->current() : nullptr;
+    }
+
     bool acquires() const
     {
-        const auto dma = m_session.board(ALPHA_SERIAL) ? m_session.dma(ALPHA_SERIAL, 0) : nullptr;
+        const auto dma = channel();
         return dma && dma->getDisplayScene()->isGrabbing();
     }
 
-    /// The board may be unplugged at any time, so every command may fail.
+    /// Any command may meet a board that is gone.
     void takeCare()
     {
         m_session.views->clear();
         m_session.failures.clear();
         const auto known = [&] { return m_session.board(ALPHA_SERIAL) != nullptr; };
-        if (!known())
+        if (!known()) {
             m_session.application.pumpUntil(known, std::chrono::seconds(1));
-        else if (!m_session.isLoaded(ALPHA_SERIAL))
+        } else if (const auto dma = channel(); !dma) {
             m_session.load(ALPHA_SERIAL, m_applet);
-        else if (!std::exchange(m_started, true))
-            m_session.run(StartAcquisitionCommand::create(m_session.dma(ALPHA_SERIAL, 0), ENDLESS));
-        else if (!acquires())
+        } else if (!std::exchange(m_started, true)) {
+            m_session.run(StartAcquisitionCommand::create(dma, ENDLESS));
+        } else if (!acquires()) {
             unload();
+        }
     }
 
     void unload()

@@ -50,10 +50,10 @@ add_custom_target(demo-programs)
 add_library(ovra-options INTERFACE)
 target_link_libraries(ovra-options INTERFACE Threads::Threads)
 if(MSVC)
-    # /EHs: functions with C linkage may throw, too. C4251 and C4275 warn of exported classes with members of Boost's
-    # types, which is safe since one compiler builds all modules of a process.
+    # /EHsc-: functions with C linkage may throw, too, other than with CMake's own /EHsc. C4251 and C4275 warn of exported
+    # classes with members of Boost's types, which is safe since one compiler builds all modules of a process.
     target_compile_options(ovra-options INTERFACE
-        /W4 /WX /permissive- /utf-8 /Zc:__cplusplus /EHs /wd4251 /wd4275)
+        /W4 /WX /permissive- /utf-8 /Zc:__cplusplus /EHsc- /wd4251 /wd4275)
     target_compile_definitions(ovra-options INTERFACE _CRT_SECURE_NO_WARNINGS) # allow getenv
 else()
     target_compile_options(ovra-options INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Werror)
@@ -137,7 +137,7 @@ endif()
 
 if(OVRA_MICROSOFT_ABI_DIR)
     configure_file("${OVRA_MICROSOFT_ABI_DIR}/lib/c++.dll" "${OVRA_STAGE_DIR}/bin/c++.dll" COPYONLY)
-    install(FILES "${OVRA_MICROSOFT_ABI_DIR}/lib/c++.dll" DESTINATION bin)
+    install(FILES "${OVRA_MICROSOFT_ABI_DIR}/lib/c++.dll" DESTINATION bin COMPONENT runtime)
 endif()
 
 # --- the kinds of targets ------------------------------------------------------------------------

@@ -9,7 +9,8 @@
 
 namespace fglib5 {
 
-/// \throws std::filesystem::filesystem_error  if \p text is not UTF-8 and the platform's paths are not bytes
+/// \throws std::runtime_error  or a class of it, if \p text is not UTF-8 and the platform's paths are not
+/// bytes
 inline std::filesystem::path pathOf(const std::string& text)
 {
     return std::u8string(text.begin(), text.end());

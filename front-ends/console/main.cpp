@@ -8,6 +8,7 @@
 
 #include "front-ends/shared/Paths.h"
 #include "front-ends/shared/Process.h"
+#include "gui-core/Version.h"
 
 #include <cstdlib>
 #include <exception>
@@ -94,6 +95,10 @@ bool coloursWanted()
 
 int runConsole(int argumentCount, char** arguments)
 {
+    if (const auto mismatch = ovra::gui::libraryMismatch(); !mismatch.empty()) {
+        std::cerr << "error: " << mismatch << '\n';
+        return EXIT_FAILURE;
+    }
     prepareTerminal();
     int exitCode = EXIT_SUCCESS;
     const auto options =

@@ -2,6 +2,7 @@
 #include "Session.h"
 
 #include "front-ends/shared/Process.h"
+#include "gui-core/Version.h"
 
 #include <cstdlib>
 #include <exception>
@@ -9,6 +10,10 @@
 
 int main(int argumentCount, char** arguments)
 {
+    if (const auto mismatch = ovra::gui::libraryMismatch(); !mismatch.empty()) {
+        std::cerr << "ovra-viewer: " << mismatch << '\n';
+        return EXIT_FAILURE;
+    }
     try {
         int exitCode = EXIT_SUCCESS;
         const auto options = ovra::viewer::parseOptions(

@@ -8,6 +8,7 @@
 #include "gui-core/StartAcquisitionCommand.h"
 #include "gui-core/StopAcquisitionCommand.h"
 #include "gui-core/UnloadAppletCommand.h"
+#include "gui-core/Version.h"
 #include "gui-core/Views.h"
 #include "gui-core/keys/Keys.h"
 #include "ovra-core/CommandProcessor.h"
@@ -228,6 +229,11 @@ void showOneImage(Session& session, Text applet)
 
 int main(int argc, char** argv)
 {
+    // Before anything else is called: another compiler's library, or an older one, would crash.
+    if (const auto mismatch = gui::libraryMismatch(); !mismatch.empty()) {
+        std::cerr << mismatch << '\n';
+        return 1;
+    }
     OvraGuiCoreInit();
     int exitCode = 0;
     try {

@@ -186,9 +186,10 @@ TEST_F(CommandProcessorTest, LogsFailuresThatNobodyHandlesOrWhoseHandlerThrows)
     odd->inSync = [] { throw std::runtime_error("second"); };
     submit(odd);
     submit(make("next", Command::Synchronous));
-    EXPECT_THAT(log.texts(), ElementsAre(testing::AllOf(HasSubstr("NotedCommand::executeSync failed"),
-                                                        HasSubstr("unknown type")),
-                                         HasSubstr("second"), HasSubstr("no window")));
+    EXPECT_THAT(log.texts(),
+                ElementsAre(testing::AllOf(HasSubstr("NotedCommand"), HasSubstr("::executeSync failed"),
+                                           HasSubstr("unknown type")),
+                            HasSubstr("second"), HasSubstr("no window")));
     EXPECT_THAT(events.take(), ElementsAre("odd sync", "odd sync", "next sync", "next released"));
 }
 

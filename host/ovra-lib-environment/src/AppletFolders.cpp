@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <stdexcept>
 #include <system_error>
 
 namespace ovra::core::models {
@@ -42,8 +43,9 @@ bool exists(const std::string& path)
     try {
         std::error_code error;
         return fs::is_regular_file(fglib5::pathOf(path), error);
-    } catch (const fs::filesystem_error&) {
-        return false; // not a path
+    } catch (
+        const std::runtime_error&) { // filesystem_error in one standard library, another of these elsewhere
+        return false;
     }
 }
 

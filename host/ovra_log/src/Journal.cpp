@@ -5,6 +5,7 @@
 
 #include <memory>
 #include <mutex>
+#include <string_view>
 #include <utility>
 
 namespace ovra::reference {
@@ -164,7 +165,11 @@ std::ostream& operator<<(std::ostream& stream, ClassName name)
 
 std::string readableName(const std::type_info& type)
 {
-    return boost::core::demangle(type.name());
+    std::string name = boost::core::demangle(type.name());
+    for (const std::string_view kind : {"class ", "struct "}) // under Microsoft's ABI
+        if (name.starts_with(kind))
+            name.erase(0, kind.size());
+    return name;
 }
 
 } // namespace ovra::reference

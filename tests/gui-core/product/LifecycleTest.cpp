@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Product.h"
 
+#include "gui-core/EntryPoints.h"
 #include "gui-core/Version.h"
 
 #include "ovra_log/OvraLog.h"
@@ -92,6 +93,23 @@ Lines fromTheStartOn(const Lines& lines)
 }
 
 } // namespace
+
+TEST(ModuleBorder, LetsAnExceptionOutByItsTypeAndAFrontEndEndWhereItWasMade)
+{
+    OvraGuiCoreInit();
+    int ended = 0;
+    boost::shared_ptr<Gui> plugin(Gui::createInstance(), Gui::destroyInstance);
+    const auto end = [&](gui::Views* views) {
+        delete views;
+        ++ended;
+    };
+    plugin->injectDependency("views", boost::shared_ptr<gui::Views>(new RecordingViews, end));
+    EXPECT_THROW(plugin->injectDependency("views", 7), boost::bad_any_cast);
+    EXPECT_EQ(ended, 0);
+    plugin.reset();
+    EXPECT_EQ(ended, 1);
+    OvraGuiCoreDeinit();
+}
 
 TEST(ApplicationStart, TellsTheUserOfEveryFileInEachLifeOfAProcess)
 {

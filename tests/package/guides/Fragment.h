@@ -5,6 +5,7 @@
 #include "gui-core/EntryPoints.h"
 #include "gui-core/Gui.h"
 #include "gui-core/LoadAppletCommand.h"
+#include "gui-core/Version.h"
 #include "gui-core/Views.h"
 #include "gui-core/keys/Keys.h"
 #include "ovra-core/CommandProcessor.h"

@@ -27,10 +27,10 @@ int failOddly(Fg_Struct*, const char*)
 
 int failToCountChannels(Fg_Struct* handle, int parameter, void* value, unsigned int dma)
 {
-    static const auto runtime =
+    static const auto RUNTIME =
         boost::dll::shared_library(std::filesystem::path(OVRA_STAGE_DIR) / "bin" /
                                    ("fglib5" + boost::dll::shared_library::suffix().string()));
-    const int code = runtime.get<decltype(Fg_getParameter)>("Fg_getParameter")(handle, parameter, value, dma);
+    const int code = RUNTIME.get<decltype(Fg_getParameter)>("Fg_getParameter")(handle, parameter, value, dma);
     return parameter == FG_NR_OF_DMAS_OF_PROCESS ? ODD_CODE : code;
 }
 

@@ -36,8 +36,9 @@ namespace ovra::gui::commands {
 /// Errors go to Views::showLoadAppletError, exceptions from the host to the error handler:
 ///
 ///   - unknown board or file: nothing changes
-///   - unload failed: the board is as the unload left it
-///   - any later error: the board is empty
+///   - unload failed: the load continues. If the unload did not free the board's handle, the runtime refuses
+///     the board, and it stays as the unload left it
+///   - any later error, and any exception from the host on the worker: the board is empty
 ///   - MCF refused: Views::showLoadAppletWarning; the applet stays loaded
 ///
 /// Create a new command for each load. If the object or a copy is submitted again before

@@ -169,11 +169,10 @@ void LoadAppletCommand::executeAsync()
     registerBoardResources(board, type);
     board.setLoadedAppletEntry(request.file);
     board.setBoardSelectedForViewEntry(true);
-    unfinished.done();
-
-    // A configuration that cannot be applied is a warning: the applet stays.
+    // A configuration that the runtime refuses is a warning: the applet stays.
     if (!request.mcfFile.empty())
         applyMcf(board, request.mcfFile);
+    unfinished.done();
 }
 
 void LoadAppletCommand::executePostAsync()

@@ -88,7 +88,8 @@ void Logging::connect()
     m_dispatcher = std::move(dispatcher);
     m_descriptor = descriptor;
     descriptor->connect(this, &Logging::onDisconnect, &Logging::onSetLevel, &m_register, &m_log);
-    // Registered after the dispatcher's objects were made, hence called before they are destroyed.
+    // Called before the objects are destroyed that the dispatcher made until now. Those that it makes later must live
+    // longer by its own means.
     std::atexit(&disconnectAtExit);
 }
 

@@ -11,8 +11,6 @@
 
 namespace ovra::gui::commands {
 
-namespace {} // namespace
-
 boost::shared_ptr<core::models::HlEnvironmentRootNode> environmentRoot()
 {
     return Gui::environment()->model()->root();

@@ -6,8 +6,8 @@
 ///     {
 ///         auto tests = ovra::conformance::standardTests();
 ///         tests.push_back({"clock-advances", "The host's clock advances", clockAdvances});
-///         return ovra::conformance::runProgram(argc, argv, [] { return std::make_unique<MyHost>(); },
-///         tests);
+///         const auto host = [] { return std::make_unique<MyHost>(); };
+///         return ovra::conformance::runProgram(argc, argv, host, tests);
 ///     }
 #pragma once
 

@@ -18,11 +18,9 @@ namespace ovra::gui::commands {
 /// once.
 ///
 ///   - executeSync, GUI thread: starts the host's log; Views::onInitializeBegin; installs the forwarding of
-///   log
-///     messages; onLoggingInstalled, onInitializeSync
+///     log messages; onLoggingInstalled, onInitializeSync
 ///   - executeAsync, worker: searches for boards, cameras and applet files, scans every file; then switches
-///   on
-///     the automatic scan of new files and starts the monitors
+///     on the automatic scan of new files and starts the monitors
 ///   - executePostAsync, GUI thread: Views::fillCaches, onInitializationDone
 ///
 /// Views::showSplashscreenMessage reports the progress of all three, always on the GUI thread. With many

@@ -30,8 +30,7 @@ namespace ovra::gui::commands {
 /// How the command finds the applet:
 ///
 ///   - a path in the file is used unchanged; a bare name is resolved in the folder of the board's model,
-///   below
-///     "Hardware Applets" for a ".hap", below "dll" for everything else
+///     below "Hardware Applets" for a ".hap", below "dll" for everything else
 ///   - the file is added to the environment if missing
 ///   - if \p file itself ends with ".hap" (lower case), it is the applet, and no MCF is applied
 ///

@@ -25,8 +25,7 @@ namespace ovra::gui::commands {
 /// Starts the named channel or camera, and the others that Gui::getSyncMode includes.
 ///
 ///   - executeSync, GUI thread: compares image sizes of cameras and channels, process by process. If they
-///   differ,
-///     asks with Views::showChoiceDialog. Skipped in mode SyncNone, and if keys::COMPARE_IMAGE_SIZES is 0
+///     differ, asks with Views::showChoiceDialog. Skipped in mode SyncNone, and if keys::COMPARE_IMAGE_SIZES is 0
 ///   - executeAsync, worker: every channel in reach (DisplayScene::startGrabbing), then every camera
 ///   - executePostAsync, GUI thread: Views::update_acquisition_state, in any case
 ///

@@ -23,8 +23,7 @@ namespace ovra::gui::commands {
 /// Stops the named channel or camera, and the others that Gui::getSyncMode includes.
 ///
 ///   - executeAsync, worker: every camera in reach, then every channel (DisplayScene::stopGrabbing), so that
-///   no
-///     camera sends to a stopped channel
+///     no camera sends to a stopped channel
 ///   - executePostAsync, GUI thread: Views::update_acquisition_state, in any case
 ///
 /// In mode SyncNone only the named object stops. The mode at the time of the stop counts: if a whole board

@@ -35,8 +35,7 @@ class OVRA_GUI_CORE_API StoreMcfCommand : public ovra::core::Command
 {
 public:
     /// \param board  the board whose configuration is stored; null: the command does nothing. The command
-    /// keeps the
-    ///     node alive.
+    ///     keeps the node alive.
     /// \param file  path of the file, which is replaced; its folder must exist. UTF-8 on Linux, in the
     ///     process's code page on Windows.
     [[nodiscard]] static boost::shared_ptr<StoreMcfCommand>

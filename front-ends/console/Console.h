@@ -43,9 +43,8 @@ struct Console
     bool ended = false; ///< set to end the session after the current line
 
     /// Submits \p command and runs the event loop until the application is idle.
-    /// \throws RequestError  without effect, while an earlier command is running; or if the user interrupts
-    /// the wait or
-    ///     it takes longer than a minute, and then the command continues
+    /// \throws RequestError  while an earlier command is running: then there is no effect; or if the user
+    ///     interrupts the wait or it takes longer than a minute: then the command continues
     void run(const boost::shared_ptr<core::Command>& command);
 
     /// Throws RequestError while a command is running.

@@ -22,8 +22,7 @@ class LineEditor final : public LineSource
 {
 public:
     /// \param history  file that keeps lines between sessions; empty: none. Not used if the system's own
-    /// editing keeps
-    ///                 a history.
+    ///     editing keeps a history.
     explicit LineEditor(const std::filesystem::path& history);
     ~LineEditor() override;
 

@@ -17,9 +17,12 @@
 /// class Shelf : public GenericModelNode
 /// {
 /// public:
-///     void add(int number, const boost::shared_ptr<Book>& book) { m_books.add(number, book,
-///     weak_from_this()); } auto getBooks() const { return m_books.iterate(); } KeyedChildren<int, Book>&
-///     _children() override { return m_books; }
+///     void add(int number, const boost::shared_ptr<Book>& book)
+///     {
+///         m_books.add(number, book, weak_from_this());
+///     }
+///     auto getBooks() const { return m_books.iterate(); }
+///     KeyedChildren<int, Book>& _children() override { return m_books; }
 ///
 /// private:
 ///     KeyedChildren<int, Book> m_books;

@@ -35,10 +35,9 @@ public:
     /// Requests \p buffers buffers for a channel of the board with \p handle, which must stay valid until
     /// releaseBuffers(). A number of 0, or one that does not fit an int, counts as 1.
     /// \throws std::runtime_error  if the runtime provides no buffers
-    static boost::shared_ptr<FglibFrameBufferGroup> create(Fg_Struct_s* handle, int boardIndex,
-                                                           unsigned int dmaIndex, unsigned int buffers,
-                                                           UsedMemory usedMemory, TotalMemory totalMemory,
-                                                           UpdateUsedMemory updateUsedMemory);
+    [[nodiscard]] static boost::shared_ptr<FglibFrameBufferGroup>
+    create(Fg_Struct_s* handle, int boardIndex, unsigned int dmaIndex, unsigned int buffers,
+           UsedMemory usedMemory, TotalMemory totalMemory, UpdateUsedMemory updateUsedMemory);
     ~FglibFrameBufferGroup() override;
 
     /// \throws std::invalid_argument  if \p buffers is below 1; nothing changes

@@ -59,7 +59,7 @@ struct DisplayStatistics
 class OVRA_DISPLAY_API DisplayScene
 {
 public:
-    static boost::shared_ptr<DisplayScene> create();
+    [[nodiscard]] static boost::shared_ptr<DisplayScene> create();
     ~DisplayScene();
     DisplayScene(const DisplayScene&) = delete;
     DisplayScene& operator=(const DisplayScene&) = delete;

@@ -54,7 +54,7 @@ public:
         ResourceNoDmaHapAppletGroup = 12,
     };
 
-    static boost::shared_ptr<Environment> create();
+    [[nodiscard]] static boost::shared_ptr<Environment> create();
     ~Environment();
     Environment(const Environment&) = delete;
     Environment& operator=(const Environment&) = delete;

@@ -76,7 +76,7 @@ private:
 class OVRA_ENVIRONMENT_API HlEnvironmentProcessNode : public GenericModelNode
 {
 public:
-    static boost::shared_ptr<HlEnvironmentProcessNode> create();
+    [[nodiscard]] static boost::shared_ptr<HlEnvironmentProcessNode> create();
 
     /// Number of the process in the applet, from 0.
     unsigned int getIndex() const;
@@ -106,7 +106,7 @@ private:
 class OVRA_ENVIRONMENT_API HlEnvironmentDmaNode : public GenericModelNode
 {
 public:
-    static boost::shared_ptr<HlEnvironmentDmaNode> create();
+    [[nodiscard]] static boost::shared_ptr<HlEnvironmentDmaNode> create();
     ~HlEnvironmentDmaNode() override;
 
     /// Index on the board, not within the process.
@@ -171,7 +171,7 @@ private:
 class OVRA_ENVIRONMENT_API HlEnvironmentLogicalPortNode : public GenericModelNode
 {
 public:
-    static boost::shared_ptr<HlEnvironmentLogicalPortNode> create();
+    [[nodiscard]] static boost::shared_ptr<HlEnvironmentLogicalPortNode> create();
 
     unsigned int getIndex() const;
     void setIndex(unsigned int index);

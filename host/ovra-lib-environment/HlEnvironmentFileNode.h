@@ -22,7 +22,7 @@ namespace ovra::core::models {
 class OVRA_ENVIRONMENT_API HlEnvironmentFileNode : public GenericModelNode
 {
 public:
-    static boost::shared_ptr<HlEnvironmentFileNode> create(const std::string& path);
+    [[nodiscard]] static boost::shared_ptr<HlEnvironmentFileNode> create(const std::string& path);
 
     const std::string& getFileName() const;
     /// The whole path, with "/" between folders: the argument of LoadAppletCommand.

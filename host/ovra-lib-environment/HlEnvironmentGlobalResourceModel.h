@@ -26,7 +26,7 @@ namespace ovra::core::models {
 class OVRA_ENVIRONMENT_API HlEnvironmentGlobalResourceNode : public GenericModelNode
 {
 public:
-    static boost::shared_ptr<HlEnvironmentGlobalResourceNode> create();
+    [[nodiscard]] static boost::shared_ptr<HlEnvironmentGlobalResourceNode> create();
 
     Environment::GlobalResourceType getType() const { return m_type; }
     void setType(Environment::GlobalResourceType type);
@@ -52,7 +52,7 @@ private:
 class OVRA_ENVIRONMENT_API HlEnvironmentGlobalResourceRootNode : public GenericModelNode
 {
 public:
-    static boost::shared_ptr<HlEnvironmentGlobalResourceRootNode> create();
+    [[nodiscard]] static boost::shared_ptr<HlEnvironmentGlobalResourceRootNode> create();
 
     /// Adds a resource; replaces one with the same key.
     void addChild(const std::string& key, const boost::shared_ptr<HlEnvironmentGlobalResourceNode>& resource);

@@ -28,8 +28,8 @@ class HlEnvironmentLogicalPortNode;
 class OVRA_ENVIRONMENT_API HlEnvironmentCameraNode : public GenericModelNode
 {
 public:
-    static boost::shared_ptr<HlEnvironmentCameraNode> create(const std::string& name, unsigned int board,
-                                                             unsigned int port);
+    [[nodiscard]] static boost::shared_ptr<HlEnvironmentCameraNode>
+    create(const std::string& name, unsigned int board, unsigned int port);
 
     /// Model and serial number.
     const std::string& getName() const;
@@ -54,7 +54,7 @@ private:
 class OVRA_ENVIRONMENT_API HlEnvironmentPortNode : public GenericModelNode
 {
 public:
-    static boost::shared_ptr<HlEnvironmentPortNode> create(unsigned int index);
+    [[nodiscard]] static boost::shared_ptr<HlEnvironmentPortNode> create(unsigned int index);
 
     /// Number of the connector on the board, from 0.
     unsigned int getIndex() const;

@@ -33,7 +33,7 @@ namespace ovra::core::models {
 class OVRA_ENVIRONMENT_API HlEnvironmentBoardSourceNode : public GenericModelNode
 {
 public:
-    static boost::shared_ptr<HlEnvironmentBoardSourceNode> create();
+    [[nodiscard]] static boost::shared_ptr<HlEnvironmentBoardSourceNode> create();
 
     /// Empty if no board has this serial number.
     boost::shared_ptr<HlEnvironmentBoardNode> getChild(unsigned int serial) const;
@@ -51,7 +51,7 @@ private:
 class OVRA_ENVIRONMENT_API HlEnvironmentFileCollectionNode : public GenericModelNode
 {
 public:
-    static boost::shared_ptr<HlEnvironmentFileCollectionNode> create();
+    [[nodiscard]] static boost::shared_ptr<HlEnvironmentFileCollectionNode> create();
 
     unsigned int getAllFilesEntryChildCount() const;
     boost::shared_ptr<GenericModelNodeChildrenIterator<HlEnvironmentFileNode>> getAllFiles() const;
@@ -70,7 +70,7 @@ private:
 class OVRA_ENVIRONMENT_API HlEnvironmentRootNode : public GenericModelNode
 {
 public:
-    static boost::shared_ptr<HlEnvironmentRootNode> create();
+    [[nodiscard]] static boost::shared_ptr<HlEnvironmentRootNode> create();
 
     /// The board source of that name, such as "ovra"; empty if there is none.
     boost::shared_ptr<HlEnvironmentBoardSourceNode> getSourcesEntry(const std::string& name) const;

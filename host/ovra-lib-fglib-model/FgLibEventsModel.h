@@ -38,7 +38,8 @@ public:
     using EventSignal =
         boost::signals2::signal<void(const std::string& name, std::uint64_t timestampNs, std::int64_t frame)>;
 
-    static boost::shared_ptr<FgLibEventsModel> create(const boost::shared_ptr<HlEnvironmentBoardNode>& board);
+    [[nodiscard]] static boost::shared_ptr<FgLibEventsModel>
+    create(const boost::shared_ptr<HlEnvironmentBoardNode>& board);
     ~FgLibEventsModel();
     FgLibEventsModel(const FgLibEventsModel&) = delete;
     FgLibEventsModel& operator=(const FgLibEventsModel&) = delete;

@@ -37,9 +37,9 @@ public:
     /// \param info    the runtime's description; the handle owns it
     /// \param board   the board that the handle belongs to
     /// \param noDma   the parameters belong to the applet as a whole
-    static boost::shared_ptr<FgLibModel> create(Fg_Struct_s* handle, unsigned int dma, FgRegisterInfo_s* info,
-                                                const boost::shared_ptr<HlEnvironmentBoardNode>& board,
-                                                bool noDma);
+    [[nodiscard]] static boost::shared_ptr<FgLibModel>
+    create(Fg_Struct_s* handle, unsigned int dma, FgRegisterInfo_s* info,
+           const boost::shared_ptr<HlEnvironmentBoardNode>& board, bool noDma);
     ~FgLibModel();
     FgLibModel(const FgLibModel&) = delete;
     FgLibModel& operator=(const FgLibModel&) = delete;

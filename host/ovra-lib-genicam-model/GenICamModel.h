@@ -25,7 +25,7 @@ class OVRA_GENICAM_MODEL_API GenICamModel
 {
 public:
     /// For the camera at the physical port \p port of the board with index \p board.
-    static boost::shared_ptr<GenICamModel> create(unsigned int board, unsigned int port);
+    [[nodiscard]] static boost::shared_ptr<GenICamModel> create(unsigned int board, unsigned int port);
     ~GenICamModel();
     GenICamModel(const GenICamModel&) = delete;
     GenICamModel& operator=(const GenICamModel&) = delete;

@@ -26,6 +26,11 @@ foreach(package IN LISTS notices)
     endif()
 endforeach()
 
+if(MINGW AND EXISTS /usr/share/common-licenses/GPL-3) # to which the compiler's notice refers
+    install(FILES /usr/share/common-licenses/GPL-3
+        DESTINATION ${doc_dir}/third-party RENAME GPL-3.txt COMPONENT runtime)
+endif()
+
 set(CPACK_PACKAGE_NAME ovra-gui-core)
 set(CPACK_PACKAGE_VENDOR "the ovra-lib-gui-core authors")
 set(CPACK_PACKAGE_CONTACT "the ovra-lib-gui-core authors <ovra-gui-core@example.invalid>")

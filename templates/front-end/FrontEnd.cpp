@@ -22,6 +22,10 @@
 #include <boost/make_shared.hpp>
 
 #include <array>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
 #include <iomanip>
 #include <iostream>
 #include <mutex>

@@ -134,9 +134,15 @@ class Browser:
     def choose(self, selector, text):
         self.once_more(lambda: Select(self.find(selector)).select_by_visible_text(text), selector)
 
+    def click(self, selector):
+        self.once_more(lambda: self.find(selector).click(), selector)
+
+    def send(self, selector, *keys):
+        self.once_more(lambda: self.find(selector).send_keys(*keys), selector)
+
     def fill(self, selector, text, *keys):
         """Replaces what stands in a field."""
-        self.once_more(lambda: self.find(selector).send_keys(Keys.CONTROL, "a", Keys.NULL, text, *keys), selector)
+        self.send(selector, Keys.CONTROL, "a", Keys.NULL, text, *keys)
 
     def end(self):
         self.driver.quit()

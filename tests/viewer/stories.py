@@ -97,7 +97,7 @@ class Story(unittest.TestCase):
 
     def show_all_pixels(self):
         """One to one, where none are blended."""
-        self.browser.find(".tile .stage").send_keys("1")
+        self.browser.send(".tile .stage", "1")
         wait_for(lambda: self.tile("tile.image?.view === tile.view && tile.image.binning === 1 && !tile.drawing"), "all pixels")
 
     def point_at(self, pixel):
@@ -143,7 +143,7 @@ class Images(Story):
         extremes = [choose(inner, key=lambda pixel: rows[pixel[1]][pixel[0]]) for choose in (min, max)]
         for key in ("", "1", "+", "r", "f"):
             if key:
-                self.browser.find(".tile .stage").send_keys(key)
+                self.browser.send(".tile .stage", key)
             for pixel in extremes:
                 place = self.screen_points([pixel])[0]
                 size = self.browser.find(".tile .stage").size
@@ -206,7 +206,7 @@ class Keeping(Story):
     def keep(self):
         """Saves the image of the only tile: (width, height, rows) of the file, and the bits that lie before its samples."""
         before = self.files(".png")
-        self.browser.find(".tile .stage").send_keys("s")
+        self.browser.send(".tile .stage", "s")
         saved = wait_for(lambda: [each for each in self.files(".png") if each not in before], "the file")[0]
         return read_png(os.path.join(self.viewer.folder, saved))
 
@@ -216,7 +216,7 @@ class Keeping(Story):
                 self.acquire(applet, board)
                 self.stop(f"{board}/0")
                 for key in "ac":  # what is only seen changes nothing
-                    self.browser.find(".tile .stage").send_keys(key)
+                    self.browser.send(".tile .stage", key)
                 width, height, rows = self.keep()
                 for pixel in ((width // 2 + 9, height // 2), (width // 3, height // 3), (width // 5, height // 2)):
                     x, y, *values = self.point_at(pixel)
@@ -282,7 +282,7 @@ class Rehearsals(Story):
             self.browser.press(step, "#panel")
         rehearse("camera at connector 0 of board 0", "Unplug")
         wait_for(lambda: self.text_of(".why"), "the tile says that nothing comes")
-        self.browser.find("[aria-label='Undo unplug camera 0 0']").click()
+        self.browser.click("[aria-label='Undo unplug camera 0 0']")
         wait_for(lambda: not self.state("rehearsal")["plans"], "plugged in")
         self.stop()
         self.open_panel("Machine")
@@ -303,7 +303,7 @@ class Rehearsals(Story):
         self.browser.fill("#rehearsed-entry", "Fg_InitEx")
         self.browser.press("Let it fail", "#panel")
         wait_for(lambda: any(plan.startswith("fault Fg_InitEx") for plan in self.state("rehearsal")["plans"]), "planned")
-        self.browser.find("[aria-label^='Undo fault Fg_InitEx']").click()
+        self.browser.click("[aria-label^='Undo fault Fg_InitEx']")
         wait_for(lambda: not self.state("rehearsal")["plans"], "forgotten")
         self.browser.choose("[aria-label='Scenario']", "loose-cable")
         self.browser.press("Play", "#panel")
@@ -311,7 +311,7 @@ class Rehearsals(Story):
         path = os.path.join(self.viewer.folder, "own.scenario")
         with open(path, "w", encoding="utf-8") as file:
             file.write("at 0 s: disk full\n")
-        self.browser.find("#scenario-file").send_keys(path)
+        self.browser.send("#scenario-file", path)
         wait_for(lambda: self.state("rehearsal")["plans"] == ["disk full"], "the file is played")
         for request, arguments in (("rehearse", {"step": "scenario /etc/passwd"}), ("play-scenario", {"name": "../../own"})):
             with self.assertRaisesRegex(RuntimeError, "there is no such|there is no step"):
@@ -332,7 +332,7 @@ class Questions(Story):
                 self.load(DUAL, 1)
                 self.browser.request("set-sync-mode", mode=2)
                 self.start("1/0")
-                self.browser.find(f"dialog[open] [data-button='{button}']").click()
+                self.browser.click(f"dialog[open] [data-button='{button}']")
                 self.browser.wait_for_images("1/1")
                 process = next(each for each in self.state("boards")[1]["processes"]
                                for channel in each["channels"] if channel["index"] == 1)
@@ -347,8 +347,8 @@ class Questions(Story):
         self.load(DUAL, 1)
         self.browser.request("set-sync-mode", mode=2)
         self.start("1/0")
-        self.browser.find("#remember").click()
-        self.browser.find("dialog[open] [data-button='2']").click()
+        self.browser.click("#remember")
+        self.browser.click("dialog[open] [data-button='2']")
         wait_for(lambda: self.state("settings")["remembered"] == 2, "remembered")
         self.browser.press("Stop board 1 DMA 0", ".tile")
         self.start("1/0")
@@ -392,7 +392,7 @@ class Pages(Story):
             self.browser.request("set-sync-mode", mode=2)
             self.start("1/0")
             self.browser.find("dialog[open] [data-button='2']")
-            second.find("dialog[open] [data-button='2']").click()
+            second.click("dialog[open] [data-button='2']")
             wait_for(lambda: not self.browser.driver.find_elements(By.CSS_SELECTOR, "dialog[open]"), "closed in both")
             for browser in (self.browser, second):
                 browser.wait_for_images("1/0")
@@ -494,7 +494,7 @@ class Settings(Story):
         with open(path, "w", encoding="utf-8") as file:
             file.write(text.replace("3.5", "4.5"))
         self.browser.request("unload", board=BOARD)
-        self.browser.find("#upload").send_keys(path)
+        self.browser.send("#upload", path)
         wait_for(lambda: self.state("boards")[0]["applet"] == SINGLE and not self.state("load")["active"], "loaded")
 
         def gain():

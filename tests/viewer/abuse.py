@@ -9,6 +9,15 @@ import unittest
 from harness import ARGUMENTS, LIMIT, SCHEMA, Socket, Viewer, complain_of, run_tests, wait_for
 
 
+def applet_of(viewer):
+    """The applet for grey images, once the application has started and found it."""
+    def found():
+        with Socket(viewer) as early:
+            applets = early.hello()["state"]["applets"]
+        return next((each for each in applets if each["name"] == "SingleAreaGray.hap"), None)
+    return wait_for(found, "the applet")
+
+
 class Abuse(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
@@ -163,11 +172,7 @@ class Abuse(unittest.TestCase):
                 silent.message()  # says no hello
 
     def test_a_client_that_reads_nothing_changes_nothing_for_the_others(self):
-        def found():  # the application may still be starting
-            with Socket(self.viewer) as early:
-                applets = early.hello()["state"]["applets"]
-            return next((each for each in applets if each["name"] == "SingleAreaGray.hap"), None)
-        applet = wait_for(found, "the applet")
+        applet = applet_of(self.viewer)
         with Socket(self.viewer) as page, Socket(self.viewer) as deaf:
             page.hello()
             deaf.hello()
@@ -198,12 +203,12 @@ class Abuse(unittest.TestCase):
 class Protocol(unittest.TestCase):
     def test_is_that_of_the_schema(self):
         viewer = Viewer()
+        applet = applet_of(viewer)
         with Socket(viewer) as page:
             page.send = lambda message, send=page.send: (sent.append(message), send(message))
             page.frame = lambda frame=page.frame: came.append(frame()) or came[-1]
             sent, came = [], []
             page.hello()
-            applet = next(each for each in json.loads(came[0][1])["state"]["applets"] if each["name"] == "SingleAreaGray.hap")
             board = "1a2b3c"
             page.request("load", board=board, applet=applet["path"])
             answers = {name: page.request(name, **arguments) for name, arguments in (

@@ -5,6 +5,7 @@
 #include "hardware/ImageWatch.h"
 #include "rehearsal/Rehearsal.h"
 
+#include <thread>
 #include <utility>
 
 namespace simulation {
@@ -34,7 +35,8 @@ void Player::play(Scenario scenario)
     m_start = m_last = Clock::now();
     m_done.clear();
     ImageWatch::s_arrived = imageArrived;
-    m_thread = std::thread([this] { run(); });
+    m_playing = true;
+    std::thread([this] { run(); }).detach(); // the process may end before the scenario
 }
 
 void Player::stop()
@@ -45,14 +47,11 @@ void Player::stop()
 
 void Player::endThread()
 {
-    {
-        const std::lock_guard lock(m_mutex);
-        m_stopping = true;
-    }
+    std::unique_lock lock(m_mutex);
+    m_stopping = true;
     m_changed.notify_all();
     ImageWatch::s_arrived = nullptr;
-    if (m_thread.joinable())
-        m_thread.join();
+    m_changed.wait(lock, [this] { return !m_playing; });
 }
 
 void Player::run()
@@ -72,6 +71,8 @@ void Player::run()
         }
     }
     ImageWatch::s_arrived = nullptr;
+    m_playing = false;
+    m_changed.notify_all();
 }
 
 // False if something changed in the meantime.

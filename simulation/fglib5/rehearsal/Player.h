@@ -10,7 +10,6 @@
 #include <condition_variable>
 #include <mutex>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace simulation {
@@ -40,7 +39,6 @@ private:
     bool atEnd() const { return m_position == m_scenario.steps.size(); }
 
     std::mutex m_control; ///< one start or stop at a time; taken before m_mutex
-    std::thread m_thread;
 
     mutable std::mutex m_mutex;
     std::condition_variable m_changed;
@@ -48,6 +46,7 @@ private:
     std::size_t m_position = 0; ///< of the next step; after the last one: the round is over
     std::uint64_t m_round = 0;  ///< current round, from 1; 0: none yet
     bool m_stopping = false;
+    bool m_playing = false;    ///< the scenario's thread runs
     Clock::time_point m_start; ///< of the round
     Clock::time_point m_last;  ///< time of the last step
     std::vector<std::string> m_done;

@@ -40,7 +40,8 @@ public:
     Logger(const Logger&) = delete;
     Logger& operator=(const Logger&) = delete;
 
-    /// Whether a message of that level is wanted from the calling thread. Takes no lock below the threshold.
+    /// Whether messages of that level are written: neither below the threshold nor from a muted thread. Takes no
+    /// lock below the threshold.
     bool isEnabled(std::uint32_t level);
 
     /// Writes a message, whatever its level: the caller asks isEnabled first. Dropped while no dispatcher is
@@ -65,7 +66,7 @@ private:
     std::set<std::uint32_t> m_mutedThreads;
 };
 
-/// Connects to the dispatcher when it is made, once and for all: after a disconnection it stays unconnected.
+/// Connects to the dispatcher once, when it is made. After a disconnection it stays unconnected.
 /// Lives until the process ends, across any number of OvraGuiCoreInit and OvraGuiCoreDeinit: it is never
 /// destroyed, and the dispatcher keeps its address. At the end of the process it disconnects itself.
 class Logging : public templates::patterns::GuardedSingleton<Logging>

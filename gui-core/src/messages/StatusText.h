@@ -14,7 +14,7 @@ namespace ovra::gui::commands {
 /// "code (description)". \p handle may be null.
 std::string codeWithDescription(Fg_Struct_s* handle, int code);
 
-/// "description (code)", for a status that no board is asked about.
+/// "description (code)", for a status that belongs to no board.
 std::string descriptionWithCode(int code);
 
 /// As codeWithDescription, for the runtime's last error without a board.

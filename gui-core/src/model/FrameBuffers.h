@@ -19,7 +19,7 @@ namespace ovra::gui::commands {
 boost::shared_ptr<display::FglibFrameBufferGroup>
 frameBuffersOf(const core::models::HlEnvironmentDmaNode& dma);
 
-/// Lets displays take up the group's width and height, which may have changed.
+/// Notifies displays that the group's width and height may have changed.
 void announceGeometry(display::FglibFrameBufferGroup& group);
 
 } // namespace ovra::gui::commands

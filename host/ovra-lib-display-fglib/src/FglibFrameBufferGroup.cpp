@@ -32,7 +32,7 @@ using reference::probe;
 namespace {
 constexpr unsigned int DEFAULT_TIMEOUT_SECONDS = 10;
 
-// If the ring is overwritten while an image is copied, the next attempt usually fares no better. More
+// If the ring is overwritten while an image is copied, the next attempt usually fails, too. More
 // attempts would only delay the display.
 constexpr int COPY_ATTEMPTS = 3;
 

@@ -137,23 +137,24 @@ std::string keyOf(const FoundCamera& camera)
 }
 
 // A board with an applet stays in the model even if the runtime no longer lists it: its handle is freed
-// through its node.
-bool mayGo(const HlEnvironmentBoardNode& board)
+// through its node. While a load initialises a board, its node is about to get the handle.
+bool mayGo(const HlEnvironmentRootNode& root, const HlEnvironmentBoardNode& board)
 {
-    return board.getBoardHandle() == nullptr;
+    return !root.getFgInitInProgress() && board.getBoardHandle() == nullptr;
 }
 
-void updateBoards(HlEnvironmentBoardSourceNode& source, const std::vector<FoundBoard>& found)
+void updateBoards(const HlEnvironmentRootNode& root, HlEnvironmentBoardSourceNode& source,
+                  const std::vector<FoundBoard>& found)
 {
     std::map<unsigned int, FoundBoard> bySerial;
     for (const auto& board : found)
         bySerial.emplace(board.serial, board);
     for (const auto nodes = source.getBoards(); nodes->hasNext(); nodes->advance())
-        if (!bySerial.contains(nodes->current()->getSerial()) && mayGo(*nodes->current()))
+        if (!bySerial.contains(nodes->current()->getSerial()) && mayGo(root, *nodes->current()))
             source.removeChild(nodes->current()->getSerial());
     for (const auto& [serial, board] : bySerial) {
         const auto node = source.getChild(serial);
-        if (!node || (!same(*node, board) && mayGo(*node)))
+        if (!node || (!same(*node, board) && mayGo(root, *node)))
             source.addChild(serial,
                             HlEnvironmentBoardNode::create(board.index, serial, board.type, board.name));
     }
@@ -217,7 +218,7 @@ void HardwareDiscovery::discover(Changes& changes)
     const auto cameras = findCameras(*runtime, boards);
 
     const auto source = m_root->getSourcesEntry(gui::keys::SOURCE);
-    updateBoards(*source, boards);
+    updateBoards(*m_root, *source, boards);
     updateCameras(*m_root, cameras);
     for (const auto nodes = source->getBoards(); nodes->hasNext(); nodes->advance())
         attachCameras(*nodes->current());
@@ -240,7 +241,7 @@ void HardwareDiscovery::followHandles(const Changes& found)
                 if (!handle)
                     look();
             });
-        if (mayGo(*nodes->current()))
+        if (mayGo(*m_root, *nodes->current()))
             m_lookAgain(); // its handle was freed before the connection above
     }
 }

@@ -166,7 +166,7 @@ void expectFlat(const char* name, const std::string& length, const ProcessResour
     }
     EXPECT_LE(grown.handles, LATE_HANDLES);
     EXPECT_LE(grown.threads, 0);
-    EXPECT_EQ(newObjects, 0);
+    EXPECT_LE(newObjects, 0); // fewer, if the count before caught some that were about to go
 }
 
 /// Uses two boards while a scenario unplugs and plugs one of them again and again.

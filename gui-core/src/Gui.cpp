@@ -76,7 +76,7 @@ void Gui::setSyncMode(SyncMode mode)
 Gui::SyncMode Gui::getSyncMode()
 {
     const auto state = GuiStatics::currentState();
-    return state ? state->syncMode : SyncNone;
+    return state ? state->syncMode.load() : SyncNone;
 }
 
 void Gui::setStreamChannelManagementEnabled(bool enabled)
@@ -88,7 +88,7 @@ void Gui::setStreamChannelManagementEnabled(bool enabled)
 bool Gui::isStreamChannelManagementEnabled()
 {
     const auto state = GuiStatics::currentState();
-    return state && state->streamChannelManagementEnabled;
+    return state && state->streamChannelManagementEnabled.load();
 }
 
 unsigned long long Gui::getUsedDmaMemory()

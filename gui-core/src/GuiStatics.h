@@ -20,8 +20,9 @@ struct Gui::State
 {
     boost::shared_ptr<Views> views;
     boost::shared_ptr<core::Environment> environment = core::Environment::create();
-    SyncMode syncMode = SyncProcess;
-    bool streamChannelManagementEnabled = false;
+    // A front end sets these two on the GUI thread while a command on the worker reads them.
+    std::atomic<SyncMode> syncMode{SyncProcess};
+    std::atomic<bool> streamChannelManagementEnabled{false};
     // Frame-buffer groups change it on the worker and on the GUI thread.
     std::atomic<unsigned long long> usedDmaMemory{0};
 };

@@ -93,6 +93,7 @@ protected:
                                                            static_cast<int>(round % 7 + 1)));
         submit(StopAcquisitionCommand::create(camera));
         submit(StartAcquisitionCommand::create(camera, ENDLESS));
+        Gui::setSyncMode(static_cast<Gui::SyncMode>(mode)); // while the worker reads it
         constexpr std::array<int, 4> CAMERA_STARTS = {1, 2, 4, 4};
         expectedCameraStarts += CAMERA_STARTS[mode];
     }

@@ -1,6 +1,6 @@
 # ovra_abi(<variable>): the compiler's rules for the layout of classes and the names of symbols: "itanium-linux",
 # "gcc-mingw" or "msvc", followed by "-libc++" if the standard library is LLVM's. All modules of a process need the same.
-# gui-core/Version.h has the same rule for the preprocessor.
+# gui-core/Export.h and Version.h have the same rule for the preprocessor.
 
 include_guard(GLOBAL)
 include(CheckCXXSymbolExists)

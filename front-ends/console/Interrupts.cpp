@@ -12,8 +12,8 @@ Interrupts::Interrupts(bool atTerminal) : m_atTerminal(atTerminal) {}
 void Interrupts::handle(Signal signal)
 {
     const bool first = m_atTerminal && signal == Signal::Interrupt && m_pending.fetch_add(1) == 0;
-    if (!first && m_sessionEnds.exchange(true) &&
-        signal != Signal::Hangup) // a hang-up may come more than once
+    // A hang-up may come more than once.
+    if (!first && m_sessionEnds.exchange(true) && signal != Signal::Hangup)
         frontend::endAtOnce(signal);
     const std::lock_guard lock(m_mutex);
     if (m_wakeUp)

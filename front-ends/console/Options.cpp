@@ -23,8 +23,8 @@ std::optional<Options> parseOptions(const std::vector<std::string>& arguments, i
     frontend::addSessionOptions(program, options.session);
 
     try {
-        program.parse(std::vector<std::string>(arguments.rbegin(),
-                                               arguments.rend())); // CLI11 expects the last argument first
+        // CLI11 expects the last argument first.
+        program.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
     } catch (const CLI::ParseError& end) {
         exitCode = program.exit(end);
         return std::nullopt;

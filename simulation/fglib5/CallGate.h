@@ -119,8 +119,8 @@ private:
     void updateWatched();
 
     Counts m_counts{};
-    std::array<std::atomic<Counts*>, MAX_BOARDS>
-        m_boardCounts{}; ///< made by a board's first call, never freed
+    /// Made by a board's first call, never freed.
+    std::array<std::atomic<Counts*>, MAX_BOARDS> m_boardCounts{};
     std::atomic<bool> m_watched{false};
 
     mutable std::mutex m_mutex;

@@ -65,8 +65,8 @@ struct FglibFrameBufferGroup::State
     MemoryBudget budget{};
 
     mutable std::mutex control;
-    std::int64_t lostEarlier =
-        0; // lost between the start and the runtime's last reset of its count; under control
+    // Lost between the start and the runtime's last reset of its count; under control.
+    std::int64_t lostEarlier = 0;
 
     mutable std::mutex mutex;
     std::condition_variable changed;
@@ -77,10 +77,9 @@ struct FglibFrameBufferGroup::State
     bool paused = false;
     bool resume = false;
     bool released = false;
-    int images = 0;          // requested for this acquisition, negative: without end
-    std::int64_t newest = 0; // number of the newest image that was delivered
-    std::int64_t earlier =
-        0; // images delivered before the last pause: the runtime restarts its count after it
+    int images = 0;           // requested for this acquisition, negative: without end
+    std::int64_t newest = 0;  // number of the newest image that was delivered
+    std::int64_t earlier = 0; // delivered before the last pause, after which the runtime counts from 0
     int waiters = 0;
     AcquisitionStatus failure; // of the current acquisition; Stopped: no failure
 

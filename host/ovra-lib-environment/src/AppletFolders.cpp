@@ -43,8 +43,7 @@ bool exists(const std::string& path)
     try {
         std::error_code error;
         return fs::is_regular_file(fglib5::pathOf(path), error);
-    } catch (
-        const std::runtime_error&) { // filesystem_error in one standard library, another of these elsewhere
+    } catch (const std::runtime_error&) { // which of them it is depends on the standard library
         return false;
     }
 }

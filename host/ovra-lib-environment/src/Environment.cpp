@@ -58,8 +58,8 @@ struct Environment::State
     FolderMonitor monitor;
     std::atomic<bool> hardwareChanged{false};
     std::mutex notifying; // guards notifier
-    boost::shared_ptr<const reference::RuntimeEntries>
-        notifier; // reports hardware changes while the monitor runs
+    // Reports hardware changes while the monitor runs.
+    boost::shared_ptr<const reference::RuntimeEntries> notifier;
 };
 
 Environment::State::State()

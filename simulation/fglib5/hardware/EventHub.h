@@ -77,16 +77,15 @@ private:
     std::condition_variable m_idle;     ///< for threads that unregister
     std::uint64_t m_pending = 0;
     std::array<FgEventInfo, 64> m_latest{};
-    std::vector<FgEventInfo>
-        m_queue; ///< a ring, allocated with the first callback, so that events allocate nothing
+    /// A ring, allocated with the first callback, so that events allocate nothing.
+    std::vector<FgEventInfo> m_queue;
     std::size_t m_firstQueued = 0;
     std::size_t m_queued = 0;
     std::array<std::size_t, 64> m_queuedOfKind{};
     unsigned int m_dropped = 0;
     std::shared_ptr<const std::vector<Callback>> m_callbacks; ///< replaced, never changed
     bool m_calling = false;
-    std::uint64_t m_calls =
-        0; ///< number of the running call; if events are queued, the next call follows at once
+    std::uint64_t m_calls = 0; ///< number of the running call; queued events follow in the next one at once
     bool m_closed = false;
     bool m_lost = false;
     std::thread m_thread;

@@ -1,11 +1,27 @@
 # Compares the tables of virtual functions that the compiler laid out (GCC's -fdump-lang-class, Clang's
-# -fdump-vtable-layouts) with the committed ones, which hold for every compiler.
+# -fdump-vtable-layouts) with the committed ones, which hold for every compiler and have to cover every exported class.
 #
-#   cmake -D DUMP=<the compiler's output> -D EXPECTED=<file> -P check_table.cmake
+#   cmake -D DUMP=<the compiler's output> -D EXPECTED=<file> -D HEADERS=<folder of the exported headers> -P check_table.cmake
 
 file(READ "${DUMP}" dump)
 file(READ "${EXPECTED}" expected)
 string(REGEX MATCHALL "(^|\n)ovra::[A-Za-z:]+" classes "${expected}")
+file(GLOB headers "${HEADERS}/*.h")
+set(exported 0)
+foreach(header IN LISTS headers)
+    file(STRINGS "${header}" heads REGEX "^class OVRA_GUI_CORE_API ")
+    foreach(head IN LISTS heads)
+        string(REGEX REPLACE "^class OVRA_GUI_CORE_API ([A-Za-z]+).*" "\\1" class "${head}")
+        if(NOT classes MATCHES "::(Complete)?${class}(;|$)") # a complete implementation stands for Views
+            message(FATAL_ERROR "The table of ${class} is missing in ${EXPECTED}; add it to VirtualFunctions.cpp, too")
+        endif()
+        math(EXPR exported "${exported} + 1")
+    endforeach()
+endforeach()
+if(exported EQUAL 0)
+    message(FATAL_ERROR "No exported class in ${HEADERS}")
+endif()
+
 set(tables "")
 foreach(class IN LISTS classes)
     string(STRIP "${class}" class)

@@ -111,6 +111,18 @@ TEST(ModuleBorder, LetsAnExceptionOutByItsTypeAndAFrontEndEndWhereItWasMade)
     OvraGuiCoreDeinit();
 }
 
+TEST(ModuleBorder, LetsAnExceptionOfTheHostThroughTheLibrarysStartAndEnd)
+{
+    reference::Journal::start();
+    reference::Journal::throwAt(1, "OvraParametersInit");
+    EXPECT_THROW(OvraGuiCoreInit(), reference::ReferenceFault); // counts nevertheless
+    OvraGuiCoreInit();
+    OvraGuiCoreDeinit();
+    reference::Journal::throwAt(1, "OvraCoreDeinit");
+    EXPECT_THROW(OvraGuiCoreDeinit(), reference::ReferenceFault);
+    reference::Journal::stop();
+}
+
 TEST(ApplicationStart, TellsTheUserOfEveryFileInEachLifeOfAProcess)
 {
     for (const int count : {0, 1, 12}) {

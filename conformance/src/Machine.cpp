@@ -2,6 +2,7 @@
 #include "Machine.h"
 
 #include "conformance/Test.h"
+#include "gui-core/keys/Keys.h"
 
 namespace ovra::conformance {
 
@@ -21,7 +22,7 @@ boost::shared_ptr<Environment> startedEnvironment(HostUnderTest& host)
 template <class Condition>
 boost::shared_ptr<HlEnvironmentBoardNode> findBoard(Environment& environment, Condition condition)
 {
-    if (const auto source = environment.model()->root()->getSourcesEntry("ovra"))
+    if (const auto source = environment.model()->root()->getSourcesEntry(gui::keys::SOURCE))
         for (const auto boards = source->getBoards(); boards->hasNext(); boards->advance())
             if (condition(*boards->current()))
                 return boards->current();

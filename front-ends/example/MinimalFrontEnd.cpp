@@ -3,6 +3,7 @@
 #include "gui-core/EntryPoints.h"
 #include "gui-core/Gui.h"
 #include "gui-core/Views.h"
+#include "gui-core/keys/Keys.h"
 #include "ovra-core/reference/Application.h"
 #include "ovra-lib-environment/Environment.h"
 #include "ovra-lib-environment/HlEnvironmentBoardNode.h"
@@ -54,10 +55,10 @@ void listBoards()
     application.setErrorHandler([](const auto& failure) { std::cerr << failure.message << '\n'; });
     boost::shared_ptr<gui::Views> views = boost::make_shared<MinimalViews>();
     boost::shared_ptr<gui::Gui> plugin(gui::Gui::createInstance(), gui::Gui::destroyInstance);
-    application.addPlugin(plugin, {{"views", views}});
+    application.addPlugin(plugin, {{gui::keys::VIEWS, views}});
     application.startPlugins();
     application.pumpUntil([&] { return application.idle(); }, std::chrono::minutes(1));
-    if (const auto boards = gui::Gui::environment()->model()->root()->getSourcesEntry("ovra"))
+    if (const auto boards = gui::Gui::environment()->model()->root()->getSourcesEntry(gui::keys::SOURCE))
         for (const auto board = boards->getBoards(); board->hasNext(); board->advance())
             std::cout << board->current()->getIndex() << " - " << board->current()->getBoardName() << '\n';
     application.stopPlugins();

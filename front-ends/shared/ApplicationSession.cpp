@@ -9,6 +9,7 @@
 #include "gui-core/Gui.h"
 #include "gui-core/UnloadAppletCommand.h"
 #include "gui-core/Views.h"
+#include "gui-core/keys/Keys.h"
 #include "ovra-core/CommandProcessor.h"
 #include "ovra-core/HarloApplication.h"
 #include "ovra-core/reference/Application.h"
@@ -137,7 +138,7 @@ reference::Application& ApplicationSession::application()
 bool ApplicationSession::start(const boost::shared_ptr<gui::Views>& views, std::chrono::milliseconds limit)
 {
     m_state->plugin.reset(gui::Gui::createInstance(), gui::Gui::destroyInstance);
-    m_state->application.addPlugin(m_state->plugin, {{"views", views}});
+    m_state->application.addPlugin(m_state->plugin, {{gui::keys::VIEWS, views}});
     m_state->application.startPlugins();
     const bool ready = m_state->pumpUntilIdle(limit);
     if (ready)

@@ -10,6 +10,7 @@
 
 #include "gui-core/Gui.h"
 #include "gui-core/Version.h"
+#include "gui-core/keys/Keys.h"
 #include "ovra-core/HarloApplication.h"
 #include "ovra-lib-display/DisplayScene.h"
 #include "ovra-lib-environment/HlEnvironmentBoardNode.h"
@@ -147,12 +148,11 @@ void addApplets(std::ostream& report)
 void addEntries(std::ostream& report)
 {
     heading(report, "configuration entries in effect");
-    for (const char* key :
-         {"gui.preferences.max_dma_buffersize", "gui.preferences.acq.default.timeout",
-          "gui.preferences.acq.default.buffers", "gui.preferences.sync_dma_and_camera_dimensions"}) {
+    for (const auto& key : {gui::keys::DMA_MEMORY_LIMIT_MIB, gui::keys::DEFAULT_TIMEOUT_SECONDS,
+                            gui::keys::DEFAULT_BUFFERS, gui::keys::COMPARE_IMAGE_SIZES}) {
         constexpr long long NONE = -1;
-        const long long value = core::HarloApplication::getConfigIntEntry(key, NONE);
-        report << key << " = " << (value == NONE ? "default" : std::to_string(value)) << '\n';
+        const long long value = core::HarloApplication::getConfigIntEntry(key.name, NONE);
+        report << key.name << " = " << (value == NONE ? "default" : std::to_string(value)) << '\n';
     }
     report << "sync mode " << gui::Gui::getSyncMode() << ", DMA memory " << gui::Gui::getUsedDmaMemory()
            << " of " << gui::Gui::getTotalDmaMemory() << " bytes\n";

@@ -10,8 +10,7 @@ namespace ovra::frontend {
 /// Performs a step such as "unplug camera 0 1". Returns the runtime's answer: lines that end with a line
 /// feed, "" for most steps. Any thread.
 ///
-/// \throws RequestError  with the runtime's description if it refuses the step; if the installation is not
-/// virtual
+/// \throws RequestError  with the runtime's description if it refuses the step; if there is no virtual installation
 std::string rehearse(const std::string& step);
 
 } // namespace ovra::frontend

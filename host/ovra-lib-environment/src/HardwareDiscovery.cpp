@@ -231,7 +231,7 @@ void HardwareDiscovery::discover(Changes& changes)
 void HardwareDiscovery::followHandles(const Changes& found)
 {
     m_handles.clear();
-    const auto source = m_root->getSourcesEntry("ovra");
+    const auto source = m_root->getSourcesEntry(gui::keys::SOURCE);
     for (const auto nodes = source->getBoards(); nodes->hasNext(); nodes->advance()) {
         const unsigned int serial = nodes->current()->getSerial();
         if (std::ranges::find(found, serial, &EnvironmentChange::serial) != found.end())

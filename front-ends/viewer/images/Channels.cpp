@@ -9,7 +9,7 @@ namespace ovra::viewer {
 
 namespace {
 
-constexpr std::chrono::milliseconds HISTOGRAM_INTERVAL{100};
+constexpr std::chrono::milliseconds HISTOGRAM_INTERVAL{200};
 
 nlohmann::json describe(std::uint32_t channel, const Histogram& histogram)
 {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 /// \file
-/// Channels: the DMA channels whose images pages can show. The GUI thread adds and removes them; network
-/// threads read their images.
+/// Channels: the DMA channels whose images pages can show. The GUI thread adds and removes them; the
+/// network thread reads their images.
 #pragma once
 
 #include "images/Histogram.h"
@@ -29,7 +29,7 @@ public:
     ImageMailbox& mailbox() { return m_mailbox; }
     const ImageMailbox& mailbox() const { return m_mailbox; }
 
-    /// The message with the histogram of \p frame, or of a frame at most 100 ms older. \p sequence returns
+    /// The message with the histogram of \p frame, or of a frame at most 200 ms older. \p sequence returns
     /// that frame's sequence.
     std::shared_ptr<const std::string> histogramMessage(const Frame& frame, std::uint64_t& sequence);
 

@@ -57,8 +57,9 @@ void copyImage(const display::Image& image, Frame& frame);
 
 /// Holds one image; a new one replaces it. Thread-safe.
 ///
-/// showImage copies into a frame without readers. It never waits, and allocates only while images grow. If
-/// readers hold every spare frame, the image is dropped.
+/// showImage copies into a frame without readers. It never waits, and allocates only while images grow and
+/// when more frames are read at once than ever before. If readers hold every spare frame, the image is
+/// dropped.
 class ImageMailbox final : public display::DisplaySceneVisualizer
 {
 public:
@@ -67,7 +68,7 @@ public:
 
     void showImage(const display::Image& image) override;
 
-    /// Null before the first image. Release it as soon as it is copied.
+    /// Null before the first image. Release it as soon as it is sent or copied.
     std::shared_ptr<const Frame> newest() const;
 
 private:
@@ -76,7 +77,8 @@ private:
         Frame frame;
         std::atomic<int> readers{0};
     };
-    static constexpr std::size_t SLOT_COUNT = 5;
+    // One for each of sixteen pages that read slowly, and for the newest, the next, and those who save it.
+    static constexpr std::size_t SLOT_COUNT = 20;
     using Slots = std::array<Slot, SLOT_COUNT>;
 
     Slot* unusedSlot();

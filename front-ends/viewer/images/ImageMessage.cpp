@@ -31,12 +31,27 @@ private:
 
 } // namespace
 
-void writeImageMessage(std::uint32_t channel, std::uint32_t viewName, const Frame& frame,
-                       const ImageView& view, std::vector<std::uint8_t>& message)
+void ImageMessage::write(std::uint32_t channel, std::uint32_t viewName,
+                         const std::shared_ptr<const Frame>& frame, const ImageView& view)
+{
+    writeHeader(channel, viewName, *frame, view);
+    const std::size_t size = sizeInBytes(view, frame->layout);
+    if (view.binning == 1 && view.region.width == frame->width) {
+        const std::size_t lineSize = size / static_cast<std::size_t>(std::max(view.height, 1));
+        m_pixels = {frame->pixels() + static_cast<std::size_t>(view.region.y) * lineSize, size};
+        m_frame = frame;
+        return;
+    }
+    m_copy.resize(size);
+    copyView(*frame, view, m_copy.data());
+    m_pixels = m_copy;
+}
+
+void ImageMessage::writeHeader(std::uint32_t channel, std::uint32_t viewName, const Frame& frame,
+                               const ImageView& view)
 {
     constexpr unsigned VERSION = 1;
-    message.resize(IMAGE_HEADER_SIZE + sizeInBytes(view, frame.layout));
-    ByteWriter header(message.data());
+    ByteWriter header(m_header.data());
     header.text("OVIM");
     header.number(VERSION, 2);
     header.number(IMAGE_HEADER_SIZE, 2);
@@ -49,7 +64,6 @@ void writeImageMessage(std::uint32_t channel, std::uint32_t viewName, const Fram
                             view.region.height, view.width, view.height, view.binning})
         header.word(value);
     header.number(viewName, 4);
-    copyView(frame, view, message.data() + IMAGE_HEADER_SIZE);
 }
 
 } // namespace ovra::viewer

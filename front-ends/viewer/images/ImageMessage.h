@@ -23,15 +23,41 @@
 
 #include "images/ImageView.h"
 
+#include <array>
 #include <cstdint>
+#include <memory>
+#include <span>
 #include <vector>
 
 namespace ovra::viewer {
 
 inline constexpr std::size_t IMAGE_HEADER_SIZE = 64;
 
-/// Writes the message into \p message, reusing its memory.
-void writeImageMessage(std::uint32_t channel, std::uint32_t viewName, const Frame& frame,
-                       const ImageView& view, std::vector<std::uint8_t>& message);
+/// Its parts are sent one after the other. Whole lines of a frame are not copied: the message refers to the
+/// frame.
+class ImageMessage
+{
+public:
+    using Header = std::array<std::uint8_t, IMAGE_HEADER_SIZE>;
+
+    /// Reuses the memory of the message that it replaces.
+    void write(std::uint32_t channel, std::uint32_t viewName, const std::shared_ptr<const Frame>& frame,
+               const ImageView& view);
+
+    const Header& header() const { return m_header; }
+    std::span<const std::uint8_t> pixels() const { return m_pixels; }
+
+    /// Gives the frame back. pixels() is no longer valid.
+    void release() { m_frame.reset(); }
+
+private:
+    void writeHeader(std::uint32_t channel, std::uint32_t viewName, const Frame& frame,
+                     const ImageView& view);
+
+    Header m_header{};
+    std::span<const std::uint8_t> m_pixels;
+    std::vector<std::uint8_t> m_copy;
+    std::shared_ptr<const Frame> m_frame;
+};
 
 } // namespace ovra::viewer

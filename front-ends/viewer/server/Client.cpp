@@ -4,11 +4,11 @@
 #include "server/StateDocument.h"
 #include "server/Token.h"
 
-#include <boost/asio/dispatch.hpp>
 #include <boost/asio/post.hpp>
 #include <boost/beast/core/buffers_to_string.hpp>
 #include <boost/beast/websocket/rfc6455.hpp>
 
+#include <array>
 #include <chrono>
 #include <string_view>
 #include <utility>
@@ -74,15 +74,6 @@ void Client::send(std::shared_ptr<const std::string> text)
     asio::post(m_stream.get_executor(), [self = shared_from_this(), text = std::move(text)]() mutable {
         self->enqueue(std::move(text));
     });
-}
-
-void Client::offer(std::uint32_t channel, bool atOnce)
-{
-    const auto take = [self = shared_from_this(), channel] { self->enqueueImage(channel); };
-    if (atOnce)
-        asio::dispatch(m_stream.get_executor(), take);
-    else
-        asio::post(m_stream.get_executor(), take);
 }
 
 void Client::close()
@@ -197,7 +188,10 @@ void Client::write()
         return m_stream.async_write(asio::buffer(**text), written);
     }
     m_stream.binary(true);
-    m_stream.async_write(asio::buffer(*m_ready[std::get<std::uint32_t>(m_outgoing.front())]), written);
+    const ImageMessage& image = *m_ready[std::get<std::uint32_t>(m_outgoing.front())];
+    const std::array<asio::const_buffer, 2> parts{
+        asio::buffer(image.header()), asio::const_buffer(image.pixels().data(), image.pixels().size())};
+    m_stream.async_write(parts, written);
 }
 
 void Client::onWritten(beast::error_code error)

@@ -23,7 +23,7 @@
 
 namespace ovra::viewer {
 
-/// Runs on the stream's strand, except functions marked "any thread" or "network thread".
+/// Runs on the network thread, except functions marked "any thread".
 class Client : public std::enable_shared_from_this<Client>
 {
 public:
@@ -49,9 +49,8 @@ public:
     ClientId id() const { return m_id; }
     /// Any thread. Queues a text. A client that leaves too much unread is disconnected.
     void send(std::shared_ptr<const std::string> text);
-    /// Network thread. The channel may have a new image. \p atOnce: this thread sends it if no other thread
-    /// works for the client, which saves a thread switch.
-    void offer(std::uint32_t channel, bool atOnce);
+    /// The channel may have a new image.
+    void offer(std::uint32_t channel) { enqueueImage(channel); }
     /// Any thread. From now on the client gets everything that is published.
     void subscribe() { m_subscribed = true; }
     bool isSubscribed() const { return m_subscribed; }
@@ -83,9 +82,8 @@ private:
     std::deque<Outgoing> m_outgoing;
     std::size_t m_outgoingBytes = 0; ///< of texts
     ImageStreams m_images;
-    std::map<std::uint32_t, const std::vector<std::uint8_t>*>
-        m_ready;            ///< image messages being written or waiting
-    bool m_welcome = false; ///< sent the right token
+    std::map<std::uint32_t, const ImageMessage*> m_ready; ///< being written or waiting
+    bool m_welcome = false;                               ///< sent the right token
     bool m_refused = false;
     bool m_ended = false;
     std::atomic<bool> m_subscribed{false};

@@ -97,8 +97,10 @@ void ImageStreams::acknowledge(std::uint32_t channel)
 void ImageStreams::written(std::uint32_t channel)
 {
     const auto found = m_streams.find(channel);
-    if (found != m_streams.end())
-        found->second.awaitsWriting = false;
+    if (found == m_streams.end())
+        return;
+    found->second.awaitsWriting = false;
+    found->second.message.release();
 }
 
 ImageStreams::Outgoing ImageStreams::next(std::uint32_t id)
@@ -124,7 +126,7 @@ ImageStreams::Outgoing ImageStreams::next(std::uint32_t id)
     const ShowView& wanted = stream.view;
     const ImageView view =
         fitView(wanted.region, wanted.screenWidth, wanted.screenHeight, frame->width, frame->height);
-    writeImageMessage(id, wanted.view, *frame, view, stream.message);
+    stream.message.write(id, wanted.view, frame, view);
     stream.lastSequence = frame->sequence;
     stream.awaitsAcknowledgement = true;
     stream.awaitsWriting = true;

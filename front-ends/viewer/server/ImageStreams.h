@@ -11,7 +11,6 @@
 #include <map>
 #include <memory>
 #include <string>
-#include <vector>
 
 namespace ovra::viewer {
 
@@ -35,7 +34,7 @@ public:
         // channel.
         std::string values;
         std::shared_ptr<const std::string> histogram;
-        const std::vector<std::uint8_t>* image = nullptr;
+        const ImageMessage* image = nullptr;
     };
     Outgoing next(std::uint32_t channel);
 
@@ -49,7 +48,7 @@ private:
         bool valuesWanted = false; ///< send the newest image's values now
         std::uint64_t lastSequence = 0;
         std::uint64_t lastHistogram = 0;
-        std::vector<std::uint8_t> message;
+        ImageMessage message;
     };
 
     const Channels& m_channels;

@@ -8,7 +8,6 @@
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
 #include <boost/asio/ip/v6_only.hpp>
-#include <boost/asio/strand.hpp>
 #include <boost/beast/http/parser.hpp>
 #include <boost/beast/http/read.hpp>
 #include <boost/beast/http/span_body.hpp>
@@ -205,8 +204,7 @@ class Listener
 {
 public:
     Listener(asio::io_context& context, const tcp::endpoint& endpoint, Accepted accepted)
-        : m_context(context),
-          m_acceptor(context, endpoint.protocol()),
+        : m_acceptor(context, endpoint.protocol()),
           m_accepted(std::move(accepted))
     {
         if (endpoint.address().is_v6())
@@ -220,18 +218,16 @@ public:
 
     void accept()
     {
-        m_acceptor.async_accept(asio::make_strand(m_context),
-                                [this](beast::error_code error, tcp::socket socket) {
-                                    if (error == asio::error::operation_aborted)
-                                        return;
-                                    if (!error)
-                                        m_accepted(std::move(socket));
-                                    accept();
-                                });
+        m_acceptor.async_accept([this](beast::error_code error, tcp::socket socket) {
+            if (error == asio::error::operation_aborted)
+                return;
+            if (!error)
+                m_accepted(std::move(socket));
+            accept();
+        });
     }
 
 private:
-    asio::io_context& m_context;
     tcp::acceptor m_acceptor;
     const Accepted m_accepted;
 };
@@ -272,7 +268,7 @@ struct WebServer::State
     State(Channels& images, Handlers calls) : channels(images), handlers(std::move(calls)), token(makeToken())
     {}
 
-    /// Runs on a network thread.
+    /// Runs on the network thread.
     struct SpreadNews
     {
         using allocator_type = NewsMemory<void>;
@@ -295,7 +291,7 @@ struct WebServer::State
 
     alignas(std::max_align_t) NewsMemory<void>::Place newsPlace{}; ///< outlives the context's handlers
     std::atomic<bool> newsQueued{false};
-    asio::io_context context;
+    asio::io_context context{1}; ///< runs on one thread: a second would be woken for each piece of an image
     Channels& channels;
     const Handlers handlers;
     const std::string token;
@@ -305,7 +301,7 @@ struct WebServer::State
     mutable std::mutex mutex;
     std::map<ClientId, std::shared_ptr<Client>> clients; ///< that were let in
     std::atomic<ClientId> lastId{0};
-    std::vector<std::thread> threads;
+    std::thread thread;
 };
 
 bool WebServer::State::tryPort(unsigned short port)
@@ -423,19 +419,16 @@ void WebServer::State::spreadNews()
 {
     newsQueued = false;
     const auto fresh = channels.takeNews();
-    const auto list = all();
-    for (const auto& client : list)
+    for (const auto& client : all())
         for (const auto channel : fresh)
-            client->offer(channel, client == list.back());
+            client->offer(channel);
 }
 
 WebServer::WebServer(unsigned short port, Channels& channels, Handlers handlers)
     : m_state(std::make_unique<State>(channels, std::move(handlers)))
 {
-    constexpr int NETWORK_THREADS = 2;
     m_state->listen(port);
-    for (int i = 0; i < NETWORK_THREADS; ++i)
-        m_state->threads.emplace_back([this] { m_state->context.run(); });
+    m_state->thread = std::thread([this] { m_state->context.run(); });
     channels.setListener([this] { m_state->queueNews(); });
 }
 
@@ -443,8 +436,7 @@ WebServer::~WebServer()
 {
     m_state->channels.setListener({});
     m_state->context.stop();
-    for (auto& thread : m_state->threads)
-        thread.join();
+    m_state->thread.join();
     m_state->clients.clear();
 }
 

@@ -33,7 +33,7 @@ public:
     /// Listens on 127.0.0.1 and, if the machine has it, ::1. Uses any free port if \p port is in use or 0.
     /// Throws std::runtime_error if it cannot listen.
     WebServer(unsigned short port, Channels& channels, Handlers handlers);
-    /// Closes all connections and joins the threads. No handler runs afterwards.
+    /// Closes all connections and joins the thread. No handler runs afterwards.
     ~WebServer();
     WebServer(const WebServer&) = delete;
     WebServer& operator=(const WebServer&) = delete;

@@ -274,7 +274,11 @@ class Keeping(Story):
 
 class Rehearsals(Story):
     def test_hardware_comes_and_goes_and_the_page_says_so(self):
-        self.acquire()
+        self.load()
+        # A busy machine may need longer than the ten seconds after which a channel without images stops.
+        self.browser.request("set-parameter", board=BOARD, dma=0, name="FG_TIMEOUT", value="600")
+        self.start()
+        self.browser.wait_for_images("0/0")
         self.open_panel("Rehearsal")
 
         def rehearse(part, step):
@@ -294,8 +298,7 @@ class Rehearsals(Story):
         rehearse("board 0", "Plug in")
         wait_for(lambda: not self.state("rehearsal")["plans"], "plugged in")
         self.open_panel("Machine")
-        if self.state("boards")[0]["applet"]:
-            self.browser.press("Unload")
+        self.browser.press("Unload")
         self.acquire()
 
     def test_faults_and_scenarios_are_planned_and_taken_back(self):
@@ -413,6 +416,15 @@ class Pages(Story):
         self.browser.driver.close()
         self.browser.driver.switch_to.window(first)
         wait_for(lambda: self.browser.run("return document.body.dataset.connection === 'open'"), "let in again")
+
+    def test_quit_asks_while_images_come(self):
+        self.acquire()
+        self.browser.click("#quit")
+        self.browser.press("Cancel", "dialog[open]")
+        self.browser.wait_for_images("0/0")
+        self.browser.click("#quit")
+        self.browser.press("Quit", "dialog[open]")
+        self.assertEqual(self.viewer.process.wait(LIMIT), 0, self.viewer.lines)
 
     def test_everything_is_done_with_the_keyboard_alone(self):
         driver = self.browser.driver

@@ -20,6 +20,8 @@
 #include "ovra-lib-environment/HlEnvironmentBoardNode.h"
 #include "ovra-lib-environment/HlEnvironmentFileNode.h"
 
+#include <algorithm>
+
 namespace ovra::console {
 
 using namespace frontend;
@@ -67,18 +69,28 @@ void printList(Printer& printer, const std::string& indent, const std::string& n
     printer.line(line);
 }
 
-void showParameters(Printer& printer, const std::string& indent, const ParameterOwner& owner)
+void showParameters(Printer& printer, const std::string& indent, const std::string& owner,
+                    const std::vector<parameters::Parameter>& list)
 {
     if (printer.target() == Printer::Target::Objects) {
-        for (const auto& parameter : owner.all())
-            printer.result("parameter", fieldsOf(owner.title, parameter), "");
+        for (const auto& parameter : list)
+            printer.result("parameter", fieldsOf(owner, parameter), "");
         return;
     }
     std::vector<std::string> items;
-    for (const auto& parameter : owner.all())
+    for (const auto& parameter : list)
         items.push_back(shortText(parameter));
     if (!items.empty())
         printList(printer, indent, "parameters", items);
+}
+
+/// The timeout that takes effect: the channel's parameter, or for a channel without it that of the load.
+std::int64_t timeoutSeconds(const std::vector<parameters::Parameter>& list,
+                            const core::models::HlEnvironmentDmaNode& dma)
+{
+    const auto found = std::ranges::find(list, "FG_TIMEOUT", &parameters::Parameter::name);
+    const auto* seconds = found == list.end() ? nullptr : std::get_if<std::int64_t>(&found->value);
+    return seconds ? *seconds : std::int64_t{dma.getAcqTimeout()};
 }
 
 void showDma(Printer& printer, const core::models::HlEnvironmentBoardNode& board,
@@ -86,18 +98,21 @@ void showDma(Printer& printer, const core::models::HlEnvironmentBoardNode& board
 {
     const auto scene = dma.getDisplayScene();
     const auto group = dma.getFrameBufferGroup();
+    const auto owner = parameterOwner(board, dma);
+    const auto list = owner.all();
+    const auto timeout = timeoutSeconds(list, dma);
     printer.result("dma",
                    {{"board", std::int64_t{board.getIndex()}},
                     {"dma", std::int64_t{dma.getIndex()}},
                     {"width", std::int64_t{scene ? scene->width() : 0}},
                     {"height", std::int64_t{scene ? scene->height() : 0}},
                     {"buffers", std::int64_t{group ? group->bufferCount() : 0}},
-                    {"timeoutSeconds", static_cast<std::int64_t>(dma.getAcqTimeout())}},
+                    {"timeoutSeconds", timeout}},
                    "    DMA " + std::to_string(dma.getIndex()) + ": " +
                        (scene ? sizeText(scene->width(), scene->height()) : "no display") +
                        (group ? ", buffers: " + std::to_string(group->bufferCount()) : "") +
-                       ", timeout: " + std::to_string(dma.getAcqTimeout()) + " s");
-    showParameters(printer, "      ", parameterOwner(board, dma));
+                       ", timeout: " + std::to_string(timeout) + " s");
+    showParameters(printer, "      ", owner.title, list);
 }
 
 void showPort(Printer& printer, const core::models::HlEnvironmentLogicalPortNode& port)
@@ -125,8 +140,10 @@ void showBoardStructure(Printer& printer, const core::models::HlEnvironmentBoard
         for (const auto& port : listOf(process->getLogicalPorts()))
             showPort(printer, *port);
     }
-    if (listOf(board.getDmas()).empty())
-        showParameters(printer, "  ", parameterOwners(board).front());
+    if (listOf(board.getDmas()).empty()) {
+        const auto owner = parameterOwners(board).front();
+        showParameters(printer, "  ", owner.title, owner.all());
+    }
 }
 
 void showStructure(Console& console, const Arguments& arguments)

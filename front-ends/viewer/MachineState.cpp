@@ -75,8 +75,7 @@ json describeChannel(const core::models::HlEnvironmentBoardNode& board,
             {"height", scene ? scene->height() : 0},
             {"grabbing", scene && scene->isGrabbing()},
             {"buffers", group ? group->bufferCount() : 0},
-            {"requestedBuffers", group ? group->requestedBufferCount() : 0},
-            {"timeout", dma.getAcqTimeout()}};
+            {"requestedBuffers", group ? group->requestedBufferCount() : 0}};
 }
 
 json describeProcess(const core::models::HlEnvironmentBoardNode& board,

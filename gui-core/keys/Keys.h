@@ -37,7 +37,8 @@ struct IntegerKey
 /// buffers, but at least one. Each Gui::getTotalDmaMemory reads it.
 inline constexpr IntegerKey DMA_MEMORY_LIMIT_MIB{"gui.preferences.max_dma_buffersize", 1024};
 
-/// Longest wait for an image, in seconds, 1 or more. Loading reads it for each DMA channel.
+/// Longest wait for an image, in seconds, 1 or more. Loading reads it for each DMA channel. For any other
+/// number the reference host keeps the applet's timeout, with a warning in the log.
 inline constexpr IntegerKey DEFAULT_TIMEOUT_SECONDS{"gui.preferences.acq.default.timeout", 10};
 
 /// Number of image buffers of a channel, 1 or more. Loading reads it for each DMA channel.

@@ -60,7 +60,7 @@ public:
 
     /// Sets the longest wait for an image, which is also the channel's parameter FG_TIMEOUT. It applies from
     /// the next wait on. A start reads FG_TIMEOUT again. A channel that waits for a trigger does not time
-    /// out.
+    /// out. If \p seconds is 0 or does not fit the runtime, the timeout stays and the log says so.
     void setTimeout(unsigned int seconds);
 
     /// Writes the channel's size in pixels. During an acquisition the buffers are reallocated at once, else

@@ -126,7 +126,8 @@ public:
     boost::shared_ptr<GenericModelNodeChildrenIterator<HlEnvironmentProcessNode>> getProcesses() const;
     void addProcess(const boost::weak_ptr<HlEnvironmentProcessNode>& process);
 
-    /// Longest wait for an image, in seconds.
+    /// Longest wait for an image, in seconds, as configured when the applet was loaded. The channel's
+    /// parameter FG_TIMEOUT is what takes effect: a configuration file or a user may have changed it.
     unsigned int getAcqTimeout() const;
     void setAcqTimeout(unsigned int seconds);
     /// Number of image buffers: requested, and existing.

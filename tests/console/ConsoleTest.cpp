@@ -197,7 +197,7 @@ TEST(ConsoleSession, ShowsTheStructureWithCamerasAndParametersAsATree)
 {
     const auto outcome = Workspace().console("load 0 PreprocessingOnly.hap\nstructure 0\n"
                                              "load 0 SingleAreaGray.hap\nset 0 OFFSET -7\n"
-                                             "generator 0 0 on\nstructure 0\n");
+                                             "set 0 FG_TIMEOUT 3\ngenerator 0 0 on\nstructure 0\n");
     EXPECT_THAT(linesFrom(outcome, "board 0 - ovra-quad-cl: PreprocessingOnly.hap", 5),
                 ElementsAre("board 0 - ovra-quad-cl: PreprocessingOnly.hap", "  process 0",
                             "    port 0 (CL-MEDIUM): connector 0",
@@ -208,8 +208,8 @@ TEST(ConsoleSession, ShowsTheStructureWithCamerasAndParametersAsATree)
         linesFrom(outcome, "board 0 - ovra-quad-cl: SingleAreaGray.hap", 9),
         ElementsAre(
             "board 0 - ovra-quad-cl: SingleAreaGray.hap", "  process 0",
-            "    DMA 0: 1024 x 768, buffers: 16, timeout: 10 s",
-            "      parameters: FG_WIDTH 1024 pixel, FG_HEIGHT 768 lines, FG_PIXELFORMAT 8, FG_TIMEOUT 10 s,",
+            "    DMA 0: 1024 x 768, buffers: 16, timeout: 3 s",
+            "      parameters: FG_WIDTH 1024 pixel, FG_HEIGHT 768 lines, FG_PIXELFORMAT 8, FG_TIMEOUT 3 s,",
             "          FG_GEN_ENABLE 1, FG_GEN_FRAMERATE 50 Hz, FG_GEN_PATTERN 0, GAIN 1, OFFSET -7 digits,",
             "          GAMMA 1, FLIP_X 0, FLIP_Y 0, TRIGGER_MODE 0, TRIGGER_RATE 10 Hz,",
             "          DESCRIPTION \"area scan, grey\", TEMPERATURE 41.5 C",
@@ -233,7 +233,8 @@ TEST(ConsoleSession, AChannelGetsOtherBuffersAndItsGeneratorsImagesAndTellsWhatI
 {
     const Workspace workspace;
     const auto entries =
-        workspace.write("entries", "no entry at all\ngui.preferences.max_dma_buffersize=16\n");
+        workspace.write("entries", "no entry at all\ngui.preferences.max_dma_buffersize=16\n"
+                                   "gui.preferences.acq.default.timeout=-1\n");
     // Faster than any memory: most images are lost.
     const auto outcome = workspace.console(
         "load 0 SingleAreaGray.hap\nstart 0 dma 0\ngenerator 0 0 on\nset 0 FG_GEN_FRAMERATE 100000\n"
@@ -245,7 +246,10 @@ TEST(ConsoleSession, AChannelGetsOtherBuffersAndItsGeneratorsImagesAndTellsWhatI
                                "Acquiring: board 0 DMA 0.", "board 0 DMA 0: 4 buffers.",
                                "board 0 DMA 0: 21 of 1000 buffers, all that the DMA memory is enough for."}))
         << outcome.text();
-    EXPECT_THAT(outcome.linesWith("warning: "), Contains(HasSubstr("entries:1: "))) << outcome.text();
+    EXPECT_THAT(outcome.linesWith("warning: "),
+                ElementsAre(HasSubstr("entries:1: "), HasSubstr("board 0 DMA 0: a timeout of -1 s was refused; "
+                                                                "it stays 10 s: ")))
+        << outcome.text();
     const auto statistics = outcome.linesWith("board 0 DMA 0: ").back();
     EXPECT_THAT(statistics, AllOf(HasSubstr(" per second, "), EndsWith(" lost"), Not(EndsWith(" 0 lost"))));
     EXPECT_EQ(outcome.exitCode, 0) << outcome.text();

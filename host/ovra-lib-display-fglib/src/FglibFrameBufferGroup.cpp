@@ -107,7 +107,7 @@ struct FglibFrameBufferGroup::State
     void dropRing();
     void takeUpGeometry();
     void takeUpTimeout();
-    void storeTimeout();
+    void changeTimeout(std::int32_t seconds);
     void goOnWithNewGeometry();
     void changeBufferCount(unsigned int buffers);
     void release();
@@ -355,11 +355,22 @@ void FglibFrameBufferGroup::State::takeUpGeometry()
     makeRing(size, requested);
 }
 
-// Writes the timeout to the channel's parameter, so that it is shown and stored. A channel may have none.
-void FglibFrameBufferGroup::State::storeTimeout()
+// Also writes the channel's parameter, so that the timeout is shown and stored. A channel may have none.
+void FglibFrameBufferGroup::State::changeTimeout(std::int32_t seconds)
 {
-    const auto seconds = static_cast<std::int32_t>(timeoutSeconds.load());
-    runtime->Fg_setParameterWithType(handle, FG_TIMEOUT_PARAMETER, &seconds, dma, FG_TYPE_INT32);
+    int code = FG_VALUE_OUT_OF_RANGE;
+    if (seconds > 0)
+        code = runtime->Fg_setParameterWithType(handle, FG_TIMEOUT_PARAMETER, &seconds, dma, FG_TYPE_INT32);
+    if (code == FG_OK || code == FG_INVALID_PARAMETER) {
+        timeoutSeconds = static_cast<unsigned int>(seconds);
+        return;
+    }
+    takeUpTimeout();
+    log(LogLevel::Warning,
+        reference::failureText(*runtime,
+                               text("a timeout of " + std::to_string(seconds) + " s was refused; it stays " +
+                                    std::to_string(timeoutSeconds.load()) + " s"),
+                               code));
 }
 
 // Reads the channel's parameter, if it has one: a configuration file may have changed it.
@@ -653,10 +664,9 @@ std::int64_t FglibFrameBufferGroup::lostImages() const
 void FglibFrameBufferGroup::setTimeout(unsigned int seconds)
 {
     probe("FglibFrameBufferGroup::setTimeout", "dma=", m_state->dma, " seconds=", seconds);
-    m_state->timeoutSeconds = seconds;
     const std::lock_guard control(m_state->control);
     if (!m_state->released)
-        m_state->storeTimeout();
+        m_state->changeTimeout(static_cast<std::int32_t>(seconds)); // a negative number arrives as a huge one
 }
 
 void FglibFrameBufferGroup::setWidth(int width)

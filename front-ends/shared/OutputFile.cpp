@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <fstream>
 #include <ios>
+#include <string>
 #include <system_error>
 
 namespace ovra::frontend {
@@ -29,17 +30,38 @@ std::error_code writeBytes(const std::filesystem::path& file, std::string_view b
     return stream ? std::error_code() : lastError();
 }
 
+/// A name beside \p file that nothing has yet: a file of the user's stays.
+std::filesystem::path freeNameBeside(const std::filesystem::path& file)
+{
+    std::error_code ignored;
+    std::filesystem::path name;
+    int number = 0;
+    do {
+        name = file;
+        name += ".new" + (number == 0 ? "" : std::to_string(number));
+        ++number;
+    } while (std::filesystem::exists(std::filesystem::symlink_status(name, ignored)));
+    return name;
+}
+
 std::error_code replace(const std::filesystem::path& file, std::string_view bytes)
 {
-    std::filesystem::path fresh = file;
-    fresh += ".new";
+    const auto fresh = freeNameBeside(file);
     std::error_code error = writeBytes(fresh, bytes);
     if (!error)
         std::filesystem::rename(fresh, file, error);
     std::error_code ignored;
-    if (error && std::filesystem::is_regular_file(fresh, ignored))
+    if (error)
         std::filesystem::remove(fresh, ignored);
     return error;
+}
+
+/// Keeps a link as a link.
+std::error_code replaceTarget(const std::filesystem::path& file, std::string_view bytes)
+{
+    std::error_code error;
+    const auto target = std::filesystem::canonical(file, error);
+    return error ? error : replace(target, bytes);
 }
 
 } // namespace
@@ -48,8 +70,8 @@ void writeFile(const std::filesystem::path& file, std::string_view bytes)
 {
     std::error_code error;
     const auto there = std::filesystem::status(file, error).type();
-    if (there == std::filesystem::file_type::regular) // keep a link as a link
-        error = replace(std::filesystem::canonical(file, error), bytes);
+    if (there == std::filesystem::file_type::regular)
+        error = replaceTarget(file, bytes);
     else if (there == std::filesystem::file_type::not_found)
         error = replace(file, bytes);
     else if (!error)

@@ -28,15 +28,16 @@ TEST(OutputFiles, AreReplacedAsAWholeOrStayAsTheyWere)
 {
     const TemporaryFolder folder;
     const auto file = folder.write("picture.png", "old");
-    std::filesystem::create_directory(folder.path("picture.png.new"));
-    EXPECT_THAT([&] { frontend::writeFile(file, "new"); },
-                testing::ThrowsMessage<frontend::RequestError>(HasSubstr("picture.png: ")));
-    EXPECT_EQ(contentOf(file), "old");
-
-    std::filesystem::remove(folder.path("picture.png.new"));
+    const auto users = folder.write("picture.png.new", "the user's");
     frontend::writeFile(file, "new");
     EXPECT_EQ(contentOf(file), "new");
-    EXPECT_FALSE(std::filesystem::exists(folder.path("picture.png.new")));
+    EXPECT_EQ(contentOf(users), "the user's");
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 2); // no temporary one
+
+    const auto longest = folder.write(std::string(255, 'p'), "old"); // the temporary one's would be too long
+    EXPECT_THAT([&] { frontend::writeFile(longest, "new"); },
+                testing::ThrowsMessage<frontend::RequestError>(HasSubstr("ppp: ")));
+    EXPECT_EQ(contentOf(longest), "old");
     EXPECT_THAT([&] { frontend::writeFile(folder.path("none/picture.png"), "new"); },
                 testing::ThrowsMessage<frontend::RequestError>(HasSubstr("No such file or directory")));
     EXPECT_THROW(frontend::writeFile(folder.path(""), "new"), frontend::RequestError);

@@ -36,6 +36,7 @@ protected:
 TEST_F(ConfigurationTest, OutliveTheApplicationInAFileAmongWhatPeopleWrote)
 {
     folder.write("configuration.cfg", "# limits\n\n a = 5 \nbroken\nb=1\n");
+    folder.write("configuration.cfg.new", "the user's");
     {
         const Application application(options());
         HarloApplication::setConfigEntry("c.d", 12);
@@ -46,7 +47,8 @@ TEST_F(ConfigurationTest, OutliveTheApplicationInAFileAmongWhatPeopleWrote)
     std::erase(text, '\r'); // line ends are the platform's
     EXPECT_EQ(text, "# limits\n\n a = 5 \nbroken\nb=-3\nc.d=13\n");
     const std::filesystem::directory_iterator files(folder.path());
-    EXPECT_EQ(std::distance(files, {}), 1); // no temporary one
+    EXPECT_EQ(std::distance(files, {}), 2); // no temporary one
+    EXPECT_EQ(folder.read("configuration.cfg.new"), "the user's");
     const Application application(options());
     EXPECT_EQ(HarloApplication::getConfigIntEntry("a", ABSENT), 5);
     EXPECT_EQ(HarloApplication::getConfigIntEntry("b", ABSENT), -3);

@@ -43,6 +43,20 @@ std::error_code writeLines(const std::filesystem::path& file, const std::vector<
     return {errno != 0 ? errno : EIO, std::generic_category()};
 }
 
+/// A name beside \p file that nothing has yet: a file of the user's stays.
+std::filesystem::path freeNameBeside(const std::filesystem::path& file)
+{
+    std::error_code ignored;
+    std::filesystem::path name;
+    int number = 0;
+    do {
+        name = file;
+        name += ".new" + (number == 0 ? "" : std::to_string(number));
+        ++number;
+    } while (std::filesystem::exists(std::filesystem::symlink_status(name, ignored)));
+    return name;
+}
+
 void warn(const std::vector<std::string>& messages)
 {
     for (const auto& message : messages)
@@ -132,8 +146,7 @@ void Configuration::write(Messages& messages) const
     if (m_file.empty())
         return;
     // Replaced by a rename: a reader, or a crash half-way, finds the old file or the new one, never a part.
-    std::filesystem::path fresh = m_file;
-    fresh += ".new";
+    const auto fresh = freeNameBeside(m_file);
     std::error_code error = writeLines(fresh, m_lines);
     if (!error)
         std::filesystem::rename(fresh, m_file, error);

@@ -169,8 +169,8 @@ std::vector<ConsoleCommand> acquisitionCommands()
          "answers the next questions with button 0, 1 or 2; forget: a remembered answer is no longer used", 1,
          2, setAnswer},
         {"start", "BOARD dma|port INDEX [COUNT]", "starts acquisition, of COUNT images or without end", 3, 4,
-         start},
-        {"stop", "BOARD dma|port INDEX", "stops acquisition", 3, 3, stop},
+         start, 3},
+        {"stop", "BOARD dma|port INDEX", "stops acquisition", 3, 3, stop, 3},
         {"wait", "SECONDS | COUNT images [BOARD DMA]",
          "waits; for images: until so many have arrived since the start, on each channel that acquires or on "
          "one",

@@ -168,10 +168,10 @@ std::vector<ConsoleCommand> appletCommands()
 {
     return {
         {"load", "BOARD APPLET [MCF]", "loads an applet onto a board, and then a configuration file", 2, 3,
-         load},
+         load, 2},
         {"structure", "[BOARD]", "shows processes, DMA channels, ports, cameras and parameters", 0, 1,
          showStructure},
-        {"unload", "BOARD", "takes the applet off a board", 1, 1, unload},
+        {"unload", "BOARD", "takes the applet off a board", 1, 1, unload, 1},
     };
 }
 

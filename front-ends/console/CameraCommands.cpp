@@ -75,8 +75,9 @@ std::vector<ConsoleCommand> cameraCommands()
 {
     return {
         {"camera", "BOARD PORT [NAME VALUE]", "shows the parameters of the camera at a port, or changes one",
-         2, 4, camera},
-        {"trigger", "BOARD PORT [COUNT]", "sends software triggers to the camera at a port", 2, 3, trigger},
+         2, 4, camera, 3},
+        {"trigger", "BOARD PORT [COUNT]", "sends software triggers to the camera at a port", 2, 3, trigger,
+         2},
     };
 }
 

@@ -70,9 +70,10 @@ std::vector<ConsoleCommand> channelCommands()
 {
     return {
         {"buffers", "BOARD DMA [COUNT]", "shows or changes the number of image buffers of a DMA channel", 2,
-         3, buffers},
+         3, buffers, 3},
         {"generator", "BOARD DMA on|off",
-         "lets a DMA channel's images come from its pattern generator, or from the camera", 3, 3, generator},
+         "lets a DMA channel's images come from its pattern generator, or from the camera", 3, 3, generator,
+         3},
     };
 }
 

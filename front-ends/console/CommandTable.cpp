@@ -2,6 +2,7 @@
 #include "CommandTable.h"
 
 #include "Arguments.h"
+#include "Console.h"
 
 #include "front-ends/shared/RequestError.h"
 
@@ -53,6 +54,8 @@ void runCommand(Console& console, const std::vector<std::string>& words)
     const Arguments arguments({words.begin() + 1, words.end()});
     if (arguments.count() < command.minArguments || arguments.count() > command.maxArguments)
         throw RequestError("usage: " + usageOf(command));
+    if (arguments.count() >= command.changesFrom)
+        console.requireIdle();
     command.run(console, arguments);
 }
 

@@ -12,6 +12,9 @@ namespace ovra::console {
 class Arguments;
 struct Console;
 
+/// Any number of arguments; more than a command can have.
+inline constexpr std::size_t ANY_NUMBER = static_cast<std::size_t>(-1);
+
 struct ConsoleCommand
 {
     const char* name;
@@ -20,13 +23,12 @@ struct ConsoleCommand
     std::size_t minArguments; ///< number of arguments
     std::size_t maxArguments;
     void (*run)(Console&, const Arguments&); ///< throws RequestError, or an exception of the host
+    /// With so many arguments or more it changes boards, and is refused while an earlier command is running.
+    std::size_t changesFrom = ANY_NUMBER;
 };
 
 /// Name and arguments, as shown in the help.
 std::string usageOf(const ConsoleCommand& command);
-
-/// Any number of arguments.
-inline constexpr std::size_t ANY_NUMBER = static_cast<std::size_t>(-1);
 
 // Each topic has its own source.
 std::vector<ConsoleCommand> resourceCommands();

@@ -102,10 +102,10 @@ std::vector<ConsoleCommand> configurationCommands()
         {"parameters", "BOARD [DMA]", "lists parameters with their values, units and ranges", 1, 2,
          showParameters},
         {"get", "BOARD [DMA] NAME", "shows a parameter of one DMA channel, or of each", 2, 3, get},
-        {"set", "BOARD [DMA] NAME VALUE", "changes a parameter of one DMA channel, or of each", 3, 4, set},
-        {"store-mcf", "BOARD FILE.mcf", "stores the applet's name and its parameters", 2, 2, storeMcf},
+        {"set", "BOARD [DMA] NAME VALUE", "changes a parameter of one DMA channel, or of each", 3, 4, set, 3},
+        {"store-mcf", "BOARD FILE.mcf", "stores the applet's name and its parameters", 2, 2, storeMcf, 2},
         {"load-mcf", "BOARD FILE.mcf", "loads the applet that the file names, and the parameters", 2, 2,
-         loadMcf},
+         loadMcf, 2},
     };
 }
 

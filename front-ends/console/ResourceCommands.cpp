@@ -151,7 +151,7 @@ std::vector<ConsoleCommand> resourceCommands()
     return {
         {"boards", "", "lists the boards", 0, 0, showBoards},
         {"applets", "[TEXT]", "lists the applet files, or those with TEXT in their paths", 0, 1, showApplets},
-        {"rescan", "", "looks for boards and applet files again", 0, 0, rescan},
+        {"rescan", "", "looks for boards and applet files again", 0, 0, rescan, 0},
         {"resources", "", "lists the global resources with their types", 0, 0, showResources},
         {"memory", "", "shows how much DMA memory is in use", 0, 0, showMemory},
     };

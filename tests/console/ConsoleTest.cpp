@@ -232,9 +232,8 @@ TEST(ConsoleSession, AParameterIsSetOnEveryChannelOrOnTheOneThatIsNamed)
 TEST(ConsoleSession, AChannelGetsOtherBuffersAndItsGeneratorsImagesAndTellsWhatItLost)
 {
     const Workspace workspace;
-    const auto entries =
-        workspace.write("entries", "no entry at all\ngui.preferences.max_dma_buffersize=16\n"
-                                   "gui.preferences.acq.default.timeout=-1\n");
+    const auto entries = workspace.write("entries", "no entry at all\ngui.preferences.max_dma_buffersize=16\n"
+                                                    "gui.preferences.acq.default.timeout=-1\n");
     // Faster than any memory: most images are lost.
     const auto outcome = workspace.console(
         "load 0 SingleAreaGray.hap\nstart 0 dma 0\ngenerator 0 0 on\nset 0 FG_GEN_FRAMERATE 100000\n"
@@ -246,9 +245,10 @@ TEST(ConsoleSession, AChannelGetsOtherBuffersAndItsGeneratorsImagesAndTellsWhatI
                                "Acquiring: board 0 DMA 0.", "board 0 DMA 0: 4 buffers.",
                                "board 0 DMA 0: 21 of 1000 buffers, all that the DMA memory is enough for."}))
         << outcome.text();
-    EXPECT_THAT(outcome.linesWith("warning: "),
-                ElementsAre(HasSubstr("entries:1: "), HasSubstr("board 0 DMA 0: a timeout of -1 s was refused; "
-                                                                "it stays 10 s: ")))
+    EXPECT_THAT(
+        outcome.linesWith("warning: "),
+        ElementsAre(HasSubstr("entries:1: "), HasSubstr("board 0 DMA 0: a timeout of -1 s was refused; "
+                                                        "it stays 10 s: ")))
         << outcome.text();
     const auto statistics = outcome.linesWith("board 0 DMA 0: ").back();
     EXPECT_THAT(statistics, AllOf(HasSubstr(" per second, "), EndsWith(" lost"), Not(EndsWith(" 0 lost"))));

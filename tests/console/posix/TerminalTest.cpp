@@ -8,6 +8,9 @@
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <thread>
 
 #include <poll.h>
 #include <pty.h>
@@ -76,6 +79,20 @@ public:
         return shown;
     }
 
+    /// How often the program's threads have slept and woken up.
+    long wakeUps() const
+    {
+        long sum = 0;
+        const auto threads = std::filesystem::path("/proc") / std::to_string(m_process) / "task";
+        for (const auto& thread : std::filesystem::directory_iterator(threads)) {
+            std::ifstream status(thread.path() / "status");
+            for (std::string line; std::getline(status, line);)
+                if (line.starts_with("voluntary_ctxt_switches:"))
+                    sum += std::stol(line.substr(line.find(':') + 1));
+        }
+        return sum;
+    }
+
     void hangUp() const { kill(m_process, SIGHUP); }
 
     int exitCode()
@@ -100,7 +117,7 @@ struct AtTheTerminal : testing::Test
             .write(
                 "machine.json",
                 R"({"name": "M", "boards": [{"model": "ovra-quad-cl", "boardType": 2625, "serial": "1", "ports": 1}],
-                       "delays": [{"entry": "Fg_Init", "microseconds": 1500000}]})")
+                       "delays": [{"entry": "Fg_Init", "microseconds": 4000000}]})")
             .string();
 };
 
@@ -139,9 +156,15 @@ TEST_F(AtTheTerminal, CtrlCGivesThePromptBackAndMessagesOfWhatGoesOnStandAboveWh
     terminal.type("\x03");
     terminal.seeUntil("interrupted; what the command began goes on");
     for (const char* refused :
-         {"unload 0", "rescan"}) { // a board that holds no applet yet is refused as such
+         {"load 0 SingleAreaGray.hap", "unload 0", "load-mcf 0 a.mcf", "store-mcf 0 a.mcf", "start 0 dma 0",
+          "stop 0 dma 0", "buffers 0 0 4", "set 0 GAIN 2", "generator 0 0 on", "camera 0 0 Width 8",
+          "trigger 0 0", "rescan"}) {
         terminal.type(std::string(refused) + "\n");
-        terminal.seeUntil(refused[0] == 'u' ? "holds no applet" : "an earlier command is still under way");
+        terminal.seeUntil("an earlier command is still under way; try again when it has ended");
+    }
+    for (const auto& [allowed, answer] : {std::pair("sync-mode 0", "Sync mode 0"), {"boards", "no applet"}}) {
+        terminal.type(std::string(allowed) + "\n");
+        terminal.seeUntil(answer);
     }
     terminal.seeUntil("ovra> ");
     terminal.type("echo wh");
@@ -162,6 +185,15 @@ TEST_F(AtTheTerminal, CtrlCGivesThePromptBackAndMessagesOfWhatGoesOnStandAboveWh
     terminal.type("\x03");
     terminal.seeUntil("Application closed.");
     EXPECT_EQ(terminal.exitCode(), 130);
+}
+
+TEST_F(AtTheTerminal, ThePromptWakesUpForSomethingToDoOnly)
+{
+    Terminal terminal(workspace, machine);
+    terminal.seeUntil("ovra> ");
+    const long before = terminal.wakeUps();
+    std::this_thread::sleep_for(std::chrono::seconds(1)); // the time that is measured
+    EXPECT_LT(terminal.wakeUps() - before, 40);           // once it looked around every 5 ms
 }
 
 TEST_F(AtTheTerminal, AHangUpEndsTheSessionInOrder)

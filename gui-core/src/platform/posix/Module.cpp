@@ -7,6 +7,7 @@
 #include <memory>
 
 #include <dlfcn.h>
+#include <link.h>
 
 namespace ovra::templates::platform {
 
@@ -36,10 +37,13 @@ void* locateSymbol(void* module, const char* name)
 std::size_t moduleFileName(const void* address, char* buffer, std::size_t size)
 {
     Dl_info info{};
-    if (dladdr(address, &info) == 0 || !info.dli_fname)
+    void* extra = nullptr;
+    if (dladdr1(address, &info, &extra, RTLD_DL_LINKMAP) == 0 || !info.dli_fname)
         return 0;
-    // A program itself cannot be opened, and does not need to be.
-    dlopen(info.dli_fname, RTLD_LAZY | RTLD_NOLOAD | RTLD_NODELETE);
+    // The program itself, whose name is empty there, cannot be opened and needs no pin.
+    const bool isProgram = static_cast<const link_map*>(extra)->l_name[0] == '\0';
+    if (!isProgram && !dlopen(info.dli_fname, RTLD_LAZY | RTLD_NOLOAD | RTLD_NODELETE))
+        return 0;
     // The loader keeps the path as given, relative or with "..": only the real path contains the folders
     // above.
     const std::unique_ptr<char, decltype(&std::free)> path(realpath(info.dli_fname, nullptr), &std::free);

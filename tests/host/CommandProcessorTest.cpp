@@ -110,15 +110,23 @@ protected:
 TEST_F(CommandProcessorTest, StartsAThreePhaseCommandOfAPhaseAfterThatPhaseAndReleasesItOnTheGuiThread)
 {
     const auto load = make("load", Command::Asynchronous);
+    std::promise<void> posted;
     load->inPost = [&] {
-        submit(make("rescan", Command::Asynchronous));
+        const auto rescan = make("rescan", Command::Asynchronous);
+        rescan->inAsync = [&] { posted.get_future().wait(); };
+        submit(rescan);
+        application->post([&] {
+            events.add("posted after it");
+            posted.set_value();
+        });
         events.add("load post ends");
     };
     submit(load);
     pump();
-    EXPECT_THAT(events.take(),
-                ElementsAre("load sync", "load async on the worker", "load post", "load post ends",
-                            "rescan sync", "rescan async on the worker", "rescan post", "rescan released"));
+    auto seen = events.take();
+    std::erase(seen, "rescan async on the worker"); // at any moment after its synchronous phase
+    EXPECT_THAT(seen, ElementsAre("load sync", "load async on the worker", "load post", "load post ends",
+                                  "rescan sync", "posted after it", "rescan post", "rescan released"));
 }
 
 TEST_F(CommandProcessorTest, RunsTheSynchronousPhaseOfASecondCommandWhileTheFirstIsOnTheWorker)
@@ -226,6 +234,15 @@ TEST_F(CommandProcessorTest, RefusesAnObjectThatIsStillUnderWayAndTakesItAgainAf
     auto twice = once;
     twice.insert(twice.end(), once.begin(), once.end());
     EXPECT_EQ(events.take(), twice);
+}
+
+TEST_F(CommandProcessorTest, FinishesACommandWhoseSynchronousPhaseEndsAllOthers)
+{
+    const auto last = make("last", Command::Asynchronous);
+    last->inSync = [] { HarloApplication::commandprocessor()->terminateAsyncCommands(); };
+    submit(last);
+    EXPECT_THAT(events.take(), ElementsAre("last sync", "last post"));
+    EXPECT_TRUE(application->idle());
 }
 
 TEST_F(CommandProcessorTest, FinishesWhatBeganAndDropsWhatHasNotRunWhenTheApplicationGoes)

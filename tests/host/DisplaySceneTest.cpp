@@ -60,7 +60,14 @@ public:
         const std::lock_guard lock(m_mutex);
         return m_failure;
     }
-    std::int64_t lostImages() const override { return lost; }
+    std::int64_t lostImages() const override
+    {
+        const std::int64_t counted = lost;
+        if (const auto call = std::exchange(whileCounting, {}))
+            call();
+        return counted;
+    }
+    mutable std::function<void()> whileCounting; // called once
 
     void setBufferCount(int) override {}
     unsigned int requestedBufferCount() const override { return 1; }
@@ -334,6 +341,15 @@ TEST_F(DisplaySceneTest, CountsFromTheLastStartAndFromTheBoardsStart)
     EXPECT_EQ(text(), "2 1 1 0; 5000000002 3 4999999999 4; ");
     const auto figures = AcquisitionObserver::figures(*scene);
     EXPECT_DOUBLE_EQ(figures.bytesPerSecond, 20 * figures.imagesPerSecond);
+}
+
+TEST_F(DisplaySceneTest, CountsNoLossOfTheAcquisitionBefore)
+{
+    begin();
+    group->lost = 4;
+    group->whileCounting = [this] { scene->startGrabbing(-1); };
+    EXPECT_EQ(AcquisitionObserver::figures(*scene).sinceStart.lost, 0);
+    EXPECT_EQ(AcquisitionObserver::figures(*scene).sinceBoardStart.lost, 4);
 }
 
 TEST(ArrivalRate, IsThatOfTheLastSecondAndFallsToNothing)

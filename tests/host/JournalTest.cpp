@@ -82,6 +82,8 @@ TEST_F(JournalTest, ShowsTheStartOfALibraryWhichIsCounted)
     OvraCoreDeinit();
     EXPECT_EQ(ovra::reference::libraryUses("ovra-core"), before + 1);
     OvraCoreDeinit();
+    ovra::reference::libraryEnded("never started"); // the log has it
+    EXPECT_EQ(ovra::reference::libraryUses("never started"), 0);
     EXPECT_THAT(Journal::lines(),
                 ElementsAre("OvraCoreInit", "OvraCoreInit", "OvraCoreDeinit", "OvraCoreDeinit"));
     // Starts by the host itself are not calls of a client.

@@ -86,7 +86,8 @@ public:
     void post(std::function<void()> work);
     /// Any thread. Installs \p callback, for a front end with an event loop of its own. It is called when
     /// work is queued while the application's loop is not waiting, on the thread that queues it; the front
-    /// end then calls processEvents() on the GUI thread. Empty: no callback.
+    /// end then calls processEvents() on the GUI thread. If it throws, the log says so, and the work stays
+    /// queued. Empty: no callback.
     void setWakeUpCallback(std::function<void()> callback);
 
     /// GUI thread. Installs \p handler, which is called on the GUI thread for each failed phase, before the

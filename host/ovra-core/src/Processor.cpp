@@ -6,6 +6,7 @@
 #include "ovra_log/reference/Log.h"
 
 #include <algorithm>
+#include <iterator>
 #include <stdexcept>
 #include <typeinfo>
 #include <utility>
@@ -52,9 +53,14 @@ void Processor::executeCommand(boost::shared_ptr<Command> command)
     if (!open(record))
         throw std::logic_error("CommandProcessor::executeCommand: this object of " +
                                readableName(typeid(record)) + " is still under way");
-    if (onGuiThread() && (m_depth == 0 || command->type() != Command::Asynchronous))
-        return submit(command);
-    m_queue.post([this, command = std::move(command)] { submit(command); });
+    try {
+        if (onGuiThread() && (m_depth == 0 || command->type() != Command::Asynchronous))
+            return submit(command);
+        m_queue.post([this, command = std::move(command)] { submit(command); });
+    } catch (...) { // it is not submitted
+        close(record);
+        throw;
+    }
 }
 
 void Processor::terminateAsyncCommands()
@@ -146,12 +152,15 @@ void Processor::runSynchronous(Command& command)
 
 void Processor::begin(const boost::shared_ptr<Command>& command)
 {
+    // Its places are made first: a command that has begun is also finished.
+    RunningCommands begun{Running{command, {}}};
+    std::list<Running*> forWorker{&begun.front()};
     const bool succeeded = runPhase(*command, &Command::executeSync, "executeSync");
-    const auto running = m_running.insert(m_running.end(), Running{command, {}});
+    m_running.splice(m_running.end(), begun);
     if (!succeeded || m_terminating)
-        return finish(running);
+        return finish(std::prev(m_running.end()));
     const std::lock_guard lock(m_workerMutex);
-    m_forWorker.push_back(&*running);
+    m_forWorker.splice(m_forWorker.end(), forWorker);
     m_workerChanged.notify_all();
 }
 
@@ -194,8 +203,10 @@ void Processor::leavePhase()
 {
     if (--m_depth > 0)
         return;
-    for (auto& command : std::exchange(m_waiting, {}))
-        m_queue.post([this, command = std::move(command)] { submit(command); });
+    while (!m_waiting.empty()) {
+        m_queue.post([this, command = m_waiting.front()] { submit(command); });
+        m_waiting.pop_front();
+    }
 }
 
 void Processor::report(const Command& command, const char* phase, const std::exception_ptr& exception)

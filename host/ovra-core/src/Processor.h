@@ -93,7 +93,7 @@ private:
 
     std::mutex m_workerMutex;
     std::condition_variable m_workerChanged;
-    std::deque<Running*> m_forWorker;
+    std::list<Running*> m_forWorker;
     bool m_workerBusy = false;
     bool m_workerEnds = false;
     std::thread m_worker;

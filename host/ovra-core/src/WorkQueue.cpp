@@ -11,6 +11,17 @@ namespace ovra::reference {
 namespace {
 // Interval at which pumpUntil checks a condition that no queued work changes.
 constexpr std::chrono::milliseconds LOOK_INTERVAL{5};
+// What is in the queue stays there, whatever the front end throws.
+void call(const std::function<void()>& wakeUp) noexcept
+{
+    try {
+        if (wakeUp)
+            wakeUp();
+    } catch (...) {
+        log(LogLevel::Error, "The front end's wake-up failed");
+    }
+}
+
 } // namespace
 
 class WorkQueue::RestAnnounced
@@ -19,12 +30,7 @@ public:
     explicit RestAnnounced(WorkQueue& queue) : m_queue(queue) {}
     ~RestAnnounced()
     {
-        try {
-            m_queue.announceRest();
-        } catch (...) {
-            // Must not throw: an exception from the work may be propagating.
-            log(LogLevel::Error, "The front end's wake-up failed");
-        }
+        m_queue.announceRest(); // must not throw: an exception from the work may be propagating
     }
     RestAnnounced(const RestAnnounced&) = delete;
     RestAnnounced& operator=(const RestAnnounced&) = delete;
@@ -45,8 +51,7 @@ void WorkQueue::post(Work work)
             wakeUp = m_wakeUp;
         m_changed.notify_all();
     }
-    if (wakeUp)
-        wakeUp();
+    call(wakeUp);
 }
 
 void WorkQueue::setWakeUpCallback(std::function<void()> callback)
@@ -154,8 +159,7 @@ void WorkQueue::announceRest()
         if (!m_work.empty())
             wakeUp = m_wakeUp;
     }
-    if (wakeUp)
-        wakeUp();
+    call(wakeUp);
 }
 
 } // namespace ovra::reference

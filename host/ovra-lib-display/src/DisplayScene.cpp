@@ -89,6 +89,7 @@ struct DisplayScene::State
     bool showing = false;        // the visualizer is being called
     std::uint64_t showCount = 0; // number of its calls, over all starts
     DisplayStatistics statistics;
+    int starts = 0;
     std::int64_t lost = 0;       // since the start; the last known count
     AcquisitionCounters earlier; // of all starts before the current one
     ArrivalRate rate;
@@ -115,7 +116,8 @@ struct DisplayScene::State
     void takeImages(FrameBufferGroup& source, int images);
     void take(const Image& image, std::int64_t previous, Clock::time_point started);
     AcquisitionStatus endOf(const FrameBufferGroup& source, int images, const std::string& failure) const;
-    void countLost(const FrameBufferGroup& source);
+    void countLost(const FrameBufferGroup& source, int start);
+    void countLostNow();
     AcquisitionStatus status() const;
     AcquisitionFigures figures();
     AcquisitionCounters sinceStart() const;
@@ -132,8 +134,6 @@ void DisplayScene::State::setGroup(int position, const boost::shared_ptr<FrameBu
     place = next;
     if (position == 0)
         dma = next ? static_cast<int>(next->dmaIndex()) : -1;
-    if (!next)
-        groups.erase(position);
 }
 
 void DisplayScene::State::start(int images)
@@ -146,6 +146,7 @@ void DisplayScene::State::start(int images)
         earlier = earlier + sinceStart();
         statistics = {};
         lost = 0;
+        ++starts;
         lastEnd = {};
         rate.restart(Clock::now());
     }
@@ -179,7 +180,7 @@ void DisplayScene::State::grab(FrameBufferGroup& source, int images)
     logFailure(source, "the end's reason is not known", [&] { end = endOf(source, images, failure); });
     // Also after a failure: nothing else stops the source.
     logFailure(source, "acquisition could not be stopped", [&] { source.stopAcquisition(); });
-    logFailure(source, "lost images could not be counted", [&] { countLost(source); });
+    logFailure(source, "lost images could not be counted", [&] { countLost(source, starts); });
     {
         const std::lock_guard lock(mutex);
         lastEnd = end;
@@ -211,11 +212,26 @@ AcquisitionStatus DisplayScene::State::endOf(const FrameBufferGroup& source, int
     return end;
 }
 
-void DisplayScene::State::countLost(const FrameBufferGroup& source)
+/// \p start: the acquisition whose images the group counts; another one may begin meanwhile.
+void DisplayScene::State::countLost(const FrameBufferGroup& source, int start)
 {
     const auto counted = source.lostImages();
     const std::lock_guard lock(mutex);
-    lost = std::max(lost, counted); // a lost board reports 0
+    if (start == starts)
+        lost = std::max(lost, counted); // a lost board reports 0
+}
+
+void DisplayScene::State::countLostNow()
+{
+    const auto source = group();
+    int start = 0;
+    {
+        const std::lock_guard lock(mutex);
+        if (!source || !grabbing)
+            return;
+        start = starts;
+    }
+    countLost(*source, start);
 }
 
 void DisplayScene::State::takeImages(FrameBufferGroup& source, int images)
@@ -293,8 +309,7 @@ AcquisitionCounters DisplayScene::State::sinceStart() const
 
 AcquisitionFigures DisplayScene::State::figures()
 {
-    if (const auto source = group(); source && grabbing)
-        countLost(*source);
+    countLostNow();
     const std::lock_guard lock(mutex);
     const auto now = Clock::now();
     const auto perSecond = rate.perSecond(now);

@@ -9,6 +9,7 @@
 #include "ovra_log/reference/Log.h"
 
 #include <algorithm>
+#include <exception>
 #include <iterator>
 #include <mutex>
 #include <optional>
@@ -153,12 +154,28 @@ private:
     const unsigned int m_dma;
 };
 
+using Groups = std::set<boost::shared_ptr<FglibFrameBufferGroup>>;
+
+/// Notifies every group, also after one has thrown: one that misses the end would stay paused. Returns the
+/// first exception.
+std::exception_ptr announceChange(const Groups& groups, bool begin)
+{
+    std::exception_ptr first;
+    for (const auto& group : groups) {
+        try {
+            group->notifyGeometryMayHaveChangedSlot(0, 0, begin);
+        } catch (...) {
+            if (!first)
+                first = std::current_exception();
+        }
+    }
+    return first;
+}
+
 } // namespace
 
 struct FgLibModel::State
 {
-    using Groups = std::set<boost::shared_ptr<FglibFrameBufferGroup>>;
-
     boost::shared_ptr<const RuntimeEntries> runtime;
     FgRegisterInfo_s* info = nullptr;
     std::string place; // for messages
@@ -183,7 +200,7 @@ std::optional<Description> FgLibModel::State::find(const std::string& name) cons
     return std::nullopt;
 }
 
-FgLibModel::State::Groups FgLibModel::State::groupsOf(unsigned int dma) const
+Groups FgLibModel::State::groupsOf(unsigned int dma) const
 {
     const std::lock_guard lock(mutex);
     Groups chosen;
@@ -288,12 +305,13 @@ void FgLibModel::setParameter(const std::string& name, unsigned int dma, const s
         throw std::invalid_argument(m_state->place + " has no parameter " + name);
     const Value value = parameters::fromText(description->parameter, text);
 
-    const auto concerned = shapesImage(description->parameter.id) ? m_state->groupsOf(dma) : State::Groups();
-    for (const auto& group : concerned)
-        group->notifyGeometryMayHaveChangedSlot(0, 0, true);
-    const int code = m_state->write(*description, dma, value);
-    for (const auto& group : concerned)
-        group->notifyGeometryMayHaveChangedSlot(0, 0, false);
+    const auto concerned = shapesImage(description->parameter.id) ? m_state->groupsOf(dma) : Groups();
+    auto failure = announceChange(concerned, true);
+    const int code = failure ? FG_OK : m_state->write(*description, dma, value);
+    if (const auto later = announceChange(concerned, false); !failure)
+        failure = later;
+    if (failure)
+        std::rethrow_exception(failure);
     if (code == FG_OK && description->parameter.id == FG_TIMEOUT_PARAMETER)
         for (const auto& group : m_state->groupsOf(dma))
             group->setTimeout(static_cast<unsigned int>(std::get<std::int64_t>(value)));

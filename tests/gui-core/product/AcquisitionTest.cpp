@@ -567,6 +567,12 @@ TEST_F(Acquisition, BuffersOfOneChannelAreGrantedWithinTheBudgetOfAllBoardsToThe
     EXPECT_EQ(failures.size(), 1U);
     EXPECT_EQ(dma(BETA_SERIAL, 7)->getAcqBuffersCurrent(), 100U) << "what there was before";
     expectUsed(109 * SMALL + 1 * LARGE);
+    HarloApplication::setConfigEntry("gui.preferences.max_dma_buffersize", 0); // less than is in use
+    run(AcquisitionBufferCountChangeCommand::create(dma(ALPHA_SERIAL, 0), 5));
+    EXPECT_EQ(dma(ALPHA_SERIAL, 0)->getAcqBuffersCurrent(), 1U);
+    HarloApplication::setConfigEntry("gui.preferences.max_dma_buffersize", 1);
+    run(AcquisitionBufferCountChangeCommand::create(dma(ALPHA_SERIAL, 0), 9));
+    expectUsed(109 * SMALL + 1 * LARGE);
     const auto late = dma(BETA_SERIAL, 7);
     unload(BETA_SERIAL);
     Journal::start();

@@ -3,6 +3,7 @@
 
 #include "Product.h"
 
+#include "fglib5/Fglib5.h"
 #include "ovra-lib-display/PixelConversion.h"
 #include "ovra-lib-display/reference/AcquisitionObserver.h"
 #include "ovra-lib-environment/reference/SoftwareTrigger.h"
@@ -143,6 +144,9 @@ TEST_F(Images, WaitForTheirTriggerAsLongAsItTakes)
     reference::sendSoftwareTrigger(*board(ALPHA_SERIAL), 0, 2);
     pumpUntil([&] { return keeper.number() == 2; });
     EXPECT_EQ(status().state, reference::AcquisitionState::WaitingForTrigger);
+    run(AcquisitionBufferCountChangeCommand::create(dma(ALPHA_SERIAL, 0), 4));
+    reference::sendSoftwareTrigger(*board(ALPHA_SERIAL), 0, 1);
+    pumpUntil([&] { return keeper.number() == 3; }); // the runtime counts anew
     EXPECT_THAT([&] { reference::sendSoftwareTrigger(*board(ALPHA_SERIAL), 5); },
                 ThrowsMessage<std::runtime_error>(HasSubstr("Board 0, port 5: the trigger was not taken: ")));
     EXPECT_THAT([&] { reference::sendSoftwareTrigger(*board(BETA_SERIAL), 0); },
@@ -151,7 +155,10 @@ TEST_F(Images, WaitForTheirTriggerAsLongAsItTakes)
 
 TEST_F(Images, AreWaitedForAsTheirChannelSays)
 {
-    set("FG_TIMEOUT", "1");
+    const std::int32_t second = 1; // as a configuration file changes it: the group is not told
+    ASSERT_EQ(installation.entry<decltype(Fg_setParameter)>("Fg_setParameter")(
+                  board(ALPHA_SERIAL)->getBoardHandle(), FG_TIMEOUT_PARAMETER, &second, 0),
+              FG_OK);
     grab();
     grab(1);
     pumpUntil([&] { return status().state != reference::AcquisitionState::NoSignal; });

@@ -199,6 +199,20 @@ TEST_F(Unplug, ACameraThatIsUnpluggedIsMissingUntilItIsPluggedInAndStarted)
     expectImagesOf(BETA_SERIAL);
 }
 
+TEST_F(Unplug, WhatALooseCableLosesIsCountedOverAChangeOfTheBuffers)
+{
+    startBoth();
+    perform("loosen 0 0 2 lost");
+    const auto group = dma(ALPHA_SERIAL, 0)->getFrameBufferGroup();
+    pumpUntil([&] { return group->lostImages() >= 10; });
+    const auto lost = group->lostImages();
+    run(AcquisitionBufferCountChangeCommand::create(dma(ALPHA_SERIAL, 0), 4));
+    EXPECT_GE(group->lostImages(), lost);
+    run(StopAcquisitionCommand::create(dma(ALPHA_SERIAL, 0)));
+    EXPECT_GE(group->lostImages(), lost);
+    perform("loosen 0 0 0");
+}
+
 TEST_F(Unplug, ALinkThatIsUnpluggedIsSilentUntilItIsPluggedInOrTheTimeoutHasPassed)
 {
     startBoth();

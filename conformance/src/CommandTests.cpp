@@ -5,6 +5,7 @@
 #include "Tests.h"
 
 #include <future>
+#include <stdexcept>
 
 namespace ovra::conformance {
 
@@ -77,6 +78,27 @@ void commandLivesUntilItsLastPhaseHasReturned(HostUnderTest& host)
     require(bench.notes.inOrder("last phase ends", "load released"),
             "the command is destroyed after its last phase");
     requireEqual(bench.notes.of("load released").size(), 1U, "number of times the command was destroyed");
+}
+
+void commandThatIsRunningIsRefused(HostUnderTest& host)
+{
+    CommandBench bench(host);
+    std::promise<void> go;
+    auto load = bench.make("load", Command::Asynchronous);
+    load->inAsync = [&] { go.get_future().wait(); };
+    bench.submit(load);
+    bench.awaitNote("load async");
+    bool refused = false;
+    try {
+        bench.submit(load);
+    } catch (const std::logic_error&) {
+        refused = true;
+    }
+    go.set_value();
+    load.reset();
+    bench.awaitNote("load released");
+    require(refused, "std::logic_error for an object that is submitted while it runs");
+    requireEqual(bench.notes.of("load sync").size(), 1U, "number of times that its synchronous phase ran");
 }
 
 void synchronousCommandRunsAtOnce(HostUnderTest& host)
@@ -190,6 +212,9 @@ std::vector<Test> commandTests()
         {"command-lives-until-its-last-phase-returned",
          "The processor keeps a command until its last phase has returned, and no longer",
          commandLivesUntilItsLastPhaseHasReturned},
+        {"running-command-is-refused",
+         "The processor refuses a command object that is still running: a load would keep its slot for ever",
+         commandThatIsRunningIsRefused},
         {"synchronous-command-runs-at-once",
          "On the GUI thread, commands of the types synchronous, clean-up and event run within executeCommand",
          synchronousCommandRunsAtOnce},

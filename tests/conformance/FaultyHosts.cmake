@@ -12,6 +12,11 @@ faulty_host(post-phase-on-the-worker ${processor}
         termination-waits-for-the-running-phase
         termination-completes-what-began no-phase-runs-after-termination)
 
+faulty_host(running-command-is-taken-again ${processor}
+    REPLACE "    if (!open(record))"
+    BY "    if (!open(record) && !onGuiThread())"
+    CAUGHT_BY running-command-is-refused)
+
 faulty_host(unload-within-a-load-is-queued ${processor}
     REPLACE "(m_depth == 0 || command->type() != Command::Asynchronous)"
     BY "m_depth == 0"
@@ -24,11 +29,11 @@ faulty_host(events-are-queued ${processor}
         gui-thread-is-free-during-the-worker)
 
 faulty_host(worker-waits-for-the-gui-thread ${processor}
-    REPLACE "    m_queue.post([this, command = std::move(command)] { submit(command); });\n}\n\nvoid Processor::terminate"
-    BY "    std::atomic<bool> done{false};
+    REPLACE "        m_queue.post([this, command = std::move(command)] { submit(command); });"
+    BY "        std::atomic<bool> done{false};
         m_queue.post([this, &done, command] { submit(command); done = true; });
         while (!done && !onGuiThread() && !m_terminated) std::this_thread::yield();
-        if (onGuiThread()) throw std::logic_error(\"queued\");\n}\n\nvoid Processor::terminate"
+        if (onGuiThread()) throw std::logic_error(\"queued\");"
     CAUGHT_BY worker-does-not-wait
     MAY_FOLLOW no-phase-runs-after-termination)
 
@@ -45,7 +50,7 @@ faulty_host(failed-sync-phase-is-forgotten ${processor}
 
 faulty_host(failed-sync-phase-ends-the-command ${processor}
     REPLACE "    if (!succeeded || m_terminating)"
-    BY "    if (!succeeded) { m_running.erase(running); close(*command); return; }\n    if (m_terminating)"
+    BY "    if (!succeeded) { m_running.pop_back(); close(*command); return; }\n    if (m_terminating)"
     CAUGHT_BY post-phase-follows-a-failed-sync-phase)
 
 faulty_host(failed-worker-phase-ends-the-command ${processor}

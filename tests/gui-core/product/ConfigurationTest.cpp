@@ -10,7 +10,7 @@ namespace {
 const std::string LIBRARY = boost::dll::shared_library::suffix().string();
 
 constexpr const char* ADJUSTABLE = R"("processes": [{"dmas": [0], "ports": [0]}],
-    "dmas": [{"index": 0, "width": 64, "height": 48, "maxWidth": 128}],
+    "dmas": [{"index": 0, "width": 64, "height": 48, "maxWidth": 128, "formats": ["Mono8", "Mono12"]}],
     "parameters": [
         {"name": "GAIN", "id": 10010, "type": "double", "min": 0, "max": 16, "default": 1, "scope": "dma"},
         {"name": "LABEL", "id": 10110, "type": "string", "default": "factory"}])";
@@ -198,8 +198,10 @@ TEST_F(Configuration, WhatWasStoredComesBackToTheByteAndTheDisplaysFollow)
         SCOPED_TRACE(applet);
         load(ALPHA_SERIAL, applet);
         const std::int32_t width = 100;
+        const std::int32_t format = FG_PIXELFORMAT_MONO12;
         const double gain = 1.0 / 3;
         set(FG_WIDTH, &width);
+        set(FG_PIXELFORMAT, &format);
         set(GAIN, &gain);
         set(LABEL, "it's = mine;");
         const auto changed = values();
@@ -215,6 +217,7 @@ TEST_F(Configuration, WhatWasStoredComesBackToTheByteAndTheDisplaysFollow)
         ASSERT_EQ(loadedApplet(), applet);
         EXPECT_EQ(values(), changed);
         EXPECT_EQ(dma(ALPHA_SERIAL, 0)->getDisplayScene()->width(), 100);
+        EXPECT_EQ(Gui::getUsedDmaMemory(), 16ULL * 100 * 48 * 2) << "two bytes a pixel";
         storeMcf(second);
         EXPECT_EQ(contentOf(second), contentOf(first));
     }

@@ -139,6 +139,8 @@ void watch(Console& console, const Arguments& arguments)
         first = false;
         console.application.pumpUntil([&] { return console.interrupts.commandEnds(); }, INTERVAL);
     } while (!console.interrupts.commandEnds() && (endless || Clock::now() < end));
+    if (console.interrupts.commandEnds() && console.printer.target() == Printer::Target::Terminal)
+        console.printer.line(""); // the terminal has written "^C"
 }
 
 } // namespace

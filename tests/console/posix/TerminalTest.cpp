@@ -178,6 +178,14 @@ TEST_F(AtTheTerminal, CtrlCGivesThePromptBackAndMessagesOfWhatGoesOnStandAboveWh
     terminal.type("ole\n");
     terminal.seeUntil("\r\nwhole\r\n");
     terminal.seeUntil("ovra> ");
+    terminal.type("watch\n");
+    terminal.seeUntil("watch\r\n");
+    terminal.seeUntil("board 0 DMA 0");
+    terminal.type("\x03");
+    EXPECT_THAT(terminal.seeUntil("ovra> "), HasSubstr("^C\r\n"));
+    terminal.type("echo next\n"); // the next line begins to count anew
+    terminal.seeUntil("\r\nnext\r\n");
+    terminal.seeUntil("ovra> ");
     terminal.type("wait 60\n");
     terminal.seeUntil("wait 60\r\n");
     terminal.type("\x03");

@@ -38,8 +38,8 @@ public:
     virtual Fg_Struct_s* handle() const = 0;
     /// Index of the board. One camera at least is plugged into it.
     virtual int board() const = 0;
-    /// Index of a DMA channel of the applet. While its acquisition runs, it must receive at least two images
-    /// a second, without end.
+    /// Index of a DMA channel of the applet. While its acquisition runs, it must receive at least 20
+    /// images a second, without end: some tests look on for LOOK_ON and expect that no image comes.
     virtual unsigned int dma() const = 0;
 };
 

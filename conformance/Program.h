@@ -24,7 +24,7 @@ using HostMaker = std::function<std::unique_ptr<HostUnderTest>()>;
 
 /// Runs the tests that the arguments choose (--help lists them), each in a new process of this program.
 /// \return the exit code: 0 if each chosen test passed or was skipped, 1 if one did not, 2 for invalid
-/// arguments
+/// arguments, an unwritable report, or two tests with one name
 int runProgram(int argc, char** argv, const HostMaker& makeHost, const std::vector<Test>& tests);
 
 } // namespace ovra::conformance

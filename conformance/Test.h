@@ -40,7 +40,7 @@ std::vector<Test> standardTests();
 
 /// Time limit of await(). Less than the time limit of a test.
 constexpr std::chrono::seconds PATIENCE{10};
-/// Time during which stays() checks its condition. Several images of a channel arrive in this time.
+/// Time during which stays() checks its condition. A channel receives four images in this time.
 constexpr std::chrono::milliseconds LOOK_ON{200};
 
 /// Ends the test as failed. \p reason says what was expected and what happened.

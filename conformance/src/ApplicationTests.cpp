@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Tests of the application: configuration, log, and starts of the libraries.
 
+#include "Commands.h"
 #include "Tests.h"
 
 #include "conformance/HostUnderTest.h"
@@ -12,6 +13,7 @@
 #include "ovra-lib-display/EntryPoints.h"
 #include "ovra-lib-environment/EntryPoints.h"
 #include "ovra-lib-fglib-model/EntryPoints.h"
+#include "ovra-lib-genicam-model/EntryPoints.h"
 #include "ovra-lib-parameters/EntryPoints.h"
 #include "ovra_log/OvraLog.h"
 
@@ -176,6 +178,7 @@ const Library LIBRARIES[] = {
     {"ovra-lib-display", OvraDisplayInit, OvraDisplayDeinit},
     {"ovra-lib-display-fglib", OvraDisplayFglibInit, OvraDisplayFglibDeinit},
     {"ovra-lib-fglib-model", OvraFglibModelInit, OvraFglibModelDeinit},
+    {"ovra-lib-genicam-model", OvraGenicamModelInit, OvraGenicamModelDeinit},
 };
 
 void startsOfLibrariesAreCounted(HostUnderTest& host)
@@ -198,14 +201,14 @@ void startsOfLibrariesAreCounted(HostUnderTest& host)
 
 void commandsRunAfterOneOfTwoStops(HostUnderTest& host)
 {
-    host.startApplication();
+    CommandBench bench(host);
     for (const auto& library : LIBRARIES) {
         library.start();
         library.start();
         library.stop();
     }
-    require(static_cast<bool>(HarloApplication::commandprocessor()),
-            "a command processor while the libraries are in use");
+    bench.submit(bench.make("command", core::Command::Asynchronous));
+    bench.awaitNote("command post");
     for (const auto& library : LIBRARIES)
         library.stop();
 }

@@ -99,7 +99,7 @@ Options parseOptions(int argc, char** argv)
         const auto option = withValue.find(name);
         if (option == withValue.end())
             throw std::invalid_argument("unknown argument \"" + name + "\" (--help lists the known ones)");
-        if (++index == argc)
+        if (++index == argc || !*argv[index])
             throw std::invalid_argument(name + ": a value is missing");
         option->second(argv[index]);
     }
@@ -118,6 +118,9 @@ std::vector<Test> chosenTests(const Options& options, const std::vector<Test>& t
         if (included && wanted && !fitsAny(options.exclude, test.name))
             chosen.push_back(test);
     }
+    const bool nothingFailed = !options.onlyFailed.empty() && failed.empty();
+    if (chosen.empty() && !nothingFailed)
+        throw std::invalid_argument("the arguments choose no test");
     return chosen;
 }
 

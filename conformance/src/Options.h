@@ -31,7 +31,7 @@ Options parseOptions(int argc, char** argv);
 std::string helpText();
 
 /// The tests that \p options choose, in their order.
-/// \throws std::invalid_argument  for a pattern that matches no test
+/// \throws std::invalid_argument  for a pattern that matches no test, or if no test is left
 /// \throws std::runtime_error  if an earlier report cannot be read
 std::vector<Test> chosenTests(const Options& options, const std::vector<Test>& tests);
 

@@ -27,11 +27,18 @@ namespace {
 class PrintedText
 {
 public:
+    PrintedText()
+    {
+        if (!std::ofstream(m_file))
+            throw std::runtime_error(m_file.string() + ": cannot be written");
+    }
     ~PrintedText()
     {
         std::error_code ignored;
         std::filesystem::remove(m_file, ignored);
     }
+    PrintedText(const PrintedText&) = delete;
+    PrintedText& operator=(const PrintedText&) = delete;
     const std::filesystem::path& file() const { return m_file; }
     std::string read() const
     {
@@ -112,6 +119,8 @@ struct Release
 
 int runAll(const Options& options, const HostMaker& makeHost, const std::vector<Test>& tests)
 {
+    if (!options.json.empty())
+        requireWritable(options.json);
     Report report{makeHost()->name(), {}};
     std::cout << "Host: " << report.host << std::endl;
     std::counting_semaphore jobs(options.jobs);
@@ -132,12 +141,21 @@ int runAll(const Options& options, const HostMaker& makeHost, const std::vector<
     return report.good() ? 0 : 1;
 }
 
+/// A process that runs one test finds it by its name.
+void requireDifferentNames(const std::vector<Test>& tests)
+{
+    for (const auto& test : tests)
+        if (std::ranges::count(tests, test.name, &Test::name) > 1)
+            throw std::invalid_argument("two tests have the name \"" + test.name + '"');
+}
+
 int run(const Options& options, const HostMaker& makeHost, const std::vector<Test>& tests)
 {
+    requireDifferentNames(tests);
     if (!options.run.empty())
         return runHere(options.run, makeHost, tests);
     if (options.version) {
-        std::cout << "ovra-conformance " OVRA_GUI_CORE_VERSION "\n";
+        std::cout << "Conformance tests of ovra-lib-gui-core " OVRA_GUI_CORE_VERSION "\n";
         return 0;
     }
     if (options.help) {

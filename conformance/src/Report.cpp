@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Report.h"
 
+#include <boost/nowide/utf/convert.hpp>
 #include <boost/property_tree/json_parser.hpp>
 #include <boost/property_tree/ptree.hpp>
 
@@ -23,15 +24,18 @@ std::filesystem::path pathOf(const std::string& name)
     return {std::u8string(name.begin(), name.end())};
 }
 
+/// A test may print text that is not UTF-8; it is read as Latin-1.
 std::string quoted(const std::string& text)
 {
+    const bool utf8 =
+        text == boost::nowide::utf::convert_string<char>(text.data(), text.data() + text.size());
     std::ostringstream json;
     json << '"' << std::hex << std::setfill('0');
     for (const char letter : text) {
         const auto code = static_cast<unsigned char>(letter);
         if (letter == '"' || letter == '\\')
             json << '\\' << letter;
-        else if (code < 0x20)
+        else if (code < 0x20 || (code > 0x7f && !utf8))
             json << "\\u" << std::setw(4) << unsigned{code};
         else
             json << letter;
@@ -70,6 +74,12 @@ void writeTotals(std::ostream& stream, const Report& report)
     stream << std::endl;
 }
 
+void requireWritable(const std::string& name)
+{
+    if (!std::ofstream(pathOf(name), std::ios::app))
+        throw std::runtime_error(name + ": cannot be written");
+}
+
 void writeJson(const std::string& name, const Report& report)
 {
     std::ofstream file(pathOf(name), std::ios::binary);
@@ -102,7 +112,7 @@ std::set<std::string> readFailed(const std::string& name)
             if (!result.good())
                 failed.insert(result.test);
         }
-    } catch (const boost::property_tree::ptree_error& error) {
+    } catch (const std::exception& error) {
         throw std::runtime_error(name + ": is no report of this program: " + error.what());
     }
     return failed;

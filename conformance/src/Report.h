@@ -32,6 +32,9 @@ struct Report
 void writeLine(std::ostream& stream, const Result& result);
 /// Writes the number of tests with each result.
 void writeTotals(std::ostream& stream, const Report& report);
+/// Creates \p file if it does not exist, and does not change it otherwise.
+/// \throws std::runtime_error  that names the file
+void requireWritable(const std::string& file);
 /// \throws std::runtime_error  that names the file
 void writeJson(const std::string& file, const Report& report);
 /// Names of the tests in a JSON report that neither passed nor were skipped.

@@ -6,11 +6,11 @@ cmake_minimum_required(VERSION 3.25)
 
 # run(<exit code> <expected results or regular expression of a refusal> <argument>...)
 function(run expected_code expected)
-    execute_process(COMMAND ${PROGRAM} ${ARGN} RESULT_VARIABLE code OUTPUT_VARIABLE text ERROR_VARIABLE refusal)
+    execute_process(COMMAND ${PROGRAM} ${ARGN} INPUT_FILE "${CMAKE_CURRENT_LIST_FILE}" RESULT_VARIABLE code OUTPUT_VARIABLE text ERROR_VARIABLE refusal)
     string(REGEX MATCHALL "\n(passed|failed|crashed|skipped|slow) +[a-z-]+" found "${text}")
     list(TRANSFORM found REPLACE "[\n ]+(.*[^ ]) +" "\\1 ")
     if(code EQUAL 2)
-        set(found "${refusal}")
+        set(found "${text}${refusal}") # it comes before the first test
     endif()
     if(NOT code EQUAL expected_code OR NOT found MATCHES "^${expected}\r?\n?$")
         message(SEND_ERROR "${ARGN}: expected ${expected_code} and\n${expected}\nfound ${code} and\n${found}\n${text}")
@@ -29,8 +29,20 @@ run(2 "no test has the name \"nobody\"" --include nobody)
 run(2 "--jobs: expected a number from 1 to 256, found \"0\"" --jobs 0)
 run(2 "--time-limit: expected a number from 1 to 86400, found \"soon\"" --time-limit soon)
 run(2 "--json: a value is missing" --json)
+run(2 "no-such-folder/report.json: cannot be written" --include passes --json no-such-folder/report.json)
+run(2 "the arguments choose no test" --exclude *)
 run(2 "unknown argument \"--jsn\" .*" --jsn)
 run(2 "no-such-file: is no report of this program: .*" --only-failed no-such-file)
+run(2 "[.]: is no report of this program: .*" --only-failed .)
+run(0 "passed passes" --include passes --json passed.json)
+run(0 "" --only-failed passed.json)
+set(ENV{OVRA_TEST_NAMED_TWICE} 1)
+run(2 "two tests have the name \"passes\"" --include passes)
+unset(ENV{OVRA_TEST_NAMED_TWICE})
+execute_process(COMMAND ${PROGRAM} --include passes --json "" RESULT_VARIABLE code OUTPUT_QUIET ERROR_QUIET)
+if(NOT code EQUAL 2) # not with run(), because a list loses empty arguments
+    message(SEND_ERROR "An empty name of a report: found ${code}")
+endif()
 
 file(READ report.json report)
 string(JSON host GET "${report}" host)
@@ -38,7 +50,7 @@ if(NOT host STREQUAL "\"bare\"\n\\host")
     message(SEND_ERROR "Name of the host in the report: ${host}")
 endif()
 foreach(row
-        "1|One is two.*number: expected 2, found 1"
+        "1|One is two.*ä is Latin-1.*number: expected 2, found 1"
         "2|Nothing is thrown.*unexpected exception: no cable"
         "3|said by another thread"
         "4|The process goes on.*(signal 6|exit code [0-9-]+)"

@@ -3,6 +3,7 @@
 
 #include "conformance/Program.h"
 
+#include <cstdio>
 #include <cstdlib>
 #include <iostream>
 #include <stdexcept>
@@ -31,13 +32,18 @@ void hang(HostUnderTest&)
 
 int main(int argc, char** argv)
 {
-    const std::vector<Test> tests = {
+    std::vector<Test> tests = {
         {"passes", "All is well",
          [](HostUnderTest& host) {
+             require(std::cin.get() == EOF, "no input");
              stays(
                  host, [] { return true; }, "nothing");
          }},
-        {"finds-another-value", "One is two", [](HostUnderTest&) { requireEqual(1, 2, "number"); }},
+        {"finds-another-value", "One is two",
+         [](HostUnderTest&) {
+             std::cout << "\xe4 is Latin-1\n";
+             requireEqual(1, 2, "number");
+         }},
         {"throws", "Nothing is thrown", [](HostUnderTest&) { throw std::runtime_error("no cable"); }},
         {"fails-elsewhere", "A thread may find the fault", hang},
         {"aborts", "The process goes on", [](HostUnderTest&) { std::abort(); }},
@@ -49,6 +55,8 @@ int main(int argc, char** argv)
                  std::this_thread::sleep_for(std::chrono::seconds(1));
          }},
     };
+    if (std::getenv("OVRA_TEST_NAMED_TWICE"))
+        tests.push_back(tests.front());
     return runProgram(
         argc, argv, [] { return std::make_unique<BareHost>(); }, tests);
 }

@@ -110,7 +110,8 @@ faulty_host(every-handle-is-an-update ${board}
 faulty_host(no-physical-ports ${board}
     REPLACE "    if (after)\n        createPhysicalPorts();"
     BY ""
-    CAUGHT_BY handle-appears-with-physical-ports physical-ports-carry-their-cameras physical-ports-come-anew)
+    CAUGHT_BY handle-appears-with-physical-ports physical-ports-carry-their-cameras physical-ports-come-anew
+    MAY_FOLLOW cameras-are-controllable)
 
 faulty_host(physical-ports-once-only ${board}
     REPLACE "    if (after)\n        createPhysicalPorts();"
@@ -181,6 +182,8 @@ faulty_host(first-stop-ends-the-log ${log}
     CAUGHT_BY log-starts-are-counted)
 
 faulty_host(first-stop-ends-the-library LIBRARY ovra-core SOURCE src/EntryPoints.cpp
-    REPLACE "    ovra::reference::libraryEnded(\"ovra-core\");"
-    BY "    while (ovra::reference::libraryUses(\"ovra-core\") > 0) ovra::reference::libraryEnded(\"ovra-core\");"
-    CAUGHT_BY library-starts-are-counted)
+    REPLACE "void OvraCoreDeinit()\n{\n    ovra::reference::libraryEnded(\"ovra-core\");"
+    BY "#include \"ovra-core/CommandProcessor.h\"\n#include \"ovra-core/HarloApplication.h\"\nvoid OvraCoreDeinit()\n{
+    while (ovra::reference::libraryUses(\"ovra-core\") > 0) ovra::reference::libraryEnded(\"ovra-core\");
+    if (const auto processor = ovra::core::HarloApplication::commandprocessor()) processor->terminateAsyncCommands();"
+    CAUGHT_BY library-starts-are-counted application-survives-one-of-two-stops)

@@ -12,8 +12,9 @@ extern "C" {
 
 /// Loads the runtime `fglib5` from the folder `bin` of \p installationDirectory, and sends the library's
 /// later calls there, if it has `Fg_InitEx`; without that entry, the next call searches for a runtime again.
-/// The host's own libraries must use the same runtime. A runtime that was bound before stays loaded. The path is in the process's narrow
-/// encoding, without a trailing separator.
+/// The host's own libraries must use the same runtime. A runtime that was bound before stays loaded.
+///
+/// \p installationDirectory is in the process's narrow encoding, without a trailing separator.
 ///
 ///   | result | meaning                                                  |
 ///   |--------|----------------------------------------------------------|

@@ -34,7 +34,7 @@ class HlEnvironmentPortNode;
 class OVRA_ENVIRONMENT_API HlEnvironmentBoardNode : public GenericModelNode
 {
 public:
-    static boost::shared_ptr<HlEnvironmentBoardNode>
+    [[nodiscard]] static boost::shared_ptr<HlEnvironmentBoardNode>
     create(int index, unsigned int serial, std::uint16_t boardType, const std::string& boardName);
     ~HlEnvironmentBoardNode() override;
 

@@ -59,12 +59,21 @@ else()
     set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
     set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
     set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${OVRA_STAGE_DIR}/lib")
+    # First the synopsis. CPackOptions.cmake removes the project's, which would stand before each.
+    set(CPACK_DEBIAN_RUNTIME_DESCRIPTION
+        "core of a frame grabber's user interface\nThe library, the reference host and the programs.")
+    set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION
+        "core of a frame grabber's user interface - development files\nHeaders, CMake package, guides and a front end to copy.")
+    set(CPACK_DEBIAN_SIMULATION_DESCRIPTION
+        "core of a frame grabber's user interface - virtual boards\nVirtual boards, cameras and applets: images without hardware.")
+    # The interface's classes are this version's; find_package(OvraGuiCore) refuses another.
+    string(REPLACE "_" "." boost "${OVRA_BOOST_VERSION}")
     set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME ovra-gui-core)
     set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
     set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME ovra-gui-core-dev)
     set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
     set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS
-        "ovra-gui-core (= ${PROJECT_VERSION}), ovra-gui-core-simulation (= ${PROJECT_VERSION}), libboost-dev")
+        "ovra-gui-core (= ${PROJECT_VERSION}), ovra-gui-core-simulation (= ${PROJECT_VERSION}), libboost${boost}-dev")
     set(CPACK_DEBIAN_SIMULATION_PACKAGE_NAME ovra-gui-core-simulation)
     set(CPACK_DEBIAN_SIMULATION_PACKAGE_SECTION misc)
     set(CPACK_DEBIAN_SIMULATION_PACKAGE_DEPENDS "ovra-gui-core (= ${PROJECT_VERSION})")

@@ -15,8 +15,11 @@ endif()
 
 configure_package_config_file(cmake/package/OvraGuiCoreConfig.cmake.in OvraGuiCoreConfig.cmake
     INSTALL_DESTINATION ${package_dir})
-# Before 1.0 each minor version may change the interface.
-write_basic_package_version_file(OvraGuiCoreConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+set(compatibility SameMajorVersion)
+if(PROJECT_VERSION_MAJOR EQUAL 0)
+    set(compatibility SameMinorVersion) # before 1.0 each of them may change the interface
+endif()
+write_basic_package_version_file(OvraGuiCoreConfigVersion.cmake COMPATIBILITY ${compatibility})
 install(FILES
     "${PROJECT_BINARY_DIR}/OvraGuiCoreConfig.cmake" "${PROJECT_BINARY_DIR}/OvraGuiCoreConfigVersion.cmake" ${files}
     DESTINATION ${package_dir} COMPONENT development)

@@ -62,6 +62,12 @@ else()
         target_compile_options(ovra-options INTERFACE $<$<CONFIG:Release>:-Wno-restrict>)
     endif()
 endif()
+# For folders whose sources log where they are: the path from the top of the tree, whichever machine builds it. Only what
+# __FILE__ and std::source_location say: debuggers, coverage and sanitizers find the sources as before.
+set(OVRA_PATHS_FROM_TOP)
+if(NOT MSVC)
+    set(OVRA_PATHS_FROM_TOP "$<$<COMPILE_LANGUAGE:CXX>:-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=>")
+endif()
 if(WIN32)
     target_compile_definitions(ovra-options INTERFACE _WIN32_WINNT=0x0A00 WIN32_LEAN_AND_MEAN NOMINMAX)
     if(MINGW)

@@ -6,6 +6,7 @@
 #include "ovra-core/reference/RuntimeEntries.h"
 #include "ovra-lib-environment/reference/BoardHandleObserver.h"
 #include "ovra-lib-genicam-model/GenICamModel.h"
+#include "ovra_log/reference/Journal.h"
 #include "ovra_log/reference/Log.h"
 
 #include <algorithm>
@@ -22,8 +23,6 @@ namespace ovra::core::models {
 using reference::EnvironmentChange;
 using reference::RuntimeEntries;
 
-namespace {
-
 struct FoundBoard
 {
     int index;
@@ -31,6 +30,8 @@ struct FoundBoard
     std::uint16_t type;
     std::string name;
 };
+
+namespace {
 
 struct FoundCamera
 {
@@ -143,23 +144,6 @@ bool mayGo(const HlEnvironmentRootNode& root, const HlEnvironmentBoardNode& boar
     return !root.getFgInitInProgress() && board.getBoardHandle() == nullptr;
 }
 
-void updateBoards(const HlEnvironmentRootNode& root, HlEnvironmentBoardSourceNode& source,
-                  const std::vector<FoundBoard>& found)
-{
-    std::map<unsigned int, FoundBoard> bySerial;
-    for (const auto& board : found)
-        bySerial.emplace(board.serial, board);
-    for (const auto nodes = source.getBoards(); nodes->hasNext(); nodes->advance())
-        if (!bySerial.contains(nodes->current()->getSerial()) && mayGo(root, *nodes->current()))
-            source.removeChild(nodes->current()->getSerial());
-    for (const auto& [serial, board] : bySerial) {
-        const auto node = source.getChild(serial);
-        if (!node || (!same(*node, board) && mayGo(root, *node)))
-            source.addChild(serial,
-                            HlEnvironmentBoardNode::create(board.index, serial, board.type, board.name));
-    }
-}
-
 void updateCameras(HlEnvironmentRootNode& root, const std::vector<FoundCamera>& found)
 {
     std::map<std::string, FoundCamera> byKey;
@@ -218,13 +202,57 @@ void HardwareDiscovery::discover(Changes& changes)
     const auto cameras = findCameras(*runtime, boards);
 
     const auto source = m_root->getSourcesEntry(gui::keys::SOURCE);
-    updateBoards(*m_root, *source, boards);
+    updateBoards(boards);
     updateCameras(*m_root, cameras);
     for (const auto nodes = source->getBoards(); nodes->hasNext(); nodes->advance())
         attachCameras(*nodes->current());
     auto found = asChanges(boards, cameras);
     followHandles(found);
     noteChanges(std::move(found), changes);
+}
+
+void HardwareDiscovery::updateBoards(const std::vector<FoundBoard>& found)
+{
+    std::map<unsigned int, FoundBoard> bySerial;
+    for (const auto& board : found)
+        bySerial.emplace(board.serial, board);
+    const auto source = m_root->getSourcesEntry(gui::keys::SOURCE);
+    for (const auto nodes = source->getBoards(); nodes->hasNext(); nodes->advance())
+        if (!bySerial.contains(nodes->current()->getSerial()) && mayGo(*m_root, *nodes->current()))
+            replace(nodes->current(), nullptr);
+    for (const auto& [serial, board] : bySerial) {
+        const auto create = [&] {
+            return HlEnvironmentBoardNode::create(board.index, serial, board.type, board.name);
+        };
+        const auto node = source->getChild(serial);
+        if (!node)
+            source->addChild(serial, create());
+        else if (!same(*node, board) && mayGo(*m_root, *node))
+            replace(node, create());
+    }
+}
+
+// A load that looked the board up before may still give its handle to the old node. Only through the model can that
+// handle be freed, so the old node then comes back.
+void HardwareDiscovery::replace(const boost::shared_ptr<HlEnvironmentBoardNode>& old,
+                                const boost::shared_ptr<HlEnvironmentBoardNode>& successor)
+{
+    const auto comeBack = [this, left = boost::weak_ptr<HlEnvironmentBoardNode>(old)](Fg_Struct_s* handle) {
+        const auto node = handle ? left.lock() : nullptr;
+        if (!node)
+            return;
+        const reference::Unrecorded own;
+        m_root->getSourcesEntry(gui::keys::SOURCE)->addChild(node->getSerial(), node);
+        m_lookAgain();
+    };
+    std::erase_if(m_left, [](const auto& connection) { return !connection.connected(); });
+    m_left.emplace_back(reference::BoardHandleObserver::connect(old, comeBack));
+    const auto source = m_root->getSourcesEntry(gui::keys::SOURCE);
+    if (successor)
+        source->addChild(old->getSerial(), successor);
+    else
+        source->removeChild(old->getSerial());
+    comeBack(old->getBoardHandle()); // it may have come before the connection
 }
 
 // An unplugged board stays in the model as long as it has a handle.

@@ -10,8 +10,11 @@
 
 #include <functional>
 #include <map>
+#include <vector>
 
 namespace ovra::core::models {
+
+struct FoundBoard;
 
 /// For one thread at a time.
 class HardwareDiscovery
@@ -28,13 +31,17 @@ public:
     void discover(Changes& changes);
 
 private:
+    void updateBoards(const std::vector<FoundBoard>& found);
+    void replace(const boost::shared_ptr<HlEnvironmentBoardNode>& old,
+                 const boost::shared_ptr<HlEnvironmentBoardNode>& successor);
     void noteChanges(Changes found, Changes& changes);
     void followHandles(const Changes& found);
 
     const boost::shared_ptr<HlEnvironmentRootNode> m_root;
     const std::function<void()> m_lookAgain;
     std::map<unsigned int, boost::signals2::scoped_connection>
-        m_handles;     // of unplugged boards, by serial number
+        m_handles;                                          // of unplugged boards, by serial number
+    std::vector<boost::signals2::scoped_connection> m_left; // to boards that left the model
     Changes m_present; // the hardware of the last search, as changes of kind Came
 };
 

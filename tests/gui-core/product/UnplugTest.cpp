@@ -3,6 +3,8 @@
 
 #include "Product.h"
 
+#include "fglib5/Fglib5.h"
+
 #include "ovra-lib-display-fglib/FglibFrameBufferGroup.h"
 #include "ovra-lib-display/reference/AcquisitionObserver.h"
 
@@ -177,6 +179,22 @@ TEST_F(Unplug, ALoadSurvivesABoardThatGoesAtAnyCall)
     }
     load(ALPHA_SERIAL, alpha);
     EXPECT_TRUE(isLoaded(ALPHA_SERIAL));
+}
+
+/// As a load gives it that looked the board up before.
+TEST_F(Unplug, ABoardThatGetsItsHandleAfterItWasReplacedComesBack)
+{
+    start();
+    const auto first = board(ALPHA_SERIAL);
+    perform("unplug board 0");
+    pumpUntil([&] { return !knows(ALPHA_SERIAL); });
+    perform("plug board 0");
+    pumpUntil([&] { return knows(ALPHA_SERIAL); });
+    ASSERT_NE(board(ALPHA_SERIAL), first);
+    first->setBoardHandle(installation.entry<decltype(Fg_Init)>("Fg_Init")(alpha.c_str(), 0));
+    EXPECT_EQ(board(ALPHA_SERIAL), first);
+    unload(ALPHA_SERIAL);
+    EXPECT_EQ(installation.live(FGSIM_BOARD_HANDLES), 0);
 }
 
 TEST_F(Unplug, ACameraThatIsUnpluggedIsMissingUntilItIsPluggedInAndStarted)

@@ -308,9 +308,9 @@ void sweep(benchmark::State& state)
     Rig::instance();
     const Resources resources(COUNT);
     unsigned int met = 0;
-    const gui::commands::ResourceFilter filter{.board = 7, .process = std::nullopt};
+    const gui::acquisition::ResourceFilter filter{.board = 7, .process = std::nullopt};
     for (auto _ : state) {
-        const gui::commands::ResourceSweep sweep;
+        const gui::acquisition::ResourceSweep sweep;
         sweep.forEachDma(filter, [&met](const auto&) { ++met; });
         sweep.forEachLogicalPort(filter, [&met](const auto&) { ++met; });
     }

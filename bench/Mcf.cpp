@@ -131,8 +131,8 @@ struct Names
 
 Names readOurs(const Files& files)
 {
-    using ovra::gui::commands::mcfValue;
-    const std::string text = ovra::gui::commands::readMcf(files.mcf);
+    using ovra::gui::mcf::mcfValue;
+    const std::string text = ovra::gui::mcf::readMcf(files.mcf);
     return {std::string(mcfValue(text, "Kamerasektion", "HapName")),
             std::string(mcfValue(text, "fglib5", "FileName")),
             std::string(mcfValue(text, "Kamerasektion", "Typ"))};

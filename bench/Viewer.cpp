@@ -8,7 +8,7 @@
 #include "Ratios.h"
 #include "ViewerPage.h"
 
-#include "images/Channels.h"
+#include "images/ImageFeeds.h"
 #include "images/ImageMessage.h"
 #include "server/WebServer.h"
 
@@ -139,8 +139,8 @@ public:
     }
 
 private:
-    Channels m_channels;
-    std::shared_ptr<Channel> m_channel = m_channels.add();
+    ImageFeeds m_channels;
+    std::shared_ptr<ImageFeed> m_channel = m_channels.add();
     WebServer m_server{0,
                        m_channels,
                        {.joined = [](ClientId) {},

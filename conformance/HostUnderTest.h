@@ -4,7 +4,7 @@
 /// library uses.
 ///
 ///   HostUnderTest   makes this process an application, and provides what each host does in its own way
-///   Channel         a DMA channel that receives images
+///   ChannelUnderTest         a DMA channel that receives images
 ///
 /// A host author derives one class from HostUnderTest. Only the first three operations are pure. If the host
 /// does not override one of the others, the tests that need it are skipped, with the reason.
@@ -29,10 +29,10 @@ class DisplaySceneVisualizer;
 namespace ovra::conformance {
 
 /// An initialised board with an applet. The destructor frees the handle.
-class Channel
+class ChannelUnderTest
 {
 public:
-    virtual ~Channel() = default;
+    virtual ~ChannelUnderTest() = default;
 
     /// The runtime's handle of the board, for HlEnvironmentBoardNode::setBoardHandle(). Not null.
     virtual Fg_Struct_s* handle() const = 0;
@@ -62,7 +62,7 @@ public:
 
     /// Initialises the first board with an applet that has a DMA channel. Called at most once, after
     /// startApplication().
-    virtual std::unique_ptr<Channel> openChannel();
+    virtual std::unique_ptr<ChannelUnderTest> openChannel();
 
     /// Calls \p observer with the new handle each time the host would notify a view that the handle of \p
     /// board has changed, for the rest of the process.

@@ -26,7 +26,7 @@ constexpr const char* APPLET = "Hardware Applets/ovra-quad-cl/SingleAreaGray.hap
 constexpr unsigned int BOARD = 0, PORT = 0, DMA = 0;
 
 /// A board of the virtual installation whose camera is running.
-class VirtualChannel final : public Channel
+class VirtualChannel final : public ChannelUnderTest
 {
 public:
     explicit VirtualChannel(const std::filesystem::path& installation)
@@ -87,7 +87,7 @@ public:
     // NOLINTNEXTLINE(bugprone-unchecked-optional-access): a test starts the application first
     void processEvents() override { m_application->processEvents(); }
 
-    std::unique_ptr<Channel> openChannel() override
+    std::unique_ptr<ChannelUnderTest> openChannel() override
     {
         return std::make_unique<VirtualChannel>(m_installation);
     }

@@ -46,7 +46,7 @@ struct ObservedBoard
     }
 
     const Machine machine;
-    const std::unique_ptr<Channel> channel;
+    const std::unique_ptr<ChannelUnderTest> channel;
     const boost::shared_ptr<HlEnvironmentBoardNode> board;
 };
 

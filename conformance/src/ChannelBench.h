@@ -57,7 +57,7 @@ public:
     std::function<void()> inImage; ///< the visualizer calls it; set it before images arrive
 
 private:
-    std::unique_ptr<Channel> m_channel;
+    std::unique_ptr<ChannelUnderTest> m_channel;
     std::unique_ptr<display::DisplaySceneVisualizer> m_visualizer;
     std::atomic<int> m_shown{0};
 };

@@ -40,7 +40,7 @@ Machine::Machine(HostUnderTest& tested)
         skip("The environment found no board under the source \"ovra\"");
 }
 
-boost::shared_ptr<HlEnvironmentBoardNode> Machine::boardOf(const Channel& channel) const
+boost::shared_ptr<HlEnvironmentBoardNode> Machine::boardOf(const ChannelUnderTest& channel) const
 {
     auto found = findBoard(*environment,
                            [&](const auto& candidate) { return candidate.getIndex() == channel.board(); });

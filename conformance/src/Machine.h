@@ -19,7 +19,7 @@ struct Machine
     /// Skips the test if there is no board.
     explicit Machine(HostUnderTest& host);
 
-    boost::shared_ptr<core::models::HlEnvironmentBoardNode> boardOf(const Channel& channel) const;
+    boost::shared_ptr<core::models::HlEnvironmentBoardNode> boardOf(const ChannelUnderTest& channel) const;
 
     HostUnderTest& host;
     boost::shared_ptr<core::Environment> environment;

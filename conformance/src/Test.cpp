@@ -77,7 +77,7 @@ std::string toText(const std::vector<std::string>& values)
     return '[' + text + ']';
 }
 
-std::unique_ptr<Channel> HostUnderTest::openChannel()
+std::unique_ptr<ChannelUnderTest> HostUnderTest::openChannel()
 {
     skip("The host does not offer a channel with images");
 }

@@ -41,7 +41,7 @@ void ChannelImages::dropAll()
         detach(board);
 }
 
-std::shared_ptr<Channel> ChannelImages::find(unsigned int serial, unsigned int dma) const
+std::shared_ptr<ImageFeed> ChannelImages::find(unsigned int serial, unsigned int dma) const
 {
     const auto visualizer = findVisualizer(serial, dma);
     return visualizer ? visualizer->channel() : nullptr;

@@ -4,7 +4,7 @@
 /// recordings.
 #pragma once
 
-#include "images/Channels.h"
+#include "images/ImageFeeds.h"
 
 #include "front-ends/shared/ImageTap.h"
 #include "front-ends/shared/Lookup.h"
@@ -21,7 +21,7 @@ namespace ovra::viewer {
 class ChannelVisualizer final : public display::DisplaySceneVisualizer
 {
 public:
-    explicit ChannelVisualizer(std::shared_ptr<Channel> channel) : m_channel(std::move(channel)) {}
+    explicit ChannelVisualizer(std::shared_ptr<ImageFeed> channel) : m_channel(std::move(channel)) {}
 
     void showImage(const display::Image& image) override
     {
@@ -29,11 +29,11 @@ public:
         m_tap.pass(image);
     }
 
-    const std::shared_ptr<Channel>& channel() const { return m_channel; }
+    const std::shared_ptr<ImageFeed>& channel() const { return m_channel; }
     frontend::ImageTap& tap() { return m_tap; }
 
 private:
-    const std::shared_ptr<Channel> m_channel;
+    const std::shared_ptr<ImageFeed> m_channel;
     frontend::ImageTap m_tap;
 };
 
@@ -41,7 +41,7 @@ private:
 class ChannelImages
 {
 public:
-    explicit ChannelImages(Channels& channels) : m_channels(channels) {}
+    explicit ChannelImages(ImageFeeds& channels) : m_channels(channels) {}
     ~ChannelImages();
     ChannelImages(const ChannelImages&) = delete;
     ChannelImages& operator=(const ChannelImages&) = delete;
@@ -53,7 +53,7 @@ public:
     void dropAll();
 
     /// Null for a channel that has none.
-    std::shared_ptr<Channel> find(unsigned int serial, unsigned int dma) const;
+    std::shared_ptr<ImageFeed> find(unsigned int serial, unsigned int dma) const;
     /// Null for a channel without images. It gets no more images after the board is unloaded.
     std::shared_ptr<ChannelVisualizer> findVisualizer(unsigned int serial, unsigned int dma) const;
 
@@ -71,7 +71,7 @@ private:
 
     void detach(Board& board);
 
-    Channels& m_channels;
+    ImageFeeds& m_channels;
     std::map<unsigned int, Board> m_boards; ///< by serial
 };
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Configuration files: those that are installed or stored, uploads, downloads.
+// McfFile files: those that are installed or stored, uploads, downloads.
 #include "RequestTable.h"
 #include "Viewer.h"
 #include "server/Message.h"
@@ -27,14 +27,14 @@ using nlohmann::json;
 
 namespace {
 
-struct Configuration
+struct McfFile
 {
     std::string name;
     std::string origin; ///< "installed" or "stored"
     fs::path file;
 };
 
-void appendFolder(std::vector<Configuration>& list, const fs::path& folder, const std::string& origin)
+void appendFolder(std::vector<McfFile>& list, const fs::path& folder, const std::string& origin)
 {
     std::error_code ignored; // a folder that cannot be read has none
     for (const auto& entry : fs::directory_iterator(folder.empty() ? fs::path(".") : folder, ignored))
@@ -42,9 +42,9 @@ void appendFolder(std::vector<Configuration>& list, const fs::path& folder, cons
             list.push_back({frontend::textOf(entry.path().filename()), origin, entry.path()});
 }
 
-std::vector<Configuration> allConfigurations(const Viewer& viewer)
+std::vector<McfFile> allConfigurations(const Viewer& viewer)
 {
-    std::vector<Configuration> list;
+    std::vector<McfFile> list;
     appendFolder(list, frontend::pathOf(core::HarloApplication::getRuntimeDirectory()) / "mcf", "installed");
     appendFolder(list, viewer.outputFolder(), "stored");
     std::sort(list.begin(), list.end(),
@@ -53,7 +53,7 @@ std::vector<Configuration> allConfigurations(const Viewer& viewer)
 }
 
 /// Names from pages are looked up in the list and never used as paths.
-Configuration configurationArgument(const Viewer& viewer, const json& arguments)
+McfFile configurationArgument(const Viewer& viewer, const json& arguments)
 {
     const std::string name = textArgument(arguments, "name");
     const std::string origin = textArgument(arguments, "origin");

@@ -124,7 +124,7 @@ json describeApplet(const core::models::HlEnvironmentFileNode& file)
 }
 
 /// Arrival of the newest image in milliseconds since 1970; null before the first.
-json arrivalOf(const Channel& channel)
+json arrivalOf(const ImageFeed& channel)
 {
     const auto frame = channel.mailbox().newest();
     if (!frame)
@@ -157,7 +157,7 @@ const char* reasonOfAge(const reference::AcquisitionStatus& status, bool hasImag
     return hasImage ? "Stopped" : "Not started";
 }
 
-json describeStatistics(const display::DisplayScene& scene, const Channel& channel)
+json describeStatistics(const display::DisplayScene& scene, const ImageFeed& channel)
 {
     constexpr double TENTHS = 10;
     const auto status = reference::AcquisitionObserver::status(scene);

@@ -17,98 +17,98 @@ std::int64_t Recordings::begin(const std::filesystem::path& folder, std::int64_t
                                const std::shared_ptr<ChannelVisualizer>& images)
 {
     constexpr std::size_t MAX_ENTRIES = 20;
-    for (const auto& entry : m_entries)
-        if (entry.recorder && entry.images == images)
-            throw frontend::RequestError("the channel is being recorded already, as " + entry.name);
-    Entry entry{.id = ++m_count,
-                .name = frontend::textOf(folder.filename()),
-                .wanted = count,
-                .scene = scene,
-                .images = images,
-                .recorder = std::make_unique<frontend::ImageRecorder>(folder, count),
-                .recording = {},
-                .progress = {},
-                .started = scene->isGrabbing(),
-                .failure = {}};
-    entry.recording = std::make_unique<frontend::Recording>(images->tap(), *entry.recorder);
-    m_entries.push_back(std::move(entry));
-    const auto ended = std::ranges::find_if(m_entries, [](const Entry& each) { return !each.recorder; });
-    if (m_entries.size() > MAX_ENTRIES && ended != m_entries.end())
-        m_entries.erase(ended);
+    for (const auto& job : m_jobs)
+        if (job.recorder && job.images == images)
+            throw frontend::RequestError("the channel is being recorded already, as " + job.name);
+    Job job{.id = ++m_count,
+            .name = frontend::textOf(folder.filename()),
+            .wanted = count,
+            .scene = scene,
+            .images = images,
+            .recorder = std::make_unique<frontend::ImageRecorder>(folder, count),
+            .recording = {},
+            .progress = {},
+            .started = scene->isGrabbing(),
+            .failure = {}};
+    job.recording = std::make_unique<frontend::Recording>(images->tap(), *job.recorder);
+    m_jobs.push_back(std::move(job));
+    const auto ended = std::ranges::find_if(m_jobs, [](const Job& each) { return !each.recorder; });
+    if (m_jobs.size() > MAX_ENTRIES && ended != m_jobs.end())
+        m_jobs.erase(ended);
     return m_count;
 }
 
 void Recordings::beStarted(std::int64_t recording)
 {
-    if (Entry* const entry = findActive(recording))
-        entry->started = true;
+    if (Job* const job = findActive(recording))
+        job->started = true;
 }
 
 void Recordings::cancel(std::int64_t recording)
 {
-    Entry* const entry = findActive(recording);
-    if (!entry)
+    Job* const job = findActive(recording);
+    if (!job)
         throw frontend::RequestError("the recording has ended already");
-    entry->recording.reset();
-    entry->progress = entry->recorder->progress();
-    entry->recorder.reset(); // drops what waits to be written
-    entry->images.reset();
-    entry->cancelled = true;
+    job->recording.reset();
+    job->progress = job->recorder->progress();
+    job->recorder.reset(); // drops what waits to be written
+    job->images.reset();
+    job->cancelled = true;
 }
 
 void Recordings::update()
 {
-    for (auto& entry : m_entries)
-        if (entry.recorder)
-            update(entry);
+    for (auto& job : m_jobs)
+        if (job.recorder)
+            update(job);
 }
 
 json Recordings::describe() const
 {
     json list = json::array();
-    for (const auto& entry : m_entries)
-        list.push_back({{"id", entry.id},
-                        {"name", entry.name},
-                        {"wanted", entry.wanted},
-                        {"recorded", entry.progress.recorded},
-                        {"missed", entry.progress.missed},
-                        {"ended", !entry.recorder},
-                        {"cancelled", entry.cancelled},
-                        {"failure", entry.failure}});
+    for (const auto& job : m_jobs)
+        list.push_back({{"id", job.id},
+                        {"name", job.name},
+                        {"wanted", job.wanted},
+                        {"recorded", job.progress.recorded},
+                        {"missed", job.progress.missed},
+                        {"ended", !job.recorder},
+                        {"cancelled", job.cancelled},
+                        {"failure", job.failure}});
     return list;
 }
 
-Recordings::Entry* Recordings::findActive(std::int64_t recording)
+Recordings::Job* Recordings::findActive(std::int64_t recording)
 {
-    for (auto& entry : m_entries)
-        if (entry.id == recording && entry.recorder)
-            return &entry;
+    for (auto& job : m_jobs)
+        if (job.id == recording && job.recorder)
+            return &job;
     return nullptr;
 }
 
-void Recordings::update(Entry& entry)
+void Recordings::update(Job& job)
 {
-    const auto scene = entry.scene.lock();
+    const auto scene = job.scene.lock();
     // Read before the progress: images that arrive in between still count.
-    const bool stopped = entry.started && (!scene || !scene->isGrabbing());
-    entry.progress = entry.recorder->progress();
-    if (entry.progress.complete || stopped)
-        entry.recording.reset();
-    if (!entry.recording && entry.recorder->progress().settled)
-        end(entry);
+    const bool stopped = job.started && (!scene || !scene->isGrabbing());
+    job.progress = job.recorder->progress();
+    if (job.progress.complete || stopped)
+        job.recording.reset();
+    if (!job.recording && job.recorder->progress().settled)
+        end(job);
 }
 
-void Recordings::end(Entry& entry)
+void Recordings::end(Job& job)
 {
     try {
-        entry.progress = entry.recorder->finish();
-        if (entry.progress.recorded < entry.wanted)
-            entry.failure = "the acquisition ended before all images had come";
+        job.progress = job.recorder->finish();
+        if (job.progress.recorded < job.wanted)
+            job.failure = "the acquisition ended before all images had come";
     } catch (const frontend::RequestError& error) {
-        entry.failure = error.what();
+        job.failure = error.what();
     }
-    entry.recorder.reset();
-    entry.images.reset();
+    job.recorder.reset();
+    job.images.reset();
 }
 
 } // namespace ovra::viewer

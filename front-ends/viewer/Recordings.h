@@ -37,7 +37,7 @@ public:
     nlohmann::json describe() const;
 
 private:
-    struct Entry
+    struct Job
     {
         std::int64_t id;
         std::string name; ///< of the folder
@@ -52,12 +52,12 @@ private:
         std::string failure;
     };
 
-    Entry* findActive(std::int64_t recording);
-    static void update(Entry& entry);
-    static void end(Entry& entry);
+    Job* findActive(std::int64_t recording);
+    static void update(Job& job);
+    static void end(Job& job);
 
     std::int64_t m_count = 0;
-    std::deque<Entry> m_entries;
+    std::deque<Job> m_jobs;
 };
 
 } // namespace ovra::viewer

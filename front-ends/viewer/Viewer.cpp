@@ -31,14 +31,14 @@ constexpr std::size_t MAX_LOG_LINES = 1000;
 constexpr std::size_t MAX_REPORTED_ERRORS = 50;
 constexpr std::size_t MAX_SPLASH_LINES = 200;
 
-const char* nameOf(Level level)
+const char* nameOf(Severity level)
 {
     switch (level) {
-    case Level::Error:
+    case Severity::Error:
         return "error";
-    case Level::Warning:
+    case Severity::Warning:
         return "warning";
-    case Level::Information:
+    case Severity::Information:
         break;
     }
     return "information";
@@ -76,7 +76,7 @@ struct Viewer::Pending
     std::function<void()> afterwards;
 };
 
-Viewer::Viewer(Setup setup, Channels& channels)
+Viewer::Viewer(Setup setup, ImageFeeds& channels)
     : m_setup(std::move(setup)),
       m_state(m_setup.publish),
       m_images(channels),
@@ -195,12 +195,12 @@ void Viewer::setLoadedApplet(const std::string& name)
     m_state.set("load", load);
 }
 
-void Viewer::addLoadLine(Level level, const std::string& text)
+void Viewer::addLoadLine(Severity level, const std::string& text)
 {
     auto load = m_state.section("load");
     load["lines"].push_back({{"level", nameOf(level)}, {"text", text}});
     m_state.set("load", load);
-    if (level != Level::Information)
+    if (level != Severity::Information)
         report(level, "Loading Applet", text);
 }
 
@@ -248,9 +248,9 @@ void Viewer::refreshMemory()
     m_state.set("memory", describeMemory());
 }
 
-void Viewer::report(Level level, const std::string& title, const std::string& text)
+void Viewer::report(Severity level, const std::string& title, const std::string& text)
 {
-    if (level == Level::Error) {
+    if (level == Severity::Error) {
         constexpr std::size_t MAX_ERRORS = 100;
         ++m_errorCount;
         m_errors.push_back(text);

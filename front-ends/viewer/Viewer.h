@@ -9,7 +9,7 @@
 #include "MachineState.h"
 #include "Question.h"
 #include "Recordings.h"
-#include "images/Channels.h"
+#include "images/ImageFeeds.h"
 #include "server/StateDocument.h"
 #include "server/WebServer.h"
 
@@ -32,7 +32,7 @@ class Command;
 namespace ovra::viewer {
 
 /// Severity of a notice.
-enum class Level
+enum class Severity
 {
     Error,
     Warning,
@@ -53,7 +53,7 @@ public:
         frontend::SessionOptions options;
     };
 
-    Viewer(Setup setup, Channels& channels);
+    Viewer(Setup setup, ImageFeeds& channels);
     ~Viewer();
 
     // From the network.
@@ -66,7 +66,7 @@ public:
     void beginLoad();
     void setLoadedBoard(const std::string& caption);
     void setLoadedApplet(const std::string& name);
-    void addLoadLine(Level level, const std::string& text);
+    void addLoadLine(Severity level, const std::string& text);
     void endLoad();
     void attachBoard(unsigned int serial);
     void dropUnloadedBoards();
@@ -74,7 +74,7 @@ public:
     void refreshMachine();
     void refreshMemory();
     /// Shows a notice. An error also fails the requests in progress.
-    void report(Level level, const std::string& title, const std::string& text);
+    void report(Severity level, const std::string& title, const std::string& text);
     Question& question() { return m_question; }
 
     /// Refreshes what changes without a call from the library. Called four times a second.

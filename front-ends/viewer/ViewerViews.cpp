@@ -46,17 +46,17 @@ void ViewerViews::onLoadAppletFinished()
 
 void ViewerViews::showLoadAppletError(const std::string& message)
 {
-    m_viewer.addLoadLine(Level::Error, message);
+    m_viewer.addLoadLine(Severity::Error, message);
 }
 
 void ViewerViews::showLoadAppletWarning(const std::string& message)
 {
-    m_viewer.addLoadLine(Level::Warning, message);
+    m_viewer.addLoadLine(Severity::Warning, message);
 }
 
 void ViewerViews::showLoadAppletStatus(const std::string& message)
 {
-    m_viewer.addLoadLine(Level::Information, message);
+    m_viewer.addLoadLine(Severity::Information, message);
 }
 
 void ViewerViews::showLoadingBoard(const std::string& caption)
@@ -110,7 +110,7 @@ void ViewerViews::ensure_board_selection(unsigned int board)
 
 void ViewerViews::showErrorMessage(const std::string& title, const std::string& message)
 {
-    m_viewer.report(Level::Error, title, message);
+    m_viewer.report(Severity::Error, title, message);
 }
 
 void ViewerViews::update_dma_memory()

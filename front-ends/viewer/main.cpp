@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "Session.h"
+#include "Program.h"
 
 #include "front-ends/shared/Process.h"
 #include "gui-core/Version.h"
@@ -20,7 +20,7 @@ int main(int argumentCount, char** arguments)
             ovra::frontend::commandLineArguments(argumentCount, arguments), exitCode);
         if (!options)
             return exitCode;
-        return ovra::viewer::runSession(*options) ? EXIT_SUCCESS : EXIT_FAILURE;
+        return ovra::viewer::runProgram(*options) ? EXIT_SUCCESS : EXIT_FAILURE;
     } catch (const std::exception& error) {
         std::cerr << "ovra-viewer: " << error.what() << '\n';
         return EXIT_FAILURE;

@@ -10,7 +10,7 @@
 #include <sstream>
 #include <string>
 
-using ovra::gui::commands::mcfValue;
+using ovra::gui::mcf::mcfValue;
 
 namespace {
 

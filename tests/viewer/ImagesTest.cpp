@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "images/Channels.h"
 #include "images/Histogram.h"
+#include "images/ImageFeeds.h"
 #include "images/ImageView.h"
 #include "server/ImageStreams.h"
 
@@ -194,7 +194,7 @@ TEST(Histogram, CountsTheWholeImage)
 
 TEST(Streams, OneImageIsUnderWayAndTheNextIsTheNewest)
 {
-    Channels channels;
+    ImageFeeds channels;
     const auto channel = channels.add();
     ImageStreams streams(channels);
     const std::vector<std::uint8_t> pixels(100 * 100, 7);
@@ -245,7 +245,7 @@ TEST(Streams, OneImageIsUnderWayAndTheNextIsTheNewest)
 
 TEST(Streams, WhatIsWrittenStaysAsItIsUntilItIsWritten)
 {
-    Channels channels;
+    ImageFeeds channels;
     const auto channel = channels.add();
     ImageStreams streams(channels);
     std::vector<std::uint8_t> pixels(100 * 100);
@@ -274,9 +274,9 @@ TEST(Streams, WhatIsWrittenStaysAsItIsUntilItIsWritten)
     }
 }
 
-TEST(Channels, TellThatAndWhereImagesHaveArrived)
+TEST(ImageFeeds, TellThatAndWhereImagesHaveArrived)
 {
-    Channels channels;
+    ImageFeeds channels;
     const auto first = channels.add();
     const auto second = channels.add();
     int calls = 0;

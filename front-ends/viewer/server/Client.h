@@ -33,7 +33,7 @@ public:
     {
         const std::string& token;
         const HttpPolicy& policy;
-        const Channels& channels;
+        const ImageFeeds& channels;
         const WebServer::Handlers& handlers;
         /// Adds the client to the server's list. False if the list is full.
         std::function<bool(const std::shared_ptr<Client>&)> enter;

@@ -53,7 +53,7 @@ std::string valuesMessage(const ShowView& view, const Frame& frame)
 }
 
 /// Null if the client already has it.
-std::shared_ptr<const std::string> newHistogram(Channel& channel, const Frame& frame, std::uint64_t& last)
+std::shared_ptr<const std::string> newHistogram(ImageFeed& channel, const Frame& frame, std::uint64_t& last)
 {
     std::uint64_t sequence = 0;
     const auto message = channel.histogramMessage(frame, sequence);

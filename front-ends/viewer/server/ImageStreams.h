@@ -3,7 +3,7 @@
 /// ImageStreams: which images one client gets, and when.
 #pragma once
 
-#include "images/Channels.h"
+#include "images/ImageFeeds.h"
 #include "images/ImageMessage.h"
 #include "server/Message.h"
 
@@ -19,7 +19,7 @@ namespace ovra::viewer {
 class ImageStreams
 {
 public:
-    explicit ImageStreams(const Channels& channels) : m_channels(channels) {}
+    explicit ImageStreams(const ImageFeeds& channels) : m_channels(channels) {}
 
     /// Changes the view. Sends the newest image again if it looks different; otherwise only the values that
     /// were asked for.
@@ -51,7 +51,7 @@ private:
         ImageMessage message;
     };
 
-    const Channels& m_channels;
+    const ImageFeeds& m_channels;
     std::map<std::uint32_t, Stream> m_streams;
 };
 

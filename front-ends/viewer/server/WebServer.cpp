@@ -265,7 +265,10 @@ private:
 
 struct WebServer::State
 {
-    State(Channels& images, Handlers calls) : channels(images), handlers(std::move(calls)), token(makeToken())
+    State(ImageFeeds& images, Handlers calls)
+        : channels(images),
+          handlers(std::move(calls)),
+          token(makeToken())
     {}
 
     /// Runs on the network thread.
@@ -292,7 +295,7 @@ struct WebServer::State
     alignas(std::max_align_t) NewsMemory<void>::Place newsPlace{}; ///< outlives the context's handlers
     std::atomic<bool> newsQueued{false};
     asio::io_context context{1}; ///< runs on one thread: a second would be woken for each piece of an image
-    Channels& channels;
+    ImageFeeds& channels;
     const Handlers handlers;
     const std::string token;
     std::unique_ptr<const HttpPolicy> policy;
@@ -424,7 +427,7 @@ void WebServer::State::spreadNews()
             client->offer(channel);
 }
 
-WebServer::WebServer(unsigned short port, Channels& channels, Handlers handlers)
+WebServer::WebServer(unsigned short port, ImageFeeds& channels, Handlers handlers)
     : m_state(std::make_unique<State>(channels, std::move(handlers)))
 {
     m_state->listen(port);

@@ -5,7 +5,7 @@
 /// Threads: two of its own do the network's work. Handlers are called on either of them, and must not block.
 #pragma once
 
-#include "images/Channels.h"
+#include "images/ImageFeeds.h"
 #include "server/HttpPolicy.h"
 #include "server/Message.h"
 
@@ -32,7 +32,7 @@ public:
 
     /// Listens on 127.0.0.1 and, if the machine has it, ::1. Uses any free port if \p port is in use or 0.
     /// Throws std::runtime_error if it cannot listen.
-    WebServer(unsigned short port, Channels& channels, Handlers handlers);
+    WebServer(unsigned short port, ImageFeeds& channels, Handlers handlers);
     /// Closes all connections and joins the thread. No handler runs afterwards.
     ~WebServer();
     WebServer(const WebServer&) = delete;

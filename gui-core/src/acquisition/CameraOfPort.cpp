@@ -4,7 +4,7 @@
 #include "ovra-lib-environment/HlEnvironmentAppletNodes.h"
 #include "ovra-lib-environment/HlEnvironmentHardwareNodes.h"
 
-namespace ovra::gui::commands {
+namespace ovra::gui::acquisition {
 
 boost::shared_ptr<core::models::GenICamModel>
 cameraOfPort(const core::models::HlEnvironmentLogicalPortNode& port)
@@ -18,4 +18,4 @@ cameraOfPort(const core::models::HlEnvironmentLogicalPortNode& port)
     return camera->getGenICamModelEntry();
 }
 
-} // namespace ovra::gui::commands
+} // namespace ovra::gui::acquisition

@@ -10,11 +10,11 @@ class GenICamModel;
 class HlEnvironmentLogicalPortNode;
 } // namespace ovra::core::models
 
-namespace ovra::gui::commands {
+namespace ovra::gui::acquisition {
 
 /// Follows the mapped physical port and the camera plugged into it to the camera's controls. Empty where the
 /// chain breaks.
 boost::shared_ptr<core::models::GenICamModel>
 cameraOfPort(const core::models::HlEnvironmentLogicalPortNode& port);
 
-} // namespace ovra::gui::commands
+} // namespace ovra::gui::acquisition

@@ -16,7 +16,7 @@
 
 #include <string>
 
-namespace ovra::gui::commands {
+namespace ovra::gui::acquisition {
 
 using core::HarloApplication;
 using core::models::GenICamModel;
@@ -70,12 +70,12 @@ long long rememberedOrAsked(const std::string& message)
 
 void applyToDma(const HlEnvironmentDmaNode& dma, const Size& camera)
 {
-    const auto group = frameBuffersOf(dma);
+    const auto group = model::frameBuffersOf(dma);
     if (!group)
         return;
     group->setWidth(camera.width);
     group->setHeight(camera.height);
-    announceGeometry(*group);
+    model::announceGeometry(*group);
 }
 
 void reconcilePair(const HlEnvironmentDmaNode& dma, const HlEnvironmentLogicalPortNode& port)
@@ -118,4 +118,4 @@ void reconcileImageSizes(const ResourceFilter& filter)
     });
 }
 
-} // namespace ovra::gui::commands
+} // namespace ovra::gui::acquisition

@@ -3,7 +3,7 @@
 /// Brings the image sizes of cameras and DMA channels together before an acquisition starts.
 #pragma once
 
-namespace ovra::gui::commands {
+namespace ovra::gui::acquisition {
 
 struct ResourceFilter;
 
@@ -15,4 +15,4 @@ struct ResourceFilter;
 /// GUI thread; may show modal questions.
 void reconcileImageSizes(const ResourceFilter& filter);
 
-} // namespace ovra::gui::commands
+} // namespace ovra::gui::acquisition

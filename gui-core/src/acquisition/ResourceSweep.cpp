@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "acquisition/ResourceSweep.h"
 
-namespace ovra::gui::commands {
+namespace ovra::gui::acquisition {
 
 namespace {
 
@@ -26,4 +26,4 @@ std::optional<ResourceFilter> reachOf(const AcquisitionTarget& target, Gui::Sync
     return target.dma ? reachAround(*target.dma, mode) : reachAround(*target.port, mode);
 }
 
-} // namespace ovra::gui::commands
+} // namespace ovra::gui::acquisition

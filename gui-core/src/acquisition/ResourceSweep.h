@@ -11,7 +11,7 @@
 
 #include <optional>
 
-namespace ovra::gui::commands {
+namespace ovra::gui::acquisition {
 
 /// Which nodes a sweep accepts: those of one board and process, or of any where none is named.
 struct ResourceFilter
@@ -81,4 +81,4 @@ private:
     const boost::shared_ptr<core::models::HlEnvironmentGlobalResourceRootNode> m_root;
 };
 
-} // namespace ovra::gui::commands
+} // namespace ovra::gui::acquisition

@@ -14,7 +14,7 @@
 #include <map>
 #include <set>
 
-namespace ovra::gui::commands {
+namespace ovra::gui::applet {
 
 using core::models::HlEnvironmentBoardNode;
 using core::models::HlEnvironmentDmaNode;
@@ -72,8 +72,8 @@ std::string legacyPortType(const LegacyLayout& layout)
 
 void reportFailedQuery(const HlEnvironmentBoardNode& board, const char* parameter, int code)
 {
-    postLoadError(std::string("Error in Fg_getParameter(") + parameter +
-                  "): " + codeWithDescription(board.getBoardHandle(), code));
+    messages::postLoadError(std::string("Error in Fg_getParameter(") + parameter +
+                            "): " + messages::codeWithDescription(board.getBoardHandle(), code));
 }
 
 /// A failed query counts as 0 and posts nothing: such a process is published without channels or ports.
@@ -220,15 +220,15 @@ void logStructure(const HlEnvironmentBoardNode& board)
     std::map<unsigned int, std::string> portLines;
     for (const auto dmas = board.getDmas(); dmas->hasNext(); dmas->advance()) {
         const HlEnvironmentDmaNode& dma = *dmas->current();
-        postLoadStatus("Detected DMA " + std::to_string(dma.getIndex()));
+        messages::postLoadStatus("Detected DMA " + std::to_string(dma.getIndex()));
         for (const auto processes = dma.getProcesses(); processes->hasNext(); processes->advance()) {
             const HlEnvironmentProcessNode& process = *processes->current();
             const auto [line, isNew] = portLines.try_emplace(process.getIndex());
             if (isNew)
                 line->second = portLine(process);
-            postLoadStatus(PROCESS_PREFIX + std::to_string(line->first));
+            messages::postLoadStatus(PROCESS_PREFIX + std::to_string(line->first));
             if (!line->second.empty())
-                postLoadStatus(line->second);
+                messages::postLoadStatus(line->second);
         }
     }
 }
@@ -245,4 +245,4 @@ void mapLogicalPorts(HlEnvironmentBoardNode& board)
     }
 }
 
-} // namespace ovra::gui::commands
+} // namespace ovra::gui::applet

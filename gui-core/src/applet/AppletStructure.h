@@ -14,7 +14,7 @@ class HlEnvironmentBoardNode;
 class HlEnvironmentFileNode;
 } // namespace ovra::core::models
 
-namespace ovra::gui::commands {
+namespace ovra::gui::applet {
 
 /// The layout that an applet library of the oldest kind reports.
 struct LegacyLayout
@@ -37,4 +37,4 @@ void logStructure(const core::models::HlEnvironmentBoardNode& board);
 /// Connects each logical port with the physical port of the same index, if there is one.
 void mapLogicalPorts(core::models::HlEnvironmentBoardNode& board);
 
-} // namespace ovra::gui::commands
+} // namespace ovra::gui::applet

@@ -13,7 +13,7 @@
 #include <memory>
 #include <utility>
 
-namespace ovra::gui::commands {
+namespace ovra::gui::applet {
 
 namespace {
 
@@ -121,10 +121,10 @@ void freeBoardHandle(core::models::HlEnvironmentBoardNode& board)
 
 bool initialiseBoard(core::models::HlEnvironmentBoardNode& board, const std::string& appletPath)
 {
-    InitialisationInProgress inProgress(environmentRoot());
+    InitialisationInProgress inProgress(model::environmentRoot());
     OwnedHandle handle(Fg_Init(appletPath.c_str(), static_cast<unsigned int>(board.getIndex())));
     if (!handle) {
-        postLoadError("Error in Fg_Init(...): " + lastErrorWithDescription());
+        messages::postLoadError("Error in Fg_Init(...): " + messages::lastErrorWithDescription());
         inProgress.end();
         return false;
     }
@@ -137,4 +137,4 @@ bool initialiseBoard(core::models::HlEnvironmentBoardNode& board, const std::str
     return true;
 }
 
-} // namespace ovra::gui::commands
+} // namespace ovra::gui::applet

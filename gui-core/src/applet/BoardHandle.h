@@ -9,7 +9,7 @@ namespace ovra::core::models {
 class HlEnvironmentBoardNode;
 }
 
-namespace ovra::gui::commands {
+namespace ovra::gui::applet {
 
 /// Frees the board's handle, if it has one, as one change of the board.
 void freeBoardHandle(core::models::HlEnvironmentBoardNode& board);
@@ -18,4 +18,4 @@ void freeBoardHandle(core::models::HlEnvironmentBoardNode& board);
 /// the user and returns false with the board unchanged. Worker thread.
 bool initialiseBoard(core::models::HlEnvironmentBoardNode& board, const std::string& appletPath);
 
-} // namespace ovra::gui::commands
+} // namespace ovra::gui::applet

@@ -12,7 +12,7 @@
 #include "ovra-lib-fglib-model/FgLibEventsModel.h"
 #include "ovra-lib-fglib-model/FgLibModel.h"
 
-namespace ovra::gui::commands {
+namespace ovra::gui::applet {
 
 using core::models::FgLibModel;
 using core::models::HlEnvironmentBoardNode;
@@ -49,7 +49,7 @@ void detachDma(HlEnvironmentDmaNode& dma, Perform perform)
     boost::shared_ptr<display::FglibFrameBufferGroup> group;
     boost::shared_ptr<display::DisplayScene> scene;
     perform([&] { model = dma.getFrontendRegInfoModel(); });
-    perform([&] { group = frameBuffersOf(dma); });
+    perform([&] { group = model::frameBuffersOf(dma); });
     if (model) {
         perform([&] { model->stop(); });
         perform([&] { dma.getFrontendRegInfoModel()->removeFrameBufferGroup(group); });
@@ -74,7 +74,7 @@ void takeApart(HlEnvironmentBoardNode& board, Perform perform)
 {
     // First, so that no event reaches the front end during the teardown.
     perform([&] { board.setFglibEventsSignalConnection({}); });
-    perform([&] { removeBoardResources(board); });
+    perform([&] { model::removeBoardResources(board); });
     perform([&] {
         for (const auto dmas = board.getDmas(); dmas->hasNext(); dmas->advance())
             detachDma(*dmas->current(), perform);
@@ -123,4 +123,4 @@ void UnfinishedLoad::undo()
     m_finished = true;
 }
 
-} // namespace ovra::gui::commands
+} // namespace ovra::gui::applet

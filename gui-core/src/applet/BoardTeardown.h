@@ -7,7 +7,7 @@ namespace ovra::core::models {
 class HlEnvironmentBoardNode;
 }
 
-namespace ovra::gui::commands {
+namespace ovra::gui::applet {
 
 /// Removes everything that a load created on the board, and frees its handle. A host exception ends it: the
 /// steps before it are done, the others are not. GUI thread.
@@ -36,4 +36,4 @@ private:
     bool m_finished = false;
 };
 
-} // namespace ovra::gui::commands
+} // namespace ovra::gui::applet

@@ -18,7 +18,7 @@
 
 #include <string>
 
-namespace ovra::gui::commands {
+namespace ovra::gui::applet {
 
 using core::models::FgLibEventsModel;
 using core::models::FgLibModel;
@@ -32,7 +32,7 @@ FgRegisterInfo* registerInformation(const HlEnvironmentBoardNode& board, unsigne
 {
     FgRegisterInfo* const info = Fg_getParameterInfo(board.getBoardHandle(), dma);
     if (!info)
-        postLoadWarning("Error in Fg_getParameterInfo(" + std::to_string(dma) + "): NULL");
+        messages::postLoadWarning("Error in Fg_getParameterInfo(" + std::to_string(dma) + "): NULL");
     return info;
 }
 
@@ -109,9 +109,9 @@ void createEventsModel(HlEnvironmentBoardNode& board)
     board.setFglibEventsSignalConnection(Gui::views()->connectFglibEvents(events));
 }
 
-void createParameterModels(HlEnvironmentBoardNode& board, AppletType type)
+void createParameterModels(HlEnvironmentBoardNode& board, model::AppletType type)
 {
-    if (type == AppletType::Hap)
+    if (type == model::AppletType::Hap)
         createModelForApplet(board);
     else
         createModelPerDma(board);
@@ -123,4 +123,4 @@ void setUpChannels(HlEnvironmentBoardNode& board)
         setUpChannel(board, *dmas->current());
 }
 
-} // namespace ovra::gui::commands
+} // namespace ovra::gui::applet

@@ -12,7 +12,7 @@ namespace ovra::core::models {
 class HlEnvironmentBoardNode;
 }
 
-namespace ovra::gui::commands {
+namespace ovra::gui::applet {
 
 /// Creates the board's events model and lets the front end subscribe to it.
 void createEventsModel(core::models::HlEnvironmentBoardNode& board);
@@ -20,9 +20,9 @@ void createEventsModel(core::models::HlEnvironmentBoardNode& board);
 /// Creates the models of the parameters that the runtime describes: one for each DMA channel, or for a HAP
 /// applet one for all of them and the board. Where the runtime gives no description, posts a warning and
 /// creates no model.
-void createParameterModels(core::models::HlEnvironmentBoardNode& board, AppletType type);
+void createParameterModels(core::models::HlEnvironmentBoardNode& board, model::AppletType type);
 
 /// Gives each DMA channel its timeout, buffers and display scene, with the configured defaults.
 void setUpChannels(core::models::HlEnvironmentBoardNode& board);
 
-} // namespace ovra::gui::commands
+} // namespace ovra::gui::applet

@@ -8,7 +8,7 @@
 
 #include "fglib5/LegacyApplet.h"
 
-namespace ovra::gui::commands {
+namespace ovra::gui::applet {
 
 namespace {
 
@@ -28,17 +28,17 @@ bool buildLegacyApplet(core::models::HlEnvironmentBoardNode& board, const std::s
     constexpr bool FREE_ON_DESTRUCTION = false; // the guard below closes it
     SharedLibrary applet(appletPath, FREE_ON_DESTRUCTION);
     if (!applet.load()) {
-        postLoadError("Opening applet DLL failed!");
+        messages::postLoadError("Opening applet DLL failed!");
         return false;
     }
-    const HandleGuard guard(&applet);
+    const commands::HandleGuard guard(&applet);
     const auto info = reinterpret_cast<LegacyInfoFunction*>(applet.locate(LEGACY_INFO_NAME));
     if (!info) {
-        postLoadError("Resolving info function of applet DLL failed!");
+        messages::postLoadError("Resolving info function of applet DLL failed!");
         return false;
     }
     buildLegacyStructure(board, askLayout(info));
     return true;
 }
 
-} // namespace ovra::gui::commands
+} // namespace ovra::gui::applet

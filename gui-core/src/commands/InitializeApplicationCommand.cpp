@@ -38,8 +38,8 @@ void scanAppletFiles(core::models::HlEnvironmentRootNode& root)
     // holds.
     for (int i = 1; i <= count && i <= static_cast<int>(files.size()); ++i) {
         const auto& file = files[static_cast<std::size_t>(i - 1)];
-        postSplashMessage("Scanning File " + std::to_string(i) + "/" + std::to_string(count) + " (" +
-                          file->getFileName() + ")");
+        messages::postSplashMessage("Scanning File " + std::to_string(i) + "/" + std::to_string(count) +
+                                    " (" + file->getFileName() + ")");
         file->scan();
     }
 }
@@ -65,7 +65,7 @@ void InitializeApplicationCommand::executeSync()
     OvraLogInit();
     const auto views = Gui::views();
     views->onInitializeBegin();
-    OvraLogSetMessageCallback(&forwardLogMessage, nullptr);
+    OvraLogSetMessageCallback(&messages::forwardLogMessage, nullptr);
     views->onLoggingInstalled();
     views->onInitializeSync();
     views->showSplashscreenMessage("Starting...");
@@ -76,12 +76,12 @@ void InitializeApplicationCommand::executeAsync()
     const auto environment = Gui::environment();
     const auto root = environment->model()->root();
 
-    postSplashMessage("Discovering Resources...");
+    messages::postSplashMessage("Discovering Resources...");
     environment->enableAutoScan(false);
     environment->discoverResourcesOnce();
     environment->discoverResources();
 
-    postSplashMessage("Scanning Applets...");
+    messages::postSplashMessage("Scanning Applets...");
     scanAppletFiles(*root);
 
     environment->enableAutoScan(true);
@@ -91,9 +91,9 @@ void InitializeApplicationCommand::executeAsync()
 
 void InitializeApplicationCommand::executePostAsync()
 {
-    postSplashMessage("Filling Caches...");
+    messages::postSplashMessage("Filling Caches...");
     Gui::views()->fillCaches();
-    postSplashMessage("Initialization done.");
+    messages::postSplashMessage("Initialization done.");
     Gui::views()->onInitializationDone();
 }
 

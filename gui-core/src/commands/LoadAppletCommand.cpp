@@ -56,31 +56,31 @@ struct [[nodiscard]] LoadingSlotRelease
 };
 
 /// On failure posts an error to the user; the board is then half built.
-bool buildStructure(HlEnvironmentBoardNode& board, const HlEnvironmentFileNode& file, AppletType type,
+bool buildStructure(HlEnvironmentBoardNode& board, const HlEnvironmentFileNode& file, model::AppletType type,
                     const std::string& appletPath)
 {
-    const std::string detected = std::string("Detected applet type: ") + appletTypeName(type);
-    if (type == AppletType::Unknown) {
-        postLoadError(detected);
+    const std::string detected = std::string("Detected applet type: ") + model::appletTypeName(type);
+    if (type == model::AppletType::Unknown) {
+        messages::postLoadError(detected);
         return false;
     }
-    postLoadStatus(detected);
-    return type == AppletType::LegacyDll ? buildLegacyApplet(board, appletPath)
-                                         : buildRuntimeStructure(board, file);
+    messages::postLoadStatus(detected);
+    return type == model::AppletType::LegacyDll ? applet::buildLegacyApplet(board, appletPath)
+                                                : applet::buildRuntimeStructure(board, file);
 }
 
 void applyMcf(const HlEnvironmentBoardNode& board, const std::string& mcfFile)
 {
-    postLoadStatus("Loading Configuration from MCF.");
+    messages::postLoadStatus("Loading Configuration from MCF.");
     const int code = Fg_loadConfig(board.getBoardHandle(), mcfFile.c_str());
     if (code != FG_OK) {
-        postLoadWarning("...Error loading MCF: " + descriptionWithCode(code));
+        messages::postLoadWarning("...Error loading MCF: " + messages::descriptionWithCode(code));
         return;
     }
-    postLoadStatus("Loading Configuration from MCF succeeded.");
+    messages::postLoadStatus("Loading Configuration from MCF succeeded.");
     for (const auto dmas = board.getDmas(); dmas->hasNext(); dmas->advance())
-        if (const auto group = frameBuffersOf(*dmas->current()))
-            announceGeometry(*group);
+        if (const auto group = model::frameBuffersOf(*dmas->current()))
+            model::announceGeometry(*group);
 }
 
 } // namespace
@@ -119,7 +119,7 @@ void LoadAppletCommand::executeSync()
     const auto views = Gui::views();
     views->onLoadAppletStarted();
 
-    request.board = findBoard(request.boardSerial);
+    request.board = model::findBoard(request.boardSerial);
     if (!request.board) {
         views->showLoadAppletError("Invalid board serial: " + std::to_string(request.boardSerial));
         return;
@@ -127,14 +127,14 @@ void LoadAppletCommand::executeSync()
     views->showLoadingBoard(std::to_string(request.board->getIndex()) + " - " +
                             request.board->getBoardName());
 
-    request.file = findAppletFile(request.appletFile);
+    request.file = model::findAppletFile(request.appletFile);
     if (!request.file) {
         views->showLoadAppletError("Invalid applet file: " + request.appletFile);
         return;
     }
     views->showLoadingApplet(request.file->getFileName());
 
-    submit(UnloadAppletCommand::create(static_cast<int>(request.boardSerial)));
+    messages::submit(UnloadAppletCommand::create(static_cast<int>(request.boardSerial)));
     request.loadable = true;
 }
 
@@ -146,27 +146,27 @@ void LoadAppletCommand::executeAsync()
     HlEnvironmentBoardNode& board = *request.board;
     const HlEnvironmentFileNode& file = *request.file;
 
-    UnfinishedLoad unfinished(board);
-    postLoadStatus("Loading applet '" + file.getFileName() + "' on board " +
-                   std::to_string(board.getIndex()) + " ...");
-    if (!initialiseBoard(board, request.appletFile)) {
+    applet::UnfinishedLoad unfinished(board);
+    messages::postLoadStatus("Loading applet '" + file.getFileName() + "' on board " +
+                             std::to_string(board.getIndex()) + " ...");
+    if (!applet::initialiseBoard(board, request.appletFile)) {
         unfinished.done();
         return;
     }
-    postLoadStatus("Loading succeeded.");
+    messages::postLoadStatus("Loading succeeded.");
 
-    postLoadStatus("Reading applet structure ...");
-    const AppletType type = appletType(file);
+    messages::postLoadStatus("Reading applet structure ...");
+    const model::AppletType type = model::appletType(file);
     if (!buildStructure(board, file, type, request.appletFile)) {
         unfinished.undo();
         return;
     }
-    logStructure(board);
-    mapLogicalPorts(board);
-    createEventsModel(board);
-    createParameterModels(board, type);
-    setUpChannels(board);
-    registerBoardResources(board, type);
+    applet::logStructure(board);
+    applet::mapLogicalPorts(board);
+    applet::createEventsModel(board);
+    applet::createParameterModels(board, type);
+    applet::setUpChannels(board);
+    model::registerBoardResources(board, type);
     board.setLoadedAppletEntry(request.file);
     board.setBoardSelectedForViewEntry(true);
     // A configuration that the runtime refuses is a warning: the applet stays.
@@ -189,7 +189,7 @@ void LoadAppletCommand::executePostAsync()
         views->ensure_board_selection(request.boardSerial);
         views->update_dma_memory();
     }
-    submit(RescanAppletsCommand::create());
+    messages::submit(RescanAppletsCommand::create());
 }
 
 } // namespace ovra::gui::commands

@@ -4,7 +4,7 @@
 #include "mcf/Mcf.h"
 #include "messages/CommandSubmission.h"
 #include "messages/StatusText.h"
-#include "model/AppletFolders.h"
+#include "model/AppletFolderOf.h"
 #include "model/BoardLookup.h"
 
 #include "gui-core/Gui.h"
@@ -44,12 +44,12 @@ bool isHap(const std::string& name)
 /// The applet's name as the file gives it; empty when it names none.
 std::string appletNameOf(const std::string& mcf)
 {
-    std::string name(mcfValue(mcf, "Kamerasektion", "HapName"));
+    std::string name(mcf::mcfValue(mcf, "Kamerasektion", "HapName"));
     if (!name.empty())
         return isHap(name) ? name : name + ".hap";
-    name = mcfValue(mcf, "fglib5", "FileName");
+    name = mcf::mcfValue(mcf, "fglib5", "FileName");
     if (name.empty())
-        name = mcfValue(mcf, "Kamerasektion", "Typ");
+        name = mcf::mcfValue(mcf, "Kamerasektion", "Typ");
     return name;
 }
 
@@ -60,14 +60,14 @@ std::string appletPathOf(std::string name, const HlEnvironmentBoardNode& board)
     if (name.find('.') == std::string::npos)
         name += ".dll";
     const char* folder = isHap(name) ? "/Hardware Applets/" : "/dll/";
-    return core::HarloApplication::getRuntimeDirectory() + folder + appletFolderOf(board.getBoardType()) +
-           "/" + name;
+    return core::HarloApplication::getRuntimeDirectory() + folder +
+           model::appletFolderOf(board.getBoardType()) + "/" + name;
 }
 
 /// The environment's node for the path, added if missing; empty when no such file exists.
 boost::shared_ptr<HlEnvironmentFileNode> appletFile(const std::string& path)
 {
-    const auto files = environmentRoot()->getFilesEntryNode();
+    const auto files = model::environmentRoot()->getFilesEntryNode();
     if (!files->existsAllFilesEntry(path))
         Gui::environment()->forceSingleFileAddition(path);
     if (!files->existsAllFilesEntry(path))
@@ -101,7 +101,7 @@ void LoadMcfCommand::executeSync()
     const bool appletOnly = isHap(file);
     std::string applet = file;
     if (!appletOnly) {
-        const std::string name = appletNameOf(readMcf(file));
+        const std::string name = appletNameOf(mcf::readMcf(file));
         if (name.empty()) {
             executeErrorDialog("Illegal MCF Configuration File");
             return;
@@ -115,8 +115,8 @@ void LoadMcfCommand::executeSync()
         executeErrorDialog("Applet File Referenced In MCF Configuration File Does Not Exist!");
         return;
     }
-    submit(LoadAppletCommand::create(static_cast<int>(board->getSerial()), node->getFilePath(),
-                                     appletOnly ? "" : file));
+    messages::submit(LoadAppletCommand::create(static_cast<int>(board->getSerial()), node->getFilePath(),
+                                               appletOnly ? "" : file));
 }
 
 void LoadMcfCommand::executeErrorDialog(const std::string& text)
@@ -127,7 +127,7 @@ void LoadMcfCommand::executeErrorDialog(const std::string& text)
 
 void LoadMcfCommand::executeErrorDialog(int code)
 {
-    executeErrorDialog(descriptionWithCode(code));
+    executeErrorDialog(messages::descriptionWithCode(code));
 }
 
 } // namespace ovra::gui::commands

@@ -24,7 +24,7 @@ using core::models::HlEnvironmentLogicalPortNode;
 
 struct StartAcquisitionCommand::Request
 {
-    AcquisitionTarget target;
+    acquisition::AcquisitionTarget target;
     int grabArgument;
 };
 
@@ -41,7 +41,7 @@ void startCamera(const HlEnvironmentLogicalPortNode& port)
 {
     if (port.getGeneratorActive())
         return;
-    if (const auto camera = cameraOfPort(port))
+    if (const auto camera = acquisition::cameraOfPort(port))
         camera->restartAcquisition();
 }
 
@@ -81,13 +81,13 @@ void StartAcquisitionCommand::executeSync()
                                                   keys::COMPARE_IMAGE_SIZES.defaultValue) == 0)
         return;
     // A single channel is deliberately started without a comparison.
-    if (const auto reach = reachOf(m_request->target, Gui::getSyncMode()))
-        reconcileImageSizes(*reach);
+    if (const auto reach = acquisition::reachOf(m_request->target, Gui::getSyncMode()))
+        acquisition::reconcileImageSizes(*reach);
 }
 
 void StartAcquisitionCommand::executeAsync()
 {
-    const AcquisitionTarget& target = m_request->target;
+    const acquisition::AcquisitionTarget& target = m_request->target;
     const int grabArgument = m_request->grabArgument;
     const Gui::SyncMode mode = Gui::getSyncMode();
 
@@ -96,9 +96,9 @@ void StartAcquisitionCommand::executeAsync()
             startDma(*target.dma, grabArgument);
         else if (target.port)
             startCamera(*target.port);
-    } else if (const auto reach = reachOf(target, mode)) {
+    } else if (const auto reach = acquisition::reachOf(target, mode)) {
         // Channels first, so that each is ready before the first camera sends.
-        const ResourceSweep sweep;
+        const acquisition::ResourceSweep sweep;
         sweep.forEachDma(*reach,
                          [grabArgument](const HlEnvironmentDmaNode& dma) { startDma(dma, grabArgument); });
         sweep.forEachLogicalPort(*reach, &startCamera);

@@ -21,7 +21,7 @@ using core::models::HlEnvironmentLogicalPortNode;
 
 struct StopAcquisitionCommand::Request
 {
-    AcquisitionTarget target;
+    acquisition::AcquisitionTarget target;
 };
 
 namespace {
@@ -37,7 +37,7 @@ void stopCamera(const HlEnvironmentLogicalPortNode& port)
 {
     if (port.getGeneratorActive() || port.getClCameraPresent())
         return;
-    if (const auto camera = cameraOfPort(port))
+    if (const auto camera = acquisition::cameraOfPort(port))
         camera->stopAcquisition();
 }
 
@@ -73,7 +73,7 @@ void StopAcquisitionCommand::executeSync() {}
 
 void StopAcquisitionCommand::executeAsync()
 {
-    const AcquisitionTarget& target = m_request->target;
+    const acquisition::AcquisitionTarget& target = m_request->target;
     const Gui::SyncMode mode = Gui::getSyncMode();
 
     if (mode == Gui::SyncNone) {
@@ -81,9 +81,9 @@ void StopAcquisitionCommand::executeAsync()
             stopDma(*target.dma);
         else if (target.port)
             stopCamera(*target.port);
-    } else if (const auto reach = reachOf(target, mode)) {
+    } else if (const auto reach = acquisition::reachOf(target, mode)) {
         // Cameras first, so that none sends to a stopped channel.
-        const ResourceSweep sweep;
+        const acquisition::ResourceSweep sweep;
         sweep.forEachLogicalPort(*reach, &stopCamera);
         sweep.forEachDma(*reach, &stopDma);
     }

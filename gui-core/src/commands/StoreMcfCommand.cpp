@@ -49,7 +49,7 @@ void StoreMcfCommand::executeSync()
         return;
     const std::string title =
         "Board " + std::to_string(board->getIndex()) + " - Storing MCF Configuration File";
-    Gui::views()->showErrorMessage(title, "ERROR: " + descriptionWithCode(status));
+    Gui::views()->showErrorMessage(title, "ERROR: " + messages::descriptionWithCode(status));
 }
 
 } // namespace ovra::gui::commands

@@ -34,10 +34,10 @@ UnloadAppletCommand::~UnloadAppletCommand() = default;
 
 void UnloadAppletCommand::executeSync()
 {
-    const auto board = findBoard(m_request->boardSerial);
+    const auto board = model::findBoard(m_request->boardSerial);
     if (!board)
         return;
-    emptyBoard(*board);
+    applet::emptyBoard(*board);
     const auto views = Gui::views();
     views->applet_unloaded();
     views->update_dma_memory();

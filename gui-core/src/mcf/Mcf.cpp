@@ -4,7 +4,7 @@
 #include <array>
 #include <fstream>
 
-namespace ovra::gui::commands {
+namespace ovra::gui::mcf {
 
 namespace {
 
@@ -65,4 +65,4 @@ std::string_view mcfValue(std::string_view text, std::string_view section, std::
     return value;
 }
 
-} // namespace ovra::gui::commands
+} // namespace ovra::gui::mcf

@@ -17,7 +17,7 @@
 #include <string>
 #include <string_view>
 
-namespace ovra::gui::commands {
+namespace ovra::gui::mcf {
 
 /// The bytes of \p path, which others may have open, also for writing. Empty when that is no readable file.
 /// Blocks while it reads. Throws std::bad_alloc.
@@ -27,4 +27,4 @@ std::string readMcf(const std::string& path);
 /// when there is no such section or key. Takes time in proportion to the text.
 std::string_view mcfValue(std::string_view text, std::string_view section, std::string_view key);
 
-} // namespace ovra::gui::commands
+} // namespace ovra::gui::mcf

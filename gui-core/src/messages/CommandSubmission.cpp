@@ -7,7 +7,7 @@
 #include "ovra-core/CommandProcessor.h"
 #include "ovra-core/HarloApplication.h"
 
-namespace ovra::gui::commands {
+namespace ovra::gui::messages {
 
 void submit(const boost::shared_ptr<core::Command>& command)
 {
@@ -16,22 +16,22 @@ void submit(const boost::shared_ptr<core::Command>& command)
 
 void postSplashMessage(const std::string& message)
 {
-    submit(ShowSplashscreenMessageEvent::create(message));
+    submit(commands::ShowSplashscreenMessageEvent::create(message));
 }
 
 void postLoadStatus(const std::string& message)
 {
-    submit(LoadAppletNotifyEvent::create(LoadAppletNotifyEvent::Information, message));
+    submit(commands::LoadAppletNotifyEvent::create(commands::LoadAppletNotifyEvent::Information, message));
 }
 
 void postLoadWarning(const std::string& message)
 {
-    submit(LoadAppletNotifyEvent::create(LoadAppletNotifyEvent::Warning, message));
+    submit(commands::LoadAppletNotifyEvent::create(commands::LoadAppletNotifyEvent::Warning, message));
 }
 
 void postLoadError(const std::string& message)
 {
-    submit(LoadAppletNotifyEvent::create(LoadAppletNotifyEvent::Error, message));
+    submit(commands::LoadAppletNotifyEvent::create(commands::LoadAppletNotifyEvent::Error, message));
 }
 
-} // namespace ovra::gui::commands
+} // namespace ovra::gui::messages

@@ -11,7 +11,7 @@ namespace ovra::core {
 class Command;
 }
 
-namespace ovra::gui::commands {
+namespace ovra::gui::messages {
 
 /// Any thread. Returns at once, except on the GUI thread for commands that the processor executes
 /// immediately.
@@ -25,4 +25,4 @@ void postLoadStatus(const std::string& message);
 void postLoadWarning(const std::string& message);
 void postLoadError(const std::string& message);
 
-} // namespace ovra::gui::commands
+} // namespace ovra::gui::messages

@@ -4,7 +4,7 @@
 #include "gui-core/Gui.h"
 #include "gui-core/Views.h"
 
-namespace ovra::gui {
+namespace ovra::gui::messages {
 
 void forwardLogMessage(unsigned long level, unsigned long threadId, const char* file, unsigned int line,
                        const char* text, unsigned int tagCount, const tOvraLogTag* tags, void* userData)
@@ -13,4 +13,4 @@ void forwardLogMessage(unsigned long level, unsigned long threadId, const char* 
         views->logMsgCallback(level, threadId, file, line, text, tagCount, tags, userData);
 }
 
-} // namespace ovra::gui
+} // namespace ovra::gui::messages

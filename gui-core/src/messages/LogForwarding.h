@@ -5,10 +5,10 @@
 
 struct tOvraLogTag;
 
-namespace ovra::gui {
+namespace ovra::gui::messages {
 
 /// The callback to install in the host's log. Any thread; while no front end exists the message is dropped.
 void forwardLogMessage(unsigned long level, unsigned long threadId, const char* file, unsigned int line,
                        const char* text, unsigned int tagCount, const tOvraLogTag* tags, void* userData);
 
-} // namespace ovra::gui
+} // namespace ovra::gui::messages

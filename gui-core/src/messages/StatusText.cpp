@@ -3,7 +3,7 @@
 
 #include "fglib5/Fglib5.h"
 
-namespace ovra::gui::commands {
+namespace ovra::gui::messages {
 
 namespace {
 
@@ -40,4 +40,4 @@ std::string lastErrorWithDescription()
     return codeAndDescription(code, orUnknown(Fg_getLastErrorDescription(nullptr)));
 }
 
-} // namespace ovra::gui::commands
+} // namespace ovra::gui::messages

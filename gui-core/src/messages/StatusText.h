@@ -7,7 +7,7 @@
 
 struct Fg_Struct_s;
 
-namespace ovra::gui::commands {
+namespace ovra::gui::messages {
 
 // The description is the runtime's; "Unknown Error Code" where it has none.
 
@@ -20,4 +20,4 @@ std::string descriptionWithCode(int code);
 /// As codeWithDescription, for the runtime's last error without a board.
 std::string lastErrorWithDescription();
 
-} // namespace ovra::gui::commands
+} // namespace ovra::gui::messages

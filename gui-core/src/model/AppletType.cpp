@@ -3,7 +3,7 @@
 
 #include "ovra-lib-environment/HlEnvironmentFileNode.h"
 
-namespace ovra::gui::commands {
+namespace ovra::gui::model {
 
 AppletType appletType(const core::models::HlEnvironmentFileNode& file)
 {
@@ -27,4 +27,4 @@ const char* appletTypeName(AppletType type)
     }
 }
 
-} // namespace ovra::gui::commands
+} // namespace ovra::gui::model

@@ -7,7 +7,7 @@ namespace ovra::core::models {
 class HlEnvironmentFileNode;
 }
 
-namespace ovra::gui::commands {
+namespace ovra::gui::model {
 
 enum class AppletType
 {
@@ -23,4 +23,4 @@ AppletType appletType(const core::models::HlEnvironmentFileNode& file);
 /// As in "Detected applet type: HAP".
 const char* appletTypeName(AppletType type);
 
-} // namespace ovra::gui::commands
+} // namespace ovra::gui::model

@@ -9,7 +9,7 @@
 #include "ovra-lib-environment/HlEnvironmentFileNode.h"
 #include "ovra-lib-environment/HlEnvironmentModel.h"
 
-namespace ovra::gui::commands {
+namespace ovra::gui::model {
 
 boost::shared_ptr<core::models::HlEnvironmentRootNode> environmentRoot()
 {
@@ -27,4 +27,4 @@ boost::shared_ptr<core::models::HlEnvironmentFileNode> findAppletFile(const std:
     return environmentRoot()->getFilesEntryNode()->getAllFilesEntry(path);
 }
 
-} // namespace ovra::gui::commands
+} // namespace ovra::gui::model

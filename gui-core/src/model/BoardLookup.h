@@ -13,7 +13,7 @@ class HlEnvironmentFileNode;
 class HlEnvironmentRootNode;
 } // namespace ovra::core::models
 
-namespace ovra::gui::commands {
+namespace ovra::gui::model {
 
 boost::shared_ptr<core::models::HlEnvironmentRootNode> environmentRoot();
 
@@ -23,4 +23,4 @@ boost::shared_ptr<core::models::HlEnvironmentBoardNode> findBoard(unsigned int s
 /// Empty when the environment knows no file under this path.
 boost::shared_ptr<core::models::HlEnvironmentFileNode> findAppletFile(const std::string& path);
 
-} // namespace ovra::gui::commands
+} // namespace ovra::gui::model

@@ -13,7 +13,7 @@
 #include <sstream>
 #include <string>
 
-namespace ovra::gui::commands {
+namespace ovra::gui::model {
 
 using core::Environment;
 using core::models::GenericModelNode;
@@ -177,4 +177,4 @@ void removeBoardResources(const HlEnvironmentBoardNode& board)
         root->removeChild(key);
 }
 
-} // namespace ovra::gui::commands
+} // namespace ovra::gui::model

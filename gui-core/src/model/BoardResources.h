@@ -9,7 +9,7 @@ namespace ovra::core::models {
 class HlEnvironmentBoardNode;
 }
 
-namespace ovra::gui::commands {
+namespace ovra::gui::model {
 
 /// Registers the board, its groups, processes, DMA channels and ports, and gives each DMA channel its sort
 /// key.
@@ -18,4 +18,4 @@ void registerBoardResources(core::models::HlEnvironmentBoardNode& board, AppletT
 /// Removes every resource that belongs to the board, in ascending order of the keys.
 void removeBoardResources(const core::models::HlEnvironmentBoardNode& board);
 
-} // namespace ovra::gui::commands
+} // namespace ovra::gui::model

@@ -4,7 +4,7 @@
 #include "ovra-lib-display-fglib/FglibFrameBufferGroup.h"
 #include "ovra-lib-environment/HlEnvironmentAppletNodes.h"
 
-namespace ovra::gui::commands {
+namespace ovra::gui::model {
 
 boost::shared_ptr<display::FglibFrameBufferGroup>
 frameBuffersOf(const core::models::HlEnvironmentDmaNode& dma)
@@ -19,4 +19,4 @@ void announceGeometry(display::FglibFrameBufferGroup& group)
     group.notifyGeometryMayHaveChangedSlot(0, 0, false);
 }
 
-} // namespace ovra::gui::commands
+} // namespace ovra::gui::model

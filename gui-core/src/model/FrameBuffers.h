@@ -13,7 +13,7 @@ namespace ovra::core::models {
 class HlEnvironmentDmaNode;
 }
 
-namespace ovra::gui::commands {
+namespace ovra::gui::model {
 
 /// The channel's group. Empty where it has none: before a load is complete, and after an unload.
 boost::shared_ptr<display::FglibFrameBufferGroup>
@@ -22,4 +22,4 @@ frameBuffersOf(const core::models::HlEnvironmentDmaNode& dma);
 /// Notifies displays that the group's width and height may have changed.
 void announceGeometry(display::FglibFrameBufferGroup& group);
 
-} // namespace ovra::gui::commands
+} // namespace ovra::gui::model

@@ -20,17 +20,18 @@ namespace {
 constexpr int NO_BOARD = -1;
 
 /// An applet list of the runtime. Adding a file to it makes the runtime read the file.
-class AppletList
+class RuntimeAppletList
 {
 public:
-    explicit AppletList(boost::shared_ptr<const RuntimeEntries> runtime) : m_runtime(std::move(runtime))
+    explicit RuntimeAppletList(boost::shared_ptr<const RuntimeEntries> runtime)
+        : m_runtime(std::move(runtime))
     {
         if (m_runtime->Fg_getAppletIterator(NO_BOARD, 0, &m_list, 0) < FG_OK)
             throw std::runtime_error(lastFailureText(*m_runtime));
     }
-    ~AppletList() { m_runtime->Fg_freeAppletIterator(m_list); }
-    AppletList(const AppletList&) = delete;
-    AppletList& operator=(const AppletList&) = delete;
+    ~RuntimeAppletList() { m_runtime->Fg_freeAppletIterator(m_list); }
+    RuntimeAppletList(const RuntimeAppletList&) = delete;
+    RuntimeAppletList& operator=(const RuntimeAppletList&) = delete;
 
     FgAppletIteratorItem* read(const std::string& path)
     {
@@ -137,7 +138,7 @@ void HlEnvironmentFileNode::scan()
 HlEnvironmentFileNode::Content HlEnvironmentFileNode::read(const std::string& path)
 {
     const auto runtime = reference::requireRuntime();
-    AppletList list(runtime);
+    RuntimeAppletList list(runtime);
     const FgAppletIteratorItem* const item = list.read(path);
     Content content;
     content.type = textOf(*runtime, item, FG_APPLET_TYPE);

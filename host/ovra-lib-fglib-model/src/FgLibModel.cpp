@@ -62,10 +62,10 @@ bool shapesImage(int parameter)
 }
 
 /// Reads and writes parameters of one DMA channel of a board handle. Results are the runtime's codes.
-class Channel
+class ChannelParameters
 {
 public:
-    Channel(const RuntimeEntries& runtime, Fg_Struct_s* handle, unsigned int dma)
+    ChannelParameters(const RuntimeEntries& runtime, Fg_Struct_s* handle, unsigned int dma)
         : m_runtime(runtime),
           m_handle(handle),
           m_dma(dma)
@@ -214,7 +214,7 @@ int FgLibModel::State::write(const Description& description, unsigned int dma, c
     const std::lock_guard lock(mutex);
     if (!handle)
         return FG_INVALID_HANDLE;
-    return Channel(*runtime, handle, dma).write(description, value);
+    return ChannelParameters(*runtime, handle, dma).write(description, value);
 }
 
 FgLibModel::FgLibModel() : m_state(std::make_unique<State>()) {}
@@ -280,7 +280,7 @@ std::vector<Parameter> FgLibModel::parameters(unsigned int dma) const
     std::vector<std::string> failures;
     {
         const std::lock_guard lock(m_state->mutex);
-        const Channel channel(*m_state->runtime, m_state->handle, dma);
+        const ChannelParameters channel(*m_state->runtime, m_state->handle, dma);
         for (const auto& description : m_state->descriptions) {
             Parameter parameter = description.parameter;
             const int code = channel.read(description, parameter.value);

@@ -299,7 +299,7 @@ int channelsOf(const std::filesystem::path& file)
 
 } // namespace
 
-std::string textOf(const std::vector<Choice>& choices)
+std::string textOf(const std::vector<NamedValue>& choices)
 {
     std::string text;
     for (const auto& choice : choices)
@@ -322,10 +322,10 @@ ParameterDescription numberParameter(int id, std::string name, std::string unit,
     return description;
 }
 
-ParameterDescription choiceParameter(int id, std::string name, std::vector<Choice> choices,
+ParameterDescription choiceParameter(int id, std::string name, std::vector<NamedValue> choices,
                                      std::int64_t initial)
 {
-    const auto [lowest, highest] = std::ranges::minmax(choices, {}, &Choice::value);
+    const auto [lowest, highest] = std::ranges::minmax(choices, {}, &NamedValue::value);
     auto description =
         numberParameter(id, std::move(name), "", FG_TYPE_INT32, static_cast<double>(lowest.value),
                         static_cast<double>(highest.value), initial);

@@ -41,7 +41,7 @@ enum class Effect
 };
 
 /// A value that a parameter can take, by its name.
-struct Choice
+struct NamedValue
 {
     std::int64_t value;
     std::string name;
@@ -60,18 +60,18 @@ struct ParameterDescription
     bool writable = true;
     bool perDma = false; ///< each DMA channel has its own value
     Effect effect = Effect::None;
-    std::vector<Choice> choices; ///< empty: every value of the range is valid
+    std::vector<NamedValue> choices; ///< empty: every value of the range is valid
 };
 
 /// "8=Mono8;12=Mono12", or "".
-std::string textOf(const std::vector<Choice>& choices);
+std::string textOf(const std::vector<NamedValue>& choices);
 
 /// Describes a number in a range; for integers the step is 1.
 ParameterDescription numberParameter(int id, std::string name, std::string unit, FgValueType type,
                                      double minimum, double maximum, ParameterValue initial);
 
 /// Describes a parameter with a fixed set of values.
-ParameterDescription choiceParameter(int id, std::string name, std::vector<Choice> choices,
+ParameterDescription choiceParameter(int id, std::string name, std::vector<NamedValue> choices,
                                      std::int64_t initial);
 
 struct GeneratorDescription

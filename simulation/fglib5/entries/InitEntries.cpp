@@ -5,7 +5,7 @@
 
 #include "entries/Answers.h"
 #include "entries/Entries.h"
-#include "hardware/Configuration.h"
+#include "hardware/McfFiles.h"
 
 #include "fglib5/PathText.h"
 
@@ -42,8 +42,8 @@ Fg_Struct* Fg_InitEx(const char* appletFile, unsigned int board, int flags)
 Fg_Struct* Fg_InitConfig(const char* configFile, unsigned int board)
 {
     const auto model = Runtime::instance().board(board)->description().model;
-    const auto applet = appletOfConfiguration(fglib5::pathOf(checkedArgument(configFile, "configFile")),
-                                              Runtime::installation(), model);
+    const auto applet = appletOfMcf(fglib5::pathOf(checkedArgument(configFile, "configFile")),
+                                    Runtime::installation(), model);
     auto* grabber = ::Fg_Init(applet.string().c_str(), board);
     if (grabber == nullptr)
         failLikeInner();
@@ -82,13 +82,13 @@ int Fg_FreeGrabber(Fg_Struct* grabber)
 
 int Fg_saveConfig(Fg_Struct* grabber, const char* file)
 {
-    saveConfiguration(*grabberOf(grabber), fglib5::pathOf(checkedArgument(file, "file")));
+    saveMcf(*grabberOf(grabber), fglib5::pathOf(checkedArgument(file, "file")));
     return FG_OK;
 }
 
 int Fg_loadConfig(Fg_Struct* grabber, const char* file)
 {
-    loadConfiguration(*grabberOf(grabber), fglib5::pathOf(checkedArgument(file, "file")));
+    loadMcf(*grabberOf(grabber), fglib5::pathOf(checkedArgument(file, "file")));
     return FG_OK;
 }
 

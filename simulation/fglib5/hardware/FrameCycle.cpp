@@ -47,7 +47,7 @@ Processing adapted(const Film& film, Processing processing)
         return processing;
     processing.height = film.height();
     processing.flipY = false; // lines keep their order
-    processing.origin = Origin{processing.origin ? processing.origin->x : 0, 0};
+    processing.origin = PixelPosition{processing.origin ? processing.origin->x : 0, 0};
     return processing;
 }
 
@@ -116,7 +116,7 @@ void FrameCycle::writeScrolling(std::uint64_t number, std::span<std::uint8_t> ta
     for (const auto& mark : m_film->marks(first, m_height)) {
         std::array<std::uint16_t, 4> samples{};
         samplesOf(*m_processing.format, m_curve, mark.rgb.data(), 0, samples.data());
-        const int left = mark.x - m_processing.origin.value_or(Origin{}).x;
+        const int left = mark.x - m_processing.origin.value_or(PixelPosition{}).x;
         fill(target, m_processing.flipX ? m_processing.width - left - mark.count : left, mark.y, mark.count,
              samples);
     }

@@ -260,9 +260,9 @@ Processing Grabber::processingOf(const Channel& channel) const
                           .width = channel.parameters.integer(FG_WIDTH),
                           .height = channel.parameters.integer(FG_HEIGHT),
                           .origin = {}};
-    const auto originOf = [&]() -> Origin& {
+    const auto originOf = [&]() -> PixelPosition& {
         if (!processing.origin)
-            processing.origin = Origin{0, 0};
+            processing.origin = PixelPosition{0, 0};
         return *processing.origin;
     };
     forEachEffect(channel, [&](Effect effect, double value) {

@@ -84,9 +84,9 @@ ParameterDescription ofChannel(ParameterDescription description)
     return description;
 }
 
-std::vector<Choice> choicesOf(const std::vector<const PixelFormat*>& formats)
+std::vector<NamedValue> choicesOf(const std::vector<const PixelFormat*>& formats)
 {
-    std::vector<Choice> choices;
+    std::vector<NamedValue> choices;
     for (const auto* format : formats)
         choices.push_back({format->number, format->name});
     return choices;
@@ -115,7 +115,7 @@ void requireStep(const ParameterDescription& description, std::int64_t value)
 void requireChoice(const ParameterDescription& description, std::int64_t value)
 {
     const auto& choices = description.choices;
-    if (!choices.empty() && std::ranges::find(choices, value, &Choice::value) == choices.end())
+    if (!choices.empty() && std::ranges::find(choices, value, &NamedValue::value) == choices.end())
         outOfRange(description.name + " takes " + textOf(choices) + ", " + std::to_string(value) +
                    " is none of them");
 }

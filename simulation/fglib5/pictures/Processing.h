@@ -12,7 +12,7 @@
 namespace simulation {
 
 /// A position in an image, in pixels.
-struct Origin
+struct PixelPosition
 {
     int x, y;
 };
@@ -24,7 +24,7 @@ struct Processing
     int height = 0;
     /// Upper left corner of the applet's region of interest in the source's images. None: the applet takes
     /// the source's pixels as one stream.
-    std::optional<Origin> origin;
+    std::optional<PixelPosition> origin;
     double gain = 1;
     double offset = 0; ///< digits of 8 bits
     double gamma = 1;

@@ -15,7 +15,7 @@ constexpr auto CLOTH = hue(0.62F, 0.74F, 1.0F), TABLE_BELOW = hue(1, 0.9F, 0.8F)
 constexpr std::uint64_t FAULT_DISTANCE = 640; // lines; each stretch of this length has at most one fault
 constexpr int MAX_FAULT_LINES = 320;
 
-struct Fault
+struct WebFault
 {
     std::uint64_t firstLine;
     int lines;
@@ -88,14 +88,14 @@ private:
         return tinted((0.56F + thread + hem + 0.05F * grain) * lamp, CLOTH);
     }
 
-    Fault faultOf(std::uint64_t stretch) const
+    WebFault faultOf(std::uint64_t stretch) const
     {
         const auto random = [seed = static_cast<int>(stretch % 1'000'003)](int which) {
             return scatter(seed, which);
         };
         const auto width = static_cast<float>(m_sensorWidth);
         const float kind = random(1);
-        Fault fault{};
+        WebFault fault{};
         fault.firstLine = stretch * FAULT_DISTANCE + static_cast<std::uint64_t>(random(2) * 300);
         fault.x = width * (0.10F + 0.80F * random(3));
         fault.round = kind < 0.5F;
@@ -113,7 +113,7 @@ private:
         return fault;
     }
 
-    Mark markOf(const Fault& fault, int line, int y) const
+    Mark markOf(const WebFault& fault, int line, int y) const
     {
         float half = fault.halfWidth;
         if (fault.round) {

@@ -144,13 +144,13 @@ TEST(Events, OfTheSplashScreenRunAsEvents)
 
 TEST(LogForwarding, ReachesTheFrontEndAndIsDroppedWithoutOne)
 {
-    ovra::gui::forwardLogMessage(1, 2, "file", 3, "lost", 0, nullptr, nullptr);
+    ovra::gui::messages::forwardLogMessage(1, 2, "file", 3, "lost", 0, nullptr, nullptr);
     const auto gui = createGui();
     const auto views = boost::make_shared<RecordingViews>();
     gui->injectDependency("views", viewsValue(views));
     int userData = 0;
     const tOvraLogTag tag{9, "tag"};
-    ovra::gui::forwardLogMessage(0, 2, "file", 3, "found", 1, &tag, &userData);
+    ovra::gui::messages::forwardLogMessage(0, 2, "file", 3, "found", 1, &tag, &userData);
     EXPECT_EQ(views->logMessages(), std::vector<std::string>{"found"});
     EXPECT_EQ(views->lastLogArguments,
               std::make_tuple(0UL, 2UL, std::string("file"), 3U, 1U, &tag, static_cast<void*>(&userData)));

@@ -8,8 +8,8 @@
 #include <string>
 
 using namespace std::string_literals;
-using ovra::gui::commands::mcfValue;
-using ovra::gui::commands::readMcf;
+using ovra::gui::mcf::mcfValue;
+using ovra::gui::mcf::readMcf;
 
 namespace {
 

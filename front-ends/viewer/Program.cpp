@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "Session.h"
+#include "Program.h"
 
 #include "Browser.h"
 #include "Ticker.h"
@@ -159,7 +159,7 @@ private:
     }
 
     reference::Application& m_application;
-    Channels m_channels;
+    ImageFeeds m_channels;
     std::unique_ptr<WebServer> m_server; // before the viewer, which publishes while it is made
     Viewer m_viewer;
     std::atomic<bool> m_tickQueued{false};
@@ -168,14 +168,14 @@ private:
 
 } // namespace
 
-bool runSession(const Options& options)
+bool runProgram(const Options& options)
 {
     SignalEnd& signals = signalEnd();
     Viewer* viewer = nullptr;
     frontend::ApplicationSession session(options.session, [&viewer](const std::string& message) {
         std::cerr << "ovra-viewer: " << message << '\n';
         if (viewer)
-            viewer->report(Level::Error, "Application", message);
+            viewer->report(Severity::Error, "Application", message);
     });
     Program program(options, session);
     viewer = &program.viewer();

@@ -22,16 +22,15 @@
 namespace simulation {
 
 /// Replaces the file as a whole or not at all. Throws FG_FILE_ERROR.
-void saveConfiguration(const Grabber& grabber, const std::filesystem::path& file);
+void saveMcf(const Grabber& grabber, const std::filesystem::path& file);
 
 /// Applies all values or none. Throws FG_FILE_ERROR; FG_INVALID_CONFIGURATION with file, line and reason;
 /// FG_ACQUISITION_RUNNING if the image size of a running channel would change.
-void loadConfiguration(Grabber& grabber, const std::filesystem::path& file);
+void loadMcf(Grabber& grabber, const std::filesystem::path& file);
 
 /// The applet file that a configuration names: a path, or a file name in \p installation's folders for the
-/// board model. Throws like loadConfiguration.
-std::filesystem::path appletOfConfiguration(const std::filesystem::path& file,
-                                            const std::filesystem::path& installation,
-                                            const std::string& boardModel);
+/// board model. Throws like loadMcf.
+std::filesystem::path appletOfMcf(const std::filesystem::path& file,
+                                  const std::filesystem::path& installation, const std::string& boardModel);
 
 } // namespace simulation

@@ -9,6 +9,6 @@ namespace ovra::viewer {
 
 /// Starts the server, then the application, and serves pages until one of them or a signal ends the program.
 /// True if it ended normally.
-bool runSession(const Options& options);
+bool runProgram(const Options& options);
 
 } // namespace ovra::viewer

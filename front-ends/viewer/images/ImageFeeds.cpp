@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "images/Channels.h"
+#include "images/ImageFeeds.h"
 
 #include <nlohmann/json.hpp>
 
@@ -21,7 +21,7 @@ nlohmann::json describe(std::uint32_t channel, const Histogram& histogram)
 
 } // namespace
 
-Channel::Channel(std::uint32_t id, std::function<void()> arrived)
+ImageFeed::ImageFeed(std::uint32_t id, std::function<void()> arrived)
     : m_id(id),
       m_mailbox([this, arrived = std::move(arrived)] {
           m_news = true;
@@ -29,7 +29,7 @@ Channel::Channel(std::uint32_t id, std::function<void()> arrived)
       })
 {}
 
-std::shared_ptr<const std::string> Channel::histogramMessage(const Frame& frame, std::uint64_t& sequence)
+std::shared_ptr<const std::string> ImageFeed::histogramMessage(const Frame& frame, std::uint64_t& sequence)
 {
     const std::lock_guard lock(m_histogramMutex);
     const auto now = std::chrono::steady_clock::now();
@@ -43,35 +43,35 @@ std::shared_ptr<const std::string> Channel::histogramMessage(const Frame& frame,
     return m_histogram;
 }
 
-std::shared_ptr<Channel> Channels::add()
+std::shared_ptr<ImageFeed> ImageFeeds::add()
 {
     const std::lock_guard lock(m_mutex);
     const std::uint32_t id = ++m_lastId;
-    auto channel = std::make_shared<Channel>(id, [this] { announce(); });
+    auto channel = std::make_shared<ImageFeed>(id, [this] { announce(); });
     m_channels[id] = channel;
     return channel;
 }
 
-void Channels::remove(std::uint32_t id)
+void ImageFeeds::remove(std::uint32_t id)
 {
     const std::lock_guard lock(m_mutex);
     m_channels.erase(id);
 }
 
-std::shared_ptr<Channel> Channels::find(std::uint32_t id) const
+std::shared_ptr<ImageFeed> ImageFeeds::find(std::uint32_t id) const
 {
     const std::lock_guard lock(m_mutex);
     const auto found = m_channels.find(id);
     return found == m_channels.end() ? nullptr : found->second;
 }
 
-void Channels::setListener(std::function<void()> listener)
+void ImageFeeds::setListener(std::function<void()> listener)
 {
     const std::lock_guard lock(m_listenerMutex);
     m_listener = std::move(listener);
 }
 
-std::vector<std::uint32_t> Channels::takeNews()
+std::vector<std::uint32_t> ImageFeeds::takeNews()
 {
     std::vector<std::uint32_t> fresh;
     const std::lock_guard lock(m_mutex);
@@ -81,7 +81,7 @@ std::vector<std::uint32_t> Channels::takeNews()
     return fresh;
 }
 
-void Channels::announce()
+void ImageFeeds::announce()
 {
     const std::lock_guard lock(m_listenerMutex);
     if (m_listener)

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// \file
-/// Channels: the DMA channels whose images pages can show. The GUI thread adds and removes them; the
+/// ImageFeeds: the DMA channels whose images pages can show. The GUI thread adds and removes them; the
 /// network thread reads their images.
 #pragma once
 
@@ -20,10 +20,10 @@
 namespace ovra::viewer {
 
 /// Safe from any thread.
-class Channel
+class ImageFeed
 {
 public:
-    Channel(std::uint32_t id, std::function<void()> arrived);
+    ImageFeed(std::uint32_t id, std::function<void()> arrived);
 
     std::uint32_t id() const { return m_id; }
     ImageMailbox& mailbox() { return m_mailbox; }
@@ -47,14 +47,14 @@ private:
 };
 
 /// Safe from any thread.
-class Channels
+class ImageFeeds
 {
 public:
     /// Adds a channel with a new number; numbers are never reused.
-    std::shared_ptr<Channel> add();
+    std::shared_ptr<ImageFeed> add();
     void remove(std::uint32_t id);
     /// Null if there is none.
-    std::shared_ptr<Channel> find(std::uint32_t id) const;
+    std::shared_ptr<ImageFeed> find(std::uint32_t id) const;
 
     /// Sets a listener that is called after each image, on the scene's thread; it must be quick. Empty: none.
     /// When this returns, the previous listener is not running.
@@ -66,7 +66,7 @@ private:
     void announce();
 
     mutable std::mutex m_mutex;
-    std::map<std::uint32_t, std::shared_ptr<Channel>> m_channels;
+    std::map<std::uint32_t, std::shared_ptr<ImageFeed>> m_channels;
     std::uint32_t m_lastId = 0;
     std::mutex m_listenerMutex;
     std::function<void()> m_listener;

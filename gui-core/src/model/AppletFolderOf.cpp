@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "model/AppletFolders.h"
+#include "model/AppletFolderOf.h"
 
 #include <algorithm>
 #include <iterator>
 
-namespace ovra::gui::commands {
+namespace ovra::gui::model {
 
 namespace {
 
@@ -28,4 +28,4 @@ const char* appletFolderOf(unsigned int boardType)
     return model == std::end(BOARD_MODELS) ? "unknown" : model->folder;
 }
 
-} // namespace ovra::gui::commands
+} // namespace ovra::gui::model

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "hardware/Configuration.h"
+#include "hardware/McfFiles.h"
 
 #include "Failure.h"
 #include "Platform.h"
@@ -180,7 +180,7 @@ void writeWhole(const std::filesystem::path& file, const std::string& content)
 
 } // namespace
 
-void saveConfiguration(const Grabber& grabber, const std::filesystem::path& file)
+void saveMcf(const Grabber& grabber, const std::filesystem::path& file)
 {
     const auto content = contentFor(grabber);
     const auto temporary = temporaryFor(file);
@@ -197,7 +197,7 @@ void saveConfiguration(const Grabber& grabber, const std::filesystem::path& file
     }
 }
 
-void loadConfiguration(Grabber& grabber, const std::filesystem::path& file)
+void loadMcf(Grabber& grabber, const std::filesystem::path& file)
 {
     const auto lines = readLines(file);
     const auto wanted = lastPart(appletName(file, lines));
@@ -222,9 +222,8 @@ void loadConfiguration(Grabber& grabber, const std::filesystem::path& file)
     grabber.apply(settings);
 }
 
-std::filesystem::path appletOfConfiguration(const std::filesystem::path& file,
-                                            const std::filesystem::path& installation,
-                                            const std::string& boardModel)
+std::filesystem::path appletOfMcf(const std::filesystem::path& file,
+                                  const std::filesystem::path& installation, const std::string& boardModel)
 {
     const auto name = appletName(file, readLines(file));
     if (name.find_first_of("/\\") != std::string::npos)

@@ -29,8 +29,8 @@ namespace ovra::gui::commands {
 /// Errors: an exception from the host goes to the error handler, and the later steps are not done. The
 /// command may be run again: every step may be repeated.
 ///
-/// Before: "views" is injected. Afterwards no phase of any command runs, and submitted commands are dropped.
-/// The front end may be destroyed in onCleanup or later.
+/// Preconditions: "views" is injected. Afterwards no phase of any command runs, and submitted commands are
+/// dropped. The front end may be destroyed in onCleanup or later.
 class OVRA_GUI_CORE_API CleanupApplicationCommand : public ovra::core::Command
 {
 public:

@@ -7,10 +7,10 @@
 ///   | key         | value                       |                                       |
 ///   |-------------|-----------------------------|---------------------------------------|
 ///   | "views"     | boost::shared_ptr<Views>    | the front end                         |
-///   | "connector" | defined by the host         | passed to the environment unread      |
+///   | "connector" | defined by the host         | passed on to the environment          |
 ///
-/// and runs its two application commands at the start and at the end. In a program that makes its own
-/// application:
+/// (gui-core/keys/Keys.h has both as constants) and submits the commands for the application's start and end,
+/// which the Gui creates. In a program that makes its own application:
 ///
 /// \code
 /// OvraGuiCoreInit();
@@ -45,13 +45,13 @@ namespace ovra::gui {
 
 class Views;
 
-/// Owns the front end, the environment and the settings below. The static functions act on the most recently
-/// created Gui. While none exists, getters return the value given as "Without a Gui" and setters do nothing.
+/// Shares the front end and the environment with its callers, and holds the settings below. The static
+/// functions act on the most recently created Gui. While that one does not exist, getters return the value
+/// given as "Without a Gui" and setters do nothing; they do not go back to an earlier Gui.
 ///
 /// Threads: create and inject the Gui on the GUI thread, while no other thread uses the library. From then on
-/// until the last OvraGuiCoreDeinit any thread may call the static functions, even while the Gui is
-/// destroyed. They return shared pointers, which keep their objects alive. Any thread may read and change the
-/// memory figures. Sync mode and switch are plain values: set them while no command runs that reads them.
+/// until the last OvraGuiCoreDeinit any thread may call the static functions, even while the Gui is being
+/// destroyed. The shared pointers that they return keep their objects alive. The settings are atomic.
 class OVRA_GUI_CORE_API Gui : public ovra::core::Plugin
 {
 public:
@@ -89,22 +89,25 @@ public:
     /// The host's model of boards, applet files and cameras. Without a Gui: empty.
     static boost::shared_ptr<ovra::core::Environment> environment();
 
-    /// Applies to phases of commands that start later. With another value than these four, starts and stops
-    /// do nothing.
+    /// Each phase of a start or stop reads the mode when it begins: a change applies to the phases that begin
+    /// later. With any other value than these four, starts and stops do nothing.
     static void setSyncMode(SyncMode mode);
     /// Without a Gui: SyncNone.
     static SyncMode getSyncMode();
 
-    /// A switch for the front end's own use; the library does not read it. Without a Gui: false.
+    /// A value that front ends may share; the library does not read it. Kept for the binary interface. A new
+    /// Gui, and without a Gui: false.
     static void setStreamChannelManagementEnabled(bool enabled);
     static bool isStreamChannelManagementEnabled();
 
-    /// Memory of all DMA buffers, in bytes. Without a Gui: 0.
+    /// Memory of the image buffers of all channels of all boards, in bytes. Without a Gui: 0.
     static unsigned long long getUsedDmaMemory();
     /// Limit of that memory in bytes. Each call reads the host's entry "gui.preferences.max_dma_buffersize",
     /// which is in MiB; 1024 if it is missing. Without a Gui: 0.
     static unsigned long long getTotalDmaMemory();
-    /// Adds \p delta bytes, which may be negative. Neither clamps the sum nor compares it with the limit.
+    /// Adds \p delta bytes to the memory in use, or subtracts them if it is negative. For the host's buffer
+    /// groups, which the library gives this function; a front end does not call it. Neither compares the sum
+    /// with the limit nor calls Views; a sum below 0 wraps around.
     static void updateUsedMemory(long long delta);
 
     struct State;

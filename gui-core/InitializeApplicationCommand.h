@@ -30,8 +30,8 @@ namespace ovra::gui::commands {
 /// runs. If the search fails, the model has what was found before, and automatic scan and monitors stay off.
 /// A broken applet file is not an error: HlEnvironmentFileNode::getBrokenReason describes it.
 ///
-/// Before: "views" is injected; without it the process ends at a null pointer. Sets the environment variable
-/// OVRA_ENABLE_DRA of the process.
+/// Preconditions: "views" is injected; without it the process ends at a null pointer. Sets the environment
+/// variable OVRA_ENABLE_DRA of the process.
 class OVRA_GUI_CORE_API InitializeApplicationCommand : public ovra::core::Command
 {
 public:

@@ -19,9 +19,10 @@
 
 namespace ovra::gui::commands {
 
-/// Unloads the board, initialises it with the applet, and publishes processes, DMA channels, camera ports,
-/// parameters, image buffers and display scenes in the environment's model and the global resources. If an
-/// MCF file is given, the runtime then applies it. At the end submits a RescanAppletsCommand.
+/// Unloads the board, initialises it with the applet, and adds processes, DMA channels, camera ports,
+/// parameters, image buffers and display scenes to the environment's model (and to its list of global
+/// resources). If an MCF file is given, the runtime then applies it. At the end submits a
+/// RescanAppletsCommand.
 ///
 ///   - executeSync, GUI thread: onLoadAppletStarted, showLoadingBoard, showLoadingApplet; the callbacks of
 ///     UnloadAppletCommand
@@ -33,24 +34,28 @@ namespace ovra::gui::commands {
 /// Only one load runs per process. A load submitted while another is running is ignored: no message, no
 /// callback.
 ///
-/// Errors go to Views::showLoadAppletError, exceptions from the host to the error handler:
+/// Errors go to Views::showLoadAppletError, exceptions from the host to the error handler. A load without
+/// either has succeeded. After any error, look at the board:
 ///
-///   - unknown board or file: nothing changes
+///   - unknown board or file: the model does not change; the callbacks of the first and the last phase come
 ///   - unload failed: the load continues. If the unload did not free the board's handle, the runtime refuses
 ///     the board, and it stays as the unload left it
 ///   - any later error, and any exception from the host on the worker: the board is empty
 ///   - MCF refused: Views::showLoadAppletWarning; the applet stays loaded
 ///
-/// Create a new command for each load. If the object or a copy is submitted again before
-/// Views::onLoadAppletFinished, the process ignores every later load.
+/// Create a new command for each load, and submit it once. The reference host refuses an object that is still
+/// running with std::logic_error. It cannot recognise a copy: if a copy is submitted before
+/// Views::onLoadAppletFinished, the mark that a load is running stays, and the process ignores every later
+/// load.
 ///
-/// Before: "views" is injected, and the environment knows the file (Environment::forceSingleFileAddition adds
-/// one from another folder).
+/// Preconditions: "views" is injected, and the environment knows the file
+/// (Environment::forceSingleFileAddition adds one from another folder).
 class OVRA_GUI_CORE_API LoadAppletCommand : public ovra::core::Command
 {
 public:
-    /// \param boardSerial  serial number of the board, not its index
-    /// \param appletFile  path as HlEnvironmentFileNode::getFilePath gives it
+    /// \param boardSerial  serial number of the board, not its index. The model has it as unsigned int; cast
+    ///     it: each value, also one above INT_MAX, reaches its board.
+    /// \param appletFile  path, UTF-8, as HlEnvironmentFileNode::getFilePath gives it
     /// \param mcfFile  path of an MCF file to apply, or "" for none; UTF-8 on Linux, in the process's code
     ///     page on Windows
     [[nodiscard]] static boost::shared_ptr<LoadAppletCommand>

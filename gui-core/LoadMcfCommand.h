@@ -44,7 +44,7 @@ namespace ovra::gui::commands {
 /// LoadAppletCommand reports later errors. While another load is running, this command has no effect beyond
 /// adding the file to the environment.
 ///
-/// Before: "views" is injected.
+/// Preconditions: "views" is injected.
 class OVRA_GUI_CORE_API LoadMcfCommand : public ovra::core::Command
 {
 public:

@@ -26,7 +26,7 @@ namespace ovra::gui::commands {
 /// Errors: if the runtime or the hardware description cannot be used, the host's std::runtime_error goes to
 /// the error handler, and the model does not change.
 ///
-/// Before: "views" is injected. Several may be submitted; they run one after the other.
+/// Preconditions: "views" is injected. Several may be submitted; they run one after the other.
 class OVRA_GUI_CORE_API RescanAppletsCommand : public ovra::core::Command
 {
 public:

@@ -36,7 +36,7 @@ namespace ovra::gui::commands {
 /// Errors: an exception from the host ends the phase and goes to the error handler; the remaining cameras and
 /// channels keep running. The command may be submitted again.
 ///
-/// Before: "views" is injected.
+/// Preconditions: "views" is injected.
 class OVRA_GUI_CORE_API StopAcquisitionCommand : public ovra::core::Command
 {
 public:

@@ -30,7 +30,7 @@ namespace ovra::gui::commands {
 /// description and the code in parentheses. The runtime decides whether the file is then unchanged, missing,
 /// or incomplete.
 ///
-/// Before: "views" is injected.
+/// Preconditions: "views" is injected.
 class OVRA_GUI_CORE_API StoreMcfCommand : public ovra::core::Command
 {
 public:

@@ -30,7 +30,7 @@ namespace ovra::gui::commands {
 /// Do not submit it between Views::onLoadAppletStarted and Views::onLoadAppletFinished. The command does not
 /// check that: it would destroy, on the GUI thread, what the load's worker is building.
 ///
-/// Before: "views" is injected.
+/// Preconditions: "views" is injected.
 class OVRA_GUI_CORE_API UnloadAppletCommand : public ovra::core::Command
 {
 public:

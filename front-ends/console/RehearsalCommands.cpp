@@ -9,10 +9,7 @@
 #include "front-ends/shared/Rehearsal.h"
 #include "front-ends/shared/RequestError.h"
 
-#include "gui-core/Gui.h"
-#include "ovra-core/reference/Application.h"
-#include "ovra-lib-environment/Environment.h"
-
+#include <chrono>
 #include <sstream>
 
 namespace ovra::console {
@@ -30,13 +27,6 @@ void perform(Console& console, const std::string& step)
         console.printer.line(line);
 }
 
-/// Updates the model at once, so that the next command sees the change without waiting for the monitor.
-void followHardware(const Console& console)
-{
-    if (console.application.idle()) // a search would disturb a load
-        gui::Gui::environment()->discoverResourcesOnce();
-}
-
 void scenario(Console& console, const Arguments& arguments)
 {
     if (arguments.count() == 0 || arguments.text(0) != "wait")
@@ -45,7 +35,7 @@ void scenario(Console& console, const Arguments& arguments)
     if (!console.waitUntil(over, MAX_WAIT))
         throw RequestError("the scenario is not over within " + std::to_string(MAX_WAIT.count()) +
                            " seconds");
-    followHardware(console);
+    followHardware(console.application);
     perform(console, "scenario");
 }
 
@@ -53,7 +43,7 @@ void scenario(Console& console, const Arguments& arguments)
 void pull(Console& console, const std::string& step)
 {
     perform(console, step);
-    followHardware(console);
+    followHardware(console.application);
 }
 
 /// Defines the function of a command whose step has the same name.
@@ -66,31 +56,32 @@ std::vector<ConsoleCommand> rehearsalCommands()
 {
     return {
         {"fault", "ENTRY [board B] [nth N] [code C] [once|always]",
-         "lets a call of a runtime's entry fail, or of any entry (*); this and all up to scenario need a "
-         "virtual installation",
+         "makes a call of a runtime's entry fail, or of any entry (*); this and the commands up to scenario "
+         "need a virtual installation",
          1, 8, STEP(perform, "fault")},
-        {"delay", "ENTRY MS [board B]", "lets calls of an entry take longer; 0 ends that", 2, 4,
+        {"delay", "ENTRY MS [board B]", "makes calls of an entry take longer; 0 ends that", 2, 4,
          STEP(perform, "delay")},
         {"calls", "[ENTRY] [board B]", "shows how often the runtime's entries were called", 0, 3,
          STEP(perform, "calls")},
-        {"faults", "", "shows what is planned, unplugged, loose or short", 0, 0, STEP(perform, "faults")},
-        {"forget", "", "forgets planned faults and delays", 0, 0, STEP(perform, "forget")},
+        {"faults", "", "shows the faults, delays, unplugged parts and shortages in effect", 0, 0,
+         STEP(perform, "faults")},
+        {"forget", "", "cancels planned faults and delays", 0, 0, STEP(perform, "forget")},
         {"unplug", "board B | camera B PORT | link B PORT",
-         "pulls a board out, a camera, or the cable of a camera port alone", 2, 3, STEP(pull, "unplug")},
+         "unplugs a board, a camera, or only the cable of a camera port", 2, 3, STEP(pull, "unplug")},
         {"plug", "board B | camera B PORT | link B PORT",
-         "plugs it in again: a board is empty then, a camera at rest", 2, 3, STEP(pull, "plug")},
+         "plugs it in again; a board then has no applet, and a camera does not send", 2, 3,
+         STEP(pull, "plug")},
         {"loosen", "BOARD PORT N lost|torn|late [seed S]",
-         "loosens a camera's cable: one image in N is lost, torn or late; N 0: none any more", 3, 6,
+         "loosens a camera's cable: one image in N is lost, torn or late; N 0 ends that", 3, 6,
          STEP(perform, "loosen")},
-        {"busy", "THREADS", "keeps so many processors busy; 0 ends that", 1, 1, STEP(perform, "busy")},
+        {"busy", "THREADS", "keeps that many processors busy; 0 ends that", 1, 1, STEP(perform, "busy")},
         {"image-memory", "BYTES|free", "limits the memory that the runtime has for images", 1, 1,
          STEP(perform, "image-memory")},
-        {"disk", "full|free", "lets the disk be full for what the runtime stores", 1, 1,
+        {"disk", "full|free", "simulates a full disk for files that the runtime stores; free ends that", 1, 1,
          STEP(perform, "disk")},
         {"scenario", "[FILE | wait | stop]",
          "plays the steps of a file at their images and times, waits until they are over, ends them, or "
-         "tells how "
-         "far they are; shipped: board-lost, camera-unplugged, loose-cable",
+         "shows how far they are; shipped: board-lost, camera-unplugged, loose-cable",
          0, 1, scenario},
     };
 }

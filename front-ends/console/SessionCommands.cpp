@@ -51,7 +51,7 @@ void help(Console& console, const Arguments& arguments)
         showHelp(console.printer, command);
     printWrapped(console.printer,
                  "BOARD is a board's index or its serial, APPLET a file name, with folders before it where "
-                 "needed. Names with blanks stand in double quotes; # begins a comment.",
+                 "needed. Put names with blanks in double quotes; # begins a comment.",
                  0);
 }
 

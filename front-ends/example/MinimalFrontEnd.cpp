@@ -2,6 +2,7 @@
 // A complete front end: starts the application, lists the boards, ends.
 #include "gui-core/EntryPoints.h"
 #include "gui-core/Gui.h"
+#include "gui-core/Version.h"
 #include "gui-core/Views.h"
 #include "gui-core/keys/Keys.h"
 #include "ovra-core/reference/Application.h"
@@ -20,19 +21,18 @@ struct MinimalViews final : gui::Views
     {
         std::cerr << title << ": " << message << '\n';
     }
-    int showChoiceDialog(Text, Text, Text, Text, Text, bool*) override { return 2; } // ignore
+    int showChoiceDialog(Text, Text, Text, Text, Text, bool*) override { return 2; } // start anyway
     boost::shared_ptr<boost::signals2::scoped_connection>
     connectFglibEvents(boost::shared_ptr<core::models::FgLibEventsModel>) override
     {
         return {};
     }
 
-    // This front end ignores the rest.
+    // This front end ignores the rest, and operations with a default.
     void onInitializeBegin() override {}
     void onInitializeSync() override {}
     void onLoggingInstalled() override {}
     void onInitializationDone() override {}
-    // Submit no UnloadAppletCommand between these two: it would not wait for the load.
     void onLoadAppletStarted() override {}
     void onLoadAppletFinished() override {}
     void showLoadingBoard(Text) override {}
@@ -51,13 +51,14 @@ struct MinimalViews final : gui::Views
 
 void listBoards()
 {
-    reference::Application application; // destroys the plug-in at its own end
+    reference::Application application; // shares the plug-in, and releases it at its own end
     application.setErrorHandler([](const auto& failure) { std::cerr << failure.message << '\n'; });
-    boost::shared_ptr<gui::Views> views = boost::make_shared<MinimalViews>();
+    boost::shared_ptr<gui::Views> views = boost::make_shared<MinimalViews>(); // of exactly this type
     boost::shared_ptr<gui::Gui> plugin(gui::Gui::createInstance(), gui::Gui::destroyInstance);
     application.addPlugin(plugin, {{gui::keys::VIEWS, views}});
     application.startPlugins();
-    application.pumpUntil([&] { return application.idle(); }, std::chrono::minutes(1));
+    if (!application.pumpUntil([&] { return application.idle(); }, std::chrono::minutes(1)))
+        std::cerr << "The start takes longer than a minute\n";
     if (const auto boards = gui::Gui::environment()->model()->root()->getSourcesEntry(gui::keys::SOURCE))
         for (const auto board = boards->getBoards(); board->hasNext(); board->advance())
             std::cout << board->current()->getIndex() << " - " << board->current()->getBoardName() << '\n';
@@ -66,6 +67,10 @@ void listBoards()
 
 int main()
 {
+    if (const auto mismatch = gui::libraryMismatch(); !mismatch.empty()) {
+        std::cerr << mismatch << '\n';
+        return 1;
+    }
     OvraGuiCoreInit();
     listBoards();
     OvraGuiCoreDeinit();

@@ -3,7 +3,10 @@
 
 #include "RequestError.h"
 
+#include "gui-core/Gui.h"
+#include "ovra-core/reference/Application.h"
 #include "ovra-core/reference/Rehearsal.h"
+#include "ovra-lib-environment/Environment.h"
 
 namespace ovra::frontend {
 
@@ -14,6 +17,12 @@ std::string rehearse(const std::string& step)
     } catch (const std::runtime_error& refusal) {
         throw RequestError(refusal.what());
     }
+}
+
+void followHardware(const reference::Application& application)
+{
+    if (application.idle())
+        gui::Gui::environment()->discoverResourcesOnce();
 }
 
 } // namespace ovra::frontend

@@ -5,6 +5,10 @@
 
 #include <string>
 
+namespace ovra::reference {
+class Application;
+}
+
 namespace ovra::frontend {
 
 /// Performs a step such as "unplug camera 0 1". Returns the runtime's answer: lines that end with a line
@@ -12,5 +16,10 @@ namespace ovra::frontend {
 ///
 /// \throws RequestError  with the runtime's description if it refuses the step; if there is no virtual installation
 std::string rehearse(const std::string& step);
+
+/// Searches for boards and cameras, so that the model shows a change of the hardware before the monitor's
+/// next search. GUI thread. While a command runs it leaves the search to the monitor, because it would block
+/// the GUI thread and delay a load.
+void followHardware(const reference::Application& application);
 
 } // namespace ovra::frontend

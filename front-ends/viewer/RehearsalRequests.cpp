@@ -8,9 +8,7 @@
 #include "front-ends/shared/Rehearsal.h"
 #include "front-ends/shared/RequestError.h"
 
-#include "gui-core/Gui.h"
 #include "ovra-core/HarloApplication.h"
-#include "ovra-lib-environment/Environment.h"
 
 #include <algorithm>
 #include <array>
@@ -47,11 +45,10 @@ std::string stepArgument(const json& arguments)
     return step;
 }
 
-json performStep(Viewer&, const json& arguments)
+json performStep(Viewer& viewer, const json& arguments)
 {
     const auto answer = frontend::rehearse(stepArgument(arguments));
-    // Shows changed hardware now instead of at the monitor's next look.
-    gui::Gui::environment()->discoverResourcesOnce();
+    frontend::followHardware(viewer.application());
     return linesOf(answer);
 }
 

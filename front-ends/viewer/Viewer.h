@@ -93,6 +93,7 @@ public:
     void quit();
     ChannelImages& images() { return m_images; }
     StateDocument& state() { return m_state; }
+    const reference::Application& application() const { return m_setup.application; }
     Recordings& recordings() { return m_recordings; }
     frontend::ReportContents reportContents() const;
     std::filesystem::path outputFolder() const;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// \file
-/// The generic part of the application's models: nodes with a parent and children.
+/// Nodes with a parent and children. The environment's model and its global resources are made of them.
 ///
 ///   - GenericModelNode                    a node
 ///   - aspects::Parent, aspects::Children  its place in the tree
@@ -8,8 +8,14 @@
 ///   - GenericModelNodeChildrenIterator    iterates over a snapshot of children
 ///   - Guarded                             a field that one thread may read while another writes it
 ///
-/// Nodes may be read and changed from any thread. The next read sees a change; an iterator that was created
-/// before the change continues over its snapshot. So a loop may remove the nodes that it visits.
+/// The environment and the library's commands add and remove nodes. A front end only reads them: it looks a
+/// node up, iterates over children, and keeps boost::weak_ptr to what it shows. A node that was removed stays
+/// valid while somebody holds it, but has no parent.
+///
+/// Any thread may call all functions, except those of an iterator. None of them waits for another operation
+/// or calls foreign code under a lock; std::bad_alloc is the only error unless a function says otherwise. The
+/// next read sees a change; an iterator that was created before the change continues over its snapshot. So a
+/// loop may remove the nodes that it visits.
 ///
 /// A node type derives from GenericModelNode and holds its children in a KeyedChildren:
 ///
@@ -40,6 +46,7 @@
 #include <cstddef>
 #include <map>
 #include <mutex>
+#include <stdexcept>
 #include <utility>
 #include <vector>
 
@@ -47,7 +54,7 @@ namespace ovra::core::models {
 
 class GenericModelNode;
 
-/// A value with its own lock. set() destroys the previous value outside the lock.
+/// A value with its own lock, for fields of nodes.
 template <class T>
 class Guarded
 {
@@ -55,12 +62,15 @@ public:
     Guarded() = default;
     explicit Guarded(T value) : m_value(std::move(value)) {}
 
+    /// A copy of the value.
     T get() const
     {
         const std::lock_guard lock(m_mutex);
         return m_value;
     }
 
+    /// Replaces the value. The previous one is destroyed outside the lock, so its destructor may read the
+    /// field.
     void set(T value)
     {
         const std::lock_guard lock(m_mutex);
@@ -74,12 +84,13 @@ private:
 
 namespace aspects {
 
-/// The node that holds a node.
+/// The node that holds a node: a weak link, so that holding a child does not keep the tree above it alive.
 class OVRA_CORE_API Parent
 {
 public:
     /// Empty for a root, and for a node that was removed from its parent.
     boost::shared_ptr<GenericModelNode> get() const;
+    /// For classes that hold nodes; KeyedChildren calls it for each node that it adds or removes.
     void set(const boost::weak_ptr<GenericModelNode>& parent);
 
 private:
@@ -92,18 +103,22 @@ class OVRA_CORE_API Children
 public:
     virtual ~Children();
 
-    /// Removes all children.
+    /// Removes all children; they have no parent afterwards. For commands: a front end that clears children
+    /// of a board destroys what the runtime still uses.
     virtual void clear() = 0;
+    /// Number of children.
     virtual std::size_t count() const = 0;
 
 protected:
-    /// Each implementation of clear() calls this first.
+    /// Records the call in the host's journal. Each implementation of clear() calls it first, so that a test
+    /// can make clear() fail before it has an effect.
     void aboutToClear() const;
 };
 
 } // namespace aspects
 
-/// Base of every node. Nodes exist only in a boost::shared_ptr.
+/// Base of every node. Nodes exist only in a boost::shared_ptr: each class has a create function, which never
+/// returns null.
 class OVRA_CORE_API GenericModelNode : public boost::enable_shared_from_this<GenericModelNode>
 {
 public:
@@ -111,9 +126,10 @@ public:
     GenericModelNode(const GenericModelNode&) = delete;
     GenericModelNode& operator=(const GenericModelNode&) = delete;
 
+    /// The parent's place in this node. Valid as long as the node.
     aspects::Parent& _parent();
 
-    /// The children; for a node type without children an empty set.
+    /// The children, valid as long as the node; for a node type without children an empty set.
     virtual aspects::Children& _children();
 
 protected:
@@ -125,7 +141,8 @@ private:
 
 /// Iterates over the children that existed when it was created:
 /// `for (auto it = board->getDmas(); it->hasNext(); it->advance()) use(it->current());`
-/// Use one iterator on one thread only.
+/// It keeps these children alive, also those that are removed meanwhile. Use one iterator on one thread only.
+/// It has no begin and end: a range-based loop does not take it.
 template <class Node>
 class GenericModelNodeChildrenIterator
 {
@@ -139,8 +156,9 @@ public:
     {}
 
     bool hasNext() const { return m_current != m_end; }
-    /// Valid while hasNext() holds.
+    /// The current child, never null. Requires hasNext(). The reference is valid as long as the iterator.
     const boost::shared_ptr<Node>& current() const { return *m_current; }
+    /// Moves to the next child. Requires hasNext().
     void advance() { ++m_current; }
 
 private:
@@ -149,18 +167,22 @@ private:
     const boost::shared_ptr<Node>* m_end;
 };
 
-/// Children of one type, in ascending order of their keys. Adding an existing key replaces the node.
-/// Iterators share one immutable snapshot until the next change.
+/// Children of one type, in ascending order of their keys; texts in the order of their bytes. Iterators share
+/// one immutable snapshot until the next change, so iterating over an unchanged set copies nothing.
 template <class Key, class Node>
 class KeyedChildren final : public aspects::Children
 {
 public:
     using Iterator = GenericModelNodeChildrenIterator<Node>;
 
-    /// \p owner becomes the parent of \p node.
+    /// Adds \p node; replaces a node under the same key, which then has no parent. \p owner becomes the
+    /// parent.
+    /// \throws std::invalid_argument  if \p node is null; nothing changes
     void add(const Key& key, const boost::shared_ptr<Node>& node,
              const boost::weak_ptr<GenericModelNode>& owner)
     {
+        if (!node)
+            throw std::invalid_argument("KeyedChildren::add: there is no node");
         boost::shared_ptr<Node> displaced;
         {
             const std::lock_guard lock(m_mutex);
@@ -172,7 +194,7 @@ public:
             displaced->_parent().set({});
     }
 
-    /// False if there is no node under \p key.
+    /// Removes a node, which then has no parent. False if there is none under \p key.
     bool remove(const Key& key)
     {
         boost::shared_ptr<Node> removed;
@@ -217,6 +239,7 @@ public:
         return found == m_nodes.end() ? boost::shared_ptr<Node>() : found->second;
     }
 
+    /// An iterator over the present children, never null.
     boost::shared_ptr<Iterator> iterate() const
     {
         const std::lock_guard lock(m_mutex);

@@ -38,8 +38,8 @@ public:
     virtual ~DisplaySceneVisualizer();
 
     /// Called on the scene's own thread. Of the images that arrive during a call, only the newest is shown.
-    /// Must not stop the scene or change its visualizer: that would wait for this call to return. An
-    /// exception is logged, and the image counts as shown.
+    /// Must not start or stop the scene or change its visualizer: these functions would wait for this call to
+    /// return, so they throw std::logic_error here. An exception is logged, and the image counts as shown.
     ///
     /// \param image  valid during the call
     virtual void showImage(const Image& image) = 0;
@@ -64,11 +64,13 @@ public:
     DisplayScene(const DisplayScene&) = delete;
     DisplayScene& operator=(const DisplayScene&) = delete;
 
-    /// The scene takes images from the group at position 0.
+    /// The scene takes images from the group at position 0. A change there ends a running acquisition.
     void addFrameBufferGroup(int position, const boost::shared_ptr<FrameBufferGroup>& group);
     void removeFrameBufferGroup(int position);
 
-    /// Null removes the visualizer. When the function returns, no call of the previous visualizer is running.
+    /// Null removes the visualizer. Waits until a running showImage of the previous visualizer has returned:
+    /// then the caller may destroy it. An unload does the same with null. The scene does not own the
+    /// visualizer.
     void setVisualizer(DisplaySceneVisualizer* visualizer);
 
     /// Starts the acquisition; restarts it if it is running. Without a group it does nothing.

@@ -22,66 +22,88 @@ class HlEnvironmentModel;
 class HlEnvironmentGlobalResourceModel;
 } // namespace models
 
-/// The environment takes boards from the frame-grabber runtime, applet files from the folders "Hardware
-/// Applets" and "dll" below the runtime directory, and cameras from the runtime's camera control. Any thread
-/// may call all functions.
+/// Boards and cameras come from the frame-grabber runtime (cameras only if it has the functions of
+/// fglib5/CameraControl.h), applet files from the folders "Hardware Applets" and "dll" below
+/// HarloApplication::getRuntimeDirectory.
+///
+/// The library's commands search, and start and stop the monitor. A front end reads the model:
 ///
 /// \code
-/// const auto environment = gui::Gui::environment();
-/// environment->discoverResources();
-/// const auto root = environment->model()->root();
-/// for (const auto boards = root->getSourcesEntry("ovra")->getBoards(); boards->hasNext(); boards->advance())
+/// const auto root = gui::Gui::environment()->model()->root();
+/// const auto source = root->getSourcesEntry(gui::keys::SOURCE); // the boards that the runtime has
+/// for (const auto boards = source->getBoards(); boards->hasNext(); boards->advance())
 ///     std::cout << boards->current()->getBoardName() << '\n';
 /// \endcode
+///
+/// Any thread may call all functions. One search runs at a time; another waits for it. The model changes on
+/// the thread that searches: the caller's, or the monitor's. reference::EnvironmentObserver signals changes.
 class OVRA_ENVIRONMENT_API Environment
 {
 public:
-    /// The kind of object that a global resource stands for.
+    /// The kind of object that a global resource stands for (HlEnvironmentGlobalResourceModel.h). It
+    /// determines the class of the resource's node: board, process, channel or port. The library uses
+    /// ResourceDma and ResourceLogicalPort to find what an acquisition reaches; the others serve views that
+    /// show one page for each kind. The numbers are part of the interface.
     enum GlobalResourceType : int
     {
-        ResourceBoard = 0,
-        ResourceDma = 1,
-        ResourceCamera = 2,
-        ResourceProcess = 3,
-        ResourceLogicalPort = 4,
-        ResourceBoardCommon = 5,
-        ResourceBoardEvents = 6,
-        ResourceNoDmaDllProcess = 7,
-        ResourceNoDmaHapApplet = 8,
-        ResourceBoardDmaGroup = 9,
-        ResourceBoardPortGroup = 10,
-        ResourceNoDmaDllProcessGroup = 11,
-        ResourceNoDmaHapAppletGroup = 12,
+        ResourceBoard = 0,                 ///< board
+        ResourceDma = 1,                   ///< DMA channel
+        ResourceCamera = 2,                ///< the library registers none
+        ResourceProcess = 3,               ///< process
+        ResourceLogicalPort = 4,           ///< camera port of an applet
+        ResourceBoardCommon = 5,           ///< board: what concerns all of it
+        ResourceBoardEvents = 6,           ///< board: its events
+        ResourceNoDmaDllProcess = 7,       ///< process of a DLL applet that has no DMA channel
+        ResourceNoDmaHapApplet = 8,        ///< board: the parameters of its HAP applet
+        ResourceBoardDmaGroup = 9,         ///< board: all its channels
+        ResourceBoardPortGroup = 10,       ///< board: all its ports
+        ResourceNoDmaDllProcessGroup = 11, ///< board: all of ResourceNoDmaDllProcess
+        ResourceNoDmaHapAppletGroup = 12,  ///< board: its ResourceNoDmaHapApplet
     };
 
+    /// A new environment with an empty model; never null. gui::Gui creates one and returns it by
+    /// Gui::environment(). Needs no application.
     [[nodiscard]] static boost::shared_ptr<Environment> create();
+    /// Stops the monitor.
     ~Environment();
     Environment(const Environment&) = delete;
     Environment& operator=(const Environment&) = delete;
 
-    /// Accepts the key "connector" and ignores others.
+    /// Keeps the value of the key "connector" alive, which another host may give a meaning; the reference
+    /// host does not use it. Ignores other keys.
     void injectDependency(const std::string& key, const boost::any& value);
 
+    /// Boards, applet files and cameras. Never null, and the same object each time.
     boost::shared_ptr<models::HlEnvironmentModel> model();
+    /// What the loaded applets consist of, by keys. Never null, and the same object each time.
     boost::shared_ptr<models::HlEnvironmentGlobalResourceModel> globalResourceModel();
 
-    /// On: the environment scans each file that is added at once. The initial state is off.
+    /// On: a search scans each file that it adds or finds changed (HlEnvironmentFileNode::scan) before others
+    /// see it. Off, as initially: new files have no type until something scans them, and changed files wait
+    /// for a search with the scan on.
     void enableAutoScan(bool enable);
 
-    /// Searches once for boards, cameras and applet files, and updates the model. Blocks.
-    /// \throws std::runtime_error  if the runtime or the hardware description cannot be used; the model does
-    ///     not change
+    /// Searches once for boards, cameras and applet files, and updates the model. Blocks while the runtime
+    /// looks at the hardware and reads new files. A board with an applet stays in the model even if it is
+    /// gone; so does every board while a load initialises one.
+    /// \throws std::runtime_error  if there is no runtime, or it refuses to start (as the virtual
+    ///     installation does with an invalid description of the machine); the model does not change
     void discoverResourcesOnce();
 
-    /// Repeats discoverResourcesOnce until two searches find the same.
+    /// Repeats discoverResourcesOnce until two searches find the same, ten times at most. Throws like it.
     void discoverResources();
 
-    /// Starts a thread that updates the model when applet files are added or removed, and when the runtime
-    /// reports that boards or cameras were plugged or unplugged.
+    /// Starts a thread that updates the model: it looks for applet files four times a second, and for boards
+    /// and cameras when the runtime reports that one was plugged or unplugged. Errors are logged. No effect
+    /// if the monitor runs.
     void startMonitor();
+    /// Waits until a running search has ended, and ends the thread. No effect if the monitor does not run. A
+    /// slot of EnvironmentObserver must not call it.
     void stopMonitor();
 
-    /// Adds the file at \p path to the file collection, whatever its folder. No effect if it does not exist.
+    /// Adds the file at \p path to the file collection, whatever its folder, and scans it; if the collection
+    /// has it already, scans it again. No effect if there is no such file. An error in the file becomes its
+    /// node's broken reason. \p path is UTF-8, with "/" between folders; it becomes the node's key.
     void forceSingleFileAddition(const std::string& path);
 
 private:

@@ -6,9 +6,14 @@
 ///   HlEnvironmentDmaNode           a DMA channel: size, buffers, parameters, display scene
 ///   HlEnvironmentLogicalPortNode   a camera port of the applet
 ///
-/// A load creates the nodes, and an unload removes them. The board owns them by index. Links between them are
-/// weak, so a node that the board removes disappears from every link. Numbers are 0 until they are set. Any
-/// thread.
+/// A load creates the nodes on the worker, and an unload removes them on the GUI thread. The board owns them
+/// by index. Links between them are weak, so a node that the board removes disappears from every link once
+/// nobody holds it. Hold nodes by boost::weak_ptr between events; a node that outlives its unload has no
+/// buffers, no scene and no parameters, and commands skip it.
+///
+/// The library sets all values; a front end reads them and sets two itself, which are marked "front end".
+/// Indices count from 0; numbers are 0 and texts empty until the load sets them. Any thread; each function
+/// reads or changes one value. Functions that return a pointer may return null unless they say otherwise.
 ///
 /// \code
 /// for (const auto processes = board->getProcesses(); processes->hasNext(); processes->advance())
@@ -43,7 +48,7 @@ class HlEnvironmentLogicalPortNode;
 class HlEnvironmentPortNode;
 class HlEnvironmentProcessNode;
 
-/// Weak links to nodes of one type, in the order in which they were added.
+/// Weak links to nodes of one type, in the order in which they were added. Any thread.
 template <class Node>
 class WeakLinks
 {
@@ -56,7 +61,7 @@ public:
         m_nodes.push_back(node);
     }
 
-    /// Iterates over the nodes that still exist.
+    /// An iterator over the nodes that still exist, never null. It keeps them alive.
     boost::shared_ptr<Iterator> iterate() const
     {
         auto alive = boost::make_shared<typename Iterator::Snapshot>();
@@ -72,7 +77,8 @@ private:
     std::vector<boost::weak_ptr<Node>> m_nodes;
 };
 
-/// A process of an applet: a group of DMA channels and camera ports that work together.
+/// A process of an applet: a group of DMA channels and camera ports that work together. In the mode
+/// Gui::SyncProcess a start or stop of one reaches all of them.
 class OVRA_ENVIRONMENT_API HlEnvironmentProcessNode : public GenericModelNode
 {
 public:
@@ -82,10 +88,12 @@ public:
     unsigned int getIndex() const;
     void setIndex(unsigned int index);
 
-    /// For front ends; the library sets it to false.
+    /// Front end: whether all cameras that the process needs are there, if it shows that. The load sets
+    /// false, and the library does not read it.
     bool getAllInputsAvailableEntry() const;
     void setAllInputsAvailableEntry(bool available);
 
+    /// The channels and ports; an applet may have either without the other.
     boost::shared_ptr<GenericModelNodeChildrenIterator<HlEnvironmentDmaNode>> getDmas() const;
     unsigned int getDmasEntryChildCount() const;
     void addDma(const boost::weak_ptr<HlEnvironmentDmaNode>& dma);
@@ -102,7 +110,8 @@ private:
     WeakLinks<HlEnvironmentLogicalPortNode> m_logicalPorts;
 };
 
-/// A DMA channel: delivers images from the board into buffers in memory.
+/// A DMA channel: delivers images from the board into buffers in memory. It is what StartAcquisitionCommand,
+/// StopAcquisitionCommand and AcquisitionBufferCountChangeCommand take as their argument.
 class OVRA_ENVIRONMENT_API HlEnvironmentDmaNode : public GenericModelNode
 {
 public:
@@ -123,6 +132,7 @@ public:
     std::string getSortKey() const;
     void setSortKey(const std::string& key);
 
+    /// The processes that use this channel, usually one.
     boost::shared_ptr<GenericModelNodeChildrenIterator<HlEnvironmentProcessNode>> getProcesses() const;
     void addProcess(const boost::weak_ptr<HlEnvironmentProcessNode>& process);
 
@@ -130,20 +140,24 @@ public:
     /// parameter FG_TIMEOUT is what takes effect: a configuration file or a user may have changed it.
     unsigned int getAcqTimeout() const;
     void setAcqTimeout(unsigned int seconds);
-    /// Number of image buffers: requested, and existing.
+    /// Number of image buffers: requested, and existing. The second is lower if the limit of DMA memory
+    /// (Gui::getTotalDmaMemory) allows no more. Change it with AcquisitionBufferCountChangeCommand: the
+    /// setters only store the numbers.
     unsigned int getAcqBuffersRequested() const;
     void setAcqBuffersRequested(unsigned int buffers);
     unsigned int getAcqBuffersCurrent() const;
     void setAcqBuffersCurrent(unsigned int buffers);
 
-    /// The runtime's description of the channel's parameters; the board handle owns it.
+    /// The runtime's description of the channel's parameters; the board handle owns it, so it is valid until
+    /// the unload. A front end uses the model below.
     FgRegisterInfo_s* getFrontendRegInfoPointer() const;
     void setFrontendRegInfoPointer(FgRegisterInfo_s* info);
-    /// Reads and changes these parameters. Empty if the runtime describes none.
+    /// Reads and changes these parameters. Null if the runtime describes none, and after an unload. All
+    /// channels of a HAP applet share one model; pass it getIndex().
     boost::shared_ptr<FgLibModel> getFrontendRegInfoModel() const;
     void setFrontendRegInfoModel(const boost::shared_ptr<FgLibModel>& model);
 
-    /// The channel's image buffers, and the scene that shows its images. Both are empty before the load is
+    /// The channel's image buffers, and the scene that shows its images. Both are null before the load is
     /// complete and after an unload.
     boost::shared_ptr<display::FrameBufferGroup> getFrameBufferGroup() const;
     void setFrameBufferGroup(const boost::shared_ptr<display::FrameBufferGroup>& group);
@@ -168,16 +182,19 @@ private:
 };
 
 /// A camera port of an applet. It is mapped to a physical port, the connector that the camera is plugged
-/// into.
+/// into. Start and stop commands take it as their argument, to start or stop the camera.
 class OVRA_ENVIRONMENT_API HlEnvironmentLogicalPortNode : public GenericModelNode
 {
 public:
     [[nodiscard]] static boost::shared_ptr<HlEnvironmentLogicalPortNode> create();
 
+    /// Index on the board, not within the process.
     unsigned int getIndex() const;
     void setIndex(unsigned int index);
+    /// Index of the process.
     unsigned int getProcess() const;
     void setProcess(unsigned int process);
+    /// Index and serial number of the board.
     unsigned int getBoard() const;
     void setBoard(unsigned int board);
     unsigned int getBoardSerial() const;
@@ -186,18 +203,23 @@ public:
     std::string getPortType() const;
     void setPortType(const std::string& type);
 
-    /// Available: the port has an image generator. Active: the generator replaces the camera, so starts and
-    /// stops skip the camera. The front end sets it, after each load and each change of FG_GEN_ENABLE.
+    /// Available: the applet has the parameter FG_GEN_ENABLE, which switches an image generator on. Active:
+    /// the generator replaces the camera, so starts, stops and comparisons of sizes skip the camera.
+    ///
+    /// Front end: the library does not follow the parameter. After each load and each change of FG_GEN_ENABLE
+    /// set setGeneratorActive to its state, on the ports of the processes that the channel belongs to.
     bool getGeneratorAvailable() const;
     void setGeneratorAvailable(bool available);
     bool getGeneratorActive() const;
     void setGeneratorActive(bool active);
 
     /// True if a Camera Link camera is present that is not controlled through this port. A stop skips it.
+    /// False unless a host sets it.
     bool getClCameraPresent() const;
     void setClCameraPresent(bool present);
 
-    /// The physical port; empty if the port is not mapped.
+    /// The physical port, which has the same index; null if the board has none with it. The node keeps the
+    /// connector's node alive.
     boost::shared_ptr<HlEnvironmentPortNode> getMappedPortEntry() const;
     void setMappedPortEntry(const boost::shared_ptr<HlEnvironmentPortNode>& port);
 

@@ -11,8 +11,12 @@
 
 namespace ovra::core::models {
 
-/// Path and name never change. Everything else is the result of the last scan. Before a scan, and for a
-/// broken file, the type is empty and the number of processes is -1. Any thread.
+/// Path and name never change. Everything else is the result of the last scan; each function reads one value,
+/// so a scan between two calls may show in the second. Before a scan, and for a broken file, the type is
+/// empty and the number of processes is -1. Any thread. Texts are UTF-8.
+///
+/// The start scans all files, and so does each search later on if Environment::enableAutoScan is on, as after
+/// the start.
 ///
 /// \code
 /// for (const auto files = root->getFilesEntryNode()->getAllFiles(); files->hasNext(); files->advance())
@@ -24,6 +28,7 @@ class OVRA_ENVIRONMENT_API HlEnvironmentFileNode : public GenericModelNode
 public:
     [[nodiscard]] static boost::shared_ptr<HlEnvironmentFileNode> create(const std::string& path);
 
+    /// The path's last part, such as "SingleAreaGray.hap".
     const std::string& getFileName() const;
     /// The whole path, with "/" between folders: the argument of LoadAppletCommand.
     const std::string& getFilePath() const;
@@ -33,14 +38,16 @@ public:
     /// For "DLL": true if the runtime describes the applet's structure, false if only the library's own
     /// function does (a legacy applet).
     bool getWrapped() const;
-    /// Such as "interface=cl-full".
+    /// Properties that the file names, such as "interface=cl-full" or "sensor=area", for a front end that
+    /// sorts or filters applets. The library does not interpret them.
     std::set<std::string> getTags() const;
-    /// Negative if the file does not contain it.
+    /// Number of processes; negative if the file does not contain it.
     int getNrOfProcesses() const;
     /// The error in the file; empty if there is none.
     std::string getBrokenReason() const;
 
-    /// Reads the file through the runtime. An error in the file sets the broken reason and is not thrown.
+    /// Reads the file through the runtime; blocks meanwhile. An error in the file, or no runtime, sets the
+    /// broken reason, is logged as a warning and not thrown.
     virtual void scan();
 
 protected:

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 /// \file
-/// The hardware that does not depend on the applet: physical ports and cameras. Any thread.
+/// The hardware that does not depend on the applet: physical ports and cameras. Any thread. The environment
+/// and the loads set the links; a front end follows them.
 ///
 ///   HlEnvironmentPortNode     a connector of a board; exists while the board has an applet
 ///   HlEnvironmentCameraNode   a camera that is plugged into a connector
@@ -24,7 +25,9 @@ namespace ovra::core::models {
 class GenICamModel;
 class HlEnvironmentLogicalPortNode;
 
-/// A camera that is plugged into a connector of a board.
+/// A camera that is plugged into a connector of a board. An unplugged camera leaves the model; the node that
+/// a front end holds stays, and its GenICamModel then throws std::runtime_error (only a stop succeeds).
+/// Plugged in again, it is another node.
 class OVRA_ENVIRONMENT_API HlEnvironmentCameraNode : public GenericModelNode
 {
 public:
@@ -37,8 +40,9 @@ public:
     unsigned int getBoard() const;
     unsigned int getPort() const;
 
-    /// The camera's parameters and controls; empty if it has none.
+    /// The camera's parameters and controls; empty if it has none, and after the application's clean-up.
     boost::shared_ptr<GenICamModel> getGenICamModelEntry() const;
+    /// Empty removes the model.
     void setGenICamModelEntry(boost::shared_ptr<GenICamModel> model) const;
 
 private:
@@ -50,7 +54,8 @@ private:
     mutable Guarded<boost::shared_ptr<GenICamModel>> m_model;
 };
 
-/// A connector of a board.
+/// A connector of a board. The board creates its connectors when it gets a handle, so a load creates new
+/// nodes.
 class OVRA_ENVIRONMENT_API HlEnvironmentPortNode : public GenericModelNode
 {
 public:
@@ -59,7 +64,7 @@ public:
     /// Number of the connector on the board, from 0.
     unsigned int getIndex() const;
 
-    /// The camera; empty if none is plugged in.
+    /// The camera; empty if none is plugged in. The node keeps the camera's node alive.
     boost::shared_ptr<HlEnvironmentCameraNode> getConnectedCameraEntry() const;
     void setConnectedCameraEntry(const boost::shared_ptr<HlEnvironmentCameraNode>& camera);
 

@@ -15,7 +15,9 @@
 ///     std::cout << cameras->current()->getName() << '\n';
 /// \endcode
 ///
-/// The environment adds and removes these nodes; clients only read them. Any thread.
+/// The environment adds and removes these nodes when it searches; everybody else only reads them, except
+/// getFgInitInProgress, which loads set. Any thread. Look-ups return null if there is no such node; iterators
+/// and collections are never null. Nodes that one holds stay valid, also when the environment removes them.
 #pragma once
 
 #include "ovra-core/GenericModel.h"
@@ -29,7 +31,8 @@
 
 namespace ovra::core::models {
 
-/// Boards by serial number.
+/// The boards of one source, in the order of their serial numbers. A board that was unplugged without an
+/// applet is removed; plugged in again, it is another node.
 class OVRA_ENVIRONMENT_API HlEnvironmentBoardSourceNode : public GenericModelNode
 {
 public:
@@ -39,7 +42,9 @@ public:
     boost::shared_ptr<HlEnvironmentBoardNode> getChild(unsigned int serial) const;
     boost::shared_ptr<GenericModelNodeChildrenIterator<HlEnvironmentBoardNode>> getBoards() const;
 
+    /// Adds a board; replaces one with the same serial number. Throws std::invalid_argument for null.
     void addChild(unsigned int serial, const boost::shared_ptr<HlEnvironmentBoardNode>& board);
+    /// False if no board has this serial number.
     bool removeChild(unsigned int serial);
     KeyedChildren<unsigned int, HlEnvironmentBoardNode>& _children() override;
 
@@ -47,19 +52,23 @@ private:
     KeyedChildren<unsigned int, HlEnvironmentBoardNode> m_boards;
 };
 
-/// Applet files by path, "/" between folders.
+/// Applet files, in the order of their paths: UTF-8, with "/" between folders on every platform. A path is
+/// the argument of LoadAppletCommand.
 class OVRA_ENVIRONMENT_API HlEnvironmentFileCollectionNode : public GenericModelNode
 {
 public:
     [[nodiscard]] static boost::shared_ptr<HlEnvironmentFileCollectionNode> create();
 
+    /// Number of files. It may change before a following getAllFiles.
     unsigned int getAllFilesEntryChildCount() const;
     boost::shared_ptr<GenericModelNodeChildrenIterator<HlEnvironmentFileNode>> getAllFiles() const;
     bool existsAllFilesEntry(const std::string& path) const;
     /// Empty if the collection has no such file.
     boost::shared_ptr<HlEnvironmentFileNode> getAllFilesEntry(const std::string& path) const;
 
+    /// Adds a file; replaces one with the same path. Throws std::invalid_argument for null.
     void addAllFilesEntry(const std::string& path, const boost::shared_ptr<HlEnvironmentFileNode>& file);
+    /// False if the collection has no such file.
     bool removeAllFilesEntry(const std::string& path);
     KeyedChildren<std::string, HlEnvironmentFileNode>& _children() override;
 
@@ -67,22 +76,28 @@ private:
     KeyedChildren<std::string, HlEnvironmentFileNode> m_files;
 };
 
+/// The root. Boards are two levels below it, files too, cameras one.
 class OVRA_ENVIRONMENT_API HlEnvironmentRootNode : public GenericModelNode
 {
 public:
     [[nodiscard]] static boost::shared_ptr<HlEnvironmentRootNode> create();
 
-    /// The board source of that name, such as "ovra"; empty if there is none.
+    /// The board source of that name; empty if there is none. The reference host always has the source
+    /// gui::keys::SOURCE ("ovra"), with the boards of the runtime, and no other.
     boost::shared_ptr<HlEnvironmentBoardSourceNode> getSourcesEntry(const std::string& name) const;
+    /// The applet files; never null.
     boost::shared_ptr<HlEnvironmentFileCollectionNode> getFilesEntryNode() const;
+    /// Cameras in the order of board and connector index.
     boost::shared_ptr<GenericModelNodeChildrenIterator<HlEnvironmentCameraNode>> getCameras() const;
 
-    /// True while a board is being initialised.
+    /// True while a load initialises a board on the worker. A search then leaves all boards in the model.
     void setFgInitInProgress(bool inProgress);
     bool getFgInitInProgress() const;
 
+    // For the environment. Adding an existing key replaces the node; a null node is std::invalid_argument.
     void addSourcesEntry(const std::string& name,
                          const boost::shared_ptr<HlEnvironmentBoardSourceNode>& source);
+    /// \p key: board and connector index with four digits each, "board-0000-port-0001".
     void addCamera(const std::string& key, const boost::shared_ptr<HlEnvironmentCameraNode>& camera);
     bool removeCamera(const std::string& key);
     boost::shared_ptr<HlEnvironmentCameraNode> getCamera(const std::string& key) const;
@@ -96,10 +111,12 @@ private:
     std::atomic<bool> m_fgInitInProgress{false};
 };
 
+/// Holds the root; both live as long as the environment, and longer while somebody holds them.
 class OVRA_ENVIRONMENT_API HlEnvironmentModel
 {
 public:
     HlEnvironmentModel();
+    /// Never null, and the same object each time.
     boost::shared_ptr<HlEnvironmentRootNode> root() const;
 
 private:

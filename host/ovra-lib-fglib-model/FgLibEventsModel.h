@@ -20,8 +20,11 @@ namespace ovra::core::models {
 
 class HlEnvironmentBoardNode;
 
-/// Delivers the events of one board from its creation to its destruction. No slot runs after the destructor
-/// has returned.
+/// Delivers the events of one board from its creation to its destruction, that is while the applet is loaded.
+/// No slot runs after the destructor has returned. The board owns the model; a front end gets it by
+/// Views::connectFglibEvents and keeps the connection, or returns it to the board, but not the model: whoever
+/// holds that keeps it from ending with the applet. The runtime raises events only once somebody has
+/// connected.
 ///
 /// \code
 /// boost::shared_ptr<boost::signals2::scoped_connection>
@@ -34,17 +37,22 @@ class HlEnvironmentBoardNode;
 class OVRA_FGLIB_MODEL_API FgLibEventsModel
 {
 public:
-    /// Name of the event, time in nanoseconds since the board was initialised, number of the current image.
+    /// Name of the event, time in nanoseconds since the board was initialised, number of the current image
+    /// (0: none). The applet defines the names, such as "FG_START_OF_FRAME_DMA0".
     using EventSignal =
         boost::signals2::signal<void(const std::string& name, std::uint64_t timestampNs, std::int64_t frame)>;
 
+    /// For a board with a handle; without one the model has no events. A load creates it. Never null.
+    /// \throws std::runtime_error  if there is no runtime
     [[nodiscard]] static boost::shared_ptr<FgLibEventsModel>
     create(const boost::shared_ptr<HlEnvironmentBoardNode>& board);
     ~FgLibEventsModel();
     FgLibEventsModel(const FgLibEventsModel&) = delete;
     FgLibEventsModel& operator=(const FgLibEventsModel&) = delete;
 
-    /// Calls \p slot for each event, on a thread of the runtime. The slot must be quick: other events wait.
+    /// Calls \p slot for each event, on a thread of the runtime. The slot must be quick, because other events
+    /// wait; it must not unload the board or wait for a thread that may. Its exceptions are logged. If the
+    /// runtime refuses events, a warning is logged and none come. Any thread.
     boost::signals2::connection connectEvent(const EventSignal::slot_type& slot);
 
 private:

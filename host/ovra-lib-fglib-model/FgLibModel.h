@@ -23,7 +23,10 @@ namespace ovra::core::models {
 
 class HlEnvironmentBoardNode;
 
-/// Any thread. After stop() the model does not use the board handle.
+/// A load creates the models (HlEnvironmentDmaNode::getFrontendRegInfoModel, or
+/// HlEnvironmentBoardNode::getNoDmaFrontendRegInfoModel), an unload stops them. Any thread; calls of one
+/// model wait for each other, because each asks the runtime. A stopped model lists no parameters and refuses
+/// to set any, so a front end that still holds one does no harm.
 ///
 /// \code
 /// if (const auto model = dma->getFrontendRegInfoModel())
@@ -44,20 +47,28 @@ public:
     FgLibModel(const FgLibModel&) = delete;
     FgLibModel& operator=(const FgLibModel&) = delete;
 
-    /// Reads the description.
+    /// Reads the description. The load calls it once.
     void init();
-    /// Ends all use of the board handle.
+    /// Ends all use of the board handle: when it returns, no call of the runtime with it is running. Safe to
+    /// repeat.
     void stop();
 
-    /// The model notifies these groups when a parameter changes the size or the format of the image.
+    /// The model notifies these groups when a parameter changes the size or the format of the image. Ignores
+    /// null.
     void addFrameBufferGroup(const boost::shared_ptr<display::FglibFrameBufferGroup>& group);
     void removeFrameBufferGroup(const boost::shared_ptr<display::FglibFrameBufferGroup>& group);
 
-    /// Reads all parameters with their current values for \p dma from the runtime. Empty before init() and
-    /// after stop().
+    /// Reads all parameters with their current values for \p dma from the runtime, in the order of its
+    /// description: one call for each, so do not call it for each image. A parameter that cannot be read is
+    /// left out, and logged as a warning. Empty before init() and after stop().
     std::vector<parameters::Parameter> parameters(unsigned int dma) const;
-    /// Converts \p text to a value of the parameter \p name and writes it for \p dma.
-    /// \throws std::invalid_argument  for an unknown name or a text that is not a valid value
+    /// Converts \p text to a value of the parameter \p name (parameters::fromText) and writes it for \p dma.
+    /// Width, height and pixel format reallocate the channel's buffers before the call returns; a running
+    /// acquisition is interrupted for that and continues. Gui::getUsedDmaMemory then has another value;
+    /// Views::update_dma_memory does not follow. For FG_GEN_ENABLE see
+    /// HlEnvironmentLogicalPortNode::setGeneratorActive.
+    /// \throws std::invalid_argument  for an unknown name (every name, after stop()) or a text that is not a
+    ///     valid value
     /// \throws std::runtime_error  if the runtime refuses the value
     void setParameter(const std::string& name, unsigned int dma, const std::string& text);
 

@@ -14,7 +14,11 @@
 
 namespace ovra::core::models {
 
-/// Any thread. Every function throws std::runtime_error if the camera or the runtime reports an error.
+/// Every camera node has one (HlEnvironmentCameraNode::getGenICamModelEntry). It holds no values: each call
+/// asks the camera through the runtime and blocks until it answers. Any thread.
+///
+/// Every function throws std::runtime_error if the camera or the runtime reports an error, the camera is
+/// unplugged, or the runtime controls no cameras. Only stopAcquisition succeeds for an unplugged camera.
 ///
 /// \code
 /// if (const auto camera = port->getConnectedCameraEntry())
@@ -24,27 +28,30 @@ namespace ovra::core::models {
 class OVRA_GENICAM_MODEL_API GenICamModel
 {
 public:
-    /// For the camera at the physical port \p port of the board with index \p board.
+    /// For the camera at the physical port \p port of the board with index \p board, whether or not one is
+    /// there. Never null.
     [[nodiscard]] static boost::shared_ptr<GenICamModel> create(unsigned int board, unsigned int port);
     ~GenICamModel();
     GenICamModel(const GenICamModel&) = delete;
     GenICamModel& operator=(const GenICamModel&) = delete;
 
-    /// Size of the camera's images, in pixels.
+    /// Size of the camera's images, in pixels. The camera refuses a size outside its range.
     int width() const;
     int height() const;
     void setWidth(int width);
     void setHeight(int height);
 
-    /// All parameters of the camera with their current values.
+    /// All parameters of the camera with their current values, one call of the runtime for each.
     std::vector<parameters::Parameter> parameters() const;
     /// Converts \p text to a value of the parameter \p name and writes it.
     /// \throws std::invalid_argument  for an unknown name or a text that is not a valid value
     void setParameter(const std::string& name, const std::string& text);
 
-    /// Starts the camera; restarts it if it is running.
+    /// Starts the camera; restarts it if it is running. StartAcquisitionCommand calls it.
     void restartAcquisition();
+    /// No effect if the camera is not running.
     void stopAcquisition();
+    /// Whether the camera sends images.
     bool isAcquiring() const;
 
 private:

@@ -6,25 +6,34 @@
 ///   OvraLogSetMessageCallback      one listener for all messages
 ///   OvraLogMessage                 writes a message
 ///
-/// Before OvraLogInit and after the last OvraLogDeinit messages are dropped.
+/// Before OvraLogInit and after the last OvraLogDeinit messages are dropped. Any thread may call all
+/// functions.
+///
+/// There is one listener in the process. The library starts the log and installs its own when the application
+/// starts, and removes it at the end: it forwards to gui::Views::logMsgCallback. A front end overrides that
+/// and calls none of the functions here except OvraLogMessage; with OvraLogSetMessageCallback it would cut
+/// its own log off.
 #pragma once
 
 #include "ovra_log/Export.h"
 
-/// A tag of a message, by which readers filter: for example its component.
+/// A tag of a message, by which readers filter: for example its component. The caller of OvraLogMessage
+/// chooses both.
 struct tOvraLogTag
 {
     unsigned int id;
-    const char* name;
+    const char* name; ///< UTF-8, zero-terminated
 };
 
 extern "C" {
 
 /// Receives each message, on the thread that logs; several threads may call it at once. Pointers are valid
-/// during the call. The callback may log. It must not call OvraLogSetMessageCallback.
+/// during the call. An exception propagates to the caller of OvraLogMessage, so the callback should not
+/// throw. If it logs, it is called again within the call: it must end that recursion itself. It must not call
+/// OvraLogSetMessageCallback, which would wait for it.
 ///
 /// \param level     0 error, 1 warning, 2 information, 3 debug
-/// \param threadId  numeric id of the thread that logs
+/// \param threadId  number of the thread that logs, 1 for the first thread that did; not the system's id
 /// \param file      name of the source file without its folder, zero-terminated
 /// \param line      line in that file
 /// \param text      the message, UTF-8, zero-terminated
@@ -35,14 +44,20 @@ typedef void (*tOvraLogMessageCallback)(unsigned long level, unsigned long threa
                                         unsigned int line, const char* text, unsigned int tagCount,
                                         const tOvraLogTag* tags, void* userData);
 
+/// Starts the log. Each call needs one OvraLogDeinit. A callback that is set stays set.
 OVRA_LOG_API void OvraLogInit();
+/// Takes one start back; the last one stops the log. One call too many has no effect.
 OVRA_LOG_API void OvraLogDeinit();
 
-/// Replaces the callback; null removes it. When the function returns, the previous callback is not running on
-/// any other thread.
+/// Replaces the callback, also before OvraLogInit; null removes it. Waits until the previous callback has
+/// returned on every thread.
 OVRA_LOG_API void OvraLogSetMessageCallback(tOvraLogMessageCallback callback, void* userData);
 
-/// Writes a message. Any thread. Removes the folder from \p file; null counts as an empty name.
+/// Writes a message: calls the callback on this thread, with all arguments and this thread's number. Copies
+/// nothing. Removes the folder from \p file; null counts as an empty name.
+///
+/// \param text  UTF-8, zero-terminated, not null
+/// \param tags  \p tagCount tags; may be null if \p tagCount is 0
 OVRA_LOG_API void OvraLogMessage(unsigned long level, const char* file, unsigned int line, const char* text,
                                  unsigned int tagCount, const tOvraLogTag* tags);
 

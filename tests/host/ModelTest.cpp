@@ -6,6 +6,8 @@
 
 #include <gmock/gmock.h>
 
+#include <stdexcept>
+
 namespace {
 
 using namespace ovra::core::models;
@@ -27,6 +29,8 @@ TEST(Model, KeepsTheParentOfANodeThatIsAddedAgainAndLeavesAChildlessNodeWithoutC
     EXPECT_EQ(board->getDmasEntryNode()->_children().count(), 1U);
     node->_children().clear();
     EXPECT_EQ(node->_children().count(), 0U);
+    EXPECT_THROW(board->addDmasEntry(1, nullptr), std::invalid_argument);
+    EXPECT_EQ(board->getDmas()->current(), node);
 }
 
 TEST(Guarded, DestroysWhatAWriteDisplacesOutsideItsLock)

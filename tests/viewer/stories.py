@@ -304,7 +304,7 @@ class Rehearsals(Story):
     def test_faults_and_scenarios_are_planned_and_taken_back(self):
         self.open_panel("Rehearsal")
         self.browser.fill("#rehearsed-entry", "Fg_InitEx")
-        self.browser.press("Let it fail", "#panel")
+        self.browser.press("Make it fail", "#panel")
         wait_for(lambda: any(plan.startswith("fault Fg_InitEx") for plan in self.state("rehearsal")["plans"]), "planned")
         self.browser.click("[aria-label^='Undo fault Fg_InitEx']")
         wait_for(lambda: not self.state("rehearsal")["plans"], "forgotten")
@@ -474,8 +474,8 @@ class Settings(Story):
         for count in (1, 2):
             self.browser.press("Trigger port 0")
             wait_for(lambda count=count: self.browser.shown_image("1/0") == count, f"image {count}")
-        self.browser.choose("[aria-label='Whose parameters']", self.browser.run(
-            "return [...document.querySelectorAll('[aria-label=\"Whose parameters\"] option')].map((each) => each.textContent).find((each) => each.startsWith('camera'))"))
+        self.browser.choose("[aria-label='Parameters of']", self.browser.run(
+            "return [...document.querySelectorAll('[aria-label=\"Parameters of\"] option')].map((each) => each.textContent).find((each) => each.startsWith('camera'))"))
         self.browser.fill("#parameter-ExposureTime", "1234", Keys.ENTER)
         wait_for(lambda: any(each["name"] == "ExposureTime" and float(each["value"]) == 1234 for each in
                              self.browser.request("list-parameters", board="c0ffee01", port=0)), "the camera's exposure")

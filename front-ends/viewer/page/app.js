@@ -112,7 +112,7 @@ class App {
 
   async quit() {
     const acquiring = this.state.channels().some(({ channel }) => channel.grabbing);
-    const text = "Images are being acquired. The program stops them, takes the applets off the boards and ends.";
+    const text = "Images are being acquired. The program stops them, unloads the boards and ends.";
     if (acquiring && !(await confirmed(byId("dialog"), "Quit?", text, "Quit"))) return;
     this.run("quit");
   }

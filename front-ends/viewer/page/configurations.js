@@ -47,7 +47,7 @@ export class ConfigurationsPanel {
 
   upload(board) {
     const { active } = this.app.state.get("load");
-    return element("div", { class: "row" }, element("label", { for: "upload" }, "Load a file of this computer"),
+    return element("div", { class: "row" }, element("label", { for: "upload" }, "Load a file from this computer"),
       element("input", {
         type: "file", accept: ".mcf", id: "upload", disabled: active, "data-key": "upload",
         onchange: async (event) => {
@@ -61,7 +61,7 @@ export class ConfigurationsPanel {
   files(board) {
     const { active } = this.app.state.get("load");
     return element("ul", { class: "plain", "aria-label": "Configurations" },
-      this.list.length ? null : element("li", { class: "quiet" }, "There are none."),
+      this.list.length ? null : element("li", { class: "quiet" }, "There are no configurations."),
       this.list.map((file) => element("li", { class: "row" },
         element("span", { class: "grow" }, file.name, element("br"), element("span", { class: "quiet small" }, file.origin)),
         button("Load", () => this.app.run("load-configuration", { board: board.serial, ...file }),

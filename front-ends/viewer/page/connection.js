@@ -64,7 +64,7 @@ export class Connection {
     this.socket = null;
     for (const { reject } of this.requests.values()) reject(new Error("The connection to the program was lost."));
     this.requests.clear();
-    if (this.refusal) this.handlers.status("refused", `Not let in: ${this.refusal}`);
+    if (this.refusal) this.handlers.status("refused", `Refused: ${this.refusal}`);
     else this.handlers.status("away", this.ended ? "The program has ended." : "The program does not answer; trying again ...");
     this.timer = setTimeout(() => this.open(), this.delay);
     this.delay = Math.min(this.delay * 1.5, 2000);

@@ -1,4 +1,4 @@
-// Where an image lies on its stage: zoom, pan, quarter turns and a flip, for the eye only.
+// Where an image lies on its stage: zoom, pan, quarter turns and a flip, display only.
 //
 // A screen point s (device pixels from the stage's upper left corner) shows the image point
 //   center + T (s - middle of the stage) / scale,   T a turn and perhaps a flip.

@@ -88,7 +88,7 @@ export class MachinePanel {
     const { camera } = port;
     const connector = port.connector === null ? "no connector" : `connector ${port.connector}`;
     const what = camera ? `${camera.name}${camera.width ? `: ${camera.width} × ${camera.height}` : ""}` : "no camera";
-    const state = port.generator ? "the generator is on" : camera?.error ?? (camera?.acquiring ? "sends" : camera ? "is silent" : "");
+    const state = port.generator ? "the generator is on" : camera?.error ?? (camera?.acquiring ? "sends" : camera ? "does not send" : "");
     return element("div", { class: "row" },
       element("span", { class: "grow" }, `Port ${port.index}${port.type ? ` (${port.type})` : ""}, ${connector}: ${what}`,
         element("br"), element("span", { class: camera?.error ? "error small" : camera?.acquiring ? "good small" : "quiet small" }, state)),

@@ -51,7 +51,7 @@ export class LogPanel {
       element("h2", {}, "Log"),
       element("div", { class: "row" },
         element("select", {
-          "aria-label": "Least important level shown", "data-key": "level",
+          "aria-label": "Lowest level shown", "data-key": "level",
           onchange: (event) => {
             this.level = Number(event.target.value);
             this.app.renderPanel();

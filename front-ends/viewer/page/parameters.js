@@ -39,7 +39,7 @@ export class ParametersPanel {
     }
     replaceContent(root,
       element("h2", {}, "Parameters"),
-      owner ? this.chooser(owners, owner) : element("p", {}, "No board holds an applet."),
+      owner ? this.chooser(owners, owner) : element("p", {}, "No board has an applet."),
       owner ? [this.buffers(owner), this.trigger(owner), this.groups(owner)] : null);
   }
 
@@ -52,7 +52,7 @@ export class ParametersPanel {
   chooser(owners, owner) {
     return element("div", { class: "row" },
       element("select", {
-        "aria-label": "Whose parameters", "data-key": "owner",
+        "aria-label": "Parameters of", "data-key": "owner",
         onchange: (event) => {
           this.chosen = event.target.value;
           this.app.renderPanel();
@@ -72,7 +72,7 @@ export class ParametersPanel {
     if (!this.list) return element("p", { class: "quiet" }, "Reading ...");
     const found = this.list.filter((each) => each.name.toLowerCase().includes(this.search.toLowerCase()));
     const names = [...new Set(found.map((each) => each.group))].sort();
-    if (!names.length) return element("p", { class: "quiet" }, this.list.length ? "None matches." : "There are no parameters.");
+    if (!names.length) return element("p", { class: "quiet" }, this.list.length ? "No parameter matches." : "There are no parameters.");
     return names.map((name) => element("section", { "aria-label": name }, element("h3", {}, name),
       found.filter((each) => each.group === name).map((each) => this.parameter(owner, each))));
   }
@@ -128,7 +128,7 @@ export class ParametersPanel {
     });
     return element("div", { class: "row" }, element("label", { for: "buffers" }, "Image buffers"), input,
       element("span", { class: "quiet small" }, channel.buffers === channel.requestedBuffers ? ""
-        : `${channel.buffers} of ${channel.requestedBuffers}, all that the DMA memory is enough for`));
+        : `${channel.buffers} of ${channel.requestedBuffers}, limited by the DMA memory`));
   }
 
   trigger(owner) {

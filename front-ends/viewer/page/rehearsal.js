@@ -37,17 +37,17 @@ export class RehearsalPanel {
   render(root) {
     const rehearsal = this.app.state.get("rehearsal");
     replaceContent(root, element("h2", {}, "Rehearsal"), rehearsal
-      ? [element("p", { class: "quiet small" }, "What happens here goes wrong on purpose, on the virtual installation."),
+      ? [element("p", { class: "quiet small" }, "These steps cause faults on the virtual installation."),
         this.plans(rehearsal.plans), this.cables(), this.calls(), this.shortages(), this.scenario(rehearsal.scenario)]
-      : element("p", {}, "Only a virtual installation can rehearse; this is another one."));
+      : element("p", {}, "Rehearsals need a virtual installation."));
   }
 
   plans(plans) {
     return [element("h3", {}, "In effect"),
       element("ul", { class: "plain", "aria-label": "In effect" },
-        plans.length ? null : element("li", { class: "quiet" }, "Nothing goes wrong on purpose."),
+        plans.length ? null : element("li", { class: "quiet" }, "No fault is in effect."),
         plans.map((plan) => element("li", { class: "row" }, element("span", { class: "grow" }, plan),
-          button(undoing(plan) === "forget" ? "Forget all calls" : "Undo", () => this.step(undoing(plan)),
+          button(undoing(plan) === "forget" ? "Cancel faults and delays" : "Undo", () => this.step(undoing(plan)),
             { "aria-label": `Undo ${plan}`, "data-key": `undo ${plan}` }))))];
   }
 
@@ -91,7 +91,7 @@ export class RehearsalPanel {
         element("datalist", { id: "entries" }, this.entries.map((name) => element("option", { value: name })))),
       element("div", { class: "row" }, "Call", this.number("nth", "Which call from now on", 1), "answers", this.number("code", "Code below 0"),
         this.choice("repeat", "How often", ["once", "always"], String, typed.repeat, (value) => { typed.repeat = value; }),
-        button("Let it fail", () => this.step(`fault ${typed.entry} nth ${typed.nth} code ${typed.code} ${typed.repeat}`), { "data-key": "fault" })),
+        button("Make it fail", () => this.step(`fault ${typed.entry} nth ${typed.nth} code ${typed.code} ${typed.repeat}`), { "data-key": "fault" })),
       element("div", { class: "row" }, "Takes", this.number("milliseconds", "Milliseconds longer", 0), "ms longer",
         button("Delay", () => this.step(`delay ${typed.entry} ${typed.milliseconds}`), { "data-key": "delay" }))];
   }
@@ -103,7 +103,7 @@ export class RehearsalPanel {
         button("Keep busy", () => this.step(`busy ${typed.threads}`), { "data-key": "busy" })),
       element("div", { class: "row" }, this.number("bytes", "Bytes for images", 0), "bytes for images",
         button("Limit", () => this.step(`image-memory ${typed.bytes}`), { "data-key": "limit" })),
-      element("div", { class: "row" }, button("Let the disk be full", () => this.step("disk full"), { "data-key": "disk" }))];
+      element("div", { class: "row" }, button("Simulate a full disk", () => this.step("disk full"), { "data-key": "disk" }))];
   }
 
   scenario(lines) {
@@ -113,7 +113,7 @@ export class RehearsalPanel {
       element("div", { class: "row" }, this.choice("scenario", "Scenario", scenarios, String, this.name, (value) => { this.name = value; }),
         button("Play", () => this.app.run("play-scenario", { name: this.name }), { disabled: !this.name, "data-key": "play" }),
         button("End", () => this.app.run("stop-scenario"), { "data-key": "end" })),
-      element("div", { class: "row" }, element("label", { for: "scenario-file" }, "Play a file of this computer"),
+      element("div", { class: "row" }, element("label", { for: "scenario-file" }, "Play a file from this computer"),
         element("input", { type: "file", accept: ".scenario", id: "scenario-file", "data-key": "file", onchange: async (event) => {
           const [file] = event.target.files;
           if (file) await this.app.run("upload-scenario", { text: await file.text() });

@@ -1,7 +1,7 @@
 // Panel "Acquisition": how far a start reaches, the question about sizes, N images, recordings.
 import { button, element, replaceContent } from "./elements.js";
 
-const REACH = ["only what is named", "its whole process", "its whole board", "all boards"];
+const REACH = ["only the channel or camera", "its whole process", "its whole board", "all boards"];
 const ANSWERS = ["Apply camera dimension to DMA", "Apply DMA dimension to camera", "Ignore"];
 
 export class AcquisitionPanel {

@@ -8,7 +8,7 @@ export class Tiles {
     this.app = app;
     this.root = root;
     this.tiles = new Map();
-    this.nothing = element("p", {}, "No board holds an applet. Load one in the panel \"Machine\", and its channels appear here.");
+    this.nothing = element("p", {}, "No board has an applet. Load one in the panel \"Machine\", and its channels appear here.");
     app.state.on(["boards"], () => this.refresh());
     setInterval(() => this.tiles.forEach((tile) => tile.tell()), 500);
   }

@@ -139,7 +139,7 @@ struct FglibFrameBufferGroup::State
     void requireBuffers() const
     {
         if (released)
-            throw std::runtime_error(text("the channel's buffers were given back"));
+            throw std::runtime_error(text("the channel's buffers were released"));
     }
 };
 

@@ -57,7 +57,7 @@ ImageBuffers::~ImageBuffers()
     }
     if (code != FG_OK && code != FG_DEVICE_LOST) // the buffers of a lost board are released, too
         reference::log(reference::LogLevel::Error,
-                       reference::failureText(*m_runtime, "Image buffers could not be given back", code));
+                       reference::failureText(*m_runtime, "Image buffers could not be released", code));
 }
 
 long long ImageBuffers::bytes() const

@@ -16,13 +16,17 @@ class HlEnvironmentBoardNode;
 
 namespace ovra::reference {
 
+/// For a program that has to know of loads and unloads whoever causes them; a front end usually waits for
+/// Views::onLoadAppletFinished and Views::applet_unloaded.
 class OVRA_ENVIRONMENT_API BoardHandleObserver
 {
 public:
     using Signal = boost::signals2::signal<void(Fg_Struct_s* handle)>;
 
     /// Calls \p slot once for each change that leaves another handle than before: in endHandleChange, on that
-    /// thread, after the physical ports were created.
+    /// thread, after the physical ports were created. The slot gets null after an unload. An exception from
+    /// it propagates to the code that changes the handle. The caller disconnects; the board may be destroyed
+    /// before.
     static boost::signals2::connection
     connect(const boost::shared_ptr<core::models::HlEnvironmentBoardNode>& board,
             const Signal::slot_type& slot);

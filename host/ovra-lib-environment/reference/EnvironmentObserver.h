@@ -26,6 +26,7 @@ class Environment;
 
 namespace ovra::reference {
 
+/// One change of the model.
 struct EnvironmentChange
 {
     enum class Subject

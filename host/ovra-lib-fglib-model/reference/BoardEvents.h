@@ -17,6 +17,7 @@ class FgLibEventsModel;
 
 namespace ovra::reference {
 
+/// An event and where it came from.
 struct BoardEvent
 {
     int board = -1;                ///< index of the board
@@ -26,6 +27,11 @@ struct BoardEvent
     std::int64_t frame = 0;        ///< number of the current image, 0: none
 };
 
+/// \code
+/// // in Views::connectFglibEvents:
+/// return boost::make_shared<boost::signals2::scoped_connection>(reference::BoardEvents::connect(
+///     events, [](const reference::BoardEvent& event) { count(event.serial, event.name); }));
+/// \endcode
 class OVRA_FGLIB_MODEL_API BoardEvents
 {
 public:

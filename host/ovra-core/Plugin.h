@@ -17,7 +17,7 @@ class Command;
 
 /// Gives a plug-in shared pointers to itself, with shared_from_this(). Its name is part of the interface.
 template <class T>
-class EnableThisPtr : public boost::enable_shared_from_this<T> // NOLINT(bugprone-crtp-*)
+class EnableThisPtr : public boost::enable_shared_from_this<T> // NOLINT(bugprone-crtp-*): as its base
 {};
 
 /// A part of the application, such as gui::Gui. The application (or the program, with

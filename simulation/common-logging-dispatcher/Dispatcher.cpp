@@ -17,7 +17,8 @@ namespace {
 
 std::string environment(const char* name)
 {
-    const char* value = std::getenv(name); // NOLINT(concurrency-mt-unsafe)
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): set before the dispatcher is opened
+    const char* value = std::getenv(name);
     return value == nullptr ? std::string() : value;
 }
 

@@ -75,7 +75,7 @@ struct LineEditor::State
             throw std::system_error(errno, std::generic_category(), "no pipe");
         std::setlocale(LC_CTYPE, ""); // NOLINT(concurrency-mt-unsafe): before other threads
         if (MB_CUR_MAX == 1)
-            std::setlocale(LC_CTYPE, "C.UTF-8"); // NOLINT(concurrency-mt-unsafe)
+            std::setlocale(LC_CTYPE, "C.UTF-8"); // NOLINT(concurrency-mt-unsafe): as above
         editor = el_init("ovra-console", stdin, stdout, stderr);
         el_set(editor, EL_CLIENTDATA, this);
         el_set(editor, EL_PROMPT, &State::promptOf);

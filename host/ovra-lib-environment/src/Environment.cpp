@@ -173,6 +173,7 @@ std::set<std::string> Environment::State::found() const
 Environment::Environment()
 {
     const Unrecorded own;
+    // Not in the initialiser list: its calls must not be recorded either.
     m_state = std::make_unique<State>(); // cppcheck-suppress useInitializationList
 }
 

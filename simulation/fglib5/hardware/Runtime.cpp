@@ -48,7 +48,8 @@ std::filesystem::path Runtime::machineFile() const
 {
     if (m_machineFile)
         return *m_machineFile;
-    const char* file = std::getenv("OVRA_MACHINE"); // NOLINT(concurrency-mt-unsafe)
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): set before the runtime is opened
+    const char* file = std::getenv("OVRA_MACHINE");
     if (file != nullptr && *file != '\0')
         return fglib5::pathOf(file);
     return installation() / "simulation" / "default-machine.json";

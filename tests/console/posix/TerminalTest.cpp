@@ -33,7 +33,7 @@ public:
         m_process = forkpty(&m_terminal, nullptr, nullptr, &size);
         if (m_process == 0) {
             setenv("XDG_STATE_HOME", state.c_str(), 1); // NOLINT(concurrency-mt-unsafe): one thread
-            setenv("TERM", "xterm", 1);                 // NOLINT(concurrency-mt-unsafe)
+            setenv("TERM", "xterm", 1);                 // NOLINT(concurrency-mt-unsafe): one thread
             signal(SIGINT, SIG_DFL); // a shell's background jobs ignore it, and pass that on
             execl(OVRA_CONSOLE, OVRA_CONSOLE, "--machine", machine.c_str(), "--output-dir", folder.c_str(),
                   nullptr);

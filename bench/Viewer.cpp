@@ -144,7 +144,6 @@ private:
     WebServer m_server{0,
                        m_channels,
                        {.joined = [](ClientId) {},
-                        .left = [](ClientId) {},
                         .requested = [](ClientId, const Request&) {},
                         .refused = [](const std::string&) {}}};
     ovra::bench::ViewerPage m_page{m_server.address()};

@@ -19,6 +19,8 @@
 #include "ovra-lib-display/DisplayScene.h"
 #include "ovra-lib-environment/HlEnvironmentBoardNode.h"
 #include "ovra-lib-environment/HlEnvironmentFileNode.h"
+#include "ovra-lib-environment/HlEnvironmentHardwareNodes.h"
+#include "ovra-lib-genicam-model/GenICamModel.h"
 
 #include <algorithm>
 
@@ -93,7 +95,7 @@ std::int64_t timeoutSeconds(const std::vector<parameters::Parameter>& list,
     return seconds ? *seconds : std::int64_t{dma.getAcqTimeout()};
 }
 
-void showDma(Printer& printer, const core::models::HlEnvironmentBoardNode& board,
+void showDma(Printer& printer, const core::models::HlEnvironmentBoardNode& board, std::int64_t process,
              const core::models::HlEnvironmentDmaNode& dma)
 {
     const auto scene = dma.getDisplayScene();
@@ -103,6 +105,7 @@ void showDma(Printer& printer, const core::models::HlEnvironmentBoardNode& board
     const auto timeout = timeoutSeconds(list, dma);
     printer.result("dma",
                    {{"board", std::int64_t{board.getIndex()}},
+                    {"process", process},
                     {"dma", std::int64_t{dma.getIndex()}},
                     {"width", std::int64_t{scene ? scene->width() : 0}},
                     {"height", std::int64_t{scene ? scene->height() : 0}},
@@ -115,15 +118,29 @@ void showDma(Printer& printer, const core::models::HlEnvironmentBoardNode& board
     showParameters(printer, "      ", owner.title, list);
 }
 
-void showPort(Printer& printer, const core::models::HlEnvironmentLogicalPortNode& port)
+/// Connector -1: none.
+Fields portFields(const core::models::HlEnvironmentBoardNode& board, std::int64_t process,
+                  const core::models::HlEnvironmentLogicalPortNode& port)
+{
+    const auto connector = port.getMappedPortEntry();
+    const auto camera = cameraNodeOf(port);
+    const auto model = cameraOf(port);
+    return {{"board", std::int64_t{board.getIndex()}},
+            {"process", process},
+            {"port", std::int64_t{port.getIndex()}},
+            {"portType", port.getPortType()},
+            {"connector", connector ? std::int64_t{connector->getIndex()} : -1},
+            {"generator", port.getGeneratorActive()},
+            {"camera", camera ? camera->getName() : ""},
+            {"width", std::int64_t{model ? model->width() : 0}},
+            {"height", std::int64_t{model ? model->height() : 0}}};
+}
+
+void showPort(Printer& printer, const core::models::HlEnvironmentBoardNode& board, std::int64_t process,
+              const core::models::HlEnvironmentLogicalPortNode& port)
 {
     const std::string type = port.getPortType(), camera = cameraText(port);
-    printer.result("port",
-                   {{"port", std::int64_t{port.getIndex()}},
-                    {"portType", type},
-                    {"connector", connectorText(port)},
-                    {"generator", port.getGeneratorActive()},
-                    {"camera", camera}},
+    printer.result("port", portFields(board, process, port),
                    "    port " + std::to_string(port.getIndex()) + (type.empty() ? "" : " (" + type + ")") +
                        ": " + connectorText(port) + (port.getGeneratorActive() ? ", generator on" : ""));
     if (!camera.empty() && printer.target() != Printer::Target::Objects)
@@ -132,13 +149,16 @@ void showPort(Printer& printer, const core::models::HlEnvironmentLogicalPortNode
 
 void showBoardStructure(Printer& printer, const core::models::HlEnvironmentBoardNode& board)
 {
-    printer.line(boardTitle(board) + ": " + board.getLoadedAppletEntry()->getFileName());
+    const bool headings = printer.target() != Printer::Target::Objects; // objects name board and process
+    if (headings)
+        printer.line(boardTitle(board) + ": " + board.getLoadedAppletEntry()->getFileName());
     for (const auto& process : listOf(board.getProcesses())) {
-        printer.line("  process " + std::to_string(process->getIndex()));
+        if (headings)
+            printer.line("  process " + std::to_string(process->getIndex()));
         for (const auto& dma : listOf(process->getDmas()))
-            showDma(printer, board, *dma);
+            showDma(printer, board, process->getIndex(), *dma);
         for (const auto& port : listOf(process->getLogicalPorts()))
-            showPort(printer, *port);
+            showPort(printer, board, process->getIndex(), *port);
     }
     if (listOf(board.getDmas()).empty()) {
         const auto owner = parameterOwners(board).front();

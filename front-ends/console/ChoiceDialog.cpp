@@ -40,6 +40,8 @@ void ChoiceDialog::setAnswer(const Answer& answer)
 
 ChoiceDialog::Answer ChoiceDialog::ask(const std::string& question, const std::array<std::string, 3>& buttons)
 {
+    if (m_printer.target() == Printer::Target::Objects)
+        return tellAnswer(question, buttons);
     m_printer.line(question);
     for (std::size_t i = 0; i < buttons.size(); ++i)
         m_printer.line("  " + std::to_string(i) + "  " + buttons.at(i));
@@ -48,6 +50,19 @@ ChoiceDialog::Answer ChoiceDialog::ask(const std::string& question, const std::a
     m_printer.line("Answer: " + buttons.at(static_cast<std::size_t>(answer.button)) +
                    (answer.remember ? ", from now on." : "."));
     return answer;
+}
+
+/// A program is not asked.
+ChoiceDialog::Answer ChoiceDialog::tellAnswer(const std::string& question,
+                                              const std::array<std::string, 3>& buttons)
+{
+    m_printer.result("question",
+                     {{"text", question},
+                      {"buttons", std::vector<std::string>(buttons.begin(), buttons.end())},
+                      {"answer", std::int64_t{m_answer.button}},
+                      {"remember", m_answer.remember}},
+                     "");
+    return m_answer;
 }
 
 ChoiceDialog::Answer ChoiceDialog::askUser()

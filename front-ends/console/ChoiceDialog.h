@@ -35,6 +35,7 @@ public:
     Answer ask(const std::string& question, const std::array<std::string, 3>& buttons);
 
 private:
+    Answer tellAnswer(const std::string& question, const std::array<std::string, 3>& buttons);
     Answer askUser();
 
     Printer& m_printer;

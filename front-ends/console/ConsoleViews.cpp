@@ -8,29 +8,19 @@
 #include "front-ends/shared/ImageCollection.h"
 #include "front-ends/shared/Lookup.h"
 #include "front-ends/shared/Parameters.h"
+#include "front-ends/shared/Titles.h"
 
 #include "ovra-lib-display/DisplayScene.h"
 #include "ovra-lib-display/reference/AcquisitionObserver.h"
 #include "ovra-lib-environment/HlEnvironmentBoardNode.h"
 #include "ovra-lib-fglib-model/FgLibEventsModel.h"
+#include "ovra-lib-fglib-model/reference/BoardEvents.h"
 
 #include <boost/make_shared.hpp>
-
-#include <array>
 
 namespace ovra::console {
 
 using namespace frontend;
-
-namespace {
-
-const char* levelName(unsigned long level)
-{
-    constexpr std::array NAMES{"error", "warning", "information", "debug"};
-    return level < NAMES.size() ? NAMES[level] : "message";
-}
-
-} // namespace
 
 ConsoleViews::ConsoleViews(Printer& printer, ImageCollection& images, ChoiceDialog& dialog)
     : m_printer(printer),
@@ -44,7 +34,7 @@ void ConsoleViews::setLogShown(bool shown)
     m_logShown = shown;
 }
 
-std::map<std::string, std::int64_t> ConsoleViews::eventCounts() const
+std::map<CountedEvent, std::int64_t> ConsoleViews::eventCounts() const
 {
     return m_events->counts();
 }
@@ -114,7 +104,7 @@ void ConsoleViews::logMsgCallback(unsigned long level, unsigned long threadId, c
 {
     constexpr unsigned long ERROR_LEVEL = 0;
     constexpr unsigned long WARNING_LEVEL = 1;
-    m_recentLog.add(std::string(levelName(level)) + ": " + text);
+    m_recentLog.add(std::string(logLevelName(level)) + ": " + text);
     // Errors and warnings, such as a broken file, are shown even if the log is not.
     if (!m_logShown && level == ERROR_LEVEL)
         m_printer.error(text);
@@ -122,7 +112,7 @@ void ConsoleViews::logMsgCallback(unsigned long level, unsigned long threadId, c
         m_printer.warning(text);
     if (!m_logShown)
         return;
-    m_printer.line("log " + std::string(levelName(level)) + ": " + text + " (thread " +
+    m_printer.line("log " + std::string(logLevelName(level)) + ": " + text + " (thread " +
                    std::to_string(threadId) + ", " + file + ":" + std::to_string(line) + ")");
 }
 
@@ -130,8 +120,8 @@ boost::shared_ptr<boost::signals2::scoped_connection>
 ConsoleViews::connectFglibEvents(boost::shared_ptr<core::models::FgLibEventsModel> events)
 {
     return boost::make_shared<boost::signals2::scoped_connection>(
-        events->connectEvent([counter = m_events](const std::string& name, std::uint64_t, std::int64_t) {
-            counter->count(name);
+        reference::BoardEvents::connect(events, [counter = m_events](const reference::BoardEvent& event) {
+            counter->count({event.board, event.name});
         }));
 }
 

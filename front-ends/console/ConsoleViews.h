@@ -34,7 +34,7 @@ public:
 
     /// True: print all messages of the host's log. Initially it prints warnings and errors only.
     void setLogShown(bool shown);
-    std::map<std::string, std::int64_t> eventCounts() const;
+    std::map<frontend::CountedEvent, std::int64_t> eventCounts() const;
     /// The last messages of the host's log, printed or not, the oldest first.
     std::vector<std::string> recentLog() const { return m_recentLog.all(); }
     /// True if the configuration of the last load was refused.

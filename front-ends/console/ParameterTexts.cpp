@@ -70,6 +70,15 @@ Fields fieldsOf(const std::string& owner, const Parameter& parameter)
                                  {"maximum", parameter.maximum},
                                  {"step", parameter.step},
                                  {"writable", parameter.writable}});
+    if (parameter.choices.empty())
+        return fields;
+    std::vector<std::string> names;
+    std::vector<std::int64_t> values;
+    for (const auto& choice : parameter.choices) {
+        names.push_back(choice.name);
+        values.push_back(choice.value);
+    }
+    fields.insert(fields.end(), {{"choices", names}, {"choiceValues", values}});
     return fields;
 }
 

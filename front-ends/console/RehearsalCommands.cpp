@@ -22,9 +22,23 @@ constexpr std::chrono::seconds MAX_WAIT{60}; ///< longest wait for the end of a 
 
 void perform(Console& console, const std::string& step)
 {
+    const std::string command = step.substr(0, step.find(' '));
     std::istringstream lines(rehearse(step));
     for (std::string line; std::getline(lines, line);)
-        console.printer.line(line);
+        console.printer.result("rehearsal", {{"command", command}, {"text", line}}, line);
+}
+
+/// Each line of the answer is an entry and how often it was called.
+void showCalls(Console& console, const Arguments& arguments)
+{
+    std::istringstream lines(rehearse("calls " + arguments.joined()));
+    for (std::string line; std::getline(lines, line);) {
+        std::istringstream words(line);
+        std::string entry;
+        std::int64_t count = 0;
+        words >> entry >> count;
+        console.printer.result("calls", {{"entry", entry}, {"count", count}}, line);
+    }
 }
 
 void scenario(Console& console, const Arguments& arguments)
@@ -61,8 +75,7 @@ std::vector<ConsoleCommand> rehearsalCommands()
          1, 8, STEP(perform, "fault")},
         {"delay", "ENTRY MS [board B]", "makes calls of an entry take longer; 0 ends that", 2, 4,
          STEP(perform, "delay")},
-        {"calls", "[ENTRY] [board B]", "shows how often the runtime's entries were called", 0, 3,
-         STEP(perform, "calls")},
+        {"calls", "[ENTRY] [board B]", "shows how often the runtime's entries were called", 0, 3, showCalls},
         {"faults", "", "shows the faults, delays, unplugged parts and shortages in effect", 0, 0,
          STEP(perform, "faults")},
         {"forget", "", "cancels planned faults and delays", 0, 0, STEP(perform, "forget")},

@@ -89,10 +89,12 @@ std::string watchText(const Channel& channel, const AcquisitionFigures& figures)
 void showEvents(Console& console)
 {
     std::string text;
-    for (const auto& [name, count] : console.views.eventCounts()) {
+    for (const auto& [event, count] : console.views.eventCounts()) {
         if (console.printer.target() == Printer::Target::Objects)
-            console.printer.result("event", {{"name", name}, {"count", count}}, "");
-        text += (text.empty() ? "" : ", ") + name + " " + std::to_string(count);
+            console.printer.result(
+                "event", {{"board", std::int64_t{event.board}}, {"name", event.name}, {"count", count}}, "");
+        text += (text.empty() ? "board " : ", board ") + std::to_string(event.board) + " " + event.name +
+                " " + std::to_string(count);
     }
     if (!text.empty() && console.printer.target() != Printer::Target::Objects)
         console.printer.line("events since the program's start: " + text);

@@ -77,14 +77,16 @@ struct ApplicationSession::State
         library.begin();
     }
 
-    void beginScenario()
+    bool beginScenario()
     {
         if (scenario.empty())
-            return;
+            return true;
         try {
             rehearse("scenario " + scenario);
+            return true;
         } catch (const std::exception& error) {
             onError(error.what());
+            return false;
         }
     }
 
@@ -140,10 +142,12 @@ bool ApplicationSession::start(const boost::shared_ptr<gui::Views>& views, std::
     m_state->plugin.reset(gui::Gui::createInstance(), gui::Gui::destroyInstance);
     m_state->application.addPlugin(m_state->plugin, {{gui::keys::VIEWS, views}});
     m_state->application.startPlugins();
-    const bool ready = m_state->pumpUntilIdle(limit);
-    if (ready)
-        m_state->beginScenario();
-    return ready;
+    if (!m_state->pumpUntilIdle(limit)) {
+        m_state->onError("the application is not ready after " +
+                         std::to_string(std::chrono::round<std::chrono::seconds>(limit).count()) + " s");
+        return false;
+    }
+    return m_state->beginScenario();
 }
 
 void ApplicationSession::stop(std::chrono::milliseconds limit)

@@ -46,8 +46,8 @@ public:
     reference::Application& application();
 
     /// Injects \p views into the library, starts the application, runs its loop until it is ready, and starts
-    /// the scenario of the options; the error handler reports an invalid scenario. False if the application
-    /// is not ready within \p limit. Call once.
+    /// the scenario of the options. False if the application is not ready within \p limit or the scenario is
+    /// invalid; the error handler has reported it. Call once.
     bool start(const boost::shared_ptr<gui::Views>& views, std::chrono::milliseconds limit);
 
     /// Waits for the running command, unloads each board, and closes the application, with at most \p limit

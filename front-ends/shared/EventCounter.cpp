@@ -3,13 +3,13 @@
 
 namespace ovra::frontend {
 
-void EventCounter::count(const std::string& name)
+void EventCounter::count(const CountedEvent& event)
 {
     const std::lock_guard lock(m_mutex);
-    ++m_counts[name];
+    ++m_counts[event];
 }
 
-std::map<std::string, std::int64_t> EventCounter::counts() const
+std::map<CountedEvent, std::int64_t> EventCounter::counts() const
 {
     const std::lock_guard lock(m_mutex);
     return m_counts;

@@ -78,10 +78,9 @@ void addFile(std::ostream& report, const std::string& title, const std::string& 
 {
     heading(report, title);
     std::ifstream stream(pathOf(file));
-    if (stream)
-        report << stream.rdbuf() << '\n';
-    else
-        report << "cannot be read\n";
+    std::ostringstream content; // the insertion of an empty file fails, and must not end the report
+    content << stream.rdbuf();
+    report << (stream.is_open() ? content.str() : "cannot be read") << '\n';
 }
 
 void addVersions(std::ostream& report, const ReportContents& contents)
@@ -149,11 +148,9 @@ void addEntries(std::ostream& report)
 {
     heading(report, "configuration entries in effect");
     for (const auto& key : {gui::keys::DMA_MEMORY_LIMIT_MIB, gui::keys::DEFAULT_TIMEOUT_SECONDS,
-                            gui::keys::DEFAULT_BUFFERS, gui::keys::COMPARE_IMAGE_SIZES}) {
-        constexpr long long NONE = -1;
-        const long long value = core::HarloApplication::getConfigIntEntry(key.name, NONE);
-        report << key.name << " = " << (value == NONE ? "default" : std::to_string(value)) << '\n';
-    }
+                            gui::keys::DEFAULT_BUFFERS, gui::keys::COMPARE_IMAGE_SIZES})
+        report << key.name << " = " << core::HarloApplication::getConfigIntEntry(key.name, key.defaultValue)
+               << '\n';
     report << "sync mode " << gui::Gui::getSyncMode() << ", DMA memory " << gui::Gui::getUsedDmaMemory()
            << " of " << gui::Gui::getTotalDmaMemory() << " bytes\n";
 }

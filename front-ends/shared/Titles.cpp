@@ -3,6 +3,7 @@
 
 #include "ovra-lib-environment/HlEnvironmentBoardNode.h"
 
+#include <array>
 #include <sstream>
 
 namespace ovra::frontend {
@@ -28,6 +29,12 @@ std::string channelTitle(const core::models::HlEnvironmentBoardNode& board,
 std::string sizeText(int width, int height)
 {
     return std::to_string(width) + " x " + std::to_string(height);
+}
+
+const char* logLevelName(unsigned long level)
+{
+    constexpr std::array NAMES{"error", "warning", "information", "debug"};
+    return level < NAMES.size() ? NAMES[level] : "message";
 }
 
 } // namespace ovra::frontend

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// \file
-/// Titles of boards and channels for display.
+/// Titles of boards, channels and log levels for display.
 #pragma once
 
 #include <string>
@@ -21,5 +21,7 @@ std::string channelTitle(const core::models::HlEnvironmentBoardNode& board,
                          const core::models::HlEnvironmentDmaNode& dma);
 /// "1024 x 768"
 std::string sizeText(int width, int height);
+/// "warning" for 1
+const char* logLevelName(unsigned long level);
 
 } // namespace ovra::frontend

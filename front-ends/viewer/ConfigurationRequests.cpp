@@ -4,7 +4,6 @@
 #include "Viewer.h"
 #include "server/Message.h"
 
-#include "front-ends/shared/OutputFile.h"
 #include "front-ends/shared/Paths.h"
 #include "front-ends/shared/RequestError.h"
 
@@ -88,21 +87,11 @@ json loadConfiguration(Viewer& viewer, const json& arguments)
     return nullptr;
 }
 
-/// The library reads files: the text is stored under a generated name until it has been loaded.
 json uploadConfiguration(Viewer& viewer, const json& arguments)
 {
-    constexpr std::size_t MAX_UPLOAD_BYTES = std::size_t{1} << 20;
     viewer.requireNoLoad();
     const auto board = boardArgument(arguments);
-    const std::string text = textArgument(arguments, "text");
-    if (text.size() > MAX_UPLOAD_BYTES)
-        throw frontend::RequestError("a configuration has at most a mebibyte");
-    const auto file = fs::temp_directory_path() / viewer.readyName("ovra-viewer-upload", ".mcf");
-    frontend::writeFile(file, text);
-    viewer.afterwards([file] {
-        std::error_code ignored;
-        fs::remove(file, ignored);
-    });
+    const auto file = viewer.storeUpload(textArgument(arguments, "text"), ".mcf");
     viewer.run(gui::commands::LoadMcfCommand::create(board, frontend::textOf(file)));
     return nullptr;
 }

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "LogLines.h"
 
+#include "front-ends/shared/TimeText.h"
+#include "front-ends/shared/Titles.h"
+
 #include <chrono>
 #include <string>
 #include <utility>
@@ -41,6 +44,14 @@ nlohmann::json LogLines::take()
 {
     const std::lock_guard lock(m_mutex);
     return std::exchange(m_lines, nlohmann::json::array());
+}
+
+std::string textOfLogLine(const nlohmann::json& line)
+{
+    const std::chrono::milliseconds time(line["time"].get<std::int64_t>());
+    return frontend::utcText(std::chrono::system_clock::time_point(time)) + ' ' +
+           frontend::logLevelName(line["level"].get<unsigned long>()) + ": " +
+           line["text"].get<std::string>() + " (" + line["place"].get<std::string>() + ')';
 }
 
 std::int64_t presentTime()

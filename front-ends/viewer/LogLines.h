@@ -26,6 +26,9 @@ private:
     nlohmann::json m_lines = nlohmann::json::array();
 };
 
+/// A line of the list as text, with its time in UTC.
+std::string textOfLogLine(const nlohmann::json& line);
+
 /// Milliseconds since 1970, as a page's clock counts them.
 std::int64_t presentTime();
 

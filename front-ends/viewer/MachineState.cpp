@@ -3,6 +3,7 @@
 
 #include "ChannelImages.h"
 
+#include "front-ends/shared/EventCounter.h"
 #include "front-ends/shared/Lookup.h"
 #include "front-ends/shared/Titles.h"
 
@@ -62,6 +63,12 @@ json describePort(const core::models::HlEnvironmentLogicalPortNode& port)
             {"camera", describeCamera(port)}};
 }
 
+/// Why an acquisition ended by itself before it had all its images; empty for others.
+std::string earlyEnd(const reference::AcquisitionStatus& status)
+{
+    return status.state == reference::AcquisitionState::CountReached ? "" : status.reason;
+}
+
 json describeChannel(const core::models::HlEnvironmentBoardNode& board,
                      const core::models::HlEnvironmentDmaNode& dma, const ChannelImages& images)
 {
@@ -74,6 +81,7 @@ json describeChannel(const core::models::HlEnvironmentBoardNode& board,
             {"width", scene ? scene->width() : 0},
             {"height", scene ? scene->height() : 0},
             {"grabbing", scene && scene->isGrabbing()},
+            {"ended", scene ? earlyEnd(reference::AcquisitionObserver::status(*scene)) : ""},
             {"buffers", group ? group->bufferCount() : 0},
             {"requestedBuffers", group ? group->requestedBufferCount() : 0}};
 }
@@ -170,8 +178,7 @@ json describeStatistics(const display::DisplayScene& scene, const ImageFeed& cha
             {"rate", std::round(figures.imagesPerSecond * TENTHS) / TENTHS},
             {"bytesPerSecond", std::round(figures.bytesPerSecond)},
             {"arrival", arrival},
-            {"why", reasonOfAge(status, !arrival.is_null())},
-            {"reason", status.reason}};
+            {"why", reasonOfAge(status, !arrival.is_null())}};
 }
 
 } // namespace
@@ -203,6 +210,14 @@ json describeSettings()
     return {{"syncMode", static_cast<int>(gui::Gui::getSyncMode())},
             {"compareSizes", entry(gui::keys::COMPARE_IMAGE_SIZES) != 0},
             {"remembered", remembered ? json(entry(gui::keys::ANSWER)) : json()}};
+}
+
+json describeEvents(const frontend::EventCounter& events)
+{
+    json all = json::array();
+    for (const auto& [event, count] : events.counts())
+        all.push_back({{"board", event.board}, {"name", event.name}, {"count", count}});
+    return all;
 }
 
 json describeStatistics(const ChannelImages& images)

@@ -8,6 +8,10 @@
 
 #include <nlohmann/json.hpp>
 
+namespace ovra::frontend {
+class EventCounter;
+}
+
 namespace ovra::viewer {
 
 class ChannelImages;
@@ -17,6 +21,7 @@ nlohmann::json describeApplets();
 nlohmann::json describeMemory();
 nlohmann::json describeSettings();
 
+nlohmann::json describeEvents(const frontend::EventCounter& events);
 /// By channel number: counters, and why the image is old if it is.
 nlohmann::json describeStatistics(const ChannelImages& images);
 

@@ -7,6 +7,7 @@
 
 #include "front-ends/shared/Parameters.h"
 #include "front-ends/shared/RequestError.h"
+#include "front-ends/shared/Titles.h"
 
 #include "gui-core/AcquisitionBufferCountChangeCommand.h"
 #include "ovra-lib-environment/HlEnvironmentBoardNode.h"
@@ -94,6 +95,7 @@ json setParameter(Viewer& viewer, const json& arguments)
         camera->setParameter(name, value);
     else
         frontend::setParameter(board, {ownerArgument(board, arguments)}, name, value);
+    viewer.countParameterChange(frontend::serialText(*board));
     viewer.refreshMachine(); // an image of another size takes other buffers
     return listParameters(viewer, arguments);
 }

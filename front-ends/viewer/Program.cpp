@@ -7,6 +7,7 @@
 #include "ViewerViews.h"
 
 #include "front-ends/shared/ApplicationSession.h"
+#include "front-ends/shared/Paths.h"
 #include "front-ends/shared/Process.h"
 
 #include "ovra-core/reference/Application.h"
@@ -14,6 +15,7 @@
 #include <boost/make_shared.hpp>
 
 #include <atomic>
+#include <filesystem>
 #include <iostream>
 #include <memory>
 #include <mutex>
@@ -62,6 +64,12 @@ SignalEnd& signalEnd()
     return end;
 }
 
+void makeOutputFolder(const Options& options)
+{
+    if (!options.session.outputFolder.empty())
+        std::filesystem::create_directories(frontend::pathOf(options.session.outputFolder));
+}
+
 void announce(const Options& options, const WebServer& server)
 {
     if (options.port != 0 && server.port() != options.port)
@@ -83,17 +91,18 @@ class Program
 public:
     Program(const Options& options, frontend::ApplicationSession& session)
         : m_application(session.application()),
-          m_viewer({.application = m_application,
-                    .publish = [this](const std::string& text) { onServer(&WebServer::publish, text); },
-                    .send = [this](ClientId client,
-                                   std::string text) { onServer(&WebServer::send, client, std::move(text)); },
-                    .subscribe =
-                        [this](ClientId client, std::string text) {
-                            onServer(&WebServer::subscribe, client, std::move(text));
-                        },
-                    .countClients = [this] { return m_server ? m_server->clientCount() : 0; },
-                    .options = options.session},
-                   m_channels)
+          m_viewer(
+              {.application = m_application,
+               .publish = [this](const std::string& text) { onServer(&WebServer::publish, text); },
+               .send = [this](ClientId client,
+                              std::string text) { onServer(&WebServer::answer, client, std::move(text)); },
+               .subscribe =
+                   [this](ClientId client, std::string text) {
+                       onServer(&WebServer::subscribe, client, std::move(text));
+                   },
+               .countClients = [this] { return m_server ? m_server->clientCount() : 0; },
+               .options = options.session},
+              m_channels)
     {
         m_server = std::make_unique<WebServer>(options.port, m_channels, handlers());
         m_ticker = std::make_unique<Ticker>(TICK, [this] { postTick(); });
@@ -127,7 +136,6 @@ private:
     WebServer::Handlers handlers()
     {
         return {.joined = [this](ClientId client) { post([this, client] { m_viewer.welcome(client); }); },
-                .left = [](ClientId) {},
                 .requested =
                     [this](ClientId client, const Request& request) {
                         post([this, client, request] { m_viewer.handle(client, request); });
@@ -170,6 +178,7 @@ private:
 
 bool runProgram(const Options& options)
 {
+    makeOutputFolder(options);
     SignalEnd& signals = signalEnd();
     Viewer* viewer = nullptr;
     frontend::ApplicationSession session(options.session, [&viewer](const std::string& message) {
@@ -186,8 +195,6 @@ bool runProgram(const Options& options)
     const bool ready = session.start(boost::make_shared<ViewerViews>(program.viewer()), MAX_START_TIME);
     if (ready)
         session.application().exec();
-    else
-        std::cerr << "ovra-viewer: the application is not ready after five minutes\n";
     signals.set({});
     session.stop(MAX_COMMAND_TIME);
     viewer = nullptr;

@@ -3,7 +3,6 @@
 #include "RequestTable.h"
 #include "Viewer.h"
 
-#include "front-ends/shared/OutputFile.h"
 #include "front-ends/shared/Paths.h"
 #include "front-ends/shared/Rehearsal.h"
 #include "front-ends/shared/RequestError.h"
@@ -84,15 +83,9 @@ json playScenario(Viewer&, const json& arguments)
     return nullptr;
 }
 
-/// The runtime reads files: the text is stored under a generated name until it has been read.
 json uploadScenario(Viewer& viewer, const json& arguments)
 {
-    const auto file = fs::temp_directory_path() / viewer.readyName("ovra-viewer-upload", ".scenario");
-    frontend::writeFile(file, textArgument(arguments, "text"));
-    viewer.afterwards([file] {
-        std::error_code ignored;
-        fs::remove(file, ignored);
-    });
+    const auto file = viewer.storeUpload(textArgument(arguments, "text"), ".scenario");
     frontend::rehearse("scenario " + frontend::textOf(file));
     return nullptr;
 }

@@ -36,11 +36,6 @@ nlohmann::json performRequest(Viewer& viewer, const std::string& name, const nlo
     throw MessageError("there is no such request");
 }
 
-void attachGenerators(const frontend::BoardNode& board)
-{
-    frontend::markGenerators(board);
-}
-
 frontend::BoardNode boardArgument(const nlohmann::json& arguments)
 {
     const std::string serial = textArgument(arguments, "board");

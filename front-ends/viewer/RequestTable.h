@@ -35,9 +35,6 @@ nlohmann::json performRequest(Viewer& viewer, const std::string& name, const nlo
 /// The state section about rehearsals; null if the installation is not a virtual one.
 nlohmann::json describeRehearsal();
 
-/// Call after each load: stops the cameras of channels with a generator.
-void attachGenerators(const frontend::BoardNode& board);
-
 // Look up what arguments name. Serials have the form of the state document.
 frontend::BoardNode boardArgument(const nlohmann::json& arguments);
 frontend::BoardNode loadedBoardArgument(const nlohmann::json& arguments);

@@ -3,6 +3,8 @@
 
 #include "RequestTable.h"
 
+#include "front-ends/shared/OutputFile.h"
+#include "front-ends/shared/Parameters.h"
 #include "front-ends/shared/Paths.h"
 #include "front-ends/shared/RequestError.h"
 #include "front-ends/shared/TimeText.h"
@@ -12,6 +14,7 @@
 #include "ovra-core/CommandProcessor.h"
 #include "ovra-core/HarloApplication.h"
 #include "ovra-core/reference/Application.h"
+#include "ovra-lib-display/reference/AcquisitionObserver.h"
 #include "ovra-lib-environment/HlEnvironmentBoardNode.h"
 
 #include <boost/make_shared.hpp>
@@ -88,9 +91,9 @@ Viewer::Viewer(Setup setup, ImageFeeds& channels)
                             {"ready", false},
                             {"quitting", false},
                             {"outputFolder", outputFolderText()}});
-    for (const char* list : {"splash", "notices", "log", "boards", "applets", "recordings"})
+    for (const char* list : {"splash", "notices", "log", "boards", "applets", "events", "recordings"})
         m_state.set(list, json::array());
-    for (const char* table : {"statistics", "events"})
+    for (const char* table : {"statistics", "parameterChanges"})
         m_state.set(table, json::object());
     m_state.set("load", idleLoad());
     m_state.set("rescanning", false);
@@ -102,7 +105,7 @@ Viewer::~Viewer() = default;
 
 void Viewer::welcome(ClientId client)
 {
-    m_setup.subscribe(client, m_state.whole());
+    m_setup.subscribe(client, m_state.whole(presentTime()));
 }
 
 void Viewer::handle(ClientId client, const Request& request)
@@ -112,6 +115,7 @@ void Viewer::handle(ClientId client, const Request& request)
     } catch (const std::exception& error) {
         if (const auto afterwards = std::exchange(m_afterwards, {}))
             afterwards();
+        addNotice(Severity::Error, "Not done", error.what());
         fail(client, request.id, error.what());
     }
 }
@@ -149,7 +153,7 @@ void Viewer::finish(const Pending& pending)
 
 void Viewer::fail(ClientId client, std::int64_t id, const std::string& text)
 {
-    m_setup.send(client, jsonText({{"type", "failed"}, {"id", id}, {"text", text}}));
+    m_setup.send(client, jsonText({{"type", "failed"}, {"id", id}, {"text", text}, {"noticed", true}}));
 }
 
 std::string Viewer::errorsSince(std::int64_t count) const
@@ -215,9 +219,28 @@ void Viewer::attachBoard(unsigned int serial)
 {
     if (const auto board = frontend::boardOfSerial(serial)) {
         m_images.attach(board);
-        attachGenerators(board);
+        frontend::markGenerators(board);
+        watchEnds(*board);
     }
     refreshMachine();
+}
+
+// A slot runs on the scene's thread, perhaps while it is being disconnected.
+void Viewer::watchEnds(const core::models::HlEnvironmentBoardNode& board)
+{
+    auto& connections = m_ends[board.getSerial()];
+    connections.clear();
+    const auto slot = [&application = m_setup.application,
+                       viewer = std::weak_ptr<Viewer>(m_self)](const reference::AcquisitionStatus& status) {
+        if (status.state != reference::AcquisitionState::CountReached)
+            application.post([viewer, reason = status.reason] {
+                if (const auto there = viewer.lock())
+                    there->report(Severity::Warning, "Acquisition", reason);
+            });
+    };
+    for (const auto& dma : frontend::listOf(board.getDmas()))
+        if (const auto scene = dma->getDisplayScene())
+            connections.emplace_back(reference::AcquisitionObserver::connect(scene, slot));
 }
 
 void Viewer::dropUnloadedBoards()
@@ -258,6 +281,11 @@ void Viewer::report(Severity level, const std::string& title, const std::string&
             m_errors.pop_front();
         m_recentErrors.add(title + ": " + text);
     }
+    addNotice(level, title, text);
+}
+
+void Viewer::addNotice(Severity level, const std::string& title, const std::string& text)
+{
     m_state.append("notices",
                    json::array({{{"id", ++m_noticeCount},
                                  {"time", presentTime()},
@@ -275,7 +303,7 @@ void Viewer::tick()
         return;
     m_state.set("boards", describeBoards(m_images));
     m_state.set("statistics", describeStatistics(m_images));
-    m_state.set("events", m_events->counts());
+    m_state.set("events", describeEvents(*m_events));
     m_recordings.update();
     m_state.set("recordings", m_recordings.describe());
     if (++m_ticks % TICKS_OF_A_SECOND == 0)
@@ -304,11 +332,34 @@ std::string Viewer::readyName(const std::string& beginning, const std::string& e
     return beginning + "-" + time + "-" + std::to_string(++m_nameCount) + ending;
 }
 
+void Viewer::countParameterChange(const std::string& serial)
+{
+    auto changes = m_state.section("parameterChanges");
+    changes[serial] = changes.value(serial, 0) + 1;
+    m_state.set("parameterChanges", changes);
+}
+
+std::filesystem::path Viewer::storeUpload(const std::string& text, const std::string& ending)
+{
+    constexpr std::size_t MAX_UPLOAD_BYTES = std::size_t{1} << 20;
+    if (text.size() > MAX_UPLOAD_BYTES)
+        throw frontend::RequestError("a file has at most a mebibyte");
+    if (!m_uploads)
+        m_uploads = std::make_unique<const PrivateFolder>();
+    const auto file = m_uploads->path() / readyName("upload", ending);
+    frontend::writeFile(file, text);
+    afterwards([file] {
+        std::error_code ignored;
+        std::filesystem::remove(file, ignored);
+    });
+    return file;
+}
+
 frontend::ReportContents Viewer::reportContents() const
 {
     std::vector<std::string> log;
     for (const auto& line : m_state.section("log"))
-        log.push_back(line["place"].get<std::string>() + ": " + line["text"].get<std::string>());
+        log.push_back(textOfLogLine(line));
     return {.program = "ovra-viewer " OVRA_GUI_CORE_VERSION,
             .options = m_setup.options,
             .errors = m_recentErrors.all(),

@@ -7,6 +7,7 @@
 #include "ChannelImages.h"
 #include "LogLines.h"
 #include "MachineState.h"
+#include "PrivateFolder.h"
 #include "Question.h"
 #include "Recordings.h"
 #include "images/ImageFeeds.h"
@@ -18,12 +19,15 @@
 #include "front-ends/shared/RecentMessages.h"
 
 #include <boost/shared_ptr.hpp>
+#include <boost/signals2/connection.hpp>
 
 #include <deque>
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace ovra::core {
 class Command;
@@ -90,6 +94,11 @@ public:
     void requireNoLoad() const;
     /// A file name with the current time, unique within this run.
     std::string readyName(const std::string& beginning, const std::string& ending);
+    /// Writes \p text, at most 1 MiB, into a file that only this user can read, because library and runtime
+    /// read files. The file exists until the current request has ended.
+    std::filesystem::path storeUpload(const std::string& text, const std::string& ending);
+    /// Tells all pages that parameters of the board have other values.
+    void countParameterChange(const std::string& serial);
     void quit();
     ChannelImages& images() { return m_images; }
     StateDocument& state() { return m_state; }
@@ -111,6 +120,8 @@ private:
     void perform(ClientId client, const Request& request);
     void finishLater(const std::shared_ptr<Pending>& pending);
     void finish(const Pending& pending);
+    void addNotice(Severity level, const std::string& title, const std::string& text);
+    void watchEnds(const core::models::HlEnvironmentBoardNode& board);
     void fail(ClientId client, std::int64_t id, const std::string& text);
     std::string errorsSince(std::int64_t count) const;
 
@@ -125,10 +136,14 @@ private:
     std::int64_t m_errorCount = 0;    ///< since the start
     frontend::RecentMessages m_recentErrors;
     std::int64_t m_noticeCount = 0;
+    std::unique_ptr<const PrivateFolder> m_uploads; ///< null before the first upload
     std::function<void()> m_afterwards;
     int m_nameCount = 0;
     bool m_commandStarted = false; ///< by the request that is performed
     int m_ticks = 0;
+    /// Of each board, by serial: the signals of its channels when an acquisition ends by itself.
+    std::map<unsigned int, std::vector<boost::signals2::scoped_connection>> m_ends;
+    const std::shared_ptr<Viewer> m_self{this, [](Viewer*) {}}; ///< tells posted work that the viewer exists
 };
 
 } // namespace ovra::viewer

@@ -4,6 +4,7 @@
 #include "Viewer.h"
 
 #include "ovra-lib-fglib-model/FgLibEventsModel.h"
+#include "ovra-lib-fglib-model/reference/BoardEvents.h"
 #include "ovra_log/OvraLog.h"
 
 #include <boost/make_shared.hpp>
@@ -78,9 +79,10 @@ void ViewerViews::logMsgCallback(unsigned long level, unsigned long threadId, co
 boost::shared_ptr<boost::signals2::scoped_connection>
 ViewerViews::connectFglibEvents(boost::shared_ptr<core::models::FgLibEventsModel> events)
 {
-    return boost::make_shared<boost::signals2::scoped_connection>(
-        events->connectEvent([counter = m_viewer.events()](const std::string& name, std::uint64_t,
-                                                           std::int64_t) { counter->count(name); }));
+    return boost::make_shared<boost::signals2::scoped_connection>(reference::BoardEvents::connect(
+        events, [counter = m_viewer.events()](const reference::BoardEvent& event) {
+            counter->count({event.board, event.name});
+        }));
 }
 
 bool ViewerViews::isInitialized() const

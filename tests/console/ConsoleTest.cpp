@@ -294,10 +294,11 @@ TEST(ConsoleSession, FailsWhereAConfigurationIsNotApplied)
 TEST(ConsoleSession, RecordsDrawsCountsAndReports)
 {
     const Workspace workspace;
+    workspace.write("empty.cfg", "");
     const auto outcome = workspace.console(
         "load 0 SingleAreaGray.hap\nset 0 FG_WIDTH 64\nset 0 FG_HEIGHT 32\ngenerator 0 0 on\nstart 0 dma 0\n"
         "record 0 0 3 sub/run\nstop 0 dma 0\nhistogram 0 0\nshow 0 0\nwatch 0\nreport report.txt\n",
-        {"--output-dir", textOf(workspace.path())});
+        {"--output-dir", textOf(workspace.path()), "--config", textOf(workspace.path("empty.cfg"))});
     EXPECT_EQ(outcome.exitCode, 0) << outcome.text();
     EXPECT_THAT(outcome.lines,
                 testing::IsSupersetOf({HasSubstr("Made the folder "),
@@ -312,23 +313,28 @@ TEST(ConsoleSession, RecordsDrawsCountsAndReports)
     for (const char* name : {"image-000001.png", "image-000003.png", "images.csv"})
         EXPECT_TRUE(std::filesystem::exists(workspace.path("sub/run") / name)) << name;
     const std::string report = workspace.read("report.txt");
-    for (const char* part : {"== versions\novra-console " OVRA_VERSION, "== boards\nboard 0 - ovra-quad-cl",
-                             "GAIN = 1\n", "<installation>/Hardware Applets/", "== log\n"})
+    for (const char* part :
+         {"== versions\novra-console " OVRA_VERSION, "== boards\nboard 0 - ovra-quad-cl", "GAIN = 1\n",
+          "gui.preferences.acq.default.buffers = 16\n", "<installation>/Hardware Applets/", "== log\n"})
         EXPECT_THAT(report, HasSubstr(part));
     EXPECT_THAT(report, Not(HasSubstr(textOf(workspace.path()))));
 }
 
 TEST(ConsoleSession, TellsAProgramInObjects)
 {
-    const auto outcome =
-        Workspace().console("boards\nload 0 SingleAreaGray.hap\nget 0 GAIN\nbords\n", {"--json"});
+    const auto outcome = Workspace().console("boards\nload 0 SingleAreaGray.hap\nget 0 GAIN\nstructure 0\n"
+                                             "calls Fg_Init\nunplug camera 0 0\nfaults\nbords\n",
+                                             {"--json"});
     EXPECT_THAT(
         outcome.lines,
         testing::IsSupersetOf(
             {R"({"type":"command","line":"boards"})",
              R"({"type":"board","board":0,"name":"ovra-quad-cl","serial":"1a2b3c","applet":""})",
              R"({"type":"parameter","owner":"board 0 DMA 0","name":"GAIN","value":1.0,"unit":"","minimum":0.0,"maximum":16.0,"step":0.0,"writable":true})",
-             R"({"type":"error","place":"line 4","text":"unknown command 'bords'; help lists the commands"})"}))
+             R"({"type":"port","board":0,"process":0,"port":0,"portType":"CL-FULL","connector":0,"generator":false,"camera":"Meadow 1024 M-1001","width":1024,"height":768})",
+             R"({"type":"calls","entry":"Fg_Init","count":1})",
+             R"({"type":"rehearsal","command":"faults","text":"unplug camera 0 0"})",
+             R"({"type":"error","place":"line 8","text":"unknown command 'bords'; help lists the commands"})"}))
         << outcome.text();
     EXPECT_THAT(outcome.lines, testing::Each(AllOf(StartsWith("{\"type\":\""), EndsWith("}"))));
     EXPECT_EQ(outcome.exitCode, 1);

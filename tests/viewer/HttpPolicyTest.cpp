@@ -55,6 +55,9 @@ TEST(HttpPolicy, AnswersThePageItselfAndNobodyElse)
     };
     for (const auto& row : rows)
         EXPECT_EQ(policy.answer(row.request).status, row.status) << "row of line " << row.line;
+
+    const HttpPolicy onPortOfHttp(80); // which browsers leave out
+    EXPECT_EQ(onPortOfHttp.answer({"GET", "/socket", "127.0.0.1", "http://127.0.0.1", true}).status, 101U);
 }
 
 TEST(HttpPolicy, EveryFileOfThePageHasAType)

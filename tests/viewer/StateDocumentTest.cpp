@@ -29,7 +29,8 @@ TEST(StateDocument, TellsChangesAndOnlyThose)
             R"({"limit":2,"revision":3,"section":"log","type":"appended","values":["a","b","c"]})",
             R"({"limit":2,"revision":4,"section":"log","type":"appended","values":["d"]})",
             "{\"revision\":5,\"section\":\"memory\",\"type\":\"changed\",\"value\":\"\xef\xbf\xbd\"}"));
-    EXPECT_EQ(json::parse(state.whole()),
-              json::parse("{\"type\":\"welcome\",\"version\":1,\"revision\":5,\"state\":{\"log\":[\"c\","
-                          "\"d\"],\"memory\":\"\xef\xbf\xbd\"}}"));
+    EXPECT_EQ(
+        json::parse(state.whole(7)),
+        json::parse("{\"type\":\"welcome\",\"version\":1,\"time\":7,\"revision\":5,\"state\":{\"log\":[\"c\","
+                    "\"d\"],\"memory\":\"\xef\xbf\xbd\"}}"));
 }

@@ -3,10 +3,12 @@
 import json
 import os
 import socket
+import stat
+import subprocess
 import tempfile
 import unittest
 
-from harness import ARGUMENTS, LIMIT, SCHEMA, Socket, Viewer, complain_of, run_tests, wait_for
+from harness import ARGUMENTS, LIMIT, SCHEMA, Socket, Viewer, command, complain_of, native_path, run_tests, wait_for
 
 
 def applet_of(viewer):
@@ -55,6 +57,7 @@ class Abuse(unittest.TestCase):
             (f"GET / HTTP/1.1\r\n{head}{head}\r\n", 403),
             (f"GET / HTTP/1.1\r\n{head}Origin: http://elsewhere.example\r\n\r\n", 403),
             (f"POST / HTTP/1.1\r\n{head}Content-Length: 3\r\n\r\nabc", 405),
+            (f"HEAD / HTTP/1.1\r\n{head}\r\n", 405),
             (f"DELETE / HTTP/1.1\r\n{head}\r\n", 405),
             (f"TRACE / HTTP/1.1\r\n{head}\r\n", 405),
             (f"GET / HTTP/1.1\r\n{head}Content-Length: 99999999999\r\n\r\n", 413),
@@ -72,6 +75,8 @@ class Abuse(unittest.TestCase):
             with self.subTest(text[:60]):
                 answer = self.exchange(text.encode("latin-1"))
                 self.assertTrue(answer.startswith(f"HTTP/1.1 {status} "), answer[:200])
+                if text.startswith("HEAD"):
+                    self.assertTrue(answer.endswith("\r\n\r\n"), "no body")
                 for header in ("Content-Security-Policy: default-src 'none'", "X-Content-Type-Options: nosniff",
                                "Cache-Control: no-store", "Cross-Origin-Resource-Policy: same-origin"):
                     self.assertIn(header, answer)
@@ -132,6 +137,24 @@ class Abuse(unittest.TestCase):
                                     ("set-sync-mode", {"mode": 4})):
                 with self.subTest(name=name, arguments=arguments):
                     self.assertEqual(page.request(name, **arguments)["type"], "failed")
+
+    def test_requests_that_pile_up_are_refused(self):
+        applet = applet_of(self.viewer)
+        with Socket(self.viewer) as page:
+            page.hello()
+            page.request("rehearse", step="delay Fg_InitEx 1000")
+            page.send({"type": "request", "id": 0, "name": "load", "arguments": {"board": "1a2b3c", "applet": applet["path"]}})
+            for number in range(1, 21):  # wait until the load is over
+                page.send({"type": "request", "id": number, "name": "rescan", "arguments": {}})
+            answers = []
+            while len(answers) < 21:
+                message = page.message()
+                if message["type"] in ("done", "failed"):
+                    answers.append(message)
+            refused = [each["id"] for each in answers if each["type"] == "failed" and "too many requests" in each["text"]]
+            self.assertEqual(refused, [16, 17, 18, 19, 20])
+            for name, arguments in (("rehearse", {"step": "forget"}), ("unload", {"board": "1a2b3c"})):
+                self.assertEqual(page.request(name, **arguments)["type"], "done")
 
     def test_too_many_connections_are_turned_away_and_room_comes_back(self):
         connections = []
@@ -231,23 +254,43 @@ class Protocol(unittest.TestCase):
         self.assertEqual(viewer.end(), 0, viewer.lines)
 
 
+class Start(unittest.TestCase):
+    def test_a_scenario_that_cannot_be_read_ends_the_program(self):
+        with tempfile.TemporaryDirectory() as folder:
+            ended = subprocess.run(command(ARGUMENTS.viewer, "--no-browser", "--port", "0", "--output-dir", native_path(folder),
+                                           "--config", native_path(folder + "/entries.cfg"), "--scenario", "none.scenario"),
+                                   stdin=subprocess.DEVNULL, capture_output=True, text=True, timeout=LIMIT, check=False)
+        self.assertEqual(ended.returncode, 1)
+        self.assertIn("scenario none.scenario: cannot be read", ended.stdout + ended.stderr)
+
+
 @unittest.skipIf(ARGUMENTS.emulator, "the system's browser is opened in another way there")
 class OtherUsers(unittest.TestCase):
-    def test_find_no_token_among_the_arguments_of_the_program_that_opens_the_browser(self):
+    def test_find_neither_the_token_nor_uploads(self):
         with tempfile.TemporaryDirectory() as folder:
             opener = os.path.join(folder, "xdg-open")
             with open(opener, "w", encoding="utf-8") as file:
                 file.write(f"#!/bin/sh\nstat -c %a \"$1\" >{folder}/seen\necho \"$1\" >>{folder}/seen\ncat \"$1\" >>{folder}/seen\n"
                            f"mv {folder}/seen {folder}/all\n")
             os.chmod(opener, 0o755)
-            viewer = Viewer(extra=(), environment={**os.environ, "PATH": folder + ":" + os.environ["PATH"], "TMPDIR": folder})
+            output = os.path.join(folder, "of this run")
+            viewer = Viewer(extra=(), folder=output, environment={**os.environ, "PATH": folder + ":" + os.environ["PATH"], "TMPDIR": folder})
             wait_for(lambda: os.path.exists(folder + "/all"), "the opener is called")
             with open(folder + "/all", encoding="utf-8") as file:
                 mode, path, page = file.read().split("\n", 2)
             self.assertEqual(mode, "600")
             self.assertIn(viewer.address, page)
+            self.assertTrue(os.path.isdir(output))
+            applet_of(viewer)
+            with Socket(viewer) as socket_of_page:
+                socket_of_page.hello()
+                self.assertEqual(socket_of_page.request("upload-scenario", text="at 0 s: disk full\n")["type"], "done")
+                self.assertEqual(socket_of_page.request("upload-scenario", text="#" * (1 << 20) + "\n")["type"], "failed")
+            uploads = [each for each in os.scandir(folder) if each.name.startswith("ovra-viewer-") and each.is_dir()]
+            self.assertEqual([stat.S_IMODE(each.stat().st_mode) for each in uploads], [0o700])
+            self.assertEqual(os.listdir(uploads[0]), [])
             self.assertEqual(viewer.end(), 0, viewer.lines)
-            self.assertFalse(os.path.exists(path))
+            self.assertEqual(sorted(os.listdir(folder)), ["all", "xdg-open"])
 
 
 if __name__ == "__main__":

@@ -14,6 +14,7 @@ import { State } from "./state.js";
 import { Tiles } from "./tiles.js";
 import { Toasts } from "./toasts.js";
 
+const MAX_UPLOAD_BYTES = 1 << 20;
 const byId = (id) => document.getElementById(id);
 
 class App {
@@ -43,15 +44,23 @@ class App {
     if (message.type === "welcome") this.tiles.askAgain();
   }
 
-  // Asks the program to do something. A refusal comes up as a notice.
+  // Asks the program to do something. Its refusals come up as notices; this tells what never reached it.
   async run(name, args) {
     try {
       return await this.connection.request(name, args);
     } catch (error) {
-      const known = (this.state.get("notices") ?? []).slice(-5).some((each) => error.message.includes(each.text));
-      if (!known) this.say("error", "Not done", error.message);
+      if (!error.noticed) this.say("error", "Not done", error.message);
       return undefined;
     }
+  }
+
+  // Hands the program the text of the file that was chosen.
+  async upload(input, request, args = {}) {
+    const [file] = input.files;
+    if (!file) return;
+    if (file.size > MAX_UPLOAD_BYTES) this.say("error", "Not done", `${file.name} has ${file.size} bytes, of at most ${MAX_UPLOAD_BYTES}.`);
+    else await this.run(request, { ...args, text: await file.text() });
+    input.value = "";
   }
 
   say(level, title, text) {

@@ -50,11 +50,7 @@ export class ConfigurationsPanel {
     return element("div", { class: "row" }, element("label", { for: "upload" }, "Load a file from this computer"),
       element("input", {
         type: "file", accept: ".mcf", id: "upload", disabled: active, "data-key": "upload",
-        onchange: async (event) => {
-          const [file] = event.target.files;
-          if (file) await this.app.run("upload-configuration", { board: board.serial, text: await file.text() });
-          event.target.value = "";
-        },
+        onchange: (event) => this.app.upload(event.target, "upload-configuration", { board: board.serial }),
       }));
   }
 

@@ -2,17 +2,22 @@
 const VERSION = 1;
 const TOKEN_KEY = "ovra-viewer.token";
 
-function presentToken() {
-  const given = new URLSearchParams(location.hash.slice(1)).get("token");
-  if (given) localStorage.setItem(TOKEN_KEY, given);
-  return given;
+function tokenOfAddress() {
+  return new URLSearchParams(location.hash.slice(1)).get("token");
+}
+
+// A reload presents this token, too.
+function putIntoAddress(token) {
+  const parts = new URLSearchParams(location.hash.slice(1));
+  parts.set("token", token);
+  history.replaceState(null, "", `#${parts}`);
 }
 
 export class Connection {
   // handlers: message(object), image(ArrayBuffer), status(kind, text)
   constructor(handlers) {
     this.handlers = handlers;
-    this.token = presentToken();
+    this.token = tokenOfAddress();
     this.requests = new Map();
     this.lastId = 0;
     this.delay = 250;
@@ -21,20 +26,28 @@ export class Connection {
     addEventListener("storage", (event) => {
       if (event.key === TOKEN_KEY && event.newValue) this.adopt(event.newValue);
     });
-    addEventListener("hashchange", () => this.adopt(presentToken()));
+    for (const sign of ["focus", "click"]) addEventListener(sign, () => this.tryAgain());
+    addEventListener("hashchange", () => this.adopt(tokenOfAddress()));
     this.open();
   }
 
   adopt(token) {
     if (!token || token === this.token) return;
     this.token = token;
+    putIntoAddress(token);
     this.ended = false;
     if (this.socket) this.socket.close();
     else this.open();
   }
 
+  // A page that was refused waits for a person: by itself it would only fill the program's log.
+  tryAgain() {
+    if (this.refusal && !this.socket) this.open();
+  }
+
   open() {
     clearTimeout(this.timer);
+    this.refusal = null;
     const socket = new WebSocket(`ws://${location.host}/socket`);
     socket.binaryType = "arraybuffer";
     this.socket = socket;
@@ -53,7 +66,7 @@ export class Connection {
     }
     if (message.type === "welcome") {
       this.delay = 250;
-      this.refusal = null;
+      localStorage.setItem(TOKEN_KEY, this.token); // only one that was accepted: the other pages adopt it
       this.handlers.status("open", "");
     }
     this.handlers.message(message);
@@ -64,8 +77,8 @@ export class Connection {
     this.socket = null;
     for (const { reject } of this.requests.values()) reject(new Error("The connection to the program was lost."));
     this.requests.clear();
-    if (this.refusal) this.handlers.status("refused", `Refused: ${this.refusal}`);
-    else this.handlers.status("away", this.ended ? "The program has ended." : "The program does not answer; trying again ...");
+    if (this.refusal) return this.handlers.status("refused", `Refused: ${this.refusal}. A click tries again.`);
+    this.handlers.status("away", this.ended ? "The program has ended." : "The program does not answer; trying again ...");
     this.timer = setTimeout(() => this.open(), this.delay);
     this.delay = Math.min(this.delay * 1.5, 2000);
   }
@@ -75,7 +88,7 @@ export class Connection {
     if (!request) return;
     this.requests.delete(message.id);
     if (message.type === "done") request.resolve(message.result);
-    else request.reject(new Error(message.text));
+    else request.reject(Object.assign(new Error(message.text), { noticed: message.noticed }));
   }
 
   sendObject(object) {

@@ -10,6 +10,11 @@ export function element(name, properties = {}, ...children) {
   return made;
 }
 
+// An element whose text stays the same is not touched: a screen reader would read it again.
+export function setText(place, text) {
+  if (place.textContent !== text) place.textContent = text;
+}
+
 export function button(text, onclick, properties = {}) {
   return element("button", { type: "button", onclick, ...properties }, text);
 }

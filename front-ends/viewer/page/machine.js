@@ -41,8 +41,9 @@ export class MachinePanel {
 
   progress(load) {
     if (!load || (!load.active && !load.lines.length)) return null;
-    return element("details", { class: "card", open: load.active, role: "status" },
-      element("summary", {}, `${load.active ? "Loading" : "Last load:"} ${load.applet} (${load.board})`),
+    return element("details", { class: "card", open: load.active || Boolean(this.lastLoadOpen), role: "status" },
+      element("summary", { onclick: (event) => { this.lastLoadOpen = !event.currentTarget.parentElement.open; } },
+        `${load.active ? "Loading" : "Last load:"} ${load.applet} (${load.board})`),
       element("ul", { class: "plain small" }, load.lines.map((line) => element("li", { class: line.level }, line.text))));
   }
 
@@ -80,7 +81,7 @@ export class MachinePanel {
   channel(board, channel) {
     return element("div", { class: "row" },
       element("span", { class: "grow" }, `DMA ${channel.index}: ${channel.width} × ${channel.height}, ${channel.buffers} buffers`,
-        element("br"), element("span", { class: channel.grabbing ? "good small" : "quiet small" }, channel.grabbing ? "acquires" : "stopped")),
+        element("br"), element("span", { class: channel.grabbing ? "good small" : "quiet small" }, channel.grabbing ? "acquires" : channel.ended || "stopped")),
       this.startStop(board, "dma", channel.index, channel.grabbing, channel.title));
   }
 

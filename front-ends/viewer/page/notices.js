@@ -12,7 +12,7 @@ export class NoticesPanel {
 
   render(root) {
     const notices = [...(this.app.state.get("notices") ?? [])].reverse();
-    const events = Object.entries(this.app.state.get("events") ?? {});
+    const events = this.app.state.get("events") ?? [];
     replaceContent(root,
       element("h2", {}, "Notices"),
       element("div", { class: "row" },
@@ -25,7 +25,8 @@ export class NoticesPanel {
           element("strong", { class: notice.level }, notice.title), " ", element("span", { class: "quiet small" }, timeText(notice.time)),
           element("div", {}, notice.text)))),
       element("h2", {}, "Events since the start"),
-      events.length ? element("table", {}, element("tbody", {}, events.map(([name, count]) => element("tr", {}, element("th", { scope: "row", class: "small" }, name), element("td", {}, count)))))
+      events.length ? element("table", {}, element("tbody", {}, events.map(({ board, name, count }) => element("tr", {},
+        element("th", { scope: "row", class: "small" }, `board ${board}: ${name}`), element("td", {}, count)))))
         : element("p", { class: "quiet" }, "None."));
   }
 

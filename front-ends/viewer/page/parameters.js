@@ -5,7 +5,7 @@ export class ParametersPanel {
   constructor(app) {
     this.app = app;
     this.title = "Parameters";
-    this.sections = ["boards"];
+    this.sections = ["boards", "parameterChanges"];
     this.search = "";
     this.chosen = null; // key of an owner
     this.drafts = new Map(); // what was typed and is not accepted
@@ -31,8 +31,9 @@ export class ParametersPanel {
   render(root) {
     const owners = this.owners();
     const owner = owners.find((each) => each.key === this.chosen) ?? owners[0];
-    // Another applet, another size: the values may be others.
-    const state = JSON.stringify([owner?.key, owner?.board.applet, owner?.port?.camera, owner?.channel?.width, owner?.channel?.height, owner?.channel?.buffers]);
+    // Another applet, another size, a parameter that another page set: the values may be others.
+    const state = JSON.stringify([owner?.key, owner?.board.applet, owner?.port?.camera, owner?.channel?.width, owner?.channel?.height, owner?.channel?.buffers,
+      this.app.state.get("parameterChanges")[owner?.board.serial]]);
     if (owner && state !== this.known) {
       this.known = state;
       this.read(owner);
@@ -44,7 +45,8 @@ export class ParametersPanel {
   }
 
   async read(owner) {
-    this.list = null;
+    if (owner.key !== this.listed) this.list = null;
+    this.listed = owner.key;
     this.list = (await this.app.run("list-parameters", owner.where)) ?? [];
     this.app.renderPanel();
   }
@@ -79,7 +81,7 @@ export class ParametersPanel {
 
   rangeText(parameter) {
     if (!parameter.writable) return "read only";
-    if (parameter.choices.length || parameter.kind === "text" || !(parameter.minimum < parameter.maximum)) return "";
+    if (parameter.choices.length || this.isSwitch(parameter) || parameter.kind === "text" || !(parameter.minimum < parameter.maximum)) return "";
     const step = parameter.kind === "integer" && parameter.step > 1 ? ` in steps of ${parameter.step}` : "";
     return `${parameter.minimum} to ${parameter.maximum}${step}`;
   }
@@ -134,8 +136,9 @@ export class ParametersPanel {
   trigger(owner) {
     const ports = owner.port ? [owner.port] : owner.board.processes.filter((process) => process.channels.includes(owner.channel))
       .flatMap((process) => process.ports);
+    const triggered = this.list?.some((each) => each.group === "Trigger");
     return ports.map((port) => element("div", { class: "row" },
       button(`Trigger port ${port.index}`, () => this.app.run("trigger", { board: owner.board.serial, port: port.index }),
-        { title: "Sends a software trigger to the camera", "data-key": `trigger ${port.index}` })));
+        { disabled: !triggered, title: "Sends a software trigger to the camera", "data-key": `trigger ${port.index}` })));
   }
 }

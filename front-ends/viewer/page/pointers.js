@@ -75,7 +75,8 @@ export class Pointers {
     const { tile } = this;
     const { geometry } = tile;
     const arrows = { ArrowLeft: [1, 0], ArrowRight: [-1, 0], ArrowUp: [0, 1], ArrowDown: [0, -1] };
-    if (event.key in arrows && event.shiftKey) this.movePixel(arrows[event.key]);
+    if (event.key in arrows && event.shiftKey && tile.line) this.moveEnd(arrows[event.key]);
+    else if (event.key in arrows && event.shiftKey) this.movePixel(arrows[event.key]);
     else if (event.key in arrows) geometry.panBy(arrows[event.key][0] * 40, arrows[event.key][1] * 40);
     else if (event.key === "+" || event.key === "=") geometry.zoomStep(1);
     else if (event.key === "-") geometry.zoomStep(-1);
@@ -86,6 +87,7 @@ export class Pointers {
     else if (event.key === "a") tile.automatic();
     else if (event.key === "c") tile.setLook({ coloured: !tile.look.coloured });
     else if (event.key === "e") tile.setLook({ marked: !tile.look.marked });
+    else if (event.key === "p") this.toggleLine();
     else if (event.key === "s") tile.save();
     else if (event.key === "Enter") tile.app.enlarge(tile);
     else return;
@@ -93,10 +95,34 @@ export class Pointers {
     tile.changed();
   }
 
+  // The pixel of the pointer, or in the middle.
+  from() {
+    const { center } = this.tile.geometry;
+    return this.tile.pixel ?? this.within(center.x, center.y);
+  }
+
+  within(x, y) {
+    const { width, height } = this.tile.geometry.image;
+    const limited = (value, limit) => Math.min(Math.max(Math.floor(value), 0), limit - 1);
+    return [limited(x, width), limited(y, height)];
+  }
+
   movePixel([dx, dy]) {
-    const { geometry } = this.tile;
-    const from = this.tile.pixel ?? [Math.floor(geometry.center.x), Math.floor(geometry.center.y)];
-    const within = (value, limit) => Math.min(Math.max(value, 0), limit - 1);
-    this.tile.setPixel([within(from[0] - dx, geometry.image.width), within(from[1] - dy, geometry.image.height)]);
+    const [x, y] = this.from();
+    this.tile.setPixel(this.within(x - dx, y - dy));
+  }
+
+  // Across the image, for a start.
+  toggleLine() {
+    const { tile } = this;
+    tile.setLining(!tile.lining);
+    const [, y] = this.from();
+    if (tile.lining) tile.setLine([0, y, tile.geometry.image.width - 1, y]);
+  }
+
+  moveEnd([dx, dy]) {
+    const { line, geometry } = this.tile;
+    const step = Math.max(1, Math.round(8 / geometry.scale));
+    this.tile.setLine([...line.slice(0, 2), ...this.within(line[2] - dx * step, line[3] - dy * step)]);
   }
 }

@@ -9,6 +9,13 @@ export class QuestionDialog {
     this.shown = null;
     app.state.on(["question"], () => this.refresh());
     dialog.addEventListener("cancel", (event) => this.shown !== null && event.preventDefault());
+    dialog.addEventListener("close", () => this.stay());
+  }
+
+  // A browser may close the dialog on Escape, whatever the page says; the question still waits for its answer.
+  stay() {
+    const waits = this.shown !== null && this.app.state.get("question")?.id === this.shown;
+    if (waits && !this.dialog.open) this.dialog.showModal();
   }
 
   refresh() {

@@ -114,10 +114,8 @@ export class RehearsalPanel {
         button("Play", () => this.app.run("play-scenario", { name: this.name }), { disabled: !this.name, "data-key": "play" }),
         button("End", () => this.app.run("stop-scenario"), { "data-key": "end" })),
       element("div", { class: "row" }, element("label", { for: "scenario-file" }, "Play a file from this computer"),
-        element("input", { type: "file", accept: ".scenario", id: "scenario-file", "data-key": "file", onchange: async (event) => {
-          const [file] = event.target.files;
-          if (file) await this.app.run("upload-scenario", { text: await file.text() });
-        } })),
+        element("input", { type: "file", accept: ".scenario", id: "scenario-file", "data-key": "file",
+          onchange: (event) => this.app.upload(event.target, "upload-scenario") })),
       element("ul", { class: "plain small", "aria-label": "How far the scenario is" }, lines.map((line) => element("li", {}, line)))];
   }
 

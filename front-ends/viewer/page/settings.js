@@ -39,8 +39,8 @@ export class AcquisitionPanel {
       this.app.state.channels().map(({ board, channel }) => element("div", { class: "row" },
         element("span", { class: "grow" }, channel.title),
         button("Acquire", () => this.app.run("start", { board: board.serial, kind: "dma", index: channel.index, images: this.images }),
-          { "aria-label": `Acquire images of ${channel.title}`, "data-key": `acquire ${channel.id}` }),
-        this.app.state.get("recordings") && button("Record", () => this.app.run("record", { board: board.serial, dma: channel.index, images: this.images }),
+          { disabled: channel.grabbing, "aria-label": `Acquire images of ${channel.title}`, "data-key": `acquire ${channel.id}` }),
+        button("Record", () => this.app.run("record", { board: board.serial, dma: channel.index, images: this.images }),
           { "aria-label": `Record images of ${channel.title}`, "data-key": `record ${channel.id}` }))),
     ];
   }

@@ -16,6 +16,7 @@ export class State {
 
   take(message) {
     if (message.type === "welcome") {
+      this.clockAhead = Date.now() - message.time;
       this.sections = message.state;
       const all = new Set([...this.listeners.values()].flatMap((each) => [...each]));
       all.forEach((listener) => listener());
@@ -31,6 +32,11 @@ export class State {
 
   tell(section) {
     [...(this.listeners.get(section) ?? [])].forEach((listener) => listener());
+  }
+
+  // The program's clock, in milliseconds.
+  time() {
+    return Date.now() - this.clockAhead;
   }
 
   get(section) {

@@ -1,20 +1,23 @@
 // What a tile says in words.
 
 // Why the image is not moving; empty for one that is.
-export function ageText(channel, statistics) {
-  const why = statistics?.why;
-  if (!why) return "";
-  const seconds = statistics.arrival ? Math.round((Date.now() - statistics.arrival) / 1000) : null;
-  const age = seconds !== null && seconds >= 2 ? `, ${seconds} s old` : "";
-  return why + age;
+export function reasonText(channel, statistics) {
+  return statistics?.why ? statistics.why + (channel.ended ? ` (${channel.ended})` : "") : "";
 }
 
-export function rateText(channel, statistics, shown, image) {
+export function ageText(statistics, time) {
+  if (!statistics?.why || !statistics.arrival) return "";
+  const seconds = Math.round((time - statistics.arrival) / 1000);
+  return seconds >= 2 ? `, ${seconds} s old` : "";
+}
+
+export function rateText(channel, statistics, shown, image, histogram) {
   if (!statistics) return "";
   const parts = [
     `image ${statistics.received}`,
     `${channel.width} × ${channel.height}`,
     image ? `${image.bits} bits` : null,
+    histogram ? `values ${histogram.minimum} to ${histogram.maximum}, mean ${histogram.mean.toFixed(1)}` : null,
     `${statistics.rate.toFixed(1)}/s arrived`,
     `${shown}/s shown`,
     `${(statistics.bytesPerSecond / 1e6).toFixed(1)} MB/s`,

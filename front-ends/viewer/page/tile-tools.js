@@ -7,15 +7,16 @@ export function tileTools(tile) {
     change();
     tile.changed();
   };
-  const zoom = element("span", { class: "small", "data-role": "zoom" });
+  const zoom = element("span", { class: "small" });
   const automatic = button("Auto", () => tile.automatic(), { title: "Contrast follows the image (a)" });
   const coloured = button("Colours", () => tile.setLook({ coloured: !tile.look.coloured }), { title: "Colour map (c)" });
   const marked = button("Exposure", () => tile.setLook({ marked: !tile.look.marked }), { title: "Marks under- and overexposed pixels (e)" });
-  const lining = button("Profile", () => {
-    tile.lining = !tile.lining;
-    if (!tile.lining) tile.setLine(null);
-    update();
-  }, { title: "Drag a line over the image and see the values along it" });
+  const lining = button("Profile", () => tile.setLining(!tile.lining), { title: "Drag a line over the image and see the values along it (p)" });
+  const keeping = [
+    button("Save", () => tile.save(), { title: "Saves the image as it was acquired, as PNG (s)" }),
+    button("Save as shown", () => savePicture(tile), { title: "Downloads the picture as it is shown" }),
+    button("Copy", () => copyPicture(tile), { title: "Copies the picture as it is shown to the clipboard" }),
+  ];
   const gamma = element("input", {
     type: "range", min: "0.2", max: "4", step: "0.1", "aria-label": "Gamma",
     oninput: (event) => tile.setLook({ gamma: Number(event.target.value) }),
@@ -29,6 +30,7 @@ export function tileTools(tile) {
     coloured.setAttribute("aria-pressed", tile.look.coloured);
     marked.setAttribute("aria-pressed", tile.look.marked);
     lining.setAttribute("aria-pressed", Boolean(tile.lining));
+    for (const each of keeping) each.disabled = !tile.image;
   }
   const root = element("div", { class: "tools", role: "toolbar", "aria-label": "Image tools" },
     button("−", act(() => geometry.zoomStep(-1)), { "aria-label": "Zoom out" }),
@@ -39,10 +41,8 @@ export function tileTools(tile) {
     button("Turn", act(() => geometry.turn()), { title: "A quarter turn, display only (r)" }),
     button("Flip", act(() => geometry.flip()), { title: "Left to right, display only (f)" }),
     automatic, coloured, marked, lining,
-    element("label", {}, gammaText, gamma),
-    button("Save", () => tile.save(), { title: "Saves the image as it was acquired, as PNG (s)" }),
-    button("Save as shown", () => savePicture(tile), { title: "Downloads the picture as it is shown" }),
-    button("Copy", () => copyPicture(tile), { title: "Copies the picture as it is shown to the clipboard" }));
+    element("label", {}, gammaText, gamma), keeping);
+  update();
   return { root, update };
 }
 

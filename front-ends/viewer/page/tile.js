@@ -1,5 +1,5 @@
 // A tile: one channel's live image, and what is known about it.
-import { button, element } from "./elements.js";
+import { button, element, setText } from "./elements.js";
 import { Geometry } from "./geometry.js";
 import { Histogram } from "./histogram.js";
 import { recall, remember } from "./memory.js";
@@ -8,7 +8,7 @@ import { Pointers } from "./pointers.js";
 import { CanvasRenderer } from "./renderer-canvas.js";
 import { WebGlRenderer } from "./renderer-webgl.js";
 import { tileTools } from "./tile-tools.js";
-import { ageText, rateText } from "./tile-texts.js";
+import { ageText, rateText, reasonText } from "./tile-texts.js";
 
 const FORCED_CANVAS = new URLSearchParams(location.hash.slice(1)).get("renderer") === "canvas";
 
@@ -40,6 +40,7 @@ export class Tile {
     this.image = null;
     this.pixel = null;
     this.line = null;
+    this.visible = false;
     this.view = 0;
     this.drawn = [];
     this.build(entry);
@@ -49,6 +50,8 @@ export class Tile {
     this.pointers = new Pointers(this);
     this.observer = new ResizeObserver(() => this.resize());
     this.observer.observe(this.stage);
+    this.sight = new IntersectionObserver((changes) => this.beVisible(changes.at(-1).isIntersecting));
+    this.sight.observe(this.root);
   }
 
   build(entry) {
@@ -58,21 +61,23 @@ export class Tile {
     this.largeButton = button("Enlarge", () => this.app.enlarge(this), { "aria-pressed": "false" });
     this.canvas = element("canvas", { class: "image" });
     this.over = element("canvas", { class: "over", "aria-hidden": "true" });
-    this.why = element("p", { class: "why", role: "status" });
+    this.reason = element("span", { role: "status" });
+    this.age = element("span", { "aria-hidden": "true" }); // changes each second: not to be read out
+    this.why = element("p", { class: "why" }, this.reason, this.age);
+    this.position = element("p", { class: "position" });
     this.stage = element("div", {
       class: "stage", tabindex: "0", role: "application", "aria-roledescription": "live image",
       "aria-label": `${title}. Plus and minus zoom, arrows pan, 0 fits, 1 shows one to one, r turns, f flips, ` +
-        "a sets the contrast, s saves, Enter enlarges, Shift with arrows moves the pointer.",
-    }, this.canvas, this.over, this.why);
+        "a sets the contrast, p draws a line, s saves, Enter enlarges, Shift with arrows moves the pointer.",
+    }, this.canvas, this.over, this.why, this.position);
     this.histogram = new Histogram((low, high) => this.setLook({ low, high, automatic: false }));
     this.profile = element("canvas", { class: "profile", hidden: true, role: "img", "aria-label": "Line profile" });
-    this.position = element("p", { class: "position" });
     this.facts = element("p", { class: "facts small quiet" });
     this.tools = tileTools(this);
     this.root = element("section", { class: "tile", "aria-label": title, "data-channel": `${entry.board.index}/${entry.channel.index}` },
       element("header", {}, this.title, this.startButton, this.largeButton),
       this.stage, this.profile, this.histogram.root, this.tools.root,
-      element("footer", {}, this.position, this.facts));
+      element("footer", {}, this.facts));
     this.histogram.setRange(this.look.low, this.look.high, this.look.highest);
   }
 
@@ -128,7 +133,19 @@ export class Tile {
     });
   }
 
+  // Another tile is enlarged, or this one is scrolled out of sight: its images are not sent.
+  beVisible(visible) {
+    this.visible = visible;
+    if (visible) this.ask();
+    else this.hide();
+  }
+
+  hide() {
+    this.app.connection.sendObject({ type: "hide", channel: this.id });
+  }
+
   askNow() {
+    if (!this.visible) return;
     const { region, screen } = this.geometry.visible();
     this.app.connection.sendObject({
       type: "show", channel: this.id, view: ++this.view, region, screen, histogram: true, pixel: this.pixel, line: this.line,
@@ -137,7 +154,9 @@ export class Tile {
 
   // An image has come. It is drawn with the next frame and then acknowledged, which brings the next one.
   take(image) {
+    const first = !this.image;
     this.image = image;
+    if (first) this.tools.update();
     if (image.highest !== this.look.highest) this.setLook({ low: 0, high: image.highest, highest: image.highest });
     this.geometry.setImage(image.fullWidth, image.fullHeight);
     if (this.drawing) return;
@@ -156,9 +175,18 @@ export class Tile {
   }
 
   takeHistogram(message) {
-    this.histogram.show(message);
-    if (this.look.automatic) this.setLook({ low: message.dark, high: Math.max(message.bright, message.dark + 1) });
     this.latest = message;
+    this.histogram.show(message);
+    if (this.look.automatic) this.follow(message);
+  }
+
+  // Not remembered: only what the user chooses is.
+  follow({ dark, bright }) {
+    const [low, high] = [dark, Math.max(bright, dark + 1)];
+    if (low === this.look.low && high === this.look.high) return;
+    Object.assign(this.look, { low, high });
+    this.histogram.setRange(low, high, this.look.highest);
+    this.draw();
   }
 
   takeValues(message) {
@@ -186,6 +214,11 @@ export class Tile {
     this.ask();
   }
 
+  setLining(lining) {
+    this.lining = lining;
+    this.setLine(null);
+  }
+
   setLine(line) {
     this.line = line;
     this.profile.hidden = !line;
@@ -194,23 +227,25 @@ export class Tile {
 
   automatic() {
     this.setLook({ automatic: !this.look.automatic });
-    if (this.look.automatic && this.latest) this.takeHistogram(this.latest);
+    if (this.look.automatic && this.latest) this.follow(this.latest);
   }
 
   // What the numbers say; called several times a second.
   tell() {
     const statistics = this.app.state.get("statistics")?.[this.id];
     const shown = this.drawn.filter((time) => performance.now() - time < 1000).length;
-    this.why.textContent = ageText(this.entry.channel, statistics);
+    setText(this.reason, reasonText(this.entry.channel, statistics));
+    setText(this.age, ageText(statistics, this.app.state.time()));
     this.why.hidden = !this.why.textContent;
-    this.facts.textContent = rateText(this.entry.channel, statistics, shown, this.image);
+    setText(this.facts, rateText(this.entry.channel, statistics, shown, this.image, this.latest));
   }
 
   end() {
     this.observer.disconnect();
+    this.sight.disconnect();
     cancelAnimationFrame(this.asking);
     cancelAnimationFrame(this.drawing);
-    this.app.connection.sendObject({ type: "hide", channel: this.id });
+    this.hide();
     this.root.remove();
   }
 }

@@ -28,12 +28,19 @@ export class Tiles {
       } else {
         const tile = new Tile(this.app, entry);
         this.tiles.set(id, tile);
-        this.root.append(tile.root);
         if (recall("enlarged", null) === tile.key) this.enlarge(tile);
       }
     }
+    this.arrange([...entries.keys()].map((id) => this.tiles.get(id).root));
     if (this.tiles.size) this.nothing.remove();
     else this.root.append(this.nothing);
+  }
+
+  // In the order of boards, whichever was loaded first. A tile in its place stays there and keeps the focus.
+  arrange(roots) {
+    roots.forEach((root, i) => {
+      if (this.root.children[i] !== root) this.root.insertBefore(root, this.root.children[i] ?? null);
+    });
   }
 
   // After the connection came back: the program knows nothing of what is shown here.

@@ -76,6 +76,14 @@ void Client::send(std::shared_ptr<const std::string> text)
     });
 }
 
+void Client::answer(std::shared_ptr<const std::string> text)
+{
+    asio::post(m_stream.get_executor(), [self = shared_from_this(), text = std::move(text)]() mutable {
+        --self->m_unanswered;
+        self->enqueue(std::move(text));
+    });
+}
+
 void Client::close()
 {
     asio::post(m_stream.get_executor(), [self = shared_from_this()] { self->end(); });
@@ -113,7 +121,7 @@ void Client::handle(const Message& message)
         return welcome(*hello);
     }
     if (const auto* request = std::get_if<Request>(&message))
-        return m_surroundings.handlers.requested(m_id, *request);
+        return handle(*request);
     if (const auto* view = std::get_if<ShowView>(&message)) {
         m_images.show(*view);
         return enqueueImage(view->channel);
@@ -123,6 +131,20 @@ void Client::handle(const Message& message)
     const auto channel = std::get<Acknowledge>(message).channel;
     m_images.acknowledge(channel);
     enqueueImage(channel);
+}
+
+// Requests wait for the GUI thread in memory, each up to the size of a message.
+void Client::handle(const Request& request)
+{
+    constexpr int MAX_UNANSWERED = 16;
+    if (m_unanswered >= MAX_UNANSWERED)
+        return enqueue(std::make_shared<const std::string>(
+            jsonText({{"type", "failed"},
+                      {"id", request.id},
+                      {"text", "too many requests wait for their answers; try again later"},
+                      {"noticed", false}})));
+    ++m_unanswered;
+    m_surroundings.handlers.requested(m_id, request);
 }
 
 void Client::welcome(const Hello& hello)

@@ -49,6 +49,8 @@ public:
     ClientId id() const { return m_id; }
     /// Any thread. Queues a text. A client that leaves too much unread is disconnected.
     void send(std::shared_ptr<const std::string> text);
+    /// The same, for the answer to a request.
+    void answer(std::shared_ptr<const std::string> text);
     /// The channel may have a new image.
     void offer(std::uint32_t channel) { enqueueImage(channel); }
     /// Any thread. From now on the client gets everything that is published.
@@ -64,6 +66,7 @@ private:
     void read();
     void onRead(boost::beast::error_code error);
     void handle(const Message& message);
+    void handle(const Request& request);
     void welcome(const Hello& hello);
     void refuse(const std::string& text);
     void enqueue(Text text);
@@ -81,6 +84,7 @@ private:
     boost::beast::flat_buffer m_input;
     std::deque<Outgoing> m_outgoing;
     std::size_t m_outgoingBytes = 0; ///< of texts
+    int m_unanswered = 0;            ///< requests
     ImageStreams m_images;
     std::map<std::uint32_t, const ImageMessage*> m_ready; ///< being written or waiting
     bool m_welcome = false;                               ///< sent the right token

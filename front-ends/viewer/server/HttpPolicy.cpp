@@ -13,7 +13,8 @@ constexpr const char* CONTENT_POLICY =
 
 std::vector<std::string> namesOf(const std::string& scheme, unsigned short port)
 {
-    const std::string suffix = ":" + std::to_string(port);
+    constexpr unsigned short PORT_OF_HTTP = 80; // browsers leave it out
+    const std::string suffix = port == PORT_OF_HTTP ? "" : ":" + std::to_string(port);
     return {scheme + "127.0.0.1" + suffix, scheme + "[::1]" + suffix, scheme + "localhost" + suffix};
 }
 

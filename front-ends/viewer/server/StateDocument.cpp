@@ -33,10 +33,11 @@ void StateDocument::append(const std::string& section, const json& values, std::
     publish({{"type", "appended"}, {"section", section}, {"values", values}, {"limit", limit}});
 }
 
-std::string StateDocument::whole() const
+std::string StateDocument::whole(std::int64_t time) const
 {
     return jsonText({{"type", "welcome"},
                      {"version", PROTOCOL_VERSION},
+                     {"time", time},
                      {"revision", m_revision},
                      {"state", m_sections}});
 }

@@ -23,8 +23,8 @@ public:
     /// Appends \p values to a section that is a list. The list keeps the newest \p limit.
     void append(const std::string& section, const nlohmann::json& values, std::size_t limit);
 
-    /// The message with the whole document.
-    std::string whole() const;
+    /// The message with the whole document. \p time is the present in milliseconds since 1970.
+    std::string whole(std::int64_t time) const;
     const nlohmann::json& section(const std::string& name) const { return m_sections.at(name); }
 
 private:

@@ -8,6 +8,7 @@
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
 #include <boost/asio/ip/v6_only.hpp>
+#include <boost/asio/steady_timer.hpp>
 #include <boost/beast/http/parser.hpp>
 #include <boost/beast/http/read.hpp>
 #include <boost/beast/http/span_body.hpp>
@@ -38,6 +39,7 @@ constexpr std::size_t MAX_CLIENTS = 16;
 constexpr std::size_t MAX_HEADER_BYTES = 8192;
 constexpr std::chrono::seconds MAX_REQUEST_TIME{10};
 constexpr std::chrono::seconds MAX_FAREWELL_TIME{1};
+constexpr std::chrono::milliseconds PAUSE_AFTER_ERROR{100};
 
 beast::string_view viewOf(std::string_view text)
 {
@@ -139,7 +141,8 @@ private:
     void refuse(unsigned status, std::string_view reason, bool last)
     {
         auto response = this->response<http::string_body>(status, "text/plain; charset=utf-8");
-        response.body() = std::string(reason) + "\n";
+        if (m_parser->get().method() != http::verb::head) // whose answer has no body
+            response.body() = std::string(reason) + "\n";
         if (status == 405)
             response.set(http::field::allow, "GET");
         send(std::move(response), last || !m_parser->keep_alive());
@@ -205,6 +208,7 @@ class Listener
 public:
     Listener(asio::io_context& context, const tcp::endpoint& endpoint, Accepted accepted)
         : m_acceptor(context, endpoint.protocol()),
+          m_pause(context),
           m_accepted(std::move(accepted))
     {
         if (endpoint.address().is_v6())
@@ -221,14 +225,26 @@ public:
         m_acceptor.async_accept([this](beast::error_code error, tcp::socket socket) {
             if (error == asio::error::operation_aborted)
                 return;
-            if (!error)
-                m_accepted(std::move(socket));
+            if (error)
+                return acceptLater();
+            m_accepted(std::move(socket));
             accept();
         });
     }
 
 private:
+    /// While the process has no descriptors left, each attempt fails at once.
+    void acceptLater()
+    {
+        m_pause.expires_after(PAUSE_AFTER_ERROR);
+        m_pause.async_wait([this](beast::error_code error) {
+            if (!error)
+                accept();
+        });
+    }
+
     tcp::acceptor m_acceptor;
+    asio::steady_timer m_pause;
     const Accepted m_accepted;
 };
 
@@ -384,15 +400,12 @@ bool WebServer::State::enter(const std::shared_ptr<Client>& client)
 void WebServer::State::leave(ClientId id)
 {
     std::shared_ptr<Client> gone; // destroyed after the lock is released
-    {
-        const std::lock_guard lock(mutex);
-        const auto found = clients.find(id);
-        if (found == clients.end())
-            return;
-        gone = found->second;
-        clients.erase(found);
-    }
-    handlers.left(id);
+    const std::lock_guard lock(mutex);
+    const auto found = clients.find(id);
+    if (found == clients.end())
+        return;
+    gone = found->second;
+    clients.erase(found);
 }
 
 std::shared_ptr<Client> WebServer::State::find(ClientId id) const
@@ -462,10 +475,10 @@ void WebServer::subscribe(ClientId client, std::string first)
     found->subscribe();
 }
 
-void WebServer::send(ClientId client, std::string text)
+void WebServer::answer(ClientId client, std::string text)
 {
     if (const auto found = m_state->find(client))
-        found->send(std::make_shared<const std::string>(std::move(text)));
+        found->answer(std::make_shared<const std::string>(std::move(text)));
 }
 
 void WebServer::publish(std::string text)

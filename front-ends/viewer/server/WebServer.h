@@ -25,7 +25,6 @@ public:
     struct Handlers
     {
         std::function<void(ClientId)> joined; ///< a page was admitted
-        std::function<void(ClientId)> left;   ///< a page that was admitted has gone
         std::function<void(ClientId, const Request&)> requested;
         std::function<void(const std::string&)> refused; ///< a page was rejected; the text is for the log
     };
@@ -44,7 +43,8 @@ public:
 
     /// Sends \p first; from then on the client gets everything that is published.
     void subscribe(ClientId client, std::string first);
-    void send(ClientId client, std::string text);
+    /// Sends the answer to a request. Call once for each request: a client may have only a few unanswered.
+    void answer(ClientId client, std::string text);
     void publish(std::string text);
     /// Number of admitted pages.
     std::size_t clientCount() const;

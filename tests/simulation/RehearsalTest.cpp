@@ -200,9 +200,9 @@ TEST_F(RehearsalTest, AnUnpluggedCameraIsGoneAndAnUnpluggedLinkOnlySilent)
     const auto lost = runtime.Fg_getStatusEx(grabber, FG_STATUS_LOST_IMAGES, 0, 0, ring);
     const auto last = runtime.Fg_getLastPicNumberEx(grabber, 0, ring);
     EXPECT_EQ(runtime.Fg_getLastPicNumberBlockingEx(grabber, last + 2, 0, 0, ring), FG_TIMEOUT);
+    EXPECT_EQ(runtime.Fg_getStatusEx(grabber, FG_STATUS_LOST_IMAGES, 0, 0, ring), lost);
     perform("plug link 0 0");
     EXPECT_GT(wait(grabber, last + 2, ring), 0); // the camera has gone on
-    EXPECT_EQ(runtime.Fg_getStatusEx(grabber, FG_STATUS_LOST_IMAGES, 0, 0, ring), lost);
 
     perform("unplug camera 0 0");
     EXPECT_EQ(source(), FG_SOURCE_NONE);

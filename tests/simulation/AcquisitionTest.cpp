@@ -112,6 +112,7 @@ TEST_F(Acquisition, DeliversTheGeneratorsPatternInPlaceOfTheCamera)
         const auto bytes = static_cast<std::size_t>(width * height);
         auto* buffers = ring(2, bytes);
         set(FG_GEN_ENABLE, dma, 1);
+        set(FG_GEN_FRAMERATE, dma, 0); // at a rate, a slow machine would skip images
         set(FG_WIDTH, dma, width);
         set(FG_HEIGHT, dma, height);
         ASSERT_EQ(start(dma, buffers, 2), FG_OK) << lastLine();

@@ -111,7 +111,7 @@ public:
     ~Program()
     {
         m_ticker.reset();
-        m_server.reset(); // its threads use the viewer
+        m_server.reset(); // its thread uses the viewer
     }
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;

@@ -314,8 +314,8 @@ void Viewer::run(const boost::shared_ptr<core::Command>& command)
 {
     if (m_question.isOpen())
         throw frontend::RequestError("first answer the question that is open");
-    m_commandStarted = true;
     core::HarloApplication::commandprocessor()->executeCommand(command);
+    m_commandStarted = true; // set last: a question in the command's first phase lets other requests run
 }
 
 void Viewer::requireNoLoad() const

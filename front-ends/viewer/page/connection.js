@@ -6,6 +6,15 @@ function tokenOfAddress() {
   return new URLSearchParams(location.hash.slice(1)).get("token");
 }
 
+// Only a token that was accepted: the other pages adopt it.
+function tellOtherPages(token) {
+  try {
+    localStorage.setItem(TOKEN_KEY, token);
+  } catch {
+    // Where nothing may be stored, each page needs the address of its own.
+  }
+}
+
 // A reload presents this token, too.
 function putIntoAddress(token) {
   const parts = new URLSearchParams(location.hash.slice(1));
@@ -35,6 +44,7 @@ export class Connection {
     if (!token || token === this.token) return;
     this.token = token;
     putIntoAddress(token);
+    this.refusal = null;
     this.ended = false;
     if (this.socket) this.socket.close();
     else this.open();
@@ -66,7 +76,7 @@ export class Connection {
     }
     if (message.type === "welcome") {
       this.delay = 250;
-      localStorage.setItem(TOKEN_KEY, this.token); // only one that was accepted: the other pages adopt it
+      tellOtherPages(this.token);
       this.handlers.status("open", "");
     }
     this.handlers.message(message);

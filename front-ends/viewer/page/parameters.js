@@ -47,7 +47,9 @@ export class ParametersPanel {
   async read(owner) {
     if (owner.key !== this.listed) this.list = null;
     this.listed = owner.key;
-    this.list = (await this.app.run("list-parameters", owner.where)) ?? [];
+    const list = await this.app.run("list-parameters", owner.where);
+    if (this.listed !== owner.key) return; // another one was chosen meanwhile
+    this.list = list ?? [];
     this.app.renderPanel();
   }
 
@@ -136,7 +138,8 @@ export class ParametersPanel {
   trigger(owner) {
     const ports = owner.port ? [owner.port] : owner.board.processes.filter((process) => process.channels.includes(owner.channel))
       .flatMap((process) => process.ports);
-    const triggered = this.list?.some((each) => each.group === "Trigger");
+    // A camera's own list does not say whether the applet has triggers.
+    const triggered = owner.port || this.list?.some((each) => each.group === "Trigger");
     return ports.map((port) => element("div", { class: "row" },
       button(`Trigger port ${port.index}`, () => this.app.run("trigger", { board: owner.board.serial, port: port.index }),
         { disabled: !triggered, title: "Sends a software trigger to the camera", "data-key": `trigger ${port.index}` })));

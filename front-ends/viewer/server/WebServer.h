@@ -2,7 +2,7 @@
 /// \file
 /// WebServer: serves the page and its WebSocket to browsers on this machine.
 ///
-/// Threads: two of its own do the network's work. Handlers are called on either of them, and must not block.
+/// One thread of its own does the network's work. Handlers are called on it, and must not block.
 #pragma once
 
 #include "images/ImageFeeds.h"

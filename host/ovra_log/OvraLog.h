@@ -54,10 +54,14 @@ OVRA_LOG_API void OvraLogDeinit();
 OVRA_LOG_API void OvraLogSetMessageCallback(tOvraLogMessageCallback callback, void* userData);
 
 /// Writes a message: calls the callback on this thread, with all arguments and this thread's number. Copies
-/// nothing. Removes the folder from \p file; null counts as an empty name.
+/// nothing.
 ///
-/// \param text  UTF-8, zero-terminated, not null
-/// \param tags  \p tagCount tags; may be null if \p tagCount is 0
+/// \param level     0 error, 1 warning, 2 information, 3 debug; others are handed on, too
+/// \param file      source file; its folder is removed. Null counts as an empty name
+/// \param line      line in that file
+/// \param text      UTF-8, zero-terminated, not null
+/// \param tagCount  number of \p tags
+/// \param tags      may be null if \p tagCount is 0
 OVRA_LOG_API void OvraLogMessage(unsigned long level, const char* file, unsigned int line, const char* text,
                                  unsigned int tagCount, const tOvraLogTag* tags);
 

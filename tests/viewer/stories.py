@@ -25,8 +25,9 @@ def scene_picture(applet=SINGLE, board=0):
         with open(script, "w", encoding="utf-8") as file:
             file.write(f"load {board} {applet}\nstart {board} dma 0\nwait 2 images {board} 0\n"
                        f"save-image {board} 0 picture.png\n")
-        subprocess.run(command(ARGUMENTS.console, "--script", native_path(script), "--output-dir", native_path(folder)),
-                       check=True, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, timeout=LIMIT)
+        ended = subprocess.run(command(ARGUMENTS.console, "--script", native_path(script), "--output-dir", native_path(folder)),
+                               stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=LIMIT, check=False)
+        assert ended.returncode == 0, ended.stdout
         return read_png(os.path.join(folder, "picture.png"))
 
 

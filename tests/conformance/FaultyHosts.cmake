@@ -29,7 +29,7 @@ faulty_host(events-are-queued ${processor}
         gui-thread-is-free-during-the-worker)
 
 faulty_host(worker-waits-for-the-gui-thread ${processor}
-    REPLACE "        m_queue.post([this, command = std::move(command)] { submit(command); });"
+    REPLACE "        m_queue.post([this, command] { submit(command); });"
     BY "        std::atomic<bool> done{false};
         m_queue.post([this, &done, command] { submit(command); done = true; });
         while (!done && !onGuiThread() && !m_terminated) std::this_thread::yield();

@@ -53,10 +53,10 @@ void Processor::executeCommand(boost::shared_ptr<Command> command)
     if (!open(record))
         throw std::logic_error("CommandProcessor::executeCommand: this object of " +
                                readableName(typeid(record)) + " is still under way");
+    if (onGuiThread() && (m_depth == 0 || command->type() != Command::Asynchronous))
+        return submit(command);
     try {
-        if (onGuiThread() && (m_depth == 0 || command->type() != Command::Asynchronous))
-            return submit(command);
-        m_queue.post([this, command = std::move(command)] { submit(command); });
+        m_queue.post([this, command] { submit(command); });
     } catch (...) { // it is not submitted
         close(record);
         throw;
@@ -135,13 +135,17 @@ void Processor::submit(const boost::shared_ptr<Command>& command)
         close(*command);
         return;
     }
-    if (!threePhases)
-        return runSynchronous(*command);
-    // True only in an event loop that runs within a phase.
-    if (m_depth > 0)
-        m_waiting.push_back(command);
-    else
-        begin(command);
+    try {
+        if (!threePhases)
+            runSynchronous(*command);
+        else if (m_depth > 0) // only in an event loop that runs within a phase
+            m_waiting.push_back(command);
+        else
+            begin(command);
+    } catch (...) {
+        close(*command);
+        throw;
+    }
 }
 
 void Processor::runSynchronous(Command& command)

@@ -239,10 +239,11 @@ void HardwareDiscovery::replace(const boost::shared_ptr<HlEnvironmentBoardNode>&
 {
     const auto comeBack = [this, left = boost::weak_ptr<HlEnvironmentBoardNode>(old)](Fg_Struct_s* handle) {
         const auto node = handle ? left.lock() : nullptr;
-        if (!node)
-            return;
         const reference::Unrecorded own;
-        m_root->getSourcesEntry(gui::keys::SOURCE)->addChild(node->getSerial(), node);
+        const auto source = m_root->getSourcesEntry(gui::keys::SOURCE);
+        if (!node || source->getChild(node->getSerial()) == node)
+            return;
+        source->addChild(node->getSerial(), node);
         m_lookAgain();
     };
     std::erase_if(m_left, [](const auto& connection) { return !connection.connected(); });

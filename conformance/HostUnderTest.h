@@ -3,8 +3,8 @@
 /// HostUnderTest: the functions of a host that the conformance tests need beyond the interface that the
 /// library uses.
 ///
-///   HostUnderTest   makes this process an application, and provides what each host does in its own way
-///   ChannelUnderTest         a DMA channel that receives images
+///   HostUnderTest      makes this process an application, and provides what each host does in its own way
+///   ChannelUnderTest   a DMA channel that receives images
 ///
 /// A host author derives one class from HostUnderTest. Only the first three operations are pure. If the host
 /// does not override one of the others, the tests that need it are skipped, with the reason.

@@ -69,7 +69,8 @@ Each test runs in a process of its own. Its result is
     crashed   the process ended by itself
     skipped   the host does not offer what the test needs
     slow      the process was ended after the time limit
-Exit code: 0 when each test passed or was skipped, 1 when one did not, 2 for wrong arguments.
+Exit code: 0 when each test passed or was skipped, 1 when one did not, 2 for wrong
+arguments, a report that cannot be written, or two tests with one name.
 )";
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// McfFile files: those that are installed or stored, uploads, downloads.
+// Configuration files: those that are installed or stored, uploads, downloads.
 #include "RequestTable.h"
 #include "Viewer.h"
 #include "server/Message.h"

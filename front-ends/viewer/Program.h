@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// \file
-/// Session: runs the program.
+/// runProgram: runs the viewer from its arguments to its end.
 #pragma once
 
 #include "Options.h"

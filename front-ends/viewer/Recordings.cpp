@@ -16,7 +16,7 @@ std::int64_t Recordings::begin(const std::filesystem::path& folder, std::int64_t
                                const boost::shared_ptr<display::DisplayScene>& scene,
                                const std::shared_ptr<ChannelVisualizer>& images)
 {
-    constexpr std::size_t MAX_ENTRIES = 20;
+    constexpr std::size_t MAX_JOBS = 20;
     for (const auto& job : m_jobs)
         if (job.recorder && job.images == images)
             throw frontend::RequestError("the channel is being recorded already, as " + job.name);
@@ -33,7 +33,7 @@ std::int64_t Recordings::begin(const std::filesystem::path& folder, std::int64_t
     job.recording = std::make_unique<frontend::Recording>(images->tap(), *job.recorder);
     m_jobs.push_back(std::move(job));
     const auto ended = std::ranges::find_if(m_jobs, [](const Job& each) { return !each.recorder; });
-    if (m_jobs.size() > MAX_ENTRIES && ended != m_jobs.end())
+    if (m_jobs.size() > MAX_JOBS && ended != m_jobs.end())
         m_jobs.erase(ended);
     return m_count;
 }

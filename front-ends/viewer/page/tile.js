@@ -68,7 +68,7 @@ export class Tile {
     this.stage = element("div", {
       class: "stage", tabindex: "0", role: "application", "aria-roledescription": "live image",
       "aria-label": `${title}. Plus and minus zoom, arrows pan, 0 fits, 1 shows one to one, r turns, f flips, ` +
-        "a sets the contrast, p draws a line, s saves, Enter enlarges, Shift with arrows moves the pointer.",
+        "a sets the contrast, p draws a line, s saves, Enter enlarges, Shift with arrows moves the pointer or the line's end.",
     }, this.canvas, this.over, this.why, this.position);
     this.histogram = new Histogram((low, high) => this.setLook({ low, high, automatic: false }));
     this.profile = element("canvas", { class: "profile", hidden: true, role: "img", "aria-label": "Line profile" });

@@ -11,6 +11,7 @@ namespace ovra::reference {
 namespace {
 // Interval at which pumpUntil checks a condition that no queued work changes.
 constexpr std::chrono::milliseconds LOOK_INTERVAL{5};
+
 // What is in the queue stays there, whatever the front end throws.
 void call(const std::function<void()>& wakeUp) noexcept
 {

@@ -232,16 +232,18 @@ void HardwareDiscovery::updateBoards(const std::vector<FoundBoard>& found)
     }
 }
 
-// A load that looked the board up before may still give its handle to the old node. Only through the model can that
-// handle be freed, so the old node then comes back.
+// A load that looked the board up before may still give its handle to the old node. Only through the model can
+// that handle be freed, so the old node then comes back.
 void HardwareDiscovery::replace(const boost::shared_ptr<HlEnvironmentBoardNode>& old,
                                 const boost::shared_ptr<HlEnvironmentBoardNode>& successor)
 {
     const auto comeBack = [this, left = boost::weak_ptr<HlEnvironmentBoardNode>(old)](Fg_Struct_s* handle) {
         const auto node = handle ? left.lock() : nullptr;
+        if (!node)
+            return;
         const reference::Unrecorded own;
         const auto source = m_root->getSourcesEntry(gui::keys::SOURCE);
-        if (!node || source->getChild(node->getSerial()) == node)
+        if (source->getChild(node->getSerial()) == node)
             return;
         source->addChild(node->getSerial(), node);
         m_lookAgain();

@@ -7,7 +7,7 @@
 /// this scope.
 #pragma once
 
-#if defined(__SANITIZE_THREAD__)
+#if defined(OVRA_THREAD_SANITIZER)
 extern "C" {
 void AnnotateIgnoreWritesBegin(const char* file, int line);
 void AnnotateIgnoreWritesEnd(const char* file, int line);
@@ -19,7 +19,7 @@ namespace simulation {
 class DeviceWrite
 {
 public:
-#if defined(__SANITIZE_THREAD__)
+#if defined(OVRA_THREAD_SANITIZER)
     DeviceWrite()
     {
         AnnotateIgnoreWritesBegin(__FILE__, __LINE__);

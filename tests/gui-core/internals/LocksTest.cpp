@@ -43,7 +43,7 @@ void onThreads(int count, const std::function<void(int)>& work)
         });
 }
 
-#if defined(__SANITIZE_THREAD__)
+#if defined(OVRA_THREAD_SANITIZER)
 // More spinning threads keep the sanitizer's own lock from the one that releases.
 constexpr int THREADS[] = {2, 4};
 #else

@@ -25,7 +25,7 @@ namespace ovra::tests {
 
 namespace {
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#if defined(OVRA_ADDRESS_SANITIZER) || defined(OVRA_THREAD_SANITIZER)
 // Sanitizers keep freed memory for a while, and detect leaks themselves.
 constexpr bool MEMORY_COUNTS = false;
 constexpr int ROUNDS = 60;

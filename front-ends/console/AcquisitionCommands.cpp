@@ -5,6 +5,7 @@
 #include "ChoiceDialog.h"
 #include "CommandTable.h"
 #include "Console.h"
+#include "Descriptions.h"
 #include "Printer.h"
 
 #include "front-ends/shared/Lookup.h"
@@ -126,7 +127,7 @@ void waitForImages(Console& console, const std::vector<Channel>& channels, std::
     for (const auto& channel : channels) {
         const auto arrived = channel.received();
         console.printer.result("arrived", channel.fields({{"images", arrived}}),
-                               channel.title + ": " + std::to_string(arrived) + " images.");
+                               channel.title + ": " + imagesText(arrived) + ".");
     }
 }
 

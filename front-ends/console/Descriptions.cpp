@@ -67,6 +67,11 @@ std::vector<std::string> acquiring()
     return list;
 }
 
+std::string imagesText(std::int64_t count)
+{
+    return std::to_string(count) + (count == 1 ? " image" : " images");
+}
+
 std::string memoryText()
 {
     return "DMA memory: " + mebibytes(gui::Gui::getUsedDmaMemory()) + " of " +

@@ -4,6 +4,7 @@
 #include "Channels.h"
 #include "CommandTable.h"
 #include "Console.h"
+#include "Descriptions.h"
 #include "Platform.h"
 #include "Printer.h"
 
@@ -132,8 +133,7 @@ void record(Console& console, const Arguments& arguments)
     console.printer.result(
         "recording",
         channel.fields({{"recorded", result.recorded}, {"missed", result.missed}, {"folder", folder}}),
-        channel.title + ": " + std::to_string(result.recorded) + " images recorded in " + folder + missed +
-            ".");
+        channel.title + ": " + imagesText(result.recorded) + " recorded in " + folder + missed + ".");
     if (result.recorded < count)
         throw RequestError(channel.title + " stopped before all " + std::to_string(count) +
                            " images had come");

@@ -5,6 +5,7 @@
 #include "CommandTable.h"
 #include "Console.h"
 #include "ConsoleViews.h"
+#include "Descriptions.h"
 #include "Interrupts.h"
 #include "Printer.h"
 
@@ -56,9 +57,9 @@ std::string countsText(const Channel& channel, const AcquisitionFigures& figures
 {
     const auto& counters = figures.sinceStart;
     std::ostringstream text;
-    text << channel.title << ": " << counters.received << " images, " << std::fixed << std::setprecision(1)
-         << figures.imagesPerSecond << " per second, " << counters.shown << " shown, " << counters.skipped
-         << " skipped, " << counters.lost << " lost";
+    text << channel.title << ": " << imagesText(counters.received) << ", " << std::fixed
+         << std::setprecision(1) << figures.imagesPerSecond << " per second, " << counters.shown << " shown, "
+         << counters.skipped << " skipped, " << counters.lost << " lost";
     return text.str();
 }
 

@@ -16,7 +16,10 @@
 #include <fstream>
 #include <iostream>
 #include <memory>
+#include <string>
+#include <string_view>
 #include <system_error>
+#include <utility>
 
 namespace {
 
@@ -26,8 +29,14 @@ constexpr int EXIT_CODE_OF_INTERRUPT = 130; // the shells' convention
 
 std::shared_ptr<LineSource> linesOf(const std::shared_ptr<std::istream>& stream)
 {
-    return std::make_shared<FunctionSource>(
-        [stream](std::string& line) { return static_cast<bool>(std::getline(*stream, line)); });
+    return std::make_shared<FunctionSource>([stream, first = true](std::string& line) mutable {
+        if (!std::getline(*stream, line))
+            return false;
+        constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF"; // that some editors put first
+        if (std::exchange(first, false) && line.starts_with(BYTE_ORDER_MARK))
+            line.erase(0, BYTE_ORDER_MARK.size());
+        return true;
+    });
 }
 
 bool runScript(const Options& options, Printer& printer, Interrupts& interrupts)

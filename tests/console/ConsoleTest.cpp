@@ -128,7 +128,7 @@ TEST(ConsoleSession, ShowsEachCommandBeforeItIsCarriedOutUntilItQuits)
 {
     const Workspace workspace;
     const auto script =
-        workspace.write("script.txt", "# heading\r\necho one # comment\r\n\r\n"
+        workspace.write("script.txt", "\xEF\xBB\xBF# heading\r\necho one # comment\r\n\r\n"
                                       "echo  \"two  blanks\"\r\nquit\r\necho after the end\r\n");
     const auto outcome = workspace.console("", {"--script", script.string()});
     EXPECT_THAT(outcome.lines,

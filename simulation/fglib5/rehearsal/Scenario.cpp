@@ -15,12 +15,15 @@ namespace {
 
 constexpr std::int64_t MAX_TIME = 86'400'000; // a day in milliseconds
 constexpr std::size_t MAX_FILE_BYTES = 1U << 20;
+constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF"; // that some editors put first
 
 class Reader
 {
 public:
     Scenario read(std::string_view content)
     {
+        if (content.starts_with(BYTE_ORDER_MARK))
+            content.remove_prefix(BYTE_ORDER_MARK.size());
         while (!content.empty()) {
             const auto end = content.find('\n');
             ++m_line;
@@ -118,13 +121,16 @@ private:
 
     static std::chrono::milliseconds readTime(Words& words)
     {
+        const auto text = words.rest();
         const auto count = words.number("a time, a day at most", std::int64_t{0}, MAX_TIME);
         const auto unit = words.take("s or ms");
         if (unit == "ms")
             return std::chrono::milliseconds(count);
         if (unit != "s")
             Words::refuse(unit, "s or ms");
-        return std::chrono::seconds(std::min(count, MAX_TIME / 1000));
+        if (count > MAX_TIME / 1000)
+            Words::refuse(text.substr(0, text.find('s') + 1), "a time, a day at most");
+        return std::chrono::seconds(count);
     }
 
     Scenario m_scenario;

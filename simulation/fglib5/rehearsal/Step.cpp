@@ -5,6 +5,8 @@
 #include "rehearsal/Words.h"
 
 #include <array>
+#include <set>
+#include <string_view>
 #include <utility>
 
 namespace simulation {
@@ -37,8 +39,12 @@ void readFault(Words& words, Step& step)
 {
     step.entry = entryOf(words);
     step.code = FG_INIT_ERROR;
+    std::set<std::string_view> taken;
     while (!words.atEnd()) {
         const auto option = words.take("an option");
+        if (!taken.insert(option == "once" ? "always" : option).second)
+            throw Failure(FG_INVALID_ARGUMENT,
+                          "'" + std::string(option) + "' repeats or contradicts an option before it");
         if (option == "board")
             step.board = boardOf(words);
         else if (option == "nth")

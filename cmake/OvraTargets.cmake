@@ -83,9 +83,9 @@ if(CMAKE_CXX_FLAGS MATCHES "-fsanitize=address")
 elseif(CMAKE_CXX_FLAGS MATCHES "-fsanitize=thread")
     target_compile_definitions(ovra-options INTERFACE OVRA_THREAD_SANITIZER)
 endif()
-if((CMAKE_UNITY_BUILD OR OVRA_UNITY_PROGRAMS) AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # This warning is for headers; GCC also applies it to sources that a unity source includes.
-    target_compile_options(ovra-options INTERFACE -Wno-subobject-linkage)
+    target_compile_options(ovra-options INTERFACE $<$<BOOL:$<TARGET_PROPERTY:UNITY_BUILD>>:-Wno-subobject-linkage>)
 endif()
 
 # --- header-only libraries -----------------------------------------------------------------------

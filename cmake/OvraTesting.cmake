@@ -12,7 +12,7 @@ endif()
 set(INSTALL_GTEST OFF CACHE INTERNAL "")
 set(gtest_force_shared_crt ON CACHE INTERNAL "")
 add_subdirectory("${OVRA_GOOGLETEST_DIR}" "${PROJECT_BINARY_DIR}/googletest" EXCLUDE_FROM_ALL SYSTEM)
-if(NOT MSVC)
+if(NOT MSVC) # as the tests themselves, below
     target_compile_options(gtest PRIVATE -O0)
     target_compile_options(gmock PRIVATE -O0)
 endif()
@@ -45,7 +45,7 @@ function(ovra_test target)
     add_executable(${target} ${arg_SOURCES})
     target_compile_definitions(${target} PRIVATE ${arg_DEFINITIONS})
     if(NOT MSVC)
-        # The compiler's time counts: tests wait for most of theirs. What they test is optimised.
+        # The compiler's time counts: tests wait for most of theirs. What they test is optimised, but for the sanitizers.
         target_compile_options(${target} PRIVATE -O0)
     endif()
     target_link_libraries(${target} PRIVATE ovra-options ${arg_LINK} gmock_main)

@@ -96,8 +96,8 @@ void requireImages(const Channel& channel, std::int64_t wanted)
     const bool acquires = channel.scene->isGrabbing(); // read first: the last image arrives before the end
     const auto arrived = channel.received();
     if (arrived < wanted)
-        throw RequestError(channel.title + ": " + std::to_string(arrived) + " of " + std::to_string(wanted) +
-                           " images arrived" +
+        throw RequestError(channel.title + ": " + std::to_string(arrived) + " of " + imagesText(wanted) +
+                           " arrived" +
                            (acquires ? " within " + std::to_string(MAX_IMAGE_WAIT.count()) + " seconds"
                                      : ", and it does not acquire"));
 }

@@ -135,8 +135,7 @@ void record(Console& console, const Arguments& arguments)
         channel.fields({{"recorded", result.recorded}, {"missed", result.missed}, {"folder", folder}}),
         channel.title + ": " + imagesText(result.recorded) + " recorded in " + folder + missed + ".");
     if (result.recorded < count)
-        throw RequestError(channel.title + " stopped before all " + std::to_string(count) +
-                           " images had come");
+        throw RequestError(channel.title + " stopped before all of " + imagesText(count) + " had come");
 }
 
 using Colour = std::array<unsigned, 3>;

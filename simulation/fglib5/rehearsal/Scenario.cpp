@@ -121,7 +121,6 @@ private:
 
     static std::chrono::milliseconds readTime(Words& words)
     {
-        const auto text = words.rest();
         const auto count = words.number("a time, a day at most", std::int64_t{0}, MAX_TIME);
         const auto unit = words.take("s or ms");
         if (unit == "ms")
@@ -129,7 +128,7 @@ private:
         if (unit != "s")
             Words::refuse(unit, "s or ms");
         if (count > MAX_TIME / 1000)
-            Words::refuse(text.substr(0, text.find('s') + 1), "a time, a day at most");
+            Words::refuse(std::to_string(count) + " s", "a time, a day at most");
         return std::chrono::seconds(count);
     }
 

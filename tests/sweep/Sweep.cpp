@@ -54,9 +54,14 @@ namespace fs = std::filesystem;
 constexpr unsigned int MAX_SESSION_SECONDS = 180;
 constexpr int FAST_FRAMES_PER_SECOND = 200;
 
-/// What the demo lacks: formats, triggers, recordings, plugs. No line may forget the fault that the sweep has
-/// planned, or wait for a trigger without end.
+/// What the demo lacks: recordings, plugs, formats, triggers. No line may forget the fault that the sweep has
+/// planned. The recording comes first: with a trigger it would wait without end.
 constexpr const char* LATER_LINES = R"(load 0 SingleAreaGray.hap
+start 0 dma 0
+record 0 0 2 recorded
+unplug camera 0 0
+plug camera 0 0
+stop 0 dma 0
 set 0 FG_PIXELFORMAT Mono12Packed
 set 0 TRIGGER_MODE 1
 start 0 dma 0
@@ -65,13 +70,8 @@ wait 1 images 0 0
 stop 0 dma 0
 store-mcf 0 deep.mcf
 load-mcf 0 deep.mcf
-load 0 SingleAreaGray.hap
 start 0 dma 0
-record 0 0 2 recorded
-unplug camera 0 0
-plug camera 0 0
-stop 0 dma 0
-start 0 dma 0
+trigger 0 0
 wait 1 images 0 0
 stop 0 dma 0
 unplug board 1

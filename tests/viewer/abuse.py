@@ -238,7 +238,7 @@ class Protocol(unittest.TestCase):
             page.request("load", board=board, applet=applet["path"])
             answers = {name: page.request(name, **arguments) for name, arguments in (
                 ("list-parameters", {"board": board, "dma": 0}), ("set-buffers", {"board": board, "dma": 0, "count": 8}),
-                ("start", {"board": board, "kind": "process", "index": 0, "images": 5}), ("list-configurations", {}),
+                ("start", {"board": board, "kind": "process", "index": 0, "images": 100000}), ("list-configurations", {}),
                 ("list-scenarios", {}), ("rehearse", {"step": "unplug camera 0 1"}), ("problem-report", {"withPaths": False}))}
             self.assertEqual({answer["type"] for answer in answers.values()}, {"done"})
             page.send({"type": "show", "channel": 1, "view": 1, "region": [0, 0, 64, 64], "screen": [64, 64], "histogram": True,
